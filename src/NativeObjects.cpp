@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "NativeObjects.h"
+
+#include "I18nHelper.h"
+#include "services/AgentBridge.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+
+namespace NativeObjects
+{
+
+bool advancedWorkspaceInterface()
+{
+    return qEnvironmentVariableIntValue("LOOMRA_WI_ADVANCED_UI") != 0;
+}
+
+void create(QObject *parent, QQmlEngine *engine)
+{
+    QQmlContext *context = engine->rootContext();
+
+    // The whole order is I18nHelper, ConfigManager, LoomraSDK (which takes the ConfigManager), FileService,
+    // AgentBridge, TokenUsageService, VoiceBridge. An object that joins later takes its place in this row, and its
+    // name the same place among the context properties below.
+    context->setContextProperty(QStringLiteral("i18n"), new I18nHelper(parent));
+    auto *agentBridge = new AgentBridge(parent);
+
+    context->setContextProperty(QStringLiteral("toviWiAdvancedUiDefault"), advancedWorkspaceInterface());
+    context->setContextProperty(QStringLiteral("agentBridge"), agentBridge);
+}
+
+} // namespace NativeObjects
