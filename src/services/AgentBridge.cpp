@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "AgentBridge.h"
+
+#include <QClipboard>
+#include <QDebug>
+#include <QGuiApplication>
+#include <QSettings>
+#include <QTimer>
+#include <QUrl>
+#include <QWebSocket>
+
+namespace
+{
+
+// The port is fixed here, whatever port the program's other client of the bridge was told to use.
+constexpr char s_bridgeUrl[] = "ws://127.0.0.1:8765/ws";
+
+constexpr int s_retryInterval = 3000; // ms
+
+//! Far above any reply. What is longer closes the connection.
+constexpr quint64 s_incomingLimit = 64 * 1024 * 1024; // bytes
+
+constexpr int s_loggedTranscript = 80; // characters
+
+QString agentKey()
+{
+    return QStringLiteral("omniBar/currentAgent");
+}
+
+QString modelKey()
+{
+    return QStringLiteral("omniBar/currentModel");
+}
+
+} // namespace
+
+AgentBridge::AgentBridge(QObject *parent)
+    : QObject(parent)
+    , m_socket(new QWebSocket(QString(), QWebSocketProtocol::Version13, this))
+    , m_reconnectTimer(new QTimer(this))
+{
+    m_socket->setMaxAllowedIncomingFrameSize(s_incomingLimit);
+    m_socket->setMaxAllowedIncomingMessageSize(s_incomingLimit);
+
+    const QSettings settings;
+    const QString agent = settings.value(agentKey(), m_currentAgent).toString();
+    if (!agent.isEmpty()) {
+        m_currentAgent = agent;
+    }
+    const QString model = settings.value(modelKey()).toString();
+    if (!model.isEmpty()) {
+        m_currentModel = model;
+    }
+
+    m_reconnectTimer->setInterval(s_retryInterval);
+    m_reconnectTimer->setSingleShot(true);
+    connect(m_reconnectTimer, &QTimer::timeout, this, &AgentBridge::connectToBridge);
+
+    connect(m_socket, &QWebSocket::connected, this, &AgentBridge::onConnected);
+    connect(m_socket, &QWebSocket::disconnected, this, &AgentBridge::onDisconnected);
+    connect(m_socket, &QWebSocket::textMessageReceived, this, &AgentBridge::onTextMessageReceived);
+    connect(m_socket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this,
+            &AgentBridge::onSocketError);
+
+    connectToBridge();
+}
+
+AgentBridge::~AgentBridge()
+{
+    // Nobody should hear of the state of an object that is half gone.
+    m_socket->disconnect(this);
+    if (isServiceAvailable()) { // a closing frame needs an open socket
+        m_socket->close(QWebSocketProtocol::CloseCodeNormal);
+    }
+}
+
+void AgentBridge::setCurrentAgent(const QString &agentId)
+{
+    if (m_currentAgent == agentId) {
+        return;
+    }
+    m_currentAgent = agentId;
+    QSettings().setValue(agentKey(), agentId);
+    qDebug() << "[AgentBridge] Agent changed to:" << agentId;
+    Q_EMIT currentAgentChanged(agentId);
+}
+
+void AgentBridge::setCurrentModel(const QString &model)
+{
+    if (m_currentModel == model) {
+        return;
+    }
+    m_currentModel = model;
+    QSettings().setValue(modelKey(), model);
+    Q_EMIT currentModelChanged(model);
+}
+
+void AgentBridge::setInputMode(const QString &mode)
+{
+    if (m_inputMode == mode) {
+        return;
+    }
+    m_inputMode = mode;
+    Q_EMIT inputModeChanged(mode);
+}
+
+bool AgentBridge::isServiceAvailable() const
+{
+    return m_socket->state() == QAbstractSocket::ConnectedState;
+}
+
+void AgentBridge::sendIntent(const QString &text)
+{
+    if (text.trimmed().isEmpty()) {
+        Q_EMIT errorOccurred(QStringLiteral("Empty intent"));
+        return;
+    }
+    if (!isServiceAvailable()) {
+        Q_EMIT errorOccurred(QStringLiteral("Loomra bridge not connected (%1)").arg(QLatin1String(s_bridgeUrl)));
+        setStatus(AgentStatus::Disconnected);
+        connectToBridge();
+        return;
+    }
+
+    m_lastIntent = text;
+    setThinking(true);
+    setStatus(AgentStatus::Thinking);
+
+    // Another part of the program may have stored a model since. It is only borrowed: no signal, nothing written.
+    if (m_currentModel.isEmpty()) {
+        m_currentModel = QSettings().value(modelKey()).toString().trimmed();
+    }
+
+    const QJsonObject params = AgentRequests::chat(text, conversation());
+    qDebug() << "[AgentBridge] chat params model:"
+             << (m_currentModel.isEmpty() ? QStringLiteral("(none)") : m_currentModel) << "inputMode:" << m_inputMode;
+    const quint64 id = openRequest(text);
+    qDebug() << "[AgentBridge] Sending request to bridge, id=" << id;
+    send(id, QStringLiteral("chat"), params);
+}
+
+void AgentBridge::cancelRequest()
+{
+    if (!m_isThinking && m_pendingRequests.isEmpty()) {
+        return;
+    }
+    qDebug() << "[AgentBridge] cancelRequest — aborting" << m_pendingRequests.size() << "pending request(s)";
+
+    if (isServiceAvailable()) {
+        // Its id isn't pending: whatever the bridge answers is dropped.
+        send(takeRequestId(), QStringLiteral("cancel"), AgentRequests::cancel(conversation()));
+    }
+    // Late replies to these ids are dropped, which makes the stop final whatever the bridge does.
+    m_pendingRequests.clear();
+    m_lastIntent.clear();
+    resetProgress();
+    setThinking(false);
+    setStatus(AgentStatus::Idle);
+    Q_EMIT agentReplied(QStringLiteral("_Stopped._"));
+}
+
+void AgentBridge::rephraseText(const QString &text)
+{
+    if (text.trimmed().isEmpty()) {
+        return;
+    }
+    if (!isServiceAvailable()) {
+        Q_EMIT rephraseReady(text, text); // so that the caller's wait always ends
+        return;
+    }
+    m_rephraseOriginal = text;
+    m_rephraseRequestId = openRequest(QStringLiteral("rephrase"));
+    send(m_rephraseRequestId, QStringLiteral("chat"), AgentRequests::rephrase(text, conversation()));
+    qDebug() << "[AgentBridge] rephrase request id=" << m_rephraseRequestId << "text:" << text.left(s_loggedTranscript);
+}
+
+void AgentBridge::handleUiAction(const QString &actionType, int messageIndex, const QString &data)
+{
+    if (!isServiceAvailable()) {
+        Q_EMIT errorOccurred(QStringLiteral("Cannot send UI action: bridge not connected"));
+        return;
+    }
+    qDebug() << "[AgentBridge] UI action:" << actionType << "msgIdx:" << messageIndex << "data:" << data;
+    const QJsonObject params = AgentRequests::uiAction(actionType, data, conversation());
+    const QString method = QStringLiteral("handleStructuredUiAction");
+    const quint64 id = openRequest(method);
+    setThinking(true); // the status stays as it is: an action isn't a prompt
+    send(id, method, params);
+}
+
+void AgentBridge::sendMessageFeedback(const QString &vote, int messageIndex, const QString &messageText,
+                                      const QString &userQuery)
+{
+    if (!isServiceAvailable()) {
+        qDebug() << "[AgentBridge] Cannot send feedback: not connected";
+        return;
+    }
+    const QJsonObject params = AgentRequests::feedback({vote, messageIndex, messageText, userQuery}, conversation());
+    const quint64 id = openRequest(AgentRequests::feedbackMethod());
+    qDebug() << "[AgentBridge] Sending feedback:" << vote << "msgIdx:" << messageIndex;
+    send(id, AgentRequests::feedbackMethod(), params);
+}
+
+void AgentBridge::copyToClipboard(const QString &text)
+{
+    // Only a graphical application has a clipboard; asking for one without it crashes.
+    QClipboard *clipboard =
+        qobject_cast<QGuiApplication *>(QCoreApplication::instance()) ? QGuiApplication::clipboard() : nullptr;
+    if (!clipboard) {
+        return;
+    }
+    clipboard->setText(text);
+    qDebug() << "[AgentBridge] Copied" << text.length() << "chars to clipboard";
+}
+
+void AgentBridge::onConnected()
+{
+    // A prompt may go out from here on; the bridge's own "ready" isn't waited for.
+    qDebug() << "[AgentBridge] Connected to Loomra bridge";
+    setStatus(AgentStatus::Idle);
+}
+
+void AgentBridge::onDisconnected()
+{
+    // What runs keeps its thinking state, until the user cancels or another reply comes.
+    qDebug() << "[AgentBridge] Disconnected from Loomra bridge";
+    setStatus(AgentStatus::Disconnected);
+    retryLater();
+}
+
+void AgentBridge::onSocketError(QAbstractSocket::SocketError)
+{
+    qWarning() << "[AgentBridge] WebSocket error:" << m_socket->errorString();
+    setStatus(AgentStatus::Error);
+    retryLater();
+}
+
+void AgentBridge::connectToBridge()
+{
+    const QAbstractSocket::SocketState state = m_socket->state();
+    if (state == QAbstractSocket::ConnectingState || state == QAbstractSocket::ConnectedState) {
+        return;
+    }
+    setStatus(AgentStatus::Connecting);
+    qDebug("[AgentBridge] Connecting to Loomra bridge %s", s_bridgeUrl);
+    m_socket->open(QUrl(QLatin1String(s_bridgeUrl)));
+}
+
+void AgentBridge::retryLater()
+{
+    // Queued, to be out of the socket's own signal. An error comes with a disconnect: one attempt serves both.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (!m_reconnectTimer->isActive()) {
+                m_reconnectTimer->start();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+AgentRequests::Conversation AgentBridge::conversation() const
+{
+    return {m_sessionId, m_currentAgent, m_currentModel, m_inputMode};
+}
+
+quint64 AgentBridge::takeRequestId()
+{
+    return ++m_nextRequestId;
+}
+
+quint64 AgentBridge::openRequest(const QString &label)
+{
+    const quint64 id = takeRequestId();
+    m_pendingRequests.insert(id, label);
+    return id;
+}
+
+void AgentBridge::send(quint64 id, const QString &method, const QJsonObject &params)
+{
+    m_socket->sendTextMessage(AgentRequests::envelope(id, method, params));
+}
