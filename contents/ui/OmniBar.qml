@@ -1,0 +1,364 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Window 2.15
+import Qt.labs.settings 1.0
+
+import "omnibar"
+import "omnibar/bar"
+import "omnibar/bubble"
+import "omnibar/common"
+import "omnibar/controllers"
+import "omnibar/logic/Geometry.js" as Geometry
+
+//! The OmniBar: a window over the whole first screen with the prompt bar, the conversation and the settings sheet, or,
+//! compact, a round bubble in the corner. This file is its table of contents: what the window offers to its parts and
+//! to tests, and where each part lies. The work is done in controllers and components.
+Window {
+    id: omniBar
+    objectName: "omniBar"
+
+    // ---- The window
+    title: tr("Tovi")
+    flags: Qt.WindowStaysOnTopHint | Qt.FramelessWindowHint | Qt.Dialog
+    color: "transparent"
+    visible: true
+    width: compactMode ? bubbleSize : screenWidth
+    height: compactMode ? bubbleSize : screenHeight
+    opacity: Geometry.clampOpacity(omniUiStore.windowOpacity) * windowFade
+
+    // ---- Brand
+    readonly property color toviMagenta: "#FB21FD"
+    readonly property color toviBlue: "#2756FB"
+    readonly property color toviAccent: Qt.rgba(0.60, 0.20, 0.98, 1.0)
+    readonly property color toviAccentDim: Qt.rgba(0.60, 0.20, 0.98, 0.22)
+    readonly property color toviAccentBorder: Qt.rgba(0.60, 0.20, 0.98, 0.35)
+    property string systemName: "KeldaOS"
+    // The welcome screen of this system is the idle bar with its cards: these two are shown nowhere.
+    property string welcomeTitle: tr("Welcome!")
+    property string welcomeSubtitle: tr("Ask anything — I’ll help you with actions, settings, logs, and guidance.")
+
+    // ---- The native objects; each may be missing
+    property var bridge: typeof agentBridge !== "undefined" ? agentBridge : null
+    property var sdk: typeof loomraSDK !== "undefined" ? loomraSDK : null
+    readonly property var voice: voicePath.voiceBridgeObject
+    readonly property string bridgeStatus: bridge ? bridge.status : "disconnected"
+    readonly property bool thinking: bridge ? bridge.isThinking : false
+
+    //! A text of the interface in the user's language. KI18n answers an empty text by a note of its own. Where our object
+    //! is missing, the name is that of a function which Plasma's modules bring along.
+    function tr(text) {
+        const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
+        return translates && text !== "" ? i18n.tr(text) : text;
+    }
+
+    // ---- Geometry
+    property int barWidth: 720
+    property int barHeight: 56
+    property int barRadius: 18
+    property int bubbleSize: 56
+    property int bubbleMargin: 20
+    property int chatMinHeight: 260
+    property int chatPanelBottomMargin: 10
+    property int chatTopSafePadding: 24
+    property alias screenWidth: surface.screenWidth
+    property alias screenHeight: surface.screenHeight
+    property alias shortcutHintHeight: surface.shortcutHintHeight
+    property alias chatHeightBudget: surface.chatHeightBudget
+    property alias chatMaxHeight: surface.chatMaxHeight
+
+    // ---- Surface
+    property alias appearanceStore: omniUiStore
+    property alias compactMode: surface.compactMode
+    property alias chatExpanded: surface.chatExpanded
+    property alias userExpanded: surface.userExpanded
+    property alias settingsPanelOpen: surface.settingsPanelOpen
+    property alias windowFade: surface.windowFade
+    property alias chatPanelShown: surface.chatPanelShown
+    property alias barIdle: surface.barIdle
+    //! What the first frame doesn't show is built once this is true.
+    property bool firstFrameShown: false
+
+    function centerOnScreen() { surface.centerOnScreen(); }
+    function positionBubble() { surface.positionBubble(); }
+    function shrinkToCompactBubble() { surface.shrinkToCompactBubble(); }
+    function expandFromBubble() { surface.expandFromBubble(); }
+    function collapseForAction() { surface.collapseForAction(); }
+    function minimise() { surface.minimise(); }
+    function summon() { surface.summon(); }
+    function toggleSettings() { surface.toggleSettings(); }
+    function handleEscapeKey() { surface.handleEscapeKey(); }
+    function applyWindowBlurBehind() { surface.applyWindowBlurBehind(); }
+    function startClosing() { closing.start(); }
+    function focusBubble() { compactBubble.forceActiveFocus(); }
+
+    // ---- Conversation
+    property alias inputField: barCard.inputField
+    property alias chatModel: conversation.chatModel
+    property alias contextWindowSize: conversation.contextWindowSize
+    property alias lastInputMode: conversation.lastInputMode
+    property alias pendingUiJson: conversation.pendingUiJson
+    property alias availableAgents: conversation.availableAgents
+    property alias currentAgentId: conversation.currentAgentId
+    property alias currentModelId: conversation.currentModelId
+    property alias sessionUsageInput: conversation.sessionUsageInput
+    property alias sessionUsageOutput: conversation.sessionUsageOutput
+    property alias sessionUsageTotal: conversation.sessionUsageTotal
+    property alias usageMax: conversation.usageMax
+    property alias usageProgress: conversation.usageProgress
+    property alias stickyPhaseLabel: phases.stickyPhaseLabel
+    property alias activePhaseLabel: phases.activePhaseLabel
+    property alias responseSuggestionsModel: suggestions.responseSuggestionsModel
+    property alias suggestionsShown: suggestions.shown
+    readonly property var agentMenu: agentMenuLoader.item
+
+    function submitInput() { conversation.submitInput(); }
+    function appendUserMessage(msg) { conversation.appendUserMessage(msg); }
+    function appendAgentMessage(msg) { conversation.appendAgentMessage(msg); }
+    function appendSystemMessage(msg) { conversation.appendSystemMessage(msg); }
+    function clearConversation() { conversation.clear(); }
+    function latestTurn() { return conversation.latestTurn(); }
+    function lastText(role) { return conversation.lastText(role); }
+    function sendToBridge(prompt) { conversation.sendToBridge(prompt); }
+    function scrollToBottom() { conversation.scrollToBottom(); }
+    function buildChatContext() { return conversation.buildChatContext(); }
+    function loadAvailableAgents() { conversation.loadAvailableAgents(); }
+    function updateCurrentAgent() { conversation.updateCurrentAgent(); }
+    function sendChatFeedback(vote, messageIndex, assistantText) { conversation.sendChatFeedback(vote, messageIndex, assistantText); }
+    function voteMessage(index, vote) { conversation.voteMessage(index, vote); }
+    function copyMessage(index) { return conversation.copyMessage(index); }
+    function refreshResponseSuggestions(bridgeFollowUps) { suggestions.refreshResponseSuggestions(bridgeFollowUps); }
+    function initResponseSuggestions() { suggestions.initResponseSuggestions(); }
+    function activateResponseSuggestion(prompt) { suggestions.activateResponseSuggestion(prompt); }
+
+    // ---- Plans
+    property alias pendingPlan: plan.pendingPlan
+    property alias planExecuting: plan.planExecuting
+    property alias planExecutingVisible: plan.planExecutingVisible
+    property alias planDoneLabel: plan.planDoneLabel
+    property alias pendingChatAfterPlan: plan.pendingChatAfterPlan
+    property alias planRequestInFlight: plan.planRequestInFlight
+
+    function cancelPlan() { plan.cancelPlan(); }
+    function isQueryProcessing() { return plan.isQueryProcessing(); }
+    function stopActiveQuery() { plan.stopActiveQuery(); }
+
+    // ---- Voice
+    property alias voiceConfirmPending: voicePath.voiceConfirmPending
+    property alias voiceConfirmText: voicePath.voiceConfirmText
+    property alias voiceConfirmTotal: voicePath.voiceConfirmTotal
+    property alias voiceConfirmCountdown: voicePath.voiceConfirmCountdown
+    property alias voiceRephrasing: voicePath.voiceRephrasing
+
+    function voiceConfirmSend() { voicePath.voiceConfirmSend(); }
+    function voiceConfirmCancel() { voicePath.voiceConfirmCancel(); }
+    function speakReply(text) { voicePath.speakReply(text); }
+
+    // ---- Models
+    property alias modelsLoading: models.modelsLoading
+    property alias modelsStatusMessage: models.modelsStatusMessage
+
+    function refreshModels() { models.refreshModels(); }
+    function syncSettingsCombos() { models.syncSettingsCombos(); }
+
+    // ---- Slash commands and attached files
+    property alias slashMenuVisible: slashCommands.slashMenuVisible
+    property alias slashFilter: slashCommands.slashFilter
+    property alias slashSessionPopupVisible: slashCommands.slashSessionPopupVisible
+    property alias slashAttachedFiles: attachments.slashAttachedFiles
+
+    function chosenSlashCommand() { return slashCommands.chosenSlashCommand(); }
+    function tryHandleSlashCommand(text) { return slashCommands.tryHandleSlashCommand(text); }
+    function closeNearest() { return slashCommands.closeNearest(); }
+    function takeAttachedFiles() { return attachments.takeAttachedFiles(); }
+
+    // ---- Workspace
+    property alias wiNotifyBarLine: workspace.wiNotifyBarLine
+    property alias workspaceSuggestionDialogOpen: workspace.workspaceSuggestionDialogOpen
+
+    function closeWorkspaceSuggestionDialog() { workspace.closeWorkspaceSuggestionDialog(); }
+    function refreshRuntimePanels() { workspace.refreshRuntimePanels(); }
+    function loadWorkspaceTemplateCatalogFromPrefs() { workspace.loadWorkspaceTemplateCatalogFromPrefs(); }
+
+    // ---- What happens to the window
+    onWidthChanged: surface.place()
+    onHeightChanged: surface.place()
+    onVisibleChanged: {
+        if (visible)
+            surface.appear();
+    }
+
+    Component.onCompleted: {
+        entrance.start();
+        centerOnScreen();
+        applyWindowBlurBehind();
+        inputField.forceActiveFocus();
+        requestActivate();
+        loadAvailableAgents();
+        updateCurrentAgent();
+        initResponseSuggestions();
+        loadWorkspaceTemplateCatalogFromPrefs();
+        workspace.loadFromBridge();
+    }
+
+    Behavior on width { NumberAnimation { duration: 400; easing.type: Easing.OutCubic } }
+    Behavior on height { NumberAnimation { duration: 400; easing.type: Easing.OutCubic } }
+
+    // ---- The parts without a face
+    Settings {
+        id: omniUiStore
+
+        property real windowOpacity: 1.0
+        property bool lightChrome: false
+        property bool translucentBackground: true
+
+        category: "appearance"
+    }
+
+    OmniBarTheme {
+        id: omniTheme
+        uiLight: omniUiStore.lightChrome
+        translucentBackground: omniUiStore.translucentBackground
+    }
+
+    SurfaceController { id: surface; bar: omniBar }
+    ConversationController { id: conversation; bar: omniBar; onScrollRequested: chatPanelLoader.scrollToEnd() }
+    PhaseController { id: phases; bar: omniBar }
+    SuggestionsController { id: suggestions; bar: omniBar }
+    PlanController { id: plan; bar: omniBar }
+    VoiceController { id: voicePath; bar: omniBar }
+    ModelsController { id: models; bar: omniBar }
+    SlashCommandController { id: slashCommands; bar: omniBar }
+    AttachmentController { id: attachments; bar: omniBar }
+    WorkspaceController { id: workspace; bar: omniBar }
+
+    Connections {
+        target: omniBar
+        enabled: !omniBar.firstFrameShown
+
+        // Deferred, to be out of the drawing: the frame is on the screen before anything else is built.
+        function onFrameSwapped() {
+            Qt.callLater(() => { omniBar.firstFrameShown = true; });
+        }
+    }
+
+    ParallelAnimation {
+        id: entrance
+        NumberAnimation { target: omniBar; property: "windowFade"; from: 0; to: 1; duration: 160; easing.type: Easing.OutCubic }
+        NumberAnimation { target: rootContainer; property: "scale"; from: 0.96; to: 1.0; duration: 220; easing.type: Easing.OutBack }
+    }
+
+    SequentialAnimation {
+        id: closing
+        NumberAnimation { target: omniBar; property: "windowFade"; to: 0; duration: 120 }
+        NumberAnimation { target: rootContainer; property: "scale"; to: 0.96; duration: 120 }
+        ScriptAction { script: omniBar.close() }
+        // For a window that is shown again, by the wake word, while another one keeps the process alive.
+        PropertyAction { target: rootContainer; property: "scale"; value: omniBar.compactMode ? 0 : 1 }
+    }
+
+    // ---- The face, from back to front
+    FocusScope {
+        id: rootContainer
+        objectName: "rootContainer"
+
+        anchors.fill: parent
+        focus: true
+        enabled: !omniBar.compactMode
+        scale: omniBar.compactMode ? 0 : 1
+        opacity: omniBar.compactMode ? 0 : 1
+        Keys.onEscapePressed: omniBar.handleEscapeKey()
+        Accessible.ignored: true
+
+        Behavior on scale { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
+        Behavior on opacity { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
+
+        Scrim {
+            anchors.fill: parent
+            bar: omniBar
+        }
+
+        PromptBar {
+            id: barCard
+            objectName: "barCard"
+
+            readonly property int targetY: Geometry.barY(omniBar.barIdle, omniBar.height, omniBar.shortcutHintHeight)
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: targetY
+            bar: omniBar
+
+            Behavior on y { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
+        }
+
+        IdleCards {
+            objectName: "idleCards"
+
+            anchors.top: barCard.bottom
+            anchors.topMargin: 20
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: omniBar.barWidth - 40
+            visible: omniBar.barIdle && !omniBar.compactMode && !omniBar.voiceConfirmPending && opacity > 0
+            bar: omniBar
+        }
+
+        LateLoader {
+            id: chatPanelLoader
+
+            anchors.horizontalCenter: barCard.horizontalCenter
+            anchors.bottom: barCard.top
+            anchors.bottomMargin: 10
+
+            function scrollToEnd() {
+                if (item)
+                    item.scrollToEnd();
+            }
+
+            file: Qt.resolvedUrl("omnibar/chat/ChatPanel.qml")
+            properties: ({ "bar": omniBar, "theme": omniTheme, "barCard": barCard })
+            wanted: omniBar.firstFrameShown || omniBar.chatPanelShown
+            ahead: !omniBar.chatPanelShown
+        }
+
+        LateLoader {
+            id: settingsPanelLoader
+
+            anchors.horizontalCenter: barCard.horizontalCenter
+            anchors.bottom: barCard.top
+            anchors.bottomMargin: 10
+            z: 10
+            file: Qt.resolvedUrl("omnibar/OmniBarSettingsPanel.qml")
+            properties: ({ "bar": omniBar, "theme": omniTheme, "barCardItem": barCard, "chatPanelItem": chatPanelLoader.item })
+            wanted: omniBar.settingsPanelOpen
+        }
+
+        LateLoader {
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 2
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: omniBar.width - 24
+            visible: !omniBar.compactMode && !omniBar.barIdle
+            file: Qt.resolvedUrl("omnibar/bar/HintStrip.qml")
+            properties: ({ "bar": omniBar })
+            wanted: !omniBar.barIdle
+        }
+
+        LateLoader {
+            id: agentMenuLoader
+
+            file: Qt.resolvedUrl("omnibar/bar/AgentMenu.qml")
+            properties: ({ "bar": omniBar })
+            wanted: omniBar.firstFrameShown
+        }
+    }
+
+    // Outside the container, so that it stays in sight when that is scaled to nothing.
+    CompactBubble {
+        id: compactBubble
+
+        anchors.fill: parent
+        bar: omniBar
+        theme: omniTheme
+    }
+}

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "common"
+import "settings"
+
+//! The settings sheet. A tab is one row of "tabs".
+FloatingPanel {
+    id: panel
+    objectName: "settingsPanel"
+
+    required property var bar
+    required property Item barCardItem
+    //! Where the conversation lies; it hides while the sheet is open. Null before there was one.
+    property Item chatPanelItem: null
+
+    readonly property var tabs: [
+        { "title": bar.tr("Look"), "file": Qt.resolvedUrl("settings/LookTab.qml") }
+    ]
+    readonly property real contentLimit: Math.round(bar.screenHeight * 0.78)
+
+    width: Math.min(Math.max(bar.barWidth - 16, 560), bar.screenWidth - 32)
+    height: Math.min(content.implicitHeight, contentLimit) + 24
+    shown: bar.settingsPanelOpen
+    Accessible.role: Accessible.Dialog
+    Accessible.name: heading.text
+
+    Flickable {
+        anchors.fill: parent
+        anchors.margins: 12
+        contentHeight: content.implicitHeight
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        clip: interactive
+
+        T.ScrollBar.vertical: T.ScrollBar {
+            implicitWidth: 6
+            policy: T.ScrollBar.AsNeeded
+            visible: size < 1.0
+            Accessible.role: Accessible.ScrollBar
+            Accessible.name: panel.bar.tr("Scroll settings")
+            contentItem: Rectangle {
+                radius: 2
+                color: panel.theme.uiScrollThumb
+            }
+        }
+
+        Column {
+            id: content
+
+            width: parent.width
+            spacing: 12
+
+            PlainText {
+                id: heading
+
+                text: panel.bar.tr("Settings")
+                color: panel.theme.uiTextStrong
+                font.pointSize: 12
+                font.bold: true
+                Accessible.role: Accessible.Heading
+            }
+
+            TabStrip {
+                id: strip
+                objectName: "settingsTabs"
+
+                width: parent.width
+                theme: panel.theme
+                titles: panel.tabs.map(tab => tab.title)
+                Accessible.name: heading.text
+            }
+
+            Item {
+                width: parent.width
+                implicitHeight: Math.max(220, tabLoader.implicitHeight)
+
+                Loader {
+                    id: tabLoader
+
+                    width: parent.width
+                    Accessible.ignored: true
+                    Component.onCompleted: showTab()
+
+                    function showTab() {
+                        setSource(panel.tabs[strip.currentIndex].file, { "bar": panel.bar, "theme": panel.theme });
+                    }
+
+                    Connections {
+                        target: strip
+
+                        function onCurrentIndexChanged() {
+                            tabLoader.showTab();
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

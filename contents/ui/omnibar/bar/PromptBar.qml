@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+
+//! The prompt bar. It keeps its dark colours in both themes.
+Item {
+    id: promptBar
+
+    required property var bar
+
+    property alias inputField: inputField
+
+    width: bar.barWidth
+    height: bar.barHeight
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: bar.tr("Prompt bar")
+
+    LateLoader {
+        anchors.fill: parent
+        file: Qt.resolvedUrl("../common/PanelShadow.qml")
+        properties: ({ "radius": promptBar.bar.barRadius })
+        wanted: promptBar.bar.firstFrameShown
+    }
+
+    Loader {
+        anchors.fill: parent
+        anchors.margins: -2
+        active: promptBar.bar.thinking
+        Accessible.ignored: true
+        sourceComponent: ThinkingGlow {
+            bar: promptBar.bar
+            radius: promptBar.bar.barRadius + 2
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: promptBar.bar.barRadius
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+            GradientStop { position: 0.0; color: "#6B2F1A" }
+            GradientStop { position: 0.35; color: "#5C2040" }
+            GradientStop { position: 0.65; color: "#4A1A5E" }
+            GradientStop { position: 1.0; color: "#3D1B6E" }
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: promptBar.bar.barRadius
+        gradient: Gradient {
+            GradientStop { position: 0.0; color: Qt.rgba(1, 0.85, 0.6, 0.12) }
+            GradientStop { position: 0.5; color: Qt.rgba(1, 0.6, 0.8, 0.05) }
+            GradientStop { position: 1.0; color: "transparent" }
+        }
+    }
+
+    LateLoader {
+        anchors.fill: parent
+        anchors.margins: 1
+        file: Qt.resolvedUrl("Noise.qml")
+        wanted: promptBar.bar.firstFrameShown
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: promptBar.bar.barRadius
+        anchors.rightMargin: promptBar.bar.barRadius
+        height: 1
+        color: Qt.rgba(1, 0.85, 0.65, 0.18)
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: promptBar.bar.barRadius
+        color: "transparent"
+        border.width: 1
+        border.color: Qt.rgba(1, 0.7, 0.5, 0.15)
+    }
+
+    Row {
+        id: leading
+
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        Brand {
+            bar: promptBar.bar
+        }
+
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 1
+            height: 28
+            color: Qt.rgba(1, 1, 1, 0.15)
+        }
+    }
+
+    PromptInput {
+        id: inputField
+        objectName: "inputField"
+
+        anchors.left: leading.right
+        anchors.right: trailing.left
+        anchors.leftMargin: 10
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        bar: promptBar.bar
+        focus: true
+    }
+
+    Row {
+        id: trailing
+
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 10
+
+        Loader {
+            anchors.verticalCenter: parent.verticalCenter
+            active: promptBar.bar.sessionUsageTotal > 0
+            visible: active
+            Accessible.ignored: true
+            sourceComponent: UsageRing {
+                bar: promptBar.bar
+            }
+        }
+
+        RoundButton {
+            id: settingsBtn
+            objectName: "settingsBtn"
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: promptBar.bar.tr("Settings")
+            iconName: "settings-configure"
+            fill: Qt.rgba(1, 1, 1, 0.06)
+            hoverFill: Qt.rgba(1, 1, 1, 0.15)
+            Accessible.checkable: true
+            Accessible.checked: promptBar.bar.settingsPanelOpen
+            onClicked: promptBar.bar.toggleSettings()
+        }
+
+        MicButton {
+            id: micBtn
+
+            anchors.verticalCenter: parent.verticalCenter
+            bar: promptBar.bar
+        }
+
+        SendButton {
+            id: sendBtn
+
+            anchors.verticalCenter: parent.verticalCenter
+            bar: promptBar.bar
+            visible: inputField.text.trim() !== ""
+        }
+
+        RoundButton {
+            id: barCloseBtn
+            objectName: "barCloseBtn"
+
+            anchors.verticalCenter: parent.verticalCenter
+            implicitWidth: 32
+            text: promptBar.bar.tr("Close Tovi")
+            glyph: "\u2715"
+            fill: Qt.rgba(1, 1, 1, 0.06)
+            hoverFill: Qt.rgba(0.95, 0.2, 0.2, 0.35)
+            iconColor: highlighted ? "#ff6b6b" : Qt.rgba(1, 1, 1, 0.8)
+            onClicked: promptBar.bar.startClosing()
+        }
+    }
+}

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "../common"
+
+//! The line in which prompts are typed.
+T.TextField {
+    id: input
+
+    required property var bar
+
+    //! First match wins. Each row: whether it holds, and the text.
+    readonly property var placeholders: [
+        { "holds": () => bar.voice && bar.voice.isListening, "text": () => bar.voice.partialTranscript || bar.tr("Listening...") },
+        { "holds": () => bar.voice && bar.voice.isTranscribing, "text": () => bar.tr("Transcribing...") },
+        { "holds": () => ["disconnected", "error"].includes(bar.bridgeStatus), "text": () => bar.tr("Connecting...") },
+        { "holds": () => bar.slashAttachedFiles.length > 0, "text": () => bar.slashAttachedFiles.map(file => file.name).join(", ") + " " + bar.tr("attached — ask your question…") },
+        { "holds": () => true, "text": () => bar.tr("Ask Tovi anything…") }
+    ]
+
+    implicitHeight: 36
+    color: Qt.rgba(1, 1, 1, 0.95)
+    placeholderText: placeholders.find(row => row.holds()).text()
+    placeholderTextColor: Qt.rgba(1, 1, 1, 0.50)
+    selectionColor: bar.toviAccent
+    selectedTextColor: "white"
+    font.pixelSize: 15
+    verticalAlignment: TextInput.AlignVCenter
+    selectByMouse: true
+    clip: true
+    Accessible.role: Accessible.EditableText
+    Accessible.name: bar.tr("Prompt")
+    Accessible.description: placeholderText
+
+    onAccepted: bar.submitInput()
+    Keys.onEscapePressed: {
+        if (!bar.closeNearest())
+            bar.handleEscapeKey();
+    }
+    Keys.onPressed: {
+        if (event.key === Qt.Key_L && event.modifiers === Qt.ControlModifier) {
+            bar.clearConversation();
+            event.accepted = true;
+        }
+    }
+
+    PlainText {
+        anchors.fill: parent
+        verticalAlignment: Text.AlignVCenter
+        visible: input.length === 0 && input.preeditText === ""
+        text: input.placeholderText
+        color: input.placeholderTextColor
+        font: input.font
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../logic/Translatable.js" as Translatable
+
+//! How many tokens the window has used, as a ring that fills up.
+Item {
+    id: ring
+    objectName: "usageRing"
+
+    required property var bar
+
+    readonly property real progress: bar.usageProgress
+    readonly property bool hovered: pointer.hovered
+    readonly property bool visualFocus: activeFocus
+    readonly property string tip: Translatable.filled(bar.tr("Input: {input} · Output: {output} · Total: {total}"), {
+        "input": bar.sessionUsageInput,
+        "output": bar.sessionUsageOutput,
+        "total": bar.sessionUsageTotal
+    })
+
+    implicitWidth: 28
+    implicitHeight: 28
+    activeFocusOnTab: true
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: bar.tr("Tokens used")
+    Accessible.description: tip
+    onProgressChanged: canvas.requestPaint()
+
+    Canvas {
+        id: canvas
+
+        readonly property real line: 2.5
+
+        anchors.centerIn: parent
+        width: 26
+        height: 26
+        onPaint: {
+            const context = getContext("2d");
+            const radius = (width - line) / 2;
+            context.reset();
+            context.lineWidth = line;
+            context.strokeStyle = Qt.rgba(1, 1, 1, 0.2);
+            context.beginPath();
+            context.arc(width / 2, height / 2, radius, 0, 2 * Math.PI);
+            context.stroke();
+            // From the bottom of the circle. The direction is the canvas's own and meant: with the end angle running
+            // backwards the arc is what is left of the budget, full at first and shorter with every reply.
+            context.strokeStyle = ring.bar.toviMagenta;
+            context.beginPath();
+            context.arc(width / 2, height / 2, radius, Math.PI / 2, Math.PI / 2 - 2 * Math.PI * ring.progress);
+            context.stroke();
+        }
+    }
+
+    HoverHandler {
+        id: pointer
+    }
+
+    FocusRing {
+        control: ring
+        border.color: "#e9d5ff"
+    }
+
+    HoverTip {
+        control: ring
+        text: ring.tip
+    }
+}

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "../common"
+
+//! The rows of the conversation. Only those in sight are built, so that the thousandth costs no more than the tenth.
+//! Up and Down choose a row, and Tab then reaches its buttons.
+Rectangle {
+    id: area
+
+    required property var bar
+    required property var theme
+
+    function scrollToEnd() {
+        rows.followEnd = true;
+        rows.positionViewAtEnd();
+    }
+
+    radius: 10
+    color: theme.uiMsgAreaBg
+    border.width: 1
+    border.color: theme.uiMsgAreaBorder
+
+    ListView {
+        id: rows
+        objectName: "messageList"
+
+        //! Whether the end stays in sight while rows grow. The user's own scrolling decides.
+        property bool followEnd: true
+
+        anchors.fill: parent
+        anchors.margins: 10
+        spacing: 10
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: true
+        highlightFollowsCurrentItem: activeFocus
+        model: area.bar.chatModel
+        currentIndex: -1
+        cacheBuffer: 200
+        Accessible.role: Accessible.List
+        Accessible.name: area.bar.tr("Messages")
+
+        // Tab stops at the chosen row. That is the last one, unless somebody is choosing.
+        onCountChanged: {
+            if (!activeFocus)
+                currentIndex = count - 1;
+        }
+        onCurrentIndexChanged: {
+            if (activeFocus)
+                followEnd = currentIndex === count - 1;
+        }
+        onMovementEnded: followEnd = atYEnd
+        onContentHeightChanged: {
+            if (followEnd && !moving)
+                positionViewAtEnd();
+        }
+        onHeightChanged: {
+            if (followEnd)
+                positionViewAtEnd();
+        }
+
+        delegate: MessageRow {
+            width: ListView.view.width - scrollBar.width - 4
+            bar: area.bar
+            theme: area.theme
+        }
+
+        footer: ThinkingIndicator {
+            width: ListView.view ? ListView.view.width : 0
+            bar: area.bar
+            theme: area.theme
+        }
+
+        T.ScrollBar.vertical: T.ScrollBar {
+            id: scrollBar
+            objectName: "messageScrollBar"
+
+            implicitWidth: 6
+            minimumSize: 0.08
+            policy: T.ScrollBar.AsNeeded
+            visible: size < 1.0
+            onPressedChanged: rows.followEnd = rows.atYEnd
+            Accessible.role: Accessible.ScrollBar
+            Accessible.name: area.bar.tr("Scroll messages")
+
+            background: Rectangle {
+                radius: 2
+                color: area.theme.uiScrollTrack
+            }
+            contentItem: Rectangle {
+                radius: 2
+                color: area.theme.uiScrollThumb
+            }
+        }
+    }
+}

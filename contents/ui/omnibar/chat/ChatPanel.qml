@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../logic/Geometry.js" as Geometry
+
+//! The conversation.
+FloatingPanel {
+    id: chatPanel
+    objectName: "chatPanel"
+
+    required property var bar
+    //! The prompt bar, which gives the width and the room above it.
+    required property Item barCard
+
+    readonly property int headerHeight: 64
+
+    //! What the panel must hold beside the header, the rows and the lines between them.
+    readonly property real extrasHeight: suggestions.visible ? suggestions.height : 0
+    readonly property real areaHeight: Geometry.chatAreaHeight(fullHeight, headerHeight, extrasHeight)
+    readonly property real fullHeight: Geometry.chatPanelHeight(bar.chatMinHeight, bar.chatMaxHeight, barCard.targetY,
+                                                                bar.chatTopSafePadding)
+
+    function scrollToEnd() {
+        area.scrollToEnd();
+    }
+
+    width: barCard.width
+    height: fullHeight
+    shown: bar.chatPanelShown
+    Accessible.role: Accessible.Pane
+    Accessible.name: bar.tr("Conversation")
+
+    Behavior on height {
+        enabled: chatPanel.built
+        NumberAnimation {
+            duration: chatPanel.entranceDuration
+            easing.type: Easing.OutCubic
+        }
+    }
+    Column {
+        anchors.fill: parent
+        anchors.margins: 12
+        spacing: 10
+
+        ChatHeader {
+            width: parent.width
+            height: chatPanel.headerHeight
+            bar: chatPanel.bar
+            theme: chatPanel.theme
+        }
+
+        ChatArea {
+            id: area
+            objectName: "chatArea"
+
+            width: parent.width
+            height: chatPanel.areaHeight
+            bar: chatPanel.bar
+            theme: chatPanel.theme
+        }
+
+        SuggestionCards {
+            id: suggestions
+            objectName: "suggestionCards"
+
+            width: parent.width
+            // On a screen too low for both, the conversation matters more.
+            visible: chatPanel.bar.suggestionsShown
+                     && Geometry.chatAreaFits(chatPanel.fullHeight, chatPanel.headerHeight, implicitHeight)
+            bar: chatPanel.bar
+            theme: chatPanel.theme
+        }
+
+        PlainText {
+            width: parent.width
+            text: chatPanel.bar.tr("Tovi can make mistakes. Verify important information.")
+            color: chatPanel.theme.uiTextFaint
+            font.pixelSize: 11
+            horizontalAlignment: Text.AlignHCenter
+        }
+    }
+}

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+
+//! Copy and the two thumbs of a reply.
+Row {
+    id: actions
+
+    required property var bar
+    required property var theme
+    required property int rowIndex
+    //! "", "up" or "down".
+    required property string vote
+    //! Whether Tab stops here: the buttons of the chosen row do, those of a thousand others don't.
+    required property bool reachable
+
+    spacing: 2
+
+    RoundButton {
+        objectName: "copyBtn"
+
+        readonly property bool copied: copiedTimer.running
+
+        implicitWidth: 24
+        radius: 4
+        activeFocusOnTab: actions.reachable
+        text: copied ? actions.bar.tr("Copied") : actions.bar.tr("Copy")
+        iconName: copied ? "checkmark" : "edit-copy"
+        iconFallback: copied ? "dialog-ok" : ""
+        iconSize: 14
+        iconColor: copied ? "#4ade80" : actions.theme.uiIconMuted
+        hoverFill: actions.theme.uiWellFillHi
+        ring: actions.theme.focusRing
+        onClicked: {
+            if (actions.bar.copyMessage(actions.rowIndex))
+                copiedTimer.restart();
+        }
+
+        Timer {
+            id: copiedTimer
+            objectName: "copiedTimer"
+            interval: 1500
+        }
+    }
+
+    ThumbButton {
+        objectName: "thumbUpBtn"
+        theme: actions.theme
+        activeFocusOnTab: actions.reachable
+        text: actions.bar.tr("Good reply")
+        active: actions.vote === "up"
+        activeColor: "#4ade80"
+        activeFill: Qt.rgba(0.29, 0.85, 0.50, 0.18)
+        onClicked: actions.bar.voteMessage(actions.rowIndex, "up")
+    }
+
+    ThumbButton {
+        objectName: "thumbDownBtn"
+        theme: actions.theme
+        activeFocusOnTab: actions.reachable
+        text: actions.bar.tr("Bad reply")
+        pointsDown: true
+        active: actions.vote === "down"
+        activeColor: "#ef4444"
+        activeFill: Qt.rgba(0.90, 0.22, 0.21, 0.18)
+        onClicked: actions.bar.voteMessage(actions.rowIndex, "down")
+    }
+}

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+//! The line around a control that has the keyboard focus.
+Rectangle {
+    //! The control that it belongs to.
+    required property Item control
+
+    anchors.fill: control
+    anchors.margins: -2
+    radius: height / 2
+    color: "transparent"
+    border.width: 2
+    visible: control.visualFocus
+}

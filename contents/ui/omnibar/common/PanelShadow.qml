@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtGraphicalEffects 1.15
+
+//! The shadow of a rounded panel. It belongs to a plain rectangle of its own, so that what moves inside the panel, such
+//! as the cursor, doesn't blur the shadow anew.
+Rectangle {
+    id: caster
+
+    property color shadowColor: Qt.rgba(0, 0, 0, 0.40)
+    property int shadowRadius: 24
+
+    color: "black"
+    layer.enabled: true
+    layer.effect: DropShadow {
+        verticalOffset: 4
+        radius: caster.shadowRadius
+        samples: 49
+        color: caster.shadowColor
+        transparentBorder: true
+    }
+    Accessible.ignored: true
+}

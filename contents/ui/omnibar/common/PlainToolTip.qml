@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+//! A tooltip with words that are never markup. It leaves Escape to the window.
+T.ToolTip {
+    id: toolTip
+
+    //! The HoverTip that shows it.
+    required property var tip
+    //! In characters. Words from outside may be of any length: a tooltip shows as much as is read at a glance.
+    readonly property int longest: 400
+
+    parent: tip.control
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: -height - 6
+    margins: 6
+    padding: 6
+    leftPadding: 9
+    rightPadding: 9
+    // Long words from outside wrap instead of running off the screen.
+    implicitWidth: Math.min(contentItem.implicitWidth, 360) + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    visible: tip.wanted
+    text: tip.text
+    delay: 500
+    timeout: -1
+    closePolicy: T.Popup.NoAutoClose
+
+    // Dark in both themes, like the bar.
+    background: Rectangle {
+        radius: 6
+        color: "#241a31"
+        border.width: 1
+        border.color: Qt.rgba(1, 1, 1, 0.18)
+    }
+    contentItem: PlainText {
+        objectName: "toolTipText"
+        text: toolTip.text.length > toolTip.longest ? toolTip.text.substring(0, toolTip.longest) + "…" : toolTip.text
+        color: Qt.rgba(1, 1, 1, 0.92)
+        font.pixelSize: 12
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+    }
+}

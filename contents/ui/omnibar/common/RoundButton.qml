@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+//! A button with an icon or a glyph, round unless told otherwise. It takes the focus by Tab only, so that a click leaves
+//! the cursor in the prompt. "text" is its accessible name.
+PlainButton {
+    id: button
+
+    property color fill: "transparent"
+    property color hoverFill: fill
+    property color ring: "#e9d5ff"
+    property real radius: height / 2
+    property string tip: text
+
+    property string iconName
+    property string iconFallback
+    property int iconSize: 18
+    property color iconColor: "white"
+
+    //! Drawn in place of an icon where there is no icon name.
+    property string glyph
+    property int glyphSize: 13
+
+    //! How long the fill takes to follow the pointer, in ms.
+    property int hoverDuration: 120
+    readonly property bool highlighted: hovered || pressed
+
+    implicitWidth: 36
+    implicitHeight: implicitWidth
+
+    background: Rectangle {
+        radius: button.radius
+        color: button.highlighted ? button.hoverFill : button.fill
+
+        Behavior on color {
+            ColorAnimation {
+                duration: button.hoverDuration
+            }
+        }
+    }
+
+    contentItem: Item {
+        FallbackIcon {
+            anchors.centerIn: parent
+            visible: button.iconName !== ""
+            name: button.iconName
+            fallback: button.iconFallback
+            size: button.iconSize
+            color: button.iconColor
+        }
+
+        PlainText {
+            anchors.centerIn: parent
+            visible: button.iconName === ""
+            text: button.glyph
+            color: button.iconColor
+            font.pixelSize: button.glyphSize
+            Accessible.ignored: true
+        }
+    }
+
+    FocusRing {
+        control: button
+        radius: button.radius + 2
+        border.color: button.ring
+    }
+
+    HoverTip {
+        control: button
+        text: button.tip
+    }
+}

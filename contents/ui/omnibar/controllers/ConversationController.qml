@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../logic/Attachments.js" as Attachments
+import "../logic/ChatContext.js" as ChatContext
+import "../logic/CollapseRule.js" as CollapseRule
+import "../logic/Feedback.js" as Feedback
+import "../logic/Native.js" as Native
+import "../logic/ReplyText.js" as ReplyText
+
+//! The conversation: how a prompt leaves, and how replies become rows. Nothing of it is stored.
+Controller {
+    id: conversation
+
+    //! Rows of the chat, which live as long as the window: role, text, messageType, payload, fallbackText, hasTool,
+    //! toolStatus, toolName, createdAt (ms since 1970), feedbackVote.
+    readonly property ListModel chatModel: ListModel {
+        objectName: "chatModel"
+    }
+    //! How many of the last rows go into a context.
+    readonly property int contextWindowSize: 8
+    property string lastInputMode: "text"
+    //! A structured reply that waits for the text it belongs to.
+    property string pendingUiJson: ""
+
+    property var availableAgents: []
+    property string currentAgentId: (bar.bridge && bar.bridge.currentAgent) || "auto"
+    property string currentModelId: (bar.bridge && bar.bridge.currentModel) || ""
+
+    property int sessionUsageInput: 0
+    property int sessionUsageOutput: 0
+    readonly property int sessionUsageTotal: sessionUsageInput + sessionUsageOutput
+    readonly property int usageMax: 50000
+    readonly property real usageProgress: Math.min(1.0, sessionUsageTotal / Math.max(1, usageMax))
+
+    //! Rows were added and should be seen.
+    signal scrollRequested()
+
+    // ---- Rows
+
+    function appendRow(role, text, tool) {
+        chatModel.append({
+            "role": role,
+            "text": text,
+            "messageType": "text",
+            "payload": "",
+            "fallbackText": text,
+            "hasTool": tool ? tool.hasTool : false,
+            "toolStatus": tool ? tool.toolStatus : "",
+            "toolName": tool ? tool.toolName : "",
+            "createdAt": Date.now(),
+            "feedbackVote": ""
+        });
+    }
+
+    function appendUserMessage(msg) {
+        appendRow("user", String(msg));
+    }
+
+    function appendAgentMessage(msg) {
+        const tool = ReplyText.parseToolTag(String(msg));
+        appendRow("assistant", tool.text, tool);
+    }
+
+    function appendSystemMessage(msg) {
+        appendRow("system", String(msg));
+        scrollToBottom();
+    }
+
+    function clear() {
+        chatModel.clear();
+    }
+
+    function rowAt(index) {
+        const row = chatModel.get(index);
+        return { "role": row.role, "text": row.text, "fallbackText": row.fallbackText, "messageType": row.messageType };
+    }
+
+    //! The last rows, at most so many, in their order.
+    function lastRows(most) {
+        const list = [];
+        for (let i = Math.max(0, chatModel.count - most); i < chatModel.count; ++i)
+            list.push(rowAt(i));
+        return list;
+    }
+
+    //! The rows since the user's last word, which is their first.
+    function latestTurn() {
+        const list = [];
+        for (let i = chatModel.count - 1; i >= 0; --i) {
+            list.unshift(rowAt(i));
+            if (list[0].role !== "assistant")
+                break;
+        }
+        return list;
+    }
+
+    //! The text of the last row of a role, or nothing.
+    function lastText(role) {
+        for (let i = chatModel.count - 1; i >= 0; --i) {
+            if (chatModel.get(i).role === role)
+                return plainTextOf(i);
+        }
+        return "";
+    }
+
+    //! What a row reads for copy, feedback and context.
+    function plainTextOf(index) {
+        const row = chatModel.get(index);
+        return row.fallbackText || row.text;
+    }
+
+    function emitScroll() {
+        if (chatModel.count > 0)
+            scrollRequested();
+    }
+
+    //! Deferred, as the row that was just added has no height yet. Several calls in one turn scroll once.
+    function scrollToBottom() {
+        Qt.callLater(emitScroll);
+    }
+
+    // ---- Prompts
+
+    //! Enter in the input field.
+    function submitInput() {
+        const input = bar.inputField;
+        if (bar.voiceConfirmPending) {
+            bar.voiceConfirmSend();
+            return;
+        }
+        const command = bar.chosenSlashCommand();
+        if (command) {
+            input.text = "/" + command;
+            bar.slashMenuVisible = false;
+        }
+        const text = input.text.trim();
+        if (text !== "") {
+            if (!bar.tryHandleSlashCommand(text))
+                submitPrompt(text);
+            input.text = "";
+        }
+        bar.slashMenuVisible = false;
+    }
+
+    function submitPrompt(text) {
+        lastInputMode = "text";
+        appendUserMessage(text);
+        scrollToBottom();
+        const files = bar.takeAttachedFiles();
+        // The row shows what was typed; the files' contents are for the bridge only.
+        sendToBridge(files.length > 0 ? Attachments.contextPrefix(files) + "User question: " + text : text);
+    }
+
+    function sendToBridge(prompt) {
+        const target = typeof agentBridge !== "undefined" && agentBridge ? agentBridge : bar.bridge;
+        if (!target)
+            return;
+        if (currentAgentId !== "") {
+            if (typeof target.setCurrentAgent === "function")
+                target.setCurrentAgent(currentAgentId);
+            else
+                target.currentAgent = currentAgentId;
+        }
+        const model = currentModelId.trim() || String(target.currentModel || "").trim();
+        if (model !== "")
+            target.currentModel = model;
+        target.inputMode = lastInputMode;
+        // Probes for richer clients. AgentBridge takes the prompt alone: the session on the bridge keeps the
+        // conversation.
+        if (typeof target.sendIntentWithContext === "function") {
+            target.sendIntentWithContext(prompt, buildChatContext());
+        } else if (target.sendIntent.length >= 2) {
+            try {
+                target.sendIntent(prompt, buildChatContext());
+            } catch (error) {
+                console.warn("[OmniBar] sendIntent with context failed:", error);
+            }
+        } else {
+            target.sendIntent(prompt);
+        }
+    }
+
+    function buildChatContext() {
+        return ChatContext.chatContext(lastRows(contextWindowSize), contextWindowSize);
+    }
+
+    // ---- Agents: routing among them is the bridge's, and the user sees one
+
+    function loadAvailableAgents() {
+        availableAgents = [{ "id": "auto", "name": bar.tr("Assistant") }];
+        currentAgentId = "auto";
+    }
+
+    function updateCurrentAgent() {
+        currentAgentId = (bar.bridge && bar.bridge.currentAgent) || "auto";
+    }
+
+    // ---- Replies
+
+    //! The structured part of a reply, read from the text that came just before it.
+    function takeStructuredReply() {
+        let followUps = [];
+        if (pendingUiJson !== "") {
+            try {
+                const ui = JSON.parse(pendingUiJson);
+                if (ui && Array.isArray(ui.followUps))
+                    followUps = ui.followUps;
+            } catch (error) {
+                console.warn("[OmniBar] structured reply can't be read:", error);
+            }
+        }
+        pendingUiJson = "";
+        return followUps;
+    }
+
+    function handleReply(response) {
+        const reply = String(response);
+        if (reply === "")
+            return; // what is pending belongs to the reply that is still to come
+        const followUps = takeStructuredReply();
+        const text = ReplyText.holdsToolMarkup(reply) ? ReplyText.stripToolMarkup(reply) : reply;
+        syncThemeWith(text);
+        appendAgentMessage(text);
+        scrollToBottom();
+        bar.refreshResponseSuggestions(followUps);
+        bar.speakReply(text);
+    }
+
+    //! A reply that says that a dark or light theme was applied takes the window along. The wording is all there is to
+    //! go by on this path, so the test is loose on purpose and also answers to a plain chat about it.
+    function syncThemeWith(text) {
+        const light = ReplyText.lightChromeFromWording(text);
+        if (light !== undefined)
+            bar.appearanceStore.lightChrome = light;
+    }
+
+    function handleError(error) {
+        pendingUiJson = "";
+        appendRow("assistant", "Error: " + error);
+        scrollToBottom();
+    }
+
+    // ---- Feedback
+
+    //! A click on a thumb: the active vote is cleared without a call, any other is stored and sent.
+    function voteMessage(index, vote) {
+        const row = chatModel.get(index);
+        if (row.feedbackVote === vote) {
+            chatModel.setProperty(index, "feedbackVote", "");
+            return;
+        }
+        chatModel.setProperty(index, "feedbackVote", vote);
+        sendChatFeedback(vote, index, plainTextOf(index));
+    }
+
+    function sendChatFeedback(vote, messageIndex, assistantText) {
+        Native.call(bar.bridge, "sendMessageFeedback", vote, messageIndex, assistantText,
+                    Feedback.nearestUserQuery(lastRows(chatModel.count), messageIndex));
+    }
+
+    //! @return whether there was text to copy
+    function copyMessage(index) {
+        const text = plainTextOf(index);
+        if (text === "" || !Native.offers(bar.bridge, "copyToClipboard"))
+            return false;
+        Native.call(bar.bridge, "copyToClipboard", text);
+        return true;
+    }
+
+    Connections {
+        target: conversation.bar.bridge
+
+        function onStructuredReplyReceived(uiJson) {
+            conversation.pendingUiJson = uiJson;
+        }
+        function onAgentReplied(response) {
+            conversation.handleReply(response);
+        }
+        function onErrorOccurred(error) {
+            conversation.handleError(error);
+        }
+        function onUsageReported(inputTokens, outputTokens) {
+            conversation.sessionUsageInput += inputTokens;
+            conversation.sessionUsageOutput += outputTokens;
+        }
+        function onCurrentAgentChanged() {
+            conversation.updateCurrentAgent();
+        }
+        function onActionStarted(actionName) {
+            if (CollapseRule.collapsesWindow(actionName))
+                conversation.bar.collapseForAction();
+        }
+    }
+}

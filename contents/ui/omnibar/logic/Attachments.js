@@ -1,0 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+.pragma library
+
+/** What goes before a question about attached files, an array of {name, path, content}; empty without files. */
+function contextPrefix(files) {
+    return files.map(file => "--- File: " + file.name + " (path: " + file.path + ") ---\n"
+                             + "```\n" + file.content + "\n```\n\n").join("");
+}

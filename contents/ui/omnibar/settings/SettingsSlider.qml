@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "../common"
+
+//! A slider in the sheet's colours.
+T.Slider {
+    id: slider
+
+    required property var theme
+
+    // What assistive technology asks for the ends of the range.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
+
+    implicitWidth: 200
+    implicitHeight: 24
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    snapMode: T.Slider.SnapAlways
+    Accessible.role: Accessible.Slider
+
+    background: Rectangle {
+        x: slider.leftPadding
+        anchors.verticalCenter: parent.verticalCenter
+        width: slider.availableWidth
+        height: 4
+        radius: 2
+        color: slider.theme.uiWellFillHi
+
+        Rectangle {
+            width: slider.visualPosition * parent.width
+            height: parent.height
+            radius: 2
+            color: slider.theme.uiAccentBorder
+        }
+    }
+
+    handle: Rectangle {
+        id: knob
+
+        readonly property bool visualFocus: slider.visualFocus
+
+        x: slider.leftPadding + slider.visualPosition * (slider.availableWidth - width)
+        anchors.verticalCenter: parent.verticalCenter
+        width: 16
+        height: 16
+        radius: 8
+        color: "#ffffff"
+        border.width: slider.pressed || slider.hovered ? 4 : 3
+        border.color: "#8b47eb"
+
+        FocusRing {
+            control: knob
+            border.color: slider.theme.focusRing
+        }
+    }
+}

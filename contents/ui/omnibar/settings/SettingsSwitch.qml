@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "../common"
+
+//! A switch in the sheet's colours, its text to the left.
+T.Switch {
+    id: control
+
+    required property var theme
+
+    implicitWidth: contentItem.implicitWidth + spacing + indicator.width
+    implicitHeight: 28
+    spacing: 12
+    hoverEnabled: true
+    Accessible.role: Accessible.CheckBox
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.onToggleAction: press()
+    Keys.onReturnPressed: control.press()
+    Keys.onEnterPressed: control.press()
+
+    //! As a click would.
+    function press() {
+        toggle();
+        toggled();
+    }
+
+    contentItem: PlainText {
+        text: control.text
+        color: control.theme.uiTextMed
+        font.pointSize: 10
+        verticalAlignment: Text.AlignVCenter
+        rightPadding: control.indicator.width + control.spacing
+        Accessible.ignored: true
+    }
+
+    indicator: Rectangle {
+        id: track
+
+        readonly property bool visualFocus: control.visualFocus
+
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        width: 36
+        height: 20
+        radius: 10
+        color: control.checked ? control.theme.uiAccentBorder : control.theme.uiWellFillHi
+        border.width: 1
+        border.color: control.checked ? control.theme.uiAccentBorder : control.theme.uiWellBorder
+
+        Rectangle {
+            x: 2 + control.visualPosition * (parent.width - width - 4)
+            anchors.verticalCenter: parent.verticalCenter
+            width: 16
+            height: 16
+            radius: 8
+            color: "#ffffff"
+            border.width: 1
+            border.color: Qt.rgba(0, 0, 0, 0.15)
+
+            Behavior on x {
+                NumberAnimation {
+                    duration: 120
+                }
+            }
+        }
+
+        FocusRing {
+            control: track
+            border.color: control.theme.focusRing
+        }
+    }
+}

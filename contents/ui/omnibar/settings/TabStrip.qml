@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+import "../common"
+
+//! The row of tabs, in a well. Left and Right move between them.
+T.TabBar {
+    id: strip
+
+    required property var theme
+    //! Titles, already translated.
+    required property var titles
+
+    implicitHeight: 40
+    padding: 4
+    spacing: 4
+    contentWidth: availableWidth
+    Accessible.role: Accessible.PageTabList
+
+    contentItem: ListView {
+        model: strip.contentModel
+        currentIndex: strip.currentIndex
+        orientation: ListView.Horizontal
+        spacing: strip.spacing
+        interactive: false
+    }
+
+    background: Rectangle {
+        radius: 10
+        color: strip.theme.uiWellFill
+        border.width: 1
+        border.color: strip.theme.uiWellBorder
+    }
+
+    Repeater {
+        model: strip.titles
+
+        T.TabButton {
+            id: tab
+
+            required property string modelData
+
+            implicitHeight: 32
+            implicitWidth: contentItem.implicitWidth + 28
+            hoverEnabled: true
+            text: modelData
+            Accessible.role: Accessible.PageTab
+            Accessible.name: text
+
+            background: Rectangle {
+                radius: 6
+                color: tab.checked ? strip.theme.uiWellFillHi : tab.hovered ? strip.theme.uiWellFill : "transparent"
+                border.width: tab.checked ? 1 : 0
+                border.color: strip.theme.uiAccentBorder
+            }
+            contentItem: PlainText {
+                text: tab.text
+                color: tab.checked ? strip.theme.uiTextStrong : strip.theme.uiTextSoft
+                font.pointSize: 9
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+                Accessible.ignored: true
+            }
+
+            FocusRing {
+                control: tab
+                radius: 8
+                border.color: strip.theme.focusRing
+            }
+        }
+    }
+}
