@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const rephrase = require('./rephrase');
+const scenarios = require('./scenarios');
+const { Failure } = require('./frames');
+const { NO_REPLY, reply } = require('./outcomes');
+
+const ACTION_PACE = 0.3; // beats
+const FILE_PREFIX = '--- File: ';
+const QUESTION = 'User question: ';
+
+//! A rough count, as good as any without a model: four characters to the token.
+const tokens = (text) => Math.max(1, Math.ceil(text.length / 4));
+
+const usageOf = (prompt, response) => ({ inputTokens: tokens(prompt), outputTokens: tokens(response) });
+
+//! What the user asked, without the attached files that stand before it.
+function questionOf(message) {
+    const at = message.startsWith(FILE_PREFIX) ? message.lastIndexOf(QUESTION) : -1;
+    return at < 0 ? message : message.slice(at + QUESTION.length);
+}
+
+//! Gives the session of a request: the one it names, or a new one when that is unknown or none is named. A new one
+//! enters the list with its first reply, for before that its client doesn't know it.
+function openSession(house, sessionId) {
+    const known = house.sessions.find(sessionId);
+    return { session: known ?? house.sessions.draft(), startsSession: !known };
+}
+
+//! Runs a turn in the session of its request, and completes what `play(turn)` gives into a reply.
+async function converse({ id, params, connection, house }, prompt, play) {
+    const { session, startsSession } = openSession(house, params.sessionId);
+    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession }, play);
+    if (outcome === NO_REPLY)
+        return NO_REPLY;
+
+    const { response, ui, followUps, form } = outcome;
+    if ('payload' in outcome)
+        return reply(outcome.payload, form);
+    session.add('assistant', response);
+    // A session that was deleted meanwhile doesn't come back.
+    if (startsSession || house.sessions.find(session.id))
+        house.sessions.keep(session);
+    const usage = outcome.usage ?? usageOf(params.message ?? prompt, response);
+    return reply({ response, sessionId: session.id, usage, ui, followUps }, form);
+}
+
+function rewrite({ params, house }, transcript) {
+    const { session } = openSession(house, params.sessionId);
+    const response = rephrase.cleanUp(transcript);
+    house.sessions.keep(session);
+    // The conversation keeps no trace of it: the user has said nothing yet.
+    return reply({ response, sessionId: session.id, usage: usageOf(params.message, response) });
+}
+
+//! A prompt. The scenario that it chooses answers.
+async function chat(request) {
+    const { message } = request.params;
+    if (!message.trim())
+        throw new Failure('The message is empty', 'INVALID_PARAMS');
+    const transcript = rephrase.transcriptOf(request.params);
+    if (transcript !== null)
+        return rewrite(request, transcript);
+    return converse(request, questionOf(message), (turn) => {
+        turn.session.add('user', turn.prompt);
+        return scenarios.play(turn, turn.prompt);
+    });
+}
+
+//! Stops what runs on this connection, in the session that is named or in all. A stopped prompt gets an error reply of
+//! its own, so that no request stays open.
+function cancel({ params, connection }) {
+    return reply({ ok: true, cancelled: connection.turns.cancel(params.sessionId) });
+}
+
+const ACTIONS = new Map([
+    ['option_selected', 'Your choice has arrived. A real bridge would go on from here.'],
+    ['slider_submitted', 'The value has arrived. A real bridge would now set it.'],
+]);
+
+//! The user has used a widget of a reply. The answer is an ordinary reply.
+async function handleStructuredUiAction(request) {
+    const { actionType, data } = request.params;
+    return converse(request, actionType, async (turn) => {
+        await turn.pause(ACTION_PACE);
+        const known = ACTIONS.get(actionType) ?? `The action “${actionType}” has arrived.`;
+        const carried = Object.keys(data).length;
+        return { response: carried ? `${known}\n\n\`\`\`\n${JSON.stringify(data, null, 2)}\n\`\`\`` : known };
+    });
+}
+
+function messageFeedback({ params, house }) {
+    house.feedback.add(params.vote);
+    return reply({ ok: true, ...house.feedback.votes });
+}
+
+module.exports = { cancel, chat, handleStructuredUiAction, messageFeedback };

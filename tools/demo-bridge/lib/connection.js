@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const log = require('./log');
+const frames = require('./frames');
+const { checkParams } = require('./params');
+const { cut } = require('./text');
+const { findMethod } = require('./methods');
+const { Turns } = require('./turns');
+const { NO_REPLY } = require('./outcomes');
+
+const MAX_UNREAD_BYTES = 64 * 1024 * 1024;
+const MAX_NAME = 100;
+
+//! One client: reads its requests, has them performed and writes the replies. Whatever arrives, the connection and the
+//! process live on.
+class Connection {
+    constructor(socket, house) {
+        this.socket = socket;
+        this.house = house;
+        this.turns = new Turns(this, house.settings.beat);
+
+        socket.on('message', (data, isBinary) => this.receive(data, isBinary));
+        socket.on('error', (error) => log.note(`A client broke the protocol: ${error.message}`));
+        socket.on('close', () => this.turns.closeAll());
+        this.send(frames.ready());
+    }
+
+    send(message) {
+        this.sendText(JSON.stringify(message));
+    }
+
+    //! Sends a frame as it stands. Nothing goes to a client that has left, or that has stopped reading.
+    sendText(text) {
+        if (this.socket.readyState !== this.socket.OPEN)
+            return;
+        if (this.socket.bufferedAmount > MAX_UNREAD_BYTES) {
+            log.note('A client does not read what it asked for: its connection is cut');
+            this.socket.terminate();
+            return;
+        }
+        this.socket.send(text);
+    }
+
+    //! Cuts the connection without the closing handshake.
+    hangUp() {
+        this.socket.terminate();
+    }
+
+    async receive(data, isBinary) {
+        const { request, fault, id, method } = frames.readRequest(data, isBinary);
+        if (request) {
+            await this.answer(request);
+            return;
+        }
+        log.note(fault);
+        if (id)
+            this.fail(id, method, new frames.Failure(fault, 'INVALID_REQUEST'));
+    }
+
+    async answer({ id, method, params }) {
+        try {
+            const entry = findMethod(method);
+            checkParams(entry.params, params);
+            const outcome = await entry.perform({ id, params, connection: this, house: this.house });
+            if (outcome === NO_REPLY)
+                return;
+            this.send(frames.success(id, method, outcome.payload, outcome.form));
+        } catch (error) {
+            if (error instanceof frames.Failure) {
+                log.note(`${log.quote(method)} failed: ${log.quote(error.message)}`);
+                this.fail(id, method, error);
+            } else {
+                log.note(`${log.quote(method)} failed: ${error.stack}`);
+                this.fail(id, method, new frames.Failure('The demo bridge could not do that', 'INTERNAL'));
+            }
+        }
+    }
+
+    fail(id, method, error) {
+        this.send(frames.failure(id, method === undefined ? undefined : cut(method, MAX_NAME), error));
+    }
+}
+
+module.exports = { Connection };

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+//! A refusal that goes back to the client as the error of its request.
+//! `form` names one of the reply forms below.
+class Failure extends Error {
+    constructor(message, code, form = 'response') {
+        super(message);
+        this.code = code;
+        this.form = form;
+    }
+}
+
+//! The forms in which a reply can go out. Clients read all of them; the bridge itself speaks "response",
+//! the others are there for scenarios.
+const FORMS = {
+    response: {
+        success: (id, method, payload) => ({ type: 'response', id, method, payload }),
+        failure: (id, method, error) => ({ type: 'response', id, method, payload: null, error }),
+    },
+    older: {
+        success: (id, method, result) => ({ id, result }),
+        failure: (id, method, error) => ({ id, error: error.message }),
+    },
+    notice: {
+        failure: (id, method, error) => ({ type: 'error', id, error }),
+    },
+};
+
+const ready = () => ({ type: 'ready', sdkInitialized: true });
+
+const event = (name, fields) => ({ type: 'event', payload: { event: name, ...fields } });
+
+const success = (id, method, payload, form = 'response') => FORMS[form].success(id, method, payload);
+
+const failure = (id, method, { message, code, form = 'response' }) =>
+    FORMS[form].failure(id, method, { message, code });
+
+const isObject = (value) => typeof value === 'object' && value !== null && !Array.isArray(value);
+
+//! Reads one frame. Gives `request` ({id, method, params}) or `fault` (a text), the latter with `id` and `method` as
+//! far as they could be read: without an id there is nobody to answer.
+function readRequest(data, isBinary) {
+    if (isBinary)
+        return { fault: 'Binary frames are not read' };
+
+    let message;
+    try {
+        message = JSON.parse(data.toString('utf8'));
+    } catch (error) {
+        return { fault: `A frame is not JSON: ${error.message}` };
+    }
+    if (!isObject(message))
+        return { fault: 'A frame holds no object' };
+
+    const { id, method, params } = message;
+    if (method === undefined && typeof message.type === 'string')
+        return { fault: 'Replies and notices from clients are not answered' };
+    if (!Number.isSafeInteger(id) || id < 1)
+        return { fault: 'A request has no id that could be answered' };
+    if (typeof method !== 'string' || method === '')
+        return { fault: 'The request names no method', id };
+    if (!isObject(params))
+        return { fault: 'The params of a request must be an object', id, method };
+    return { request: { id, method, params } };
+}
+
+module.exports = { Failure, event, failure, isObject, readRequest, ready, success };

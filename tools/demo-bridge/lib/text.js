@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+//! The first `limit` code units of a text, never half of a surrogate pair, with an ellipsis where something was cut.
+function cut(text, limit) {
+    if (text.length <= limit)
+        return text;
+    const last = text.charCodeAt(limit - 1);
+    const splitsPair = last >= 0xd800 && last <= 0xdbff;
+    return `${text.slice(0, splitsPair ? limit - 1 : limit)}…`;
+}
+
+//! All white space, line breaks too, as single blanks.
+const oneLine = (text) => text.replace(/\s+/g, ' ').trim();
+
+module.exports = { cut, oneLine };

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const timers = require('timers/promises');
+
+const frames = require('./frames');
+
+const MAX_OPEN = 200;
+
+const cancelledFailure = () => new frames.Failure('The request was cancelled', 'CANCELLED');
+
+//! One running prompt, as its scenario sees it: what was asked, where, and the means to send events and let time pass.
+class Turn {
+    #connection;
+    #beat;
+    #cancelled = new AbortController();
+    #closed = new AbortController();
+
+    constructor(connection, beat, { id, prompt, params, session, startsSession }) {
+        this.#connection = connection;
+        this.#beat = beat;
+        this.id = id;
+        this.prompt = prompt;
+        this.params = params;
+        this.session = session;
+        this.startsSession = startsSession;
+        this.history = session.messages.slice();
+    }
+
+    //! Sends a notice to the client that asked.
+    event(name, fields) {
+        this.#connection.send(frames.event(name, fields));
+    }
+
+    //! Sends a frame that no well-behaved bridge would send.
+    sendText(text) {
+        this.#connection.sendText(text);
+    }
+
+    hangUp() {
+        this.#connection.hangUp();
+    }
+
+    //! Lets some beats pass. Rejects with a Failure as soon as the turn is cancelled.
+    async pause(beats) {
+        await this.#wait(beats, this.#cancelled.signal);
+        if (this.#cancelled.signal.aborted)
+            throw cancelledFailure();
+    }
+
+    //! Lets some beats pass, cancelled or not. Rejects when the client leaves.
+    async pauseRegardless(beats) {
+        await this.#wait(beats, this.#closed.signal);
+        if (this.#closed.signal.aborted)
+            throw cancelledFailure();
+    }
+
+    //! Resolves at the cancel, or after some beats without one.
+    async untilCancelled(beats) {
+        await this.#wait(beats, this.#cancelled.signal);
+    }
+
+    cancel() {
+        this.#cancelled.abort();
+    }
+
+    close() {
+        this.#cancelled.abort();
+        this.#closed.abort();
+    }
+
+    async #wait(beats, signal) {
+        try {
+            await timers.setTimeout(beats * this.#beat, undefined, { signal });
+        } catch (error) {
+            if (error.name !== 'AbortError')
+                throw error;
+        }
+    }
+}
+
+//! The prompts that run on one connection.
+class Turns {
+    #connection;
+    #beat;
+    #open = new Set();
+
+    //! `beat` in milliseconds.
+    constructor(connection, beat) {
+        this.#connection = connection;
+        this.#beat = beat;
+    }
+
+    //! Runs `play(turn)` as a turn of its own and gives what it gives.
+    async run(facts, play) {
+        if (this.#open.size >= MAX_OPEN)
+            throw new frames.Failure('Too many prompts are open on this connection', 'BUSY');
+        const turn = new Turn(this.#connection, this.#beat, facts);
+        this.#open.add(turn);
+        try {
+            return await play(turn);
+        } finally {
+            this.#open.delete(turn);
+        }
+    }
+
+    //! Cancels what belongs to a session, or everything when none is named. A turn that started its session is always
+    //! meant: its client cannot know the session's id yet. Gives the number of turns.
+    cancel(sessionId) {
+        const meant = [...this.#open].filter(
+            (turn) => !sessionId || turn.startsSession || turn.session.id === sessionId);
+        meant.forEach((turn) => turn.cancel());
+        return meant.length;
+    }
+
+    //! The client has left: everything ends.
+    closeAll() {
+        this.#open.forEach((turn) => turn.close());
+    }
+}
+
+module.exports = { Turns };

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const assert = require('assert/strict');
+
+const { readSettings } = require('../lib/settings');
+const { test } = require('./support/timed');
+
+test('without variables the bridge has its usual port and pace', () => {
+    assert.deepEqual(readSettings({}), { port: 8765, beat: 1000, executorPathEnabled: true });
+    assert.deepEqual(readSettings({ LOOMRA_BRIDGE_PORT: '', LOOMRA_DEMO_DELAY_MS: ' ', LOOMRA_EXECUTOR_PATH: '' }),
+        { port: 8765, beat: 1000, executorPathEnabled: true });
+});
+
+test('port and pace follow the environment up to their limits', () => {
+    assert.equal(readSettings({ LOOMRA_BRIDGE_PORT: ' 1 ' }).port, 1);
+    assert.equal(readSettings({ LOOMRA_BRIDGE_PORT: '65535' }).port, 65535);
+    assert.equal(readSettings({ LOOMRA_DEMO_DELAY_MS: '0' }).beat, 0);
+    assert.equal(readSettings({ LOOMRA_DEMO_DELAY_MS: '60000' }).beat, 60000);
+});
+
+for (const port of ['-1', '65536', '80a', '0x50', '1e3', '8765.5', 'NaN', '99999999999999999999', '８７６５']) {
+    test(`the port ${port} is refused by name and value`, () => {
+        assert.throws(() => readSettings({ LOOMRA_BRIDGE_PORT: port }), (error) =>
+            error.message.startsWith('LOOMRA_BRIDGE_PORT must be') && error.message.includes(port));
+    });
+}
+
+test('a pace that makes no sense is refused', () => {
+    assert.throws(() => readSettings({ LOOMRA_DEMO_DELAY_MS: '60001' }), /LOOMRA_DEMO_DELAY_MS must be/);
+});
+
+test('the executor path is on unless switched off', () => {
+    const table = { 0: false, false: false, False: false, FALSE: false, no: true, 1: true, ' 0': true };
+    for (const [text, enabled] of Object.entries(table))
+        assert.equal(readSettings({ LOOMRA_EXECUTOR_PATH: text }).executorPathEnabled, enabled, text);
+});

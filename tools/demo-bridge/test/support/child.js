@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const os = require('os');
+const path = require('path');
+const readline = require('readline');
+const { once } = require('events');
+const { spawn } = require('child_process');
+
+const { Client } = require('./client');
+
+const BRIDGE = path.join(__dirname, '..', '..', 'bridge.js');
+
+//! Whether this machine has the second address that the bridge listens on; a reason to skip where it has not.
+const hasIPv6 = Object.values(os.networkInterfaces()).flat().some(({ address }) => address === '::1');
+const withoutIPv6 = hasIPv6 ? false : 'this machine has no ::1';
+
+const clean = ({ LOOMRA_BRIDGE_PORT, LOOMRA_DEMO_DELAY_MS, LOOMRA_EXECUTOR_PATH, ...rest }) => rest;
+
+//! The bridge as a real child process.
+class Child {
+    output = '';
+    errors = '';
+
+    constructor(env) {
+        this.process = spawn(process.execPath, [BRIDGE], { env: { ...clean(process.env), ...env } });
+        this.process.stdout.setEncoding('utf8').on('data', (text) => { this.output += text; });
+        this.process.stderr.setEncoding('utf8').on('data', (text) => { this.errors += text; });
+        this.ended = once(this.process, 'close').then(([code, signal]) => ({ code, signal }));
+    }
+
+    //! Waits for the line that tells the port.
+    async listening() {
+        const lines = readline.createInterface({ input: this.process.stdout });
+        const line = await Promise.race([
+            once(lines, 'line').then(([text]) => text),
+            this.ended.then(({ code }) => { throw new Error(`The bridge ended with code ${code}: ${this.errors}`); }),
+        ]);
+        this.port = Number(/:(\d+)\/ws/.exec(line)[1]);
+        this.otherHost = hasIPv6 ? '[::1]' : '127.0.0.1';
+        return this;
+    }
+
+    url(host = '127.0.0.1', urlPath = '/ws') {
+        return `ws://${host}:${this.port}${urlPath}`;
+    }
+
+    //! A client that has seen "ready".
+    connect(host) {
+        return Client.open(this.url(host));
+    }
+
+    //! Ends the child by a signal and gives {code, signal}.
+    stop(signal = 'SIGTERM') {
+        this.process.kill(signal);
+        return this.ended;
+    }
+
+    //! Waits until a pattern stands on standard error.
+    async complains(pattern) {
+        while (!pattern.test(this.errors))
+            await once(this.process.stderr, 'data');
+    }
+}
+
+//! Starts a bridge on a port of its own, which ends with the test. Unless told otherwise its scenarios don't pause.
+async function startBridge(t, env = {}) {
+    const child = new Child({ LOOMRA_BRIDGE_PORT: '0', LOOMRA_DEMO_DELAY_MS: '0', ...env });
+    t.after(() => child.stop('SIGKILL'));
+    return child.listening();
+}
+
+//! Runs a bridge that is expected to end by itself; gives {code, output, errors}.
+async function runBridge(env) {
+    const child = new Child(env);
+    const { code } = await child.ended;
+    return { code, output: child.output, errors: child.errors };
+}
+
+module.exports = { Child, runBridge, startBridge, withoutIPv6 };

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const assert = require('assert/strict');
+const net = require('net');
+const { once } = require('events');
+
+const rephrase = require('../lib/rephrase');
+const { SessionStore } = require('../lib/sessions');
+const { checkParams } = require('../lib/params');
+const { cut } = require('../lib/text');
+const { openListeners } = require('../lib/listeners');
+const { quote } = require('../lib/log');
+const { withoutIPv6 } = require('./support/child');
+const { test } = require('./support/timed');
+
+test('cutting leaves no half of a character', () => {
+    assert.equal(cut('abc', 3), 'abc');
+    assert.equal(cut('abcd', 3), 'abc…');
+    assert.equal(cut('a😀b', 2), 'a…');
+    assert.equal(cut('a😀b', 3), 'a😀…');
+});
+
+test('words from outside fit on one log line', () => {
+    assert.equal(quote('a\nb\u001b[31m\u009b\u2028'), '"a\\nb\\u001b[31m??"');
+    assert.equal(quote('x'.repeat(1000)).length, 203);
+});
+
+test('params are checked by their rules', () => {
+    const rules = { name: 'string', count: 'integer?', more: 'object?' };
+    checkParams(rules, { name: '', unknown: 1 });
+    checkParams(rules, { name: 'a', count: 0, more: {} });
+    for (const bad of [{}, { name: null }, { name: 'a', count: 1.5 }, { name: 'a', count: '1' }, { name: 'a', more: [] },
+        { name: 'a', more: null }])
+        assert.throws(() => checkParams(rules, bad), { code: 'INVALID_PARAMS' }, JSON.stringify(bad));
+});
+
+const REQUEST = 'You are a text-only assistant. Do NOT execute any actions or tools. Rephrase the following ' +
+    'voice-transcribed command into a clear, concise instruction. Return ONLY the rephrased sentence, nothing else. ' +
+    'If it is already clear, return it unchanged.\n\n"';
+
+test('a rewrite is told from a chat by its agent and its frame', () => {
+    const message = `${REQUEST}say "hi"\nthere"`;
+    assert.equal(rephrase.transcriptOf({ message, agent: 'chat' }), 'say "hi"\nthere');
+    assert.equal(rephrase.transcriptOf({ message, agent: 'auto' }), null);
+    assert.equal(rephrase.transcriptOf({ message: ` ${message}`, agent: 'chat' }), null);
+    assert.equal(rephrase.transcriptOf({ message: 'hello', agent: 'chat' }), null);
+});
+
+const SENTENCES = [
+    ['um open the the file manager uh please', 'Open the file manager please.'],
+    ['  Open   it. ', 'Open it.'],
+    ['is it, er, late?', 'Is it, late?'],
+    ['umbrella hmm', 'Umbrella.'],
+    ['öffne das fenster', 'Öffne das fenster.'],
+    ['say “yes.”', 'Say “yes.”'],
+    ['𐐨𐐨 go', '𐐀𐐨 go.'],
+    ['um', 'um'],
+    ['', ''],
+];
+
+for (const [heard, clean] of SENTENCES)
+    test(`the transcript "${heard}" is cleaned up`, () => assert.equal(rephrase.cleanUp(heard), clean));
+
+test('cleaning up takes no time worth mentioning, whatever was said', () => {
+    const begin = process.hrtime.bigint();
+    for (const bit of ['u', 'um ', 'a a ', '.', '."', ' ,', 'uh,', 'I mean', '\n'])
+        rephrase.cleanUp(bit.repeat(200000));
+    assert.ok(process.hrtime.bigint() - begin < 20_000_000_000n);
+});
+
+test('the store forgets the least recently used session and the oldest messages', () => {
+    const store = new SessionStore();
+    const sessions = Array.from({ length: 501 }, () => store.draft());
+    sessions.slice(0, 500).forEach((session) => store.keep(session));
+    store.keep(sessions[0]);
+    store.keep(sessions[500]);
+    assert.equal(store.list().length, 500);
+    assert.equal(store.find(sessions[1].id), undefined);
+    assert.equal(store.find(sessions[0].id), sessions[0]);
+    assert.deepEqual(store.list().slice(0, 2).map(({ id }) => id), [sessions[500].id, sessions[0].id]);
+
+    for (let n = 0; n <= 1000; ++n)
+        sessions[0].add('user', `${n}`);
+    assert.equal(sessions[0].messages.length, 1000);
+    assert.equal(sessions[0].messages[0].content, '1');
+});
+
+const closeAll = (servers) => Promise.all(servers.map((server) => new Promise((resolve) => server.close(resolve))));
+
+test('a missing optional address is told, a missing other one fails', async () => {
+    const nowhere = { host: '2001:db8::1', shown: 'nowhere' };
+    const here = { host: '127.0.0.1', shown: 'here' };
+    const opened = await openListeners(0, [here, { ...nowhere, optional: true }]);
+    assert.deepEqual(opened.shown, ['here']);
+    assert.deepEqual(opened.missing, ['nowhere']);
+    await closeAll(opened.servers);
+    await assert.rejects(openListeners(0, [here, nowhere]), /EADDRNOTAVAIL|EAFNOSUPPORT|ENETUNREACH/);
+});
+
+test('a port that is taken at the second address is taken', { skip: withoutIPv6 }, async (t) => {
+    const other = net.createServer().listen(0, '::1');
+    t.after(() => other.close());
+    await once(other, 'listening');
+    const { port } = other.address();
+    await assert.rejects(openListeners(port), { code: 'EADDRINUSE' });
+
+    // The first address was given back.
+    const again = net.createServer().listen(port, '127.0.0.1');
+    await once(again, 'listening');
+    await closeAll([again]);
+});
