@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Conversation.h"
+
+#include "services/AgentBridge.h"
+
+#include <QQmlProperty>
+#include <QTest>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int s_patience = 10000; // ms
+
+} // namespace
+
+bool Conversation::begin()
+{
+    return open() && QTest::qWaitFor([this] { return item(QStringLiteral("messageList")) != nullptr; }, s_patience);
+}
+
+ScriptedBridge::Request Conversation::ask(const QString &prompt)
+{
+    type(prompt);
+    key(Qt::Key_Return);
+    return bridge.takeRequest(QStringLiteral("chat"));
+}
+
+bool Conversation::answer(const ScriptedBridge::Request &request, const QString &reply, QJsonObject more)
+{
+    const int before = count();
+    more.insert(QStringLiteral("response"), reply);
+    bridge.reply(request, more);
+    return QTest::qWaitFor([&] { return count() == before + 1 && agent()->status() == AgentStatus::Idle; }, s_patience);
+}
+
+bool Conversation::exchange(const QString &prompt, const QString &reply, const QJsonObject &more)
+{
+    return answer(ask(prompt), reply, more);
+}
+
+void Conversation::hear(const QString &reply)
+{
+    Q_EMIT agent()->agentReplied(reply);
+}
+
+QStringList Conversation::rows() const
+{
+    QStringList list;
+    for (int row = 0; row < count(); ++row) {
+        list.append(field(row, "role").toString() + QStringLiteral(": ") + field(row, "text").toString());
+    }
+    return list;
+}
+
+QVariant Conversation::field(int row, const char *name) const
+{
+    return evaluate(QStringLiteral("omniBar.chatModel.get(%1).%2").arg(QString::number(row), QLatin1String(name)));
+}
+
+QQuickItem *Conversation::rowItem(int row) const
+{
+    const QList<QQuickItem *> built = items(QStringLiteral("messageRow"));
+    const auto found = std::find_if(built.cbegin(), built.cend(),
+                                    [row](QQuickItem *item) { return item->property("index").toInt() == row; });
+    return found == built.cend() ? nullptr : *found;
+}
+
+QQuickItem *Conversation::inRow(int row, const char *objectName) const
+{
+    return itemIn(rowItem(row), QLatin1String(objectName));
+}
+
+QStringList Conversation::textsIn(QQuickItem *root)
+{
+    QStringList texts;
+    const QList<QQuickItem *> found =
+        itemsWhere(root, [](QQuickItem *item) { return item->inherits("QQuickText") && item->isVisible(); });
+    for (QQuickItem *item : found) {
+        texts.append(item->property("text").toString());
+    }
+    return texts;
+}
+
+QQuickItem *Conversation::textItem(const QString &text) const
+{
+    return itemsWhere(window()->contentItem(),
+                      [&](QQuickItem *item) {
+                          return item->inherits("QQuickText") && isSeen(item)
+                              && item->property("text").toString() == text;
+                      })
+        .value(0);
+}
+
+QStringList Conversation::suggestions() const
+{
+    QStringList titles;
+    for (QQuickItem *card : items(QStringLiteral("suggestionCard"))) {
+        if (isSeen(card)) {
+            titles.append(card->property("title").toString());
+        }
+    }
+    return titles;
+}
+
+QQuickItem *Conversation::suggestion(const QString &title) const
+{
+    const QList<QQuickItem *> cards = items(QStringLiteral("suggestionCard"));
+    const auto found = std::find_if(cards.cbegin(), cards.cend(),
+                                    [&](QQuickItem *card) { return card->property("title").toString() == title; });
+    return found == cards.cend() ? nullptr : *found;
+}
+
+QString Conversation::color(QQuickItem *item, const char *path)
+{
+    return QQmlProperty::read(item, QLatin1String(path)).value<QColor>().name(QColor::HexArgb);
+}
+
+QString Conversation::color(qreal red, qreal green, qreal blue, qreal alpha)
+{
+    return QColor::fromRgbF(red, green, blue, alpha).name(QColor::HexArgb);
+}

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include "support/OmniBarFixture.h"
+
+#include <QColor>
+#include <QJsonArray>
+#include <QJsonObject>
+
+//! The OmniBar with somebody who types and a bridge that answers.
+class Conversation : public OmniBarFixture
+{
+public:
+    //! Opens the window and waits for the chat panel, which is built after the first frame.
+    bool begin();
+
+    //! Types a prompt, presses Enter and takes the request from the bridge.
+    ScriptedBridge::Request ask(const QString &prompt = QStringLiteral("hello"));
+    //! Answers a request; @p more joins the result beside the text. Returns when the reply is a row.
+    bool answer(const ScriptedBridge::Request &request, const QString &reply, QJsonObject more = {});
+    //! A prompt and its reply.
+    bool exchange(const QString &prompt, const QString &reply, const QJsonObject &more = {});
+    //! A reply of the client without a request, for many rows at little cost.
+    void hear(const QString &reply);
+
+    //! Number of rows.
+    int count() const { return property("chatModel.count").toInt(); }
+    //! All rows as "role: text".
+    QStringList rows() const;
+    //! A field of a row.
+    QVariant field(int row, const char *name) const;
+    //! The item that shows a row, once the list has built it; null where it is out of sight.
+    QQuickItem *rowItem(int row) const;
+    //! An item by name inside of what shows a row.
+    QQuickItem *inRow(int row, const char *objectName) const;
+
+    //! The texts of all visible text items below an item, in drawing order.
+    static QStringList textsIn(QQuickItem *root);
+    //! The visible text item with these words; null if none.
+    QQuickItem *textItem(const QString &text) const;
+
+    //! Titles of the suggestion cards that can be seen.
+    QStringList suggestions() const;
+    //! The suggestion card with this title; null if none.
+    QQuickItem *suggestion(const QString &title) const;
+
+    //! A colour property of an item as #aarrggbb, or a nested one: "border.color".
+    static QString color(QQuickItem *item, const char *path = "color");
+    //! Four numbers in 0 to 1 in the same form.
+    static QString color(qreal red, qreal green, qreal blue, qreal alpha);
+};

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Conversation.h"
+
+#include "services/AgentBridge.h"
+
+#include <QAbstractAnimation>
+#include <QGuiApplication>
+#include <QSet>
+#include <QSignalSpy>
+#include <QStyleHints>
+#include <QTest>
+
+#include <algorithm>
+#include <functional>
+
+namespace
+{
+
+//! Everything that moves by itself: running timers and animations below the window, of items and of others.
+QStringList running(Conversation &bar)
+{
+    QSet<QObject *> seen;
+    QStringList names;
+    std::function<void(QObject *)> look = [&](QObject *object) {
+        if (!object || seen.contains(object)) {
+            return;
+        }
+        seen.insert(object);
+        const bool moves = (object->inherits("QQmlTimer") || object->inherits("QQuickAbstractAnimation")
+                            || object->inherits("QAbstractAnimation") || object->inherits("QQuickAnimator"))
+            && (object->property("running").toBool()
+                || object->property("state").toInt() == QAbstractAnimation::Running);
+        if (moves) {
+            names.append(QString::fromLatin1(object->metaObject()->className()) + QLatin1Char(' ')
+                         + object->objectName());
+        }
+        const QObjectList children = object->children();
+        std::for_each(children.cbegin(), children.cend(), look);
+        if (auto *item = qobject_cast<QQuickItem *>(object)) {
+            const auto childItems = item->childItems();
+            std::for_each(childItems.cbegin(), childItems.cend(), look);
+        }
+    };
+    look(bar.window());
+    look(bar.window()->contentItem());
+    return names;
+}
+
+//! So many times a message of the bridge is heard, which needs the event loop, and nothing is drawn meanwhile.
+int framesOverRoundTrips(Conversation &bar, int number)
+{
+    QSignalSpy frames(bar.window(), &QQuickWindow::frameSwapped);
+    const QString line = QStringLiteral("[AgentBridge] Received WebSocket message:");
+    for (int i = 0; i < number; ++i) {
+        const int before = bar.log.count(line);
+        bar.bridge.ready();
+        if (!QTest::qWaitFor([&] { return bar.log.count(line) > before; }, 10000)) {
+            return -1;
+        }
+    }
+    return static_cast<int>(frames.size());
+}
+
+using Scene = bool (*)(Conversation &);
+
+} // namespace
+
+Q_DECLARE_METATYPE(Scene)
+
+//! A window that waits costs nothing.
+class tst_Idle : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QGuiApplication::styleHints()->setCursorFlashTime(0); }
+
+    void atRest_data();
+    void atRest();
+    void thinkingMoves();
+    void disconnectedMoves();
+};
+
+void tst_Idle::atRest_data()
+{
+    QTest::addColumn<Scene>("scene");
+
+    QTest::newRow("idle") << Scene([](Conversation &) { return true; });
+    QTest::newRow("typing") << Scene([](Conversation &bar) {
+        bar.type(QStringLiteral("half a sentence"));
+        return true;
+    });
+    QTest::newRow("after a reply") << Scene([](Conversation &bar) {
+        return bar.exchange(QStringLiteral("a"), QStringLiteral("b"),
+                            {{QStringLiteral("usage"), QJsonObject {{QStringLiteral("inputTokens"), 7}}}});
+    });
+    QTest::newRow("after progress") << Scene([](Conversation &bar) {
+        const auto request = bar.ask();
+        bar.bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), QStringLiteral("executing")}});
+        return bar.answer(request, QStringLiteral("done"));
+    });
+    QTest::newRow("settings") << Scene([](Conversation &bar) {
+        bar.setProperty("settingsPanelOpen", true);
+        return QTest::qWaitFor([&] { return bar.item(QStringLiteral("lookTab")) != nullptr; });
+    });
+    QTest::newRow("compact") << Scene([](Conversation &bar) {
+        bar.invoke("shrinkToCompactBubble");
+        return true;
+    });
+    QTest::newRow("back from compact") << Scene([](Conversation &bar) {
+        bar.invoke("shrinkToCompactBubble");
+        if (!bar.settle()) {
+            return false;
+        }
+        bar.invoke("expandFromBubble");
+        return true;
+    });
+}
+
+void tst_Idle::atRest()
+{
+    QFETCH(Scene, scene);
+
+    Conversation bar;
+    QVERIFY(bar.begin());
+    QVERIFY(scene(bar));
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(running(bar), QStringList());
+    QTRY_COMPARE(framesOverRoundTrips(bar, 40), 0);
+    QCOMPARE(running(bar), QStringList());
+}
+
+void tst_Idle::thinkingMoves()
+{
+    Conversation bar;
+    QVERIFY(bar.begin());
+    const auto request = bar.ask();
+    QVERIFY(bar.settle());
+    QVERIFY(running(bar).size() >= 3); // the glow, the dot, the three dots
+    QVERIFY(bar.answer(request, QStringLiteral("done")));
+    QTRY_COMPARE(running(bar), QStringList());
+}
+
+void tst_Idle::disconnectedMoves()
+{
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("[AgentBridge] WebSocket error:"));
+    QVERIFY(bar.begin());
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(running(bar), QStringList());
+    bar.bridge.drop();
+    QTRY_COMPARE(bar.property("bridgeStatus").toString(), QStringLiteral("disconnected"));
+    QVERIFY(!running(bar).isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"), 15000);
+    QTRY_COMPARE(running(bar), QStringList());
+    QCOMPARE(bar.item(QStringLiteral("connectionDot"))->opacity(), 1.0);
+}
+
+QTEST_MAIN(tst_Idle)
+
+#include "tst_Idle.moc"

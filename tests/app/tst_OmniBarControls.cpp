@@ -1,0 +1,730 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/AgentBridge.h"
+#include "support/OmniBarFixture.h"
+
+#include <QQmlProperty>
+#include <QTest>
+#include <QtMath>
+
+#include <cmath>
+
+namespace
+{
+
+//! A chat client that stands still in any status.
+const char *s_stillBridge = R"(QtObject {
+    property string status: "idle"
+    property bool isThinking: false
+    property string currentAgent: "auto"
+    property string currentModel: ""
+    property string inputMode: "text"
+    property string activePhase: ""
+    property string routedAgent: ""
+    property int planStepIndex: -1
+    property int planStepTotal: 0
+    property string planStepCapability: ""
+    property string planStepPhase: ""
+    signal agentReplied(string response)
+    signal structuredReplyReceived(string uiJson)
+    signal errorOccurred(string error)
+    signal usageReported(int inputTokens, int outputTokens)
+    signal actionStarted(string actionName)
+    signal planStepChanged()
+    function sendIntent(text) {}
+    function cancelRequest() {}
+})";
+
+const char *s_stillVoice = R"(QtObject {
+    property bool isListening: false
+    property bool isTranscribing: false
+    property bool isSpeaking: false
+    property string partialTranscript: ""
+    property int voiceConfirmDelaySec: 4
+    signal wakeWordActivated()
+})";
+
+//! A bridge client that writes down what it is asked for.
+const char *s_sdk = R"(QtObject {
+    property bool ready: true
+    property bool workspaceIntelAvailable: true
+    property bool aiRuntimeAvailable: true
+    property var calls: []
+    function listModels() { calls.push("listModels") }
+    function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }
+    function refreshWorkspaceIntelPanel() { calls.push("refreshWorkspaceIntelPanel") }
+    function refreshAiRuntimePanel() { calls.push("refreshAiRuntimePanel") }
+    function refreshRuntimeHealth() { calls.push("refreshRuntimeHealth") }
+    function refreshRuntimeJobs() { calls.push("refreshRuntimeJobs") }
+    function refreshPowerProfile() { calls.push("refreshPowerProfile") }
+    function reminderList() { calls.push("reminderList") }
+})";
+
+QString rgba(double red, double green, double blue, double alpha)
+{
+    return QColor::fromRgbF(red, green, blue, alpha).name(QColor::HexArgb);
+}
+
+QString rgb(const QString &name)
+{
+    return QColor(name).name(QColor::HexArgb);
+}
+
+//! A colour property of an item, rounded as it is drawn.
+QString colourOf(QObject *item, const char *path = "color")
+{
+    return QQmlProperty(item, QString::fromLatin1(path)).read().value<QColor>().name(QColor::HexArgb);
+}
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+//! The animations that an item holds, running or not.
+QList<QObject *> animationsOf(QObject *item, const char *type = "QQuickAbstractAnimation")
+{
+    QList<QObject *> found;
+    const auto parts = item->findChildren<QObject *>();
+    std::copy_if(parts.cbegin(), parts.cend(), std::back_inserter(found),
+                 [type](const QObject *part) { return part->inherits(type); });
+    return found;
+}
+
+bool isAnimated(QObject *item)
+{
+    const auto animations = animationsOf(item);
+    return std::any_of(animations.cbegin(), animations.cend(),
+                       [](const QObject *animation) { return animation->property("running").toBool(); });
+}
+
+//! The tooltips in sight.
+QStringList tipsOf(OmniBarFixture &bar)
+{
+    QStringList texts;
+    const auto items = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
+        return QByteArray(item->metaObject()->className()).startsWith("QQuickPopupItem")
+            && OmniBarFixture::isSeen(item);
+    });
+    for (QQuickItem *popup : items) {
+        const auto words = bar.itemsWhere(popup, [](QQuickItem *item) { return item->inherits("QQuickText"); });
+        for (QQuickItem *word : words) {
+            texts.append(word->property("text").toString());
+        }
+    }
+    return texts;
+}
+
+} // namespace
+
+//! The bar's chrome: what stands on it, what it says and when.
+class tst_OmniBarControls : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void row();
+    void brand();
+    void looksTheSameInBothThemes();
+    void scrim_data();
+    void scrim();
+    void placeholder_data();
+    void placeholder();
+    void connectionDot_data();
+    void connectionDot();
+    void connectionDotWithoutABridge();
+    void connectionDotNamesThePhase();
+    void tipOfTheDot();
+    void thinkingGlow();
+    void usageRing();
+    void sendButton();
+    void closeButton();
+    void settingsButton();
+    void settingsButtonWhileConnecting();
+    void hintStrip_data();
+    void hintStrip();
+    void hintStripIsHidden_data();
+    void hintStripIsHidden();
+    void notifyLine();
+};
+
+void tst_OmniBarControls::row()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    const QRectF card = bar.place(bar.item("barCard"));
+    const auto place = [&](const char *name) { return bar.place(bar.item(name)); };
+
+    QVERIFY(!bar.isSeen(bar.item("sendBtn")));
+    QCOMPARE(place("barCloseBtn").size(), QSizeF(32, 32));
+    QCOMPARE(place("barCloseBtn").right(), card.right() - 10);
+    QCOMPARE(place("micBtn").size(), QSizeF(36, 36));
+    QCOMPARE(place("micBtn").right(), place("barCloseBtn").left() - 10);
+    QCOMPARE(place("settingsBtn").size(), QSizeF(36, 36));
+    QCOMPARE(place("settingsBtn").right(), place("micBtn").left() - 10);
+    QCOMPARE(place("inputField").right(), place("settingsBtn").left() - 10);
+    QCOMPARE(place("inputField").height(), 36.0);
+
+    // Two more come, and the input makes room.
+    bar.type("hello");
+    Q_EMIT bar.agent()->usageReported(10, 5);
+    QVERIFY(bar.settle());
+    QCOMPARE(place("sendBtn").size(), QSizeF(36, 36));
+    QCOMPARE(place("sendBtn").right(), place("barCloseBtn").left() - 10);
+    QCOMPARE(place("micBtn").right(), place("sendBtn").left() - 10);
+    QCOMPARE(place("usageRing").size(), QSizeF(28, 28));
+    QCOMPARE(place("usageRing").right(), place("settingsBtn").left() - 10);
+    QCOMPARE(place("inputField").right(), place("usageRing").left() - 10);
+    for (const char *name : {"inputField", "usageRing", "settingsBtn", "micBtn", "sendBtn", "barCloseBtn"}) {
+        QCOMPARE(place(name).center().y(), card.center().y());
+    }
+    bar.screenshot("bar-full");
+}
+
+void tst_OmniBarControls::brand()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    const QRectF card = bar.place(bar.item("barCard"));
+    const QRectF dot = bar.place(bar.item("connectionDot"));
+    // The disc is 30 wide, 10 in from the left; the dot looks over its lower right edge by 1.
+    const QRectF disc(card.left() + 10, card.center().y() - 15, 30, 30);
+    QCOMPARE(dot.size(), QSizeF(8, 8));
+    QCOMPARE(dot.bottomRight(), disc.bottomRight() + QPointF(1, 1));
+
+    const auto words = bar.itemsWhere(bar.item("barCard"), [&](QQuickItem *item) {
+        return item->inherits("QQuickText") && bar.isSeen(item)
+            && bar.place(item).right() < bar.place(bar.item("inputField")).left();
+    });
+    QStringList texts;
+    for (QQuickItem *word : words) {
+        texts << word->property("text").toString();
+    }
+    QCOMPARE(texts, QStringList({text("Tovi"), text("for"), text("KeldaOS")}));
+    QCOMPARE(words.at(0)->property("font").value<QFont>().pointSize(), 12);
+    QCOMPARE(words.at(0)->property("font").value<QFont>().bold(), true);
+    QCOMPARE(colourOf(words.at(0)), rgba(1, 1, 1, 0.95));
+    QCOMPARE(words.at(1)->property("font").value<QFont>().pointSize(), 11);
+    QCOMPARE(words.at(1)->property("font").value<QFont>().italic(), true);
+    QCOMPARE(colourOf(words.at(1)), rgba(1, 1, 1, 0.55));
+    QCOMPARE(words.at(2)->property("font").value<QFont>().bold(), true);
+    QCOMPARE(colourOf(words.at(2)), rgba(1, 1, 1, 0.92));
+    QCOMPARE(bar.place(words.at(0)).left(), disc.right() + 7);
+    bar.setProperty("systemName", text("AnotherOS"));
+    QCOMPARE(words.at(2)->property("text").toString(), text("AnotherOS"));
+}
+
+void tst_OmniBarControls::looksTheSameInBothThemes()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    bar.setProperty("settingsPanelOpen", true);
+    QTRY_VERIFY(bar.item("settingsPanel"));
+    QVERIFY(bar.settle());
+    // Its lower half, where the shadow of the sheet doesn't reach.
+    const QRect card = bar.place(bar.item("barCard")).toRect().adjusted(0, 28, 0, 0);
+    bar.focus(bar.item("barCloseBtn")); // no blinking cursor
+    const QImage dark = bar.window()->grabWindow();
+    bar.evaluate("appearanceStore.lightChrome = true");
+    QVERIFY(bar.settle());
+    const QPoint inSheet = bar.place(bar.item("settingsPanel")).toRect().topLeft() + QPoint(60, 60);
+    // The panel flips over 350 ms.
+    QTRY_VERIFY(bar.window()->grabWindow().pixelColor(inSheet).lightness()
+                > dark.pixelColor(inSheet).lightness() + 100);
+    const QImage light = bar.window()->grabWindow();
+    QCOMPARE(light.copy(card), dark.copy(card));
+    bar.screenshot("settings-light");
+    // The left end of the gradient under its glow.
+    const QColor left = dark.pixelColor(card.left() + 4, card.top());
+    QVERIFY2(left.red() > 90 && left.red() < 130 && left.blue() < left.red(), qPrintable(left.name()));
+}
+
+void tst_OmniBarControls::scrim_data()
+{
+    QTest::addColumn<bool>("light");
+    QTest::addColumn<bool>("translucent");
+    QTest::addColumn<QString>("colour");
+
+    for (const bool light : {false, true}) {
+        QTest::newRow(light ? "light, translucent" : "dark, translucent")
+            << light << true << rgba(0.03, 0.01, 0.06, 0.72);
+        QTest::newRow(light ? "light, opaque" : "dark, opaque") << light << false << rgba(0, 0, 0, 0.85);
+    }
+}
+
+void tst_OmniBarControls::scrim()
+{
+    QFETCH(bool, light);
+    QFETCH(bool, translucent);
+    QFETCH(QString, colour);
+
+    OmniBarFixture bar;
+    bar.store("lightChrome", light);
+    bar.store("translucentBackground", translucent);
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    QCOMPARE(colourOf(bar.item("scrim")), colour);
+    QCOMPARE(bar.place(bar.item("scrim")), QRectF(0, 0, 1280, 800));
+}
+
+void tst_OmniBarControls::placeholder_data()
+{
+    QTest::addColumn<bool>("listening");
+    QTest::addColumn<QString>("partial");
+    QTest::addColumn<bool>("transcribing");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("expected");
+
+    const QStringList none;
+    const QStringList two {text("a.txt"), text("<b>.md")};
+    QTest::newRow("idle") << false << "" << false << "idle" << none << text("Ask Tovi anything…");
+    QTest::newRow("thinking") << false << "" << false << "thinking" << none << text("Ask Tovi anything…");
+    QTest::newRow("connecting") << false << "" << false << "connecting" << none << text("Ask Tovi anything…");
+    QTest::newRow("files") << false << "" << false << "idle" << two
+                           << text("a.txt, <b>.md attached — ask your question…");
+    QTest::newRow("disconnected") << false << "" << false << "disconnected" << two << text("Connecting...");
+    QTest::newRow("error") << false << "" << false << "error" << two << text("Connecting...");
+    QTest::newRow("transcribing") << false << "half" << true << "error" << two << text("Transcribing...");
+    QTest::newRow("listening") << true << "" << true << "error" << two << text("Listening...");
+    QTest::newRow("hearing") << true << "open the" << true << "error" << two << text("open the");
+}
+
+void tst_OmniBarControls::placeholder()
+{
+    QFETCH(bool, listening);
+    QFETCH(QString, partial);
+    QFETCH(bool, transcribing);
+    QFETCH(QString, status);
+    QFETCH(QStringList, files);
+    QFETCH(QString, expected);
+
+    OmniBarFixture bar;
+    QObject *voice = bar.fake(s_stillVoice);
+    QObject *bridge = bar.fake(s_stillBridge);
+    bar.provide("voiceBridge", voice);
+    bar.provide("agentBridge", bridge);
+    QVERIFY(bar.open());
+    // Set one by one, as they happen, so that the text has to follow.
+    QVariantList attached;
+    for (const QString &file : files) {
+        QVariantMap entry;
+        entry.insert(text("name"), file);
+        attached.append(entry);
+    }
+    bar.setProperty("slashAttachedFiles", attached);
+    bridge->setProperty("status", status);
+    voice->setProperty("isTranscribing", transcribing);
+    voice->setProperty("partialTranscript", partial);
+    voice->setProperty("isListening", listening);
+
+    QQuickItem *input = bar.item("inputField");
+    QCOMPARE(input->property("placeholderText").toString(), expected);
+    QCOMPARE(colourOf(input, "placeholderTextColor"), rgba(1, 1, 1, 0.50));
+    QCOMPARE(colourOf(input), rgba(1, 1, 1, 0.95));
+    QCOMPARE(input->property("font").value<QFont>().pixelSize(), 15);
+    const auto words = bar.itemsWhere(input, [&](QQuickItem *item) { return item->inherits("QQuickText"); });
+    QCOMPARE(words.size(), 1);
+    QCOMPARE(words.first()->property("text").toString(), expected);
+    QVERIFY(bar.isSeen(words.first()));
+    bar.type("x");
+    QVERIFY(!bar.isSeen(words.first()));
+}
+
+void tst_OmniBarControls::connectionDot_data()
+{
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("colour");
+    QTest::addColumn<QString>("tip");
+    QTest::addColumn<bool>("blinks");
+
+    QTest::newRow("connected") << "connected"
+                               << "#4ade80"
+                               << "Connected" << false;
+    QTest::newRow("idle") << "idle"
+                          << "#4ade80"
+                          << "Connected" << false;
+    QTest::newRow("thinking") << "thinking"
+                              << "#FFD700"
+                              << "Processing..." << false;
+    QTest::newRow("connecting") << "connecting"
+                                << "#FFD700"
+                                << "Connecting..." << false;
+    QTest::newRow("error") << "error"
+                           << "#ef4444"
+                           << "Connection error" << false;
+    QTest::newRow("disconnected") << "disconnected"
+                                  << "#ef4444"
+                                  << "Disconnected" << true;
+    QTest::newRow("capital") << "Disconnected"
+                             << "#ef4444"
+                             << "Disconnected" << false;
+    QTest::newRow("empty") << ""
+                           << "#ef4444"
+                           << "Disconnected" << false;
+    QTest::newRow("unknown") << "running"
+                             << "#ef4444"
+                             << "Disconnected" << false;
+    QTest::newRow("a name of JavaScript") << "constructor"
+                                          << "#ef4444"
+                                          << "Disconnected" << false;
+}
+
+void tst_OmniBarControls::connectionDot()
+{
+    QFETCH(QString, status);
+    QFETCH(QString, colour);
+    QFETCH(QString, tip);
+    QFETCH(bool, blinks);
+
+    OmniBarFixture bar;
+    QObject *bridge = bar.fake(s_stillBridge);
+    bar.provide("agentBridge", bridge);
+    QVERIFY(bar.open());
+    bridge->setProperty("status", status);
+    bar.evaluate("phases.stickyPhaseLabel = ''");
+    QQuickItem *dot = bar.item("connectionDot");
+    QCOMPARE(colourOf(dot), rgb(colour));
+    QCOMPARE(dot->property("look").toMap().value(text("tip")).toString(), tip);
+    QCOMPARE(QQmlProperty(dot, text("border.width")).read().toDouble(), 1.5);
+    QCOMPARE(colourOf(dot, "border.color"), rgb(text("#3D1B6E")));
+    QCOMPARE(isAnimated(dot), blinks);
+    if (blinks) {
+        QTRY_VERIFY(dot->opacity() < 0.9);
+        const auto steps = animationsOf(dot, "QQuickNumberAnimation");
+        QCOMPARE(steps.size(), 2);
+        QCOMPARE(bar.pace(steps.at(0)), text("800 InOutSine"));
+        QCOMPARE(bar.pace(steps.at(1)), text("800 InOutSine"));
+        QCOMPARE(steps.at(0)->property("to").toDouble(), 0.3);
+        QCOMPARE(steps.at(1)->property("to").toDouble(), 1.0);
+        bridge->setProperty("status", text("idle"));
+        QCOMPARE(isAnimated(dot), false);
+    }
+    QCOMPARE(dot->opacity(), 1.0);
+}
+
+void tst_OmniBarControls::connectionDotWithoutABridge()
+{
+    OmniBarFixture bar;
+    bar.omit("agentBridge");
+    QVERIFY(bar.open());
+    QQuickItem *dot = bar.item("connectionDot");
+    QCOMPARE(colourOf(dot), rgb(text("#ef4444")));
+    QCOMPARE(dot->property("look").toMap().value(text("tip")).toString(), text("Disconnected"));
+    QVERIFY(isAnimated(dot));
+}
+
+void tst_OmniBarControls::connectionDotNamesThePhase()
+{
+    OmniBarFixture bar;
+    QObject *bridge = bar.fake(s_stillBridge);
+    bar.provide("agentBridge", bridge);
+    QVERIFY(bar.open());
+    bridge->setProperty("status", text("thinking"));
+    bridge->setProperty("activePhase", text("executing"));
+    QCOMPARE(bar.item("connectionDot")->property("look").toMap().value(text("tip")).toString(), text("Executing…"));
+}
+
+void tst_OmniBarControls::tipOfTheDot()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    QCOMPARE(tipsOf(bar), QStringList());
+    bar.hover(bar.item("connectionDot"));
+    QTRY_COMPARE(tipsOf(bar), QStringList(text("Connected")));
+    bar.screenshot("tip");
+    bar.hover(bar.item("inputField"));
+    QTRY_COMPARE(tipsOf(bar), QStringList());
+}
+
+void tst_OmniBarControls::thinkingGlow()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(!bar.item("thinkingGlow"));
+    bar.type("hello");
+    bar.key(Qt::Key_Return);
+    const auto request = bar.bridge.takeRequest(text("chat"));
+    QVERIFY(bar.settle());
+    QCOMPARE(bar.items("thinkingGlow").size(), 1); // the hidden bubble has none
+    QQuickItem *glow = bar.item("thinkingGlow");
+    QCOMPARE(bar.place(glow), bar.place(bar.item("barCard")).adjusted(-2, -2, 2, 2));
+    QCOMPARE(glow->property("radius").toDouble(), 20.0);
+    QCOMPARE(colourOf(glow), rgba(0, 0, 0, 0));
+    QCOMPARE(QQmlProperty(glow, text("border.width")).read().toDouble(), 2.0);
+    QVERIFY(isAnimated(glow));
+
+    struct Half
+    {
+        const char *type;
+        QVariant from;
+        QVariant to;
+    };
+    const QColor magenta(text("#FB21FD"));
+    const QColor blue(text("#2756FB"));
+    const Half halves[] = {
+        {"QQuickColorAnimation", magenta, blue},
+        {"QQuickColorAnimation", blue, magenta},
+        {"QQuickNumberAnimation", 0.55, 1.0},
+        {"QQuickNumberAnimation", 1.0, 0.55},
+    };
+    for (const Half &half : halves) {
+        const auto all = animationsOf(glow, half.type);
+        QCOMPARE(all.size(), 2);
+        QVERIFY(std::any_of(all.cbegin(), all.cend(), [&](QObject *animation) {
+            return animation->property("from") == half.from && animation->property("to") == half.to
+                && bar.pace(animation) == text("900 InOutSine");
+        }));
+    }
+    const QString before = colourOf(glow, "border.color");
+    QTRY_VERIFY(colourOf(glow, "border.color") != before);
+
+    bar.bridge.reply(request, QJsonObject {{text("response"), text("hi")}});
+    QTRY_VERIFY(!bar.item("thinkingGlow"));
+}
+
+void tst_OmniBarControls::usageRing()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(!bar.item("usageRing"));
+    Q_EMIT bar.agent()->usageReported(10000, 0);
+    QVERIFY(bar.settle());
+    QQuickItem *ring = bar.item("usageRing");
+    QVERIFY(bar.isSeen(ring));
+    Q_EMIT bar.agent()->usageReported(0, 2500);
+    QCOMPARE(ring->property("tip").toString(), text("Input: 10000 · Output: 2500 · Total: 12500"));
+    QCOMPARE(ring->property("progress").toDouble(), 0.25);
+
+    // A quarter is used: three quarters are drawn, from the bottom by the left and the top to the right.
+    const QPointF centre = bar.place(ring).center();
+    const auto isMagenta = [&](double degrees) {
+        const double angle = qDegreesToRadians(degrees);
+        const double radius = (26 - 2.5) / 2;
+        const QPoint point = (centre + radius * QPointF(std::cos(angle), std::sin(angle))).toPoint();
+        const QImage around = bar.window()->grabWindow().copy(QRect(point - QPoint(1, 1), QSize(3, 3)));
+        for (int i = 0; i < 9; ++i) {
+            const QColor pixel = around.pixelColor(i % 3, i / 3);
+            if (pixel.red() > 200 && pixel.green() < 100 && pixel.blue() > 200) {
+                return true;
+            }
+        }
+        return false;
+    };
+    QTRY_VERIFY(!isMagenta(45)); // lower right
+    bar.screenshot("ring-quarter");
+    QVERIFY(isMagenta(135));
+    QVERIFY(isMagenta(225));
+    QVERIFY(isMagenta(315));
+    Q_EMIT bar.agent()->usageReported(0, 12500);
+    QTRY_VERIFY(!isMagenta(315)); // half of it
+    QVERIFY(isMagenta(135));
+
+    // The budget is spent and more: the ring knows no more than full.
+    Q_EMIT bar.agent()->usageReported(100000, 0);
+    QCOMPARE(ring->property("progress").toDouble(), 1.0);
+    bar.hover(ring);
+    QTRY_COMPARE(tipsOf(bar), QStringList(text("Input: 110000 · Output: 15000 · Total: 125000")));
+    // Not a sum that starts anew with the conversation.
+    bar.invoke("clearConversation");
+    QVERIFY(bar.isSeen(bar.item("usageRing")));
+}
+
+void tst_OmniBarControls::sendButton()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QQuickItem *send = bar.item("sendBtn");
+    QVERIFY(!bar.isSeen(send));
+    bar.type("   ");
+    QVERIFY(!bar.isSeen(send));
+    bar.type("hello ");
+    QVERIFY(bar.isSeen(send));
+    QVERIFY(bar.settle());
+    bar.hover(send);
+    QTRY_COMPARE(send->scale(), 1.08);
+    QCOMPARE(bar.behaviour(send, "scale"), text("120 Linear"));
+    bar.click(send);
+    QCOMPARE(bar.bridge.takeRequest(text("chat")).params.value(text("message")).toString(), text("hello"));
+    QCOMPARE(bar.property("inputField.text").toString(), QString());
+    QVERIFY(!bar.isSeen(send));
+    QVERIFY(bar.item("inputField")->hasActiveFocus());
+}
+
+void tst_OmniBarControls::closeButton()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    QQuickItem *close = bar.item("barCloseBtn");
+    QCOMPARE(close->property("glyph").toString(), QString(QChar(0x2715)));
+    QCOMPARE(close->property("glyphSize").toInt(), 13);
+    auto *fill = close->property("background").value<QQuickItem *>();
+    QTRY_COMPARE(colourOf(fill), rgba(1, 1, 1, 0.06));
+    bar.hover(close);
+    QTRY_COMPARE(colourOf(fill), rgba(0.95, 0.2, 0.2, 0.35));
+    QCOMPARE(colourOf(close, "iconColor"), rgb(text("#ff6b6b")));
+    QTRY_COMPARE(tipsOf(bar), QStringList(text("Close Tovi")));
+}
+
+void tst_OmniBarControls::settingsButton()
+{
+    OmniBarFixture bar;
+    QObject *sdk = bar.fake(s_sdk);
+    bar.provide("loomraSDK", sdk);
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    const auto calls = [&] { return sdk->property("calls").toStringList(); };
+    const auto forget = [&] { bar.evaluate("sdk.calls = []"); };
+
+    QQuickItem *button = bar.item("settingsBtn");
+    auto *fill = button->property("background").value<QQuickItem *>();
+    QCOMPARE(bar.behaviour(fill, "color").isEmpty(), true); // nothing hovered it yet
+    bar.hover(button);
+    QTRY_COMPARE(colourOf(fill), rgba(1, 1, 1, 0.15));
+    QCOMPARE(bar.behaviour(fill, "color"), text("120 Linear"));
+
+    forget();
+    bar.invoke("toggleSettings"); // without a turn of the event loop
+    QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
+    // At once; the rest is queued behind the opening.
+    QCOMPARE(calls(), QStringList(text("listModels")));
+    QTRY_COMPARE(calls(),
+                 QStringList({text("listModels"), text("refreshWorkspaceTemplates"), text("refreshWorkspaceIntelPanel"),
+                              text("refreshAiRuntimePanel"), text("refreshRuntimeHealth"), text("refreshRuntimeJobs"),
+                              text("refreshPowerProfile"), text("reminderList")}));
+    QCOMPARE(bar.property("modelsLoading").toBool(), true);
+    QVERIFY(bar.settle());
+
+    forget();
+    bar.click(button);
+    QCOMPARE(bar.property("settingsPanelOpen").toBool(), false);
+    QVERIFY(bar.settle());
+    QCOMPARE(calls(), QStringList());
+
+    // Without the two that a bridge may lack.
+    sdk->setProperty("workspaceIntelAvailable", false);
+    sdk->setProperty("aiRuntimeAvailable", false);
+    bar.click(button);
+    QTRY_COMPARE(calls(),
+                 QStringList({text("listModels"), text("refreshRuntimeHealth"), text("refreshRuntimeJobs"),
+                              text("refreshPowerProfile"), text("reminderList")}));
+    QVERIFY(bar.item("inputField")->hasActiveFocus()); // a click leaves the cursor where it is
+}
+
+void tst_OmniBarControls::settingsButtonWhileConnecting()
+{
+    OmniBarFixture bar;
+    QObject *sdk = bar.fake(s_sdk);
+    sdk->setProperty("ready", false);
+    bar.provide("loomraSDK", sdk);
+    QVERIFY(bar.open());
+    bar.click("settingsBtn");
+    QVERIFY(bar.settle());
+    QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
+    QCOMPARE(bar.property("modelsStatusMessage").toString(), text("SDK is connecting..."));
+    QCOMPARE(bar.property("modelsLoading").toBool(), false);
+    QCOMPARE(sdk->property("calls").toStringList(), QStringList());
+}
+
+void tst_OmniBarControls::hintStrip_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("hint");
+    QTest::addColumn<QString>("colour");
+
+    const QString faint = rgba(0, 0, 0, 0.4);
+    const QString idle = text("<b>Esc</b> to minimize · Type <b>/</b> for commands");
+    const QString stop = text("<b>Esc</b> to stop");
+    const QString confirm = text("<b>Esc</b> to cancel voice · <b>Enter</b> to send");
+    QTest::newRow("nothing runs") << "true" << idle << faint;
+    QTest::newRow("thinking") << "bridge.isThinking = true" << stop << faint;
+    QTest::newRow("status alone") << "bridge.status = 'thinking'" << stop << faint;
+    QTest::newRow("plan asked for") << "planRequestInFlight = true" << stop << faint;
+    QTest::newRow("plan runs") << "planExecuting = true" << stop << faint;
+    QTest::newRow("voice") << "voiceConfirmPending = true" << confirm << rgba(0.8, 0.5, 1.0, 0.5);
+    QTest::newRow("voice while thinking")
+        << "(voiceConfirmPending = true, bridge.isThinking = true)" << confirm << rgba(0.8, 0.5, 1.0, 0.5);
+}
+
+void tst_OmniBarControls::hintStrip()
+{
+    QFETCH(QString, state);
+    QFETCH(QString, hint);
+    QFETCH(QString, colour);
+
+    OmniBarFixture bar;
+    bar.provide("agentBridge", bar.fake(s_stillBridge));
+    QVERIFY(bar.open());
+    bar.invoke("appendUserMessage", {text("hello")});
+    QTRY_VERIFY(bar.item("keyHint"));
+    bar.evaluate(state);
+    QVERIFY(bar.settle());
+    QQuickItem *line = bar.item("keyHint");
+    QVERIFY(bar.isSeen(line));
+    QCOMPARE(line->property("text").toString(), hint);
+    QCOMPARE(colourOf(line), colour);
+    QCOMPARE(line->property("textFormat").toInt(), int(Qt::RichText));
+    QCOMPARE(line->property("font").value<QFont>().pixelSize(), 10);
+    QCOMPARE(bar.place(line).width(), 1280.0 - 24);
+    QCOMPARE(bar.place(line).center().x(), 640.0);
+    QCOMPARE(bar.place(line).bottom(), 800.0 - 2);
+    // In the strip that the bar leaves.
+    QVERIFY(bar.place(line).top() >= bar.place(bar.item("barCard")).bottom());
+    bar.screenshot("hint");
+}
+
+void tst_OmniBarControls::hintStripIsHidden_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("shown");
+
+    QTest::newRow("idle") << "true" << false;
+    QTest::newRow("idle with a line") << "wiNotifyBarLine = 'hello'" << false;
+    QTest::newRow("settings") << "settingsPanelOpen = true" << true;
+    QTest::newRow("chat") << "appendUserMessage('hello')" << true;
+    QTest::newRow("compact with chat") << "(appendUserMessage('hello'), compactMode = true)" << false;
+}
+
+void tst_OmniBarControls::hintStripIsHidden()
+{
+    QFETCH(QString, state);
+    QFETCH(bool, shown);
+
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    bar.evaluate(state);
+    QVERIFY(bar.settle());
+    QCOMPARE(bar.item("keyHint") && bar.item("keyHint")->isVisible(), shown);
+    QVERIFY(!bar.isSeen(bar.item("notifyLine")));
+}
+
+void tst_OmniBarControls::notifyLine()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    bar.invoke("appendUserMessage", {text("hello")});
+    QTRY_VERIFY(bar.item("notifyLine"));
+    QVERIFY(!bar.isSeen(bar.item("notifyLine")));
+    const QString words = text("Tidy the <b>desktop</b>? ") + QString(400, QLatin1Char('x')) + QLatin1Char(' ')
+        + QString(400, QLatin1Char('y'));
+    bar.setProperty("wiNotifyBarLine", words);
+    QVERIFY(bar.settle());
+    QQuickItem *line = bar.item("notifyLine");
+    QVERIFY(bar.isSeen(line));
+    QCOMPARE(line->property("text").toString(), words);
+    QCOMPARE(line->property("textFormat").toInt(), int(Qt::PlainText));
+    QCOMPARE(colourOf(line), rgba(1, 1, 1, 0.52));
+    QCOMPARE(line->property("font").value<QFont>().pixelSize(), 10);
+    QCOMPARE(line->property("lineCount").toInt(), 2);
+    QVERIFY(bar.place(line).bottom() <= bar.place(bar.item("keyHint")).top());
+    bar.screenshot("notify-line");
+}
+
+QTEST_MAIN(tst_OmniBarControls)
+
+#include "tst_OmniBarControls.moc"

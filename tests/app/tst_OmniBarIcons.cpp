@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/AgentBridge.h"
+#include "support/OmniBarFixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+//! Writes an icon theme with just these icons, in the size of 16.
+bool writeTheme(const QString &directory, const QString &name, const QStringList &icons)
+{
+    const QString place = directory + QLatin1Char('/') + name;
+    if (!QDir().mkpath(place + text("/16"))) {
+        return false;
+    }
+    QFile index(place + text("/index.theme"));
+    if (!index.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    index.write("[Icon Theme]\nName=Test\nComment=Test\nDirectories=16\n\n[16]\nSize=16\nType=Scalable\nMinSize=8\n"
+                "MaxSize=64\n");
+    QImage image(16, 16, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    return std::all_of(icons.cbegin(), icons.cend(),
+                       [&](const QString &icon) { return image.save(place + text("/16/") + icon + text(".png")); });
+}
+
+//! The names of the icons that are drawn in an item.
+QStringList drawnIn(QQuickItem *root)
+{
+    QStringList names;
+    const auto icons = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) {
+        // Kirigami's icon; what wraps it has a name, not a source.
+        return item->metaObject()->indexOfProperty("source") >= 0 && item->metaObject()->indexOfProperty("isMask") >= 0
+            && OmniBarFixture::isSeen(item);
+    });
+    for (QQuickItem *icon : icons) {
+        names.append(icon->property("source").toString());
+    }
+    return names;
+}
+
+} // namespace
+
+//! Icons that a theme lacks: each has another name to try.
+class tst_OmniBarIcons : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void drawsWhatTheThemeHas_data();
+    void drawsWhatTheThemeHas();
+    void anotherNameIsTriedAnew();
+
+private:
+    QTemporaryDir m_themes;
+};
+
+void tst_OmniBarIcons::initTestCase()
+{
+    QVERIFY(m_themes.isValid());
+    const QStringList others = {text("settings-configure"), text("audio-input-microphone"), text("edit-copy")};
+    const QStringList first = {text("starred-symbolic"), text("view-restore"), text("view-fullscreen"), text("go-up"),
+                               text("dialog-messages"),  text("checkmark")};
+    const QStringList second = {text("draw-star"), text("window-restore"), text("window-maximize"),
+                                text("arrow-up"),  text("chat"),           text("dialog-ok")};
+    QVERIFY(writeTheme(m_themes.path(), text("full"), others + first + second));
+    QVERIFY(writeTheme(m_themes.path(), text("poor"), others + second));
+    QVERIFY(writeTheme(m_themes.path(), text("bare"), others));
+    QVERIFY(writeTheme(m_themes.path(), text("mixed"), others + second + QStringList(text("view-restore"))));
+    QIcon::setThemeSearchPaths({m_themes.path()});
+    QIcon::setFallbackSearchPaths({});
+}
+
+void tst_OmniBarIcons::drawsWhatTheThemeHas_data()
+{
+    QTest::addColumn<QString>("theme");
+    QTest::addColumn<bool>("fallback");
+
+    QTest::newRow("all icons") << text("full") << false;
+    QTest::newRow("only the second names") << text("poor") << true;
+    // Nothing to show, and nothing that goes round in circles.
+    QTest::newRow("neither") << text("bare") << true;
+}
+
+void tst_OmniBarIcons::drawsWhatTheThemeHas()
+{
+    QFETCH(QString, theme);
+    QFETCH(bool, fallback);
+
+    const auto name = [&](const char *first, const char *second) { return text(fallback ? second : first); };
+    const QString star = name("starred-symbolic", "draw-star");
+
+    OmniBarFixture bar;
+    QIcon::setThemeName(theme);
+    QVERIFY(bar.open());
+    // Plasma's modules name another theme to fall back to, which isn't in the search path either.
+    QCOMPARE(QIcon::themeName(), theme);
+    QVERIFY(!QIcon::hasThemeIcon(text("starred-symbolic")) == fallback);
+
+    bar.type("hello");
+    QVERIFY(bar.settle());
+    QCOMPARE(
+        drawnIn(bar.item("barCard")),
+        QStringList({star, text("settings-configure"), text("audio-input-microphone"), name("go-up", "arrow-up")}));
+
+    bar.key(Qt::Key_Return);
+    bar.bridge.reply(bar.bridge.takeRequest(text("chat")), QJsonObject {{text("response"), text("hi")}});
+    QTRY_COMPARE(bar.items("messageRow").size(), 2);
+    QVERIFY(bar.settle());
+    // The header's star is the panel's first icon, and the reply has one as its avatar.
+    QCOMPARE(drawnIn(bar.item("chatPanel")).value(0), star);
+    QCOMPARE(drawnIn(bar.items("messageRow").at(1)).value(0), star);
+    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
+    bar.click("expandBtn");
+    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-restore", "window-restore")));
+    bar.click("expandBtn");
+    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
+
+    QVERIFY(bar.settle());
+    QTRY_VERIFY(bar.item("copyBtn"));
+    QTRY_COMPARE(drawnIn(bar.item("copyBtn")), QStringList(text("edit-copy")));
+    bar.click("copyBtn");
+    QTRY_COMPARE(drawnIn(bar.item("copyBtn")), QStringList(name("checkmark", "dialog-ok")));
+
+    bar.invoke("shrinkToCompactBubble");
+    QVERIFY(bar.settle());
+    QCOMPARE(drawnIn(bar.item("compactBubble")), QStringList(name("dialog-messages", "chat")));
+}
+
+void tst_OmniBarIcons::anotherNameIsTriedAnew()
+{
+    OmniBarFixture bar;
+    QIcon::setThemeName(text("mixed"));
+    QVERIFY(bar.open());
+    bar.invoke("appendUserMessage", {text("hello")});
+    QTRY_VERIFY(bar.item("expandBtn"));
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(text("window-maximize")));
+    bar.setProperty("chatExpanded", true);
+    QVERIFY(bar.settle());
+    QCOMPARE(drawnIn(bar.item("expandBtn")), QStringList(text("view-restore")));
+}
+
+QTEST_MAIN(tst_OmniBarIcons)
+
+#include "tst_OmniBarIcons.moc"

@@ -1,0 +1,557 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Conversation.h"
+
+#include "services/AgentBridge.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonDocument>
+#include <QQmlProperty>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+#include <QWebSocket>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int s_patience = 10000; // ms
+
+//! Values of Text.textFormat.
+enum TextFormat
+{
+    PlainText = 0,
+    RichText = 1,
+};
+
+//! A web server on loopback that has nothing, and writes down what it was asked for.
+class Listener : public QTcpServer
+{
+public:
+    Listener()
+    {
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                    asked.append(QString::fromLatin1(socket->readLine()).section(QLatin1Char(' '), 1, 1));
+                    socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+                    socket->disconnectFromHost();
+                });
+                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            }
+        });
+        listen(QHostAddress::LocalHost);
+    }
+
+    QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(serverPort()); }
+
+    //! The paths that were asked for.
+    QStringList asked;
+};
+
+//! Words that would fetch something wherever they were taken for markup.
+QString hostileWords(const Listener &listener)
+{
+    return QStringLiteral("<img src=\"%1/img.png\"/><img src='file:///nowhere/x.png'><img src=qrc:/nowhere.png>"
+                          "<img src=\"image://nowhere/x\"><a href=\"%1/a\">link</a>"
+                          "<p style=\"background-image:url(%1/css.png)\">x</p><table background='%1/table.png'>"
+                          "<tr><td>x</td></tr></table>![x](%1/markdown.png) [x](%1/link)")
+        .arg(listener.address());
+}
+
+//! A text item as the careless would write it.
+bool showCarelessly(Conversation &bar, const QString &text)
+{
+    auto *careless = qobject_cast<QQuickItem *>(bar.fake(QStringLiteral("Text { width: 100; height: 20 }")));
+    if (!careless) {
+        return false;
+    }
+    careless->setParentItem(bar.item(QStringLiteral("rootContainer")));
+    return careless->setProperty("text", text);
+}
+
+//! What was fetched so far, without the one thing that is fetched here to be sure that all others were heard of.
+QStringList fetched(Conversation &bar, Listener &listener)
+{
+    if (!bar.settle() || !showCarelessly(bar, QStringLiteral("<img src=\"%1/last\"/>").arg(listener.address()))) {
+        return {QStringLiteral("the window is gone")};
+    }
+    if (!QTest::qWaitFor([&] { return listener.asked.contains(QLatin1String("/last")); }, s_patience)) {
+        return {QStringLiteral("nothing is heard at all")};
+    }
+    QStringList asked = listener.asked;
+    asked.removeAll(QStringLiteral("/last"));
+    return asked;
+}
+
+//! All text items below one that aren't plain, but for the renderer's and the hint's.
+QStringList carelessTexts(QQuickItem *root)
+{
+    QStringList careless;
+    const auto found = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) { return item->inherits("QQuickText"); });
+    for (QQuickItem *item : found) {
+        const int format = item->property("textFormat").toInt();
+        const bool isOurs = item->objectName() == QLatin1String("keyHint")
+            || (item->objectName() == QLatin1String("words")
+                && QString::fromLatin1(item->parentItem()->metaObject()->className())
+                       .startsWith(QLatin1String("BotTextBubble")));
+        if (format != PlainText && !(format == RichText && isOurs)) {
+            careless.append(item->property("text").toString());
+        }
+    }
+    return careless;
+}
+
+//! Whether the words can be read in the window, letter by letter.
+bool isShown(Conversation &bar, const QString &words)
+{
+    const auto found = bar.itemsWhere(bar.window()->contentItem(), [&](QQuickItem *item) {
+        return item->inherits("QQuickText") && Conversation::isSeen(item)
+            && item->property("text").toString().contains(
+                item->property("textFormat").toInt() == PlainText ? words : words.toHtmlEscaped().left(8));
+    });
+    return !found.isEmpty();
+}
+
+void tellPhase(Conversation &bar, const QString &phase)
+{
+    bar.bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), phase}});
+}
+
+void suggest(Conversation &bar, const QJsonObject &followUp)
+{
+    const QJsonObject ui {{QStringLiteral("followUps"), QJsonArray {followUp}}};
+    Q_EMIT bar.agent()->structuredReplyReceived(QString::fromUtf8(QJsonDocument(ui).toJson(QJsonDocument::Compact)));
+    bar.hear(QStringLiteral("fine"));
+}
+
+QQuickItem *firstSuggestion(Conversation &bar)
+{
+    return bar.item(QStringLiteral("suggestionCard"));
+}
+
+using Feed = void (*)(Conversation &, const QString &);
+
+} // namespace
+
+Q_DECLARE_METATYPE(Feed)
+
+//! Whatever comes from outside is words: it is never markup, never fetched, never run, and never breaks the window.
+class tst_Safety : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void carelessTextFetches();
+    void wordsAreNotFetched_data();
+    void wordsAreNotFetched();
+    void tooltipOfTheDot();
+    void tooltipOfASuggestion();
+    void accessibleNamesAreNotFetched();
+    void partialTranscript();
+    void everyTextIsPlain();
+    void iconNames_data();
+    void iconNames();
+    void colors_data();
+    void colors();
+    void loadersLoadOnlyOurOwn();
+    void nothingIsMadeOfWords();
+    void randomBytes();
+    void oddFrames();
+};
+
+void tst_Safety::carelessTextFetches()
+{
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    bar.expectWarning(QStringLiteral("Unable to "));
+    QVERIFY(bar.begin());
+    QVERIFY(showCarelessly(bar, QStringLiteral("<img src=\"%1/img.png\"/>").arg(listener.address())));
+    QTRY_COMPARE(listener.asked, QStringList {QStringLiteral("/img.png")});
+}
+
+void tst_Safety::wordsAreNotFetched_data()
+{
+    QTest::addColumn<Feed>("feed");
+
+    QTest::newRow("reply") << Feed([](Conversation &bar, const QString &words) { bar.hear(words); });
+    QTest::newRow("reply of markdown") << Feed([](Conversation &bar, const QString &words) {
+        bar.hear(QStringLiteral("# %1\n\n- %1\n\n1. %1\n\n> %1\n\n```%1\n%1\n```\n\n**%1** `%1` *%1*").arg(words));
+    });
+    QTest::newRow("error") << Feed(
+        [](Conversation &bar, const QString &words) { Q_EMIT bar.agent()->errorOccurred(words); });
+    QTest::newRow("system row") << Feed(
+        [](Conversation &bar, const QString &words) { bar.invoke("appendSystemMessage", {words}); });
+    QTest::newRow("prompt") << Feed(
+        [](Conversation &bar, const QString &words) { bar.invoke("appendUserMessage", {words}); });
+    QTest::newRow("typed") << Feed([](Conversation &bar, const QString &words) { bar.ask(words); });
+    QTest::newRow("rest of a tool tag") << Feed([](Conversation &bar, const QString &words) {
+        const QString inBrackets = QString(words).remove(QLatin1Char(']'));
+        bar.hear(QStringLiteral("[TOOL: %1] [STATUS: %1] [RESULT: %1] %2").arg(inBrackets, words));
+    });
+    QTest::newRow("phase") << Feed([](Conversation &bar, const QString &words) {
+        bar.ask();
+        tellPhase(bar, words);
+    });
+    QTest::newRow("agent") << Feed([](Conversation &bar, const QString &words) {
+        bar.ask();
+        bar.bridge.event(QStringLiteral("agent.routed"), {{QStringLiteral("agent"), words}});
+    });
+    QTest::newRow("title of a suggestion") << Feed([](Conversation &bar, const QString &words) {
+        suggest(bar, {{QStringLiteral("prompt"), QStringLiteral("go")}, {QStringLiteral("title"), words.left(150)}});
+    });
+    QTest::newRow("subtitle of a suggestion") << Feed([](Conversation &bar, const QString &words) {
+        suggest(bar, {{QStringLiteral("prompt"), QStringLiteral("go")}, {QStringLiteral("subtitle"), words.left(150)}});
+    });
+    QTest::newRow("attached file") << Feed([](Conversation &bar, const QString &words) {
+        bar.setProperty("slashAttachedFiles",
+                        QVariantList {QVariantMap {{QStringLiteral("name"), words},
+                                                   {QStringLiteral("path"), words},
+                                                   {QStringLiteral("content"), words}}});
+    });
+    QTest::newRow("system name") << Feed([](Conversation &bar, const QString &words) {
+        bar.setProperty("systemName", words);
+        bar.hear(QStringLiteral("shown in the header too"));
+    });
+    QTest::newRow("line under the bar") << Feed([](Conversation &bar, const QString &words) {
+        bar.setProperty("wiNotifyBarLine", words);
+        bar.hear(QStringLiteral("not idle"));
+    });
+}
+
+void tst_Safety::wordsAreNotFetched()
+{
+    QFETCH(Feed, feed);
+
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    feed(bar, words);
+    QTRY_VERIFY(isShown(bar, words.left(100)));
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::tooltipOfTheDot()
+{
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    bar.ask();
+    tellPhase(bar, words);
+    QVERIFY(bar.settle());
+    bar.hover(bar.item(QStringLiteral("connectionDot")));
+    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
+    QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
+    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::tooltipOfASuggestion()
+{
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    suggest(bar, {{QStringLiteral("prompt"), words}, {QStringLiteral("title"), QStringLiteral("Harmless")}});
+    QTRY_VERIFY(firstSuggestion(bar));
+    QVERIFY(bar.settle());
+    bar.hover(firstSuggestion(bar));
+    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
+    QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
+    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(fetched(bar, listener), QStringList());
+    // It is sent as it came.
+    bar.click(firstSuggestion(bar));
+    QCOMPARE(bar.bridge.takeRequest(QStringLiteral("chat")).params.value(QStringLiteral("message")).toString(), words);
+}
+
+void tst_Safety::accessibleNamesAreNotFetched()
+{
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    bar.setProperty("systemName", words);
+    bar.ask(words);
+    tellPhase(bar, words);
+    QVERIFY(bar.settle());
+    int named = 0;
+    const auto all = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *) { return true; });
+    for (QQuickItem *item : all) {
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
+        for (const QAccessible::Text text : {QAccessible::Name, QAccessible::Description, QAccessible::Value}) {
+            named += accessible && accessible->text(text).contains(words) ? 1 : 0;
+        }
+    }
+    QVERIFY(named >= 4); // brand, header, row, indicator
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::partialTranscript()
+{
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QObject *voice = bar.fake(QStringLiteral(R"(
+        QtObject {
+            property bool isListening: true
+            property bool isTranscribing: false
+            property bool isSpeaking: false
+            property string partialTranscript: ""
+            property bool ttsEnabled: false
+            property bool ttsAvailable: false
+            property int voiceConfirmDelaySec: 4
+            signal wakeWordActivated(string word)
+        })"));
+    QVERIFY(voice);
+    bar.provide(QStringLiteral("voiceBridge"), QVariant::fromValue(voice));
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    QVERIFY(bar.textItem(QStringLiteral("Listening...")));
+    voice->setProperty("partialTranscript", words);
+    QTRY_VERIFY(bar.textItem(words));
+    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::everyTextIsPlain()
+{
+    Conversation bar;
+    QVERIFY(bar.begin());
+    QQuickItem *all = bar.window()->contentItem();
+    QCOMPARE(carelessTexts(all), QStringList());
+
+    const auto request = bar.ask();
+    tellPhase(bar, QStringLiteral("executing"));
+    bar.bridge.event(QStringLiteral("plan.step"),
+                     {{QStringLiteral("index"), 0},
+                      {QStringLiteral("total"), 2},
+                      {QStringLiteral("capabilityId"), QStringLiteral("theme.apply")}});
+    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("stepBadge"))));
+    QCOMPARE(carelessTexts(all), QStringList());
+
+    QVERIFY(bar.answer(request, QStringLiteral("[TOOL: x] [STATUS: ok] [RESULT: y] done"),
+                       {{QStringLiteral("usage"), QJsonObject {{QStringLiteral("inputTokens"), 7}}}}));
+    bar.invoke("appendSystemMessage", {QStringLiteral("note")});
+    bar.setProperty("wiNotifyBarLine", QStringLiteral("news"));
+    QVERIFY(bar.settle());
+    QCOMPARE(carelessTexts(all), QStringList());
+
+    // Every tooltip there is.
+    const auto hoverable =
+        bar.itemsWhere(all, [&](QQuickItem *item) { return item->property("hovered").isValid() && bar.isSeen(item); });
+    QVERIFY(hoverable.size() > 8);
+    for (QQuickItem *item : hoverable) {
+        bar.hover(item);
+        QVERIFY(bar.settle());
+    }
+    QCOMPARE(carelessTexts(all), QStringList());
+
+    bar.evaluate(QStringLiteral("omniBar.toggleSettings()"));
+    QTRY_VERIFY(bar.item(QStringLiteral("lookTab")));
+    QCOMPARE(carelessTexts(all), QStringList());
+    bar.setProperty("settingsPanelOpen", false);
+    bar.invoke("shrinkToCompactBubble");
+    QVERIFY(bar.settle());
+    QCOMPARE(carelessTexts(all), QStringList());
+}
+
+void tst_Safety::iconNames_data()
+{
+    QTest::addColumn<QJsonValue>("name");
+    QTest::addColumn<QString>("expected");
+
+    const QString none = QStringLiteral("dialog-messages");
+    QTest::newRow("a theme icon") << QJsonValue(QStringLiteral("system-run")) << QStringLiteral("system-run");
+    QTest::newRow("a path") << QJsonValue(QStringLiteral("/usr/share/pixmaps/x.png")) << none;
+    QTest::newRow("a path upwards") << QJsonValue(QStringLiteral("../../etc/passwd")) << none;
+    QTest::newRow("a hidden file") << QJsonValue(QStringLiteral(".profile")) << none;
+    QTest::newRow("file") << QJsonValue(QStringLiteral("file:///usr/share/x.png")) << none;
+    QTest::newRow("web") << QJsonValue(QStringLiteral("LISTENER/icon.png")) << none;
+    QTest::newRow("web, no scheme") << QJsonValue(QStringLiteral("//127.0.0.1/icon.png")) << none;
+    QTest::newRow("resource") << QJsonValue(QStringLiteral("qrc:/x.png")) << none;
+    QTest::newRow("resource path") << QJsonValue(QStringLiteral(":/x.png")) << none;
+    QTest::newRow("provider") << QJsonValue(QStringLiteral("image://theme/x")) << none;
+    QTest::newRow("data") << QJsonValue(QStringLiteral("data:image/png;base64,AAAA")) << none;
+    QTest::newRow("markup") << QJsonValue(QStringLiteral("<img src=x>")) << none;
+    QTest::newRow("two lines") << QJsonValue(QStringLiteral("system-run\nx")) << none;
+    QTest::newRow("too long") << QJsonValue(QStringLiteral("a").repeated(5000)) << none;
+    QTest::newRow("a number") << QJsonValue(7) << none;
+    QTest::newRow("an object") << QJsonValue(QJsonObject {{QStringLiteral("source"), QStringLiteral("/x")}}) << none;
+    QTest::newRow("null") << QJsonValue(QJsonValue::Null) << none;
+}
+
+void tst_Safety::iconNames()
+{
+    QFETCH(QJsonValue, name);
+    QFETCH(QString, expected);
+
+    Listener listener;
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    QVERIFY(bar.begin());
+    if (name.isString()) {
+        name = name.toString().replace(QLatin1String("LISTENER"), listener.address());
+    }
+    for (const QString &key : {QStringLiteral("icon"), QStringLiteral("iconName")}) {
+        suggest(bar, {{QStringLiteral("prompt"), QStringLiteral("go")}, {key, name}});
+        QTRY_VERIFY(firstSuggestion(bar));
+        QCOMPARE(firstSuggestion(bar)->property("iconName").toString(), expected);
+    }
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::colors_data()
+{
+    QTest::addColumn<QJsonValue>("color");
+    QTest::addColumn<QJsonValue>("background");
+    QTest::addColumn<QString>("expectedColor");
+    QTest::addColumn<QString>("expectedBackground");
+
+    const QString color = QStringLiteral("#a855f7");
+    const QString background = QStringLiteral("0.4,0.2,0.8");
+    const auto text = [](const char *words) { return QJsonValue(QString::fromLatin1(words)); };
+    QTest::newRow("good") << text("#ff0000") << text("1,0.5,0") << QStringLiteral("#ff0000")
+                          << QStringLiteral("1,0.5,0");
+    QTest::newRow("no colours") << text("url(http://127.0.0.1/)") << text("url(http://127.0.0.1/)") << color
+                                << background;
+    QTest::newRow("cut") << text("#12345") << text("0.1,0.2") << color << background;
+    QTest::newRow("too much") << text("#1234567890") << text("1,2,3") << color << background;
+    QTest::newRow("below nothing") << text("-1") << text("-1,0,0") << color << background;
+    QTest::newRow("no numbers") << text("red green") << text("NaN,Infinity,x") << color << background;
+    QTest::newRow("markup") << text("<b>red</b>") << text("<b>1</b>,0,0") << color << background;
+    QTest::newRow("empty") << text("") << text("") << color << background;
+    QTest::newRow("other types") << QJsonValue(5) << QJsonValue(QJsonArray {1, 0, 0}) << color << background;
+    QTest::newRow("null") << QJsonValue() << QJsonValue() << color << background;
+}
+
+void tst_Safety::colors()
+{
+    QFETCH(QJsonValue, color);
+    QFETCH(QJsonValue, background);
+    QFETCH(QString, expectedColor);
+    QFETCH(QString, expectedBackground);
+
+    Conversation bar;
+    QVERIFY(bar.begin());
+    suggest(bar,
+            {{QStringLiteral("prompt"), QStringLiteral("go")},
+             {QStringLiteral("iconColor"), color},
+             {QStringLiteral("iconBg"), background}});
+    QTRY_VERIFY(firstSuggestion(bar));
+    QCOMPARE(firstSuggestion(bar)->property("iconColor").toString(), expectedColor);
+    QCOMPARE(firstSuggestion(bar)->property("iconBg").toString(), expectedBackground);
+    QVERIFY(bar.settle());
+}
+
+void tst_Safety::loadersLoadOnlyOurOwn()
+{
+    Listener listener;
+    Conversation bar;
+    QVERIFY(bar.begin());
+    const QString words = hostileWords(listener);
+    bar.hear(words);
+    suggest(bar, {{QStringLiteral("prompt"), words}});
+    bar.setProperty("settingsPanelOpen", true);
+    QTRY_VERIFY(bar.item(QStringLiteral("lookTab")));
+    const auto loaders =
+        bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) { return item->inherits("QQuickLoader"); });
+    QVERIFY(loaders.size() > 5);
+    for (QQuickItem *loader : loaders) {
+        const QUrl source = loader->property("source").toUrl();
+        QVERIFY2(source.isEmpty() || source.toString().startsWith(QLatin1String("qrc:/org/kde/loomra/")),
+                 qUtf8Printable(source.toString()));
+        QVERIFY(!source.toString().contains(listener.address()));
+    }
+}
+
+void tst_Safety::nothingIsMadeOfWords()
+{
+    const QRegularExpression makers(
+        QStringLiteral("createQmlObject|createComponent|openUrlExternally|\\beval\\b|new Function|onLinkActivated"));
+    const QDir source(qEnvironmentVariable("TOVICTL_SOURCE_DIR"));
+    int read = 0;
+    for (const QString &folder : {QStringLiteral("contents"), QStringLiteral("components")}) {
+        QDirIterator files(source.filePath(folder), {QStringLiteral("*.qml"), QStringLiteral("*.js")}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QString text = QString::fromUtf8(file.readAll());
+            QVERIFY2(!makers.match(text).hasMatch(), qUtf8Printable(file.fileName()));
+            ++read;
+        }
+    }
+    QVERIFY(read > 50);
+}
+
+void tst_Safety::randomBytes()
+{
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("[AgentBridge]"));
+    QVERIFY(bar.begin());
+    QRandomGenerator random(20260101);
+    for (int frame = 0; frame < 300; ++frame) {
+        QByteArray bytes(random.bounded(1, 400), '\0');
+        std::generate(bytes.begin(), bytes.end(), [&] { return char(random.bounded(256)); });
+        bar.bridge.sendRaw(frame % 2 ? QString::fromLatin1(bytes) : QLatin1Char('{') + QString::fromUtf8(bytes));
+        bar.bridge.connection(0)->sendBinaryMessage(bytes);
+    }
+    QVERIFY(bar.exchange(QStringLiteral("still there?"), QStringLiteral("yes")));
+    QCOMPARE(bar.rows(), (QStringList {QStringLiteral("user: still there?"), QStringLiteral("assistant: yes")}));
+    QCOMPARE(bar.property("bridgeStatus").toString(), QStringLiteral("idle"));
+    QVERIFY(bar.settle());
+}
+
+void tst_Safety::oddFrames()
+{
+    Conversation bar;
+    bar.expectWarning(QStringLiteral("[AgentBridge]"));
+    QVERIFY(bar.begin());
+    const auto request = bar.ask(QStringLiteral("odd"));
+    const QStringList values {
+        QStringLiteral("null"),  QStringLiteral("true"), QStringLiteral("-1"),
+        QStringLiteral("1e308"), QStringLiteral("\"\""), QStringLiteral("\"constructor\""),
+        QStringLiteral("[]"),    QStringLiteral("{}"),   QStringLiteral("\"\\u0000<img src=x>\"")};
+    const QStringList frames {
+        QStringLiteral(R"({"type":%1})"),
+        QStringLiteral(R"({"type":"event","payload":%1})"),
+        QStringLiteral(R"({"type":"event","payload":{"event":%1}})"),
+        QStringLiteral(R"({"type":"event","payload":{"event":"agent.routed","agent":%1}})"),
+        QStringLiteral(R"({"type":"event","payload":{"event":"plan.phase","phase":%1}})"),
+        QStringLiteral(R"({"type":"event","payload":{"event":"plan.step","index":%1,"total":%1,"capabilityId":%1,)"
+                       R"("phase":%1}})"),
+        QStringLiteral(R"({"type":"event","payload":{"event":"tool.executed","tool":%1}})"),
+        QStringLiteral(R"({"type":"response","id":%1,"payload":%1})"),
+        QStringLiteral(R"({"id":%1,"result":%1,"error":%1})"),
+    };
+    for (const QString &frame : frames) {
+        for (const QString &value : values) {
+            bar.bridge.sendRaw(QString(frame).replace(QLatin1String("%1"), value));
+        }
+    }
+    QVERIFY(bar.answer(request, QStringLiteral("none of it was an answer")));
+    QCOMPARE(bar.rows(),
+             (QStringList {QStringLiteral("user: odd"), QStringLiteral("assistant: none of it was an answer")}));
+    QVERIFY(bar.settle());
+    QVERIFY(!bar.property("compactMode").toBool());
+}
+
+QTEST_MAIN(tst_Safety)
+
+#include "tst_Safety.moc"

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "DesktopRun.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+
+namespace
+{
+
+constexpr int s_patience = 20000; // ms
+
+// The one list of what the program says by itself. Anything else is a warning that a user would find in his journal.
+constexpr const char *s_expectedLines[] = {
+    R"(^\[AgentBridge\] )",
+};
+
+QByteArray tool(const QString &name, const QStringList &arguments)
+{
+    return Program::run(arguments, QProcessEnvironment::systemEnvironment(), name).output;
+}
+
+QByteArray xdotool(const QStringList &arguments)
+{
+    return tool(QStringLiteral("xdotool"), arguments);
+}
+
+} // namespace
+
+DesktopRun::DesktopRun(const QStringList &arguments, const QProcessEnvironment &environment, const QString &program)
+{
+    m_process.setProcessEnvironment(environment);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    m_process.start(program, arguments);
+    m_process.waitForStarted();
+}
+
+DesktopRun::~DesktopRun()
+{
+    if (isRunning()) {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+}
+
+QList<QByteArray> DesktopRun::windows() const
+{
+    const QByteArray found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                      QStringLiteral("--pid"), QString::number(m_process.processId())});
+    QList<QByteArray> windows = found.split('\n');
+    windows.removeAll({});
+    return windows;
+}
+
+QByteArray DesktopRun::window() const
+{
+    return windows().value(0);
+}
+
+bool DesktopRun::waitForWindow()
+{
+    return QTest::qWaitFor([this] { return !isRunning() || windowCount() > 0; }, s_patience) && isRunning();
+}
+
+int DesktopRun::windowCount() const
+{
+    return windows().size();
+}
+
+QByteArray DesktopRun::property(const QByteArray &name) const
+{
+    const QByteArray line = tool(
+        QStringLiteral("xprop"),
+        {QStringLiteral("-id"), QString::fromLatin1(window()), QStringLiteral("-notype"), QString::fromLatin1(name)});
+    const int value = line.indexOf('=');
+    return value < 0 ? QByteArray() : line.mid(value + 1).trimmed();
+}
+
+QRect DesktopRun::geometry() const
+{
+    const QString text = QString::fromLatin1(
+        xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::fromLatin1(window())}));
+    const auto number = [&text](const char *name) {
+        const QRegularExpression line(QLatin1String("^%1=(-?\\d+)$").arg(QLatin1String(name)),
+                                      QRegularExpression::MultilineOption);
+        return line.match(text).captured(1).toInt();
+    };
+    return {number("X"), number("Y"), number("WIDTH"), number("HEIGHT")};
+}
+
+bool DesktopRun::takeKeyboard()
+{
+    // Through the window manager, which must know of it to act on its own keys, and again while it still maps the
+    // window: until that is over it moves the focus as it sees fit, and the window comes and goes.
+    const bool done = QTest::qWaitFor(
+        [this] {
+            if (!isRunning()) {
+                return true;
+            }
+            const QByteArray id = window();
+            if (!id.isEmpty() && xdotool({QStringLiteral("getactivewindow")}).trimmed() == id
+                && xdotool({QStringLiteral("getwindowfocus")}).trimmed() == id) {
+                return true;
+            }
+            xdotool({QStringLiteral("windowactivate"), QString::fromLatin1(id)});
+            return false;
+        },
+        s_patience);
+    return done && isRunning();
+}
+
+void DesktopRun::press(const QByteArray &keys) const
+{
+    xdotool({QStringLiteral("key"), QString::fromLatin1(keys)});
+}
+
+void DesktopRun::click(const QPoint &position) const
+{
+    xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(position.x()),
+             QString::number(position.y()), QStringLiteral("click"), QStringLiteral("1")});
+}
+
+bool DesktopRun::isRunning()
+{
+    // Lets the object hear of the end, too.
+    return m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(0);
+}
+
+void DesktopRun::send(int signal) const
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), signal);
+}
+
+bool DesktopRun::waitForEnd()
+{
+    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(s_patience);
+}
+
+QByteArray DesktopRun::output()
+{
+    return m_output += m_process.readAllStandardOutput();
+}
+
+QByteArray DesktopRun::errors()
+{
+    return m_errors += m_process.readAllStandardError();
+}
+
+QStringList DesktopRun::unexpectedLines()
+{
+    QStringList lines = QString::fromUtf8(errors()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const char *pattern : s_expectedLines) {
+        const QRegularExpression expected(QLatin1String {pattern});
+        lines.erase(std::remove_if(lines.begin(), lines.end(),
+                                   [&expected](const QString &line) { return expected.match(line).hasMatch(); }),
+                    lines.end());
+    }
+    return lines;
+}

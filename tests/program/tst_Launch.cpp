@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "DesktopRun.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+namespace
+{
+
+constexpr int s_exitFailedLoad = 255;
+//! For what the window manager does, which maps and places windows late on a busy machine, in ms.
+constexpr int s_patience = 20000;
+// The close button of the idle bar, on a screen of 1280 x 800: the bar is 720 wide, and 30 above the middle.
+constexpr QPoint s_closeButton(640 + 360 - 10 - 16, 400 - 30);
+
+QStringList words(const char *line)
+{
+    return QString::fromLatin1(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+//! Graphical runs of the built program, seen from outside. There is no bridge but where a test starts one.
+class tst_Launch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void opensTheOmniBar_data();
+    void opensTheOmniBar();
+    void otherModesFailToLoad_data();
+    void otherModesFailToLoad();
+    void startsWithoutUnexpectedWords();
+    void closeButtonEndsIt();
+    void windowManagerEndsIt();
+    void escapeLeavesABubble();
+    void signalsEndIt_data();
+    void signalsEndIt();
+    void twoRunSideBySide();
+    void dataBesideTheExecutable_data();
+    void dataBesideTheExecutable();
+};
+
+void tst_Launch::opensTheOmniBar_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    for (const char *line : {"", "-o", "--omni-bar", "unknown", "--mains -M --Tray tray", "--omni-bar unknown"}) {
+        QTest::newRow(*line ? line : "no argument") << words(line);
+    }
+}
+
+void tst_Launch::opensTheOmniBar()
+{
+    QFETCH(QStringList, arguments);
+
+    DesktopRun run(arguments);
+
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QCOMPARE(run.windowCount(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+    QCOMPARE(run.property("WM_CLASS"), QByteArray("\"tovictl\", \"loomra-kde\""));
+    QTRY_VERIFY_WITH_TIMEOUT(run.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"), s_patience);
+    QVERIFY(run.property("_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_DIALOG"));
+    QCOMPARE(run.output(), QByteArray());
+}
+
+void tst_Launch::otherModesFailToLoad_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("file");
+
+    const auto row = [](const char *line, const char *file) {
+        QTest::newRow(line) << words(line) << QByteArray("qrc:/org/kde/loomra/").append(file);
+    };
+    const char *main = "MainWindow.qml";
+    const char *tray = "contents/ui/TrayIcon.qml";
+    const char *voice = "contents/ui/VoiceValidation.qml";
+    row("--main", main);
+    row("-m", main);
+    row("--tray", tray);
+    row("-t", tray);
+    row("--voice-test", voice);
+    // The first of voice test, main window and tray view wins, wherever it stands.
+    row("--tray -m", main);
+    row("-m --tray", main);
+    row("--voice-test --main", voice);
+    row("-t --main --voice-test", voice);
+    row("--omni-bar --main", main);
+    row("unknown -o -t", tray);
+}
+
+//! These windows don't exist yet. Each row moves to a test of its window when that comes.
+void tst_Launch::otherModesFailToLoad()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, file);
+
+    const Program::Result result = Program::run(arguments, QProcessEnvironment::systemEnvironment());
+
+    QVERIFY(result.finished);
+    QVERIFY(!result.crashed);
+    QCOMPARE(result.exitCode, s_exitFailedLoad);
+    QVERIFY2(result.errors.contains("QQmlApplicationEngine failed to load component\n" + file + ": "),
+             result.errors.constData());
+    QCOMPARE(result.errors.count("qrc:"), 1);
+    QCOMPARE(result.output, QByteArray());
+}
+
+void tst_Launch::startsWithoutUnexpectedWords()
+{
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(run.takeKeyboard());
+    // The first refused attempt is over, and so are the entrance and what is built after the first frame.
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("[AgentBridge]"), 10000);
+    run.click(s_closeButton);
+    QVERIFY(run.waitForEnd());
+
+    QCOMPARE(run.unexpectedLines(), QStringList());
+    QCOMPARE(run.output(), QByteArray());
+}
+
+void tst_Launch::closeButtonEndsIt()
+{
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+
+    run.click(s_closeButton);
+
+    QVERIFY(run.waitForEnd());
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+}
+
+void tst_Launch::windowManagerEndsIt()
+{
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+
+    // Again until it helps: the key is the window manager's own, and lost when the focus moves just then.
+    const bool ended = QTest::qWaitFor(
+        [&run] {
+            if (run.isRunning() && run.takeKeyboard()) {
+                run.press("alt+F4");
+            }
+            return !run.isRunning();
+        },
+        s_patience);
+
+    QVERIFY(ended);
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+}
+
+void tst_Launch::escapeLeavesABubble()
+{
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(run.takeKeyboard());
+
+    run.press("Escape");
+
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(1280 - 56 - 20, 20, 56, 56), s_patience);
+    QVERIFY(run.isRunning());
+
+    run.click({1280 - 20 - 28, 20 + 28});
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+}
+
+void tst_Launch::signalsEndIt_data()
+{
+    QTest::addColumn<int>("signal");
+
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void tst_Launch::signalsEndIt()
+{
+    QFETCH(int, signal);
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+
+    run.send(signal);
+
+    QVERIFY(run.waitForEnd());
+    QVERIFY(run.exitCode() == (run.crashed() ? signal : 0));
+    QCOMPARE(run.unexpectedLines(), QStringList());
+}
+
+void tst_Launch::twoRunSideBySide()
+{
+    DesktopRun first;
+    QVERIFY2(first.waitForWindow(), first.errors().constData());
+    DesktopRun second;
+    QVERIFY2(second.waitForWindow(), second.errors().constData());
+    QVERIFY(first.isRunning());
+    QCOMPARE(first.windowCount(), 1);
+
+    // Each has a window of its own, and its own end.
+    QVERIFY(second.takeKeyboard());
+    second.press("alt+F4");
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.exitCode(), 0);
+    QVERIFY(first.isRunning());
+    QCOMPARE(first.windowCount(), 1);
+}
+
+void tst_Launch::dataBesideTheExecutable_data()
+{
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<QString>("directories");
+    QTest::addColumn<QString>("theme");
+
+    const QString usual = QStringLiteral("/usr/local/share:/usr/share");
+    QTest::newRow("absent") << false << usual << QStringLiteral("hicolor");
+    QTest::newRow("before the others") << true << usual << QStringLiteral("hicolor");
+    // With the variable unset it takes the place of all others, and there is no theme but its own.
+    QTest::newRow("alone") << true << QString() << QStringLiteral("breeze");
+}
+
+//! A directory "share" beside the executable is searched for data, of which the window's icon is one.
+void tst_Launch::dataBesideTheExecutable()
+{
+    QFETCH(bool, exists);
+    QFETCH(QString, directories);
+    QFETCH(QString, theme);
+
+    const QTemporaryDir folder;
+    // A link would not do, as the program asks for the place of the file behind it.
+    const QString program = folder.filePath(QStringLiteral("tovictl"));
+    QVERIFY(QFile::copy(Program::path(), program));
+    if (exists) {
+        const QDir icons(folder.filePath(QStringLiteral("share/icons/") + theme));
+        QVERIFY(icons.mkpath(QStringLiteral("37x37/apps"))); // a size that no icon of the system has
+        QFile index(icons.filePath(QStringLiteral("index.theme")));
+        QVERIFY(index.open(QIODevice::WriteOnly));
+        index.write("[Icon Theme]\nName=Any\nDirectories=37x37/apps\n\n[37x37/apps]\nSize=37\nType=Fixed\n");
+        index.close();
+        QImage image(37, 37, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(icons.filePath(QStringLiteral("37x37/apps/loomra-kde.png"))));
+    }
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("XDG_DATA_DIRS"));
+    if (!directories.isEmpty()) {
+        environment.insert(QStringLiteral("XDG_DATA_DIRS"), directories);
+    }
+
+    DesktopRun run({}, environment, program);
+
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QTRY_COMPARE_WITH_TIMEOUT(run.property("_NET_WM_ICON").contains("Icon (37 x 37)"), exists, s_patience);
+}
+
+QTEST_GUILESS_MAIN(tst_Launch)
+#include "tst_Launch.moc"

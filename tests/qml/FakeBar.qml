@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+//! The OmniBar as a controller sees it: the state that controllers read of each other, and a note of every call.
+//! Translated texts stand in angle brackets.
+QtObject {
+    id: bar
+
+    property var bridge: null
+    property var sdk: null
+    property string bridgeStatus: bridge ? bridge.status : "disconnected"
+
+    readonly property QtObject inputField: QtObject {
+        property string text: ""
+        property bool visible: true
+
+        function forceActiveFocus() { bar.note("inputField.forceActiveFocus", []); }
+    }
+    readonly property QtObject appearanceStore: QtObject {
+        property bool lightChrome: false
+        property bool translucentBackground: false
+    }
+
+    property int barHeight: 56
+    property int bubbleSize: 56
+    property int bubbleMargin: 20
+    property int chatMinHeight: 260
+    property int chatPanelBottomMargin: 10
+    property int chatTopSafePadding: 24
+    property real x: -1
+    property real y: -1
+
+    property ListModel chatModel: ListModel {}
+    property string lastInputMode: "text"
+    property string wiNotifyBarLine: ""
+    property bool voiceConfirmPending: false
+    property bool slashMenuVisible: false
+    property bool workspaceSuggestionDialogOpen: false
+    property bool suggestionsShown: false
+    property var activeFocusItem: inputField
+
+    // What the functions below answer.
+    property string chosenCommand: ""
+    property bool takesSlashCommands: false
+    property var attachedFiles: []
+    property bool queryProcessing: false
+    property var turn: []
+    property var lastTexts: ({})
+
+    //! Calls in their order, such as "sendToBridge(hello)".
+    property var calls: []
+
+    function note(name, values) {
+        calls = calls.concat(name + "(" + values.join(", ") + ")");
+    }
+
+    //! What was noted so far, which is then forgotten.
+    function takeCalls() {
+        const taken = calls;
+        calls = [];
+        return taken;
+    }
+
+    function tr(text) { return "<" + text + ">"; }
+
+    function chosenSlashCommand() { return chosenCommand; }
+    function tryHandleSlashCommand(text) {
+        note("tryHandleSlashCommand", [text]);
+        return takesSlashCommands;
+    }
+    function takeAttachedFiles() { return attachedFiles; }
+    function isQueryProcessing() { return queryProcessing; }
+    function latestTurn() { return turn; }
+    function lastText(role) { return lastTexts[role] || ""; }
+
+    function appendUserMessage(msg) { note("appendUserMessage", [msg]); }
+    function scrollToBottom() { note("scrollToBottom", []); }
+    function sendToBridge(prompt) { note("sendToBridge", [prompt]); }
+    function refreshResponseSuggestions(followUps) { note("refreshResponseSuggestions", [JSON.stringify(followUps)]); }
+    function speakReply(text) { note("speakReply", [text]); }
+    function collapseForAction() { note("collapseForAction", []); }
+    function voiceConfirmSend() { note("voiceConfirmSend", []); }
+    function voiceConfirmCancel() { note("voiceConfirmCancel", []); }
+    function stopActiveQuery() { note("stopActiveQuery", []); }
+    function closeWorkspaceSuggestionDialog() { note("closeWorkspaceSuggestionDialog", []); }
+    function summon() { note("summon", []); }
+    function show() { note("show", []); }
+    function showMinimized() { note("showMinimized", []); }
+    function raise() { note("raise", []); }
+    function requestActivate() { note("requestActivate", []); }
+    function focusBubble() { note("focusBubble", []); }
+    function refreshModels() { note("refreshModels", []); }
+    function syncSettingsCombos() { note("syncSettingsCombos", []); }
+    function refreshRuntimePanels() { note("refreshRuntimePanels", []); }
+}

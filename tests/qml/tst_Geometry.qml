@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/Geometry.js" as Geometry
+
+TestCase {
+    name: "Geometry"
+
+    function test_chatHeightBudget_data() {
+        return [
+            { tag: "full hd", screen: 1080, hint: 20, budget: 1080 - 56 - 20 - 10 - 24 },
+            { tag: "with a hint line and a voice confirmation", screen: 1080, hint: 78, budget: 1080 - 56 - 78 - 10 - 24 },
+            { tag: "rounds", screen: 1080.5, hint: 20, budget: 971 },
+            { tag: "short screen", screen: 300, hint: 20, budget: 260 },
+            { tag: "just enough", screen: 370, hint: 20, budget: 260 },
+            { tag: "one more", screen: 371, hint: 20, budget: 261 }
+        ];
+    }
+    function test_chatHeightBudget(row) {
+        compare(Geometry.chatHeightBudget(row.screen, 56, row.hint, 10, 24, 260), row.budget);
+    }
+
+    function test_chatMaxHeight_data() {
+        return [
+            { tag: "expanded, large screen", expanded: true, screen: 2160, budget: 2050, height: 1200 },
+            { tag: "expanded, small screen", expanded: true, screen: 800, budget: 690, height: 690 },
+            { tag: "limit", expanded: false, screen: 2160, budget: 2050, height: 780 },
+            { tag: "share of the screen", expanded: false, screen: 1000, budget: 890, height: 680 },
+            { tag: "rounded share", expanded: false, screen: 801, budget: 691, height: 545 },
+            { tag: "budget", expanded: false, screen: 300, budget: 190, height: 190 }
+        ];
+    }
+    function test_chatMaxHeight(row) {
+        compare(Geometry.chatMaxHeight(row.expanded, row.screen, row.budget), row.height);
+    }
+
+    function test_barY_data() {
+        return [
+            { tag: "idle", idle: true, window: 1080, hint: 20, y: 482 },
+            { tag: "idle, rounded", idle: true, window: 1081, hint: 20, y: 483 },
+            { tag: "in use", idle: false, window: 1080, hint: 20, y: 1004 },
+            { tag: "in use with hints", idle: false, window: 800, hint: 78, y: 666 },
+            { tag: "in use, rounded", idle: false, window: 800.4, hint: 20, y: 724 }
+        ];
+    }
+    function test_barY(row) {
+        compare(Geometry.barY(row.idle, row.window, row.hint), row.y);
+    }
+
+    function test_chatPanelHeight_data() {
+        return [
+            { tag: "room for all", max: 780, barY: 1004, height: 780 },
+            { tag: "up to the top padding", max: 780, barY: 724, height: 690 },
+            { tag: "rounded down", max: 780, barY: 724.9, height: 690 },
+            { tag: "never too low, even past the top padding", max: 260, barY: 200, height: 260 }
+        ];
+    }
+    function test_chatPanelHeight(row) {
+        compare(Geometry.chatPanelHeight(260, row.max, row.barY, 24), row.height);
+    }
+
+    function test_chatAreaHeight_data() {
+        return [
+            { tag: "nothing else", panel: 780, extras: 0, height: 646 },
+            { tag: "beside cards", panel: 780, extras: 146, height: 500 },
+            { tag: "never too low", panel: 260, extras: 100, height: 140 }
+        ];
+    }
+    function test_chatAreaHeight(row) {
+        compare(Geometry.chatAreaHeight(row.panel, 64, row.extras), row.height);
+    }
+
+    function test_chatAreaFits_data() {
+        return [
+            { tag: "just", panel: 380, extras: 106, fits: true },
+            { tag: "just not", panel: 379, extras: 106, fits: false }
+        ];
+    }
+    function test_chatAreaFits(row) {
+        compare(Geometry.chatAreaFits(row.panel, 64, row.extras), row.fits);
+    }
+
+    function test_bubblePosition_data() {
+        return [
+            { tag: "top right", screen: 1920, margin: 20, x: 1844, y: 20 },
+            { tag: "screen too narrow", screen: 50, margin: 20, x: 0, y: 20 },
+            { tag: "negative margin", screen: 1920, margin: -5, x: 1869, y: 0 }
+        ];
+    }
+    function test_bubblePosition(row) {
+        const place = Geometry.bubblePosition(row.screen, 56, row.margin);
+        compare(place.x, row.x);
+        compare(place.y, row.y);
+    }
+
+    function test_shortcutHintHeight_data() {
+        return [
+            { tag: "hint", line: "", confirm: false, height: 20 },
+            { tag: "line", line: "news", confirm: false, height: 36 },
+            { tag: "confirmation", line: "", confirm: true, height: 62 },
+            { tag: "both", line: "news", confirm: true, height: 78 }
+        ];
+    }
+    function test_shortcutHintHeight(row) {
+        compare(Geometry.shortcutHintHeight(row.line, row.confirm), row.height);
+    }
+
+    function test_clampOpacity_data() {
+        return [
+            { tag: "too little", value: 0.2, opacity: 0.65 },
+            { tag: "lower limit", value: 0.65, opacity: 0.65 },
+            { tag: "between", value: 0.8, opacity: 0.8 },
+            { tag: "upper limit", value: 1, opacity: 1 },
+            { tag: "too much", value: 1.5, opacity: 1 },
+            { tag: "text from a settings file", value: "0.7", opacity: 0.7 },
+            { tag: "NaN", value: NaN, opacity: 1 },
+            { tag: "infinite", value: Infinity, opacity: 1 },
+            { tag: "endlessly little", value: -Infinity, opacity: 0.65 },
+            { tag: "words", value: "dark", opacity: 1 },
+            { tag: "empty", value: "", opacity: 1 },
+            { tag: "blank", value: " ", opacity: 1 },
+            { tag: "null", value: null, opacity: 1 },
+            { tag: "undefined", value: undefined, opacity: 1 },
+            { tag: "object", value: {}, opacity: 1 }
+        ];
+    }
+    function test_clampOpacity(row) {
+        fuzzyCompare(Geometry.clampOpacity(row.value), row.opacity, 1e-9);
+    }
+}

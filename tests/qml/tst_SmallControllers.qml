@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
+
+//! The controllers whose subjects have little in the bar so far.
+TestCase {
+    id: test
+    name: "SmallControllers"
+
+    property FakeBar bar
+
+    Component { id: bars; FakeBar {} }
+    Component { id: attachmentControllers; AttachmentController {} }
+    Component { id: slashControllers; SlashCommandController {} }
+    Component { id: modelsControllers; ModelsController {} }
+    Component { id: workspaceControllers; WorkspaceController {} }
+
+    Component {
+        id: clients
+
+        QtObject {
+            property bool ready: true
+            property bool workspaceIntelAvailable: true
+            property bool aiRuntimeAvailable: true
+            property var calls: []
+
+            function listModels() { calls.push("listModels"); }
+            function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates"); }
+            function refreshWorkspaceIntelPanel() { calls.push("refreshWorkspaceIntelPanel"); }
+            function refreshAiRuntimePanel() { calls.push("refreshAiRuntimePanel"); }
+            function refreshRuntimeHealth() { calls.push("refreshRuntimeHealth"); }
+            function refreshRuntimeJobs() { calls.push("refreshRuntimeJobs"); }
+            function refreshPowerProfile() { calls.push("refreshPowerProfile"); }
+            function reminderList() { calls.push("reminderList"); }
+        }
+    }
+
+    Component {
+        id: dialogs
+
+        QtObject {
+            property bool opened: true
+
+            function close() { opened = false; }
+        }
+    }
+
+    function init() {
+        bar = createTemporaryObject(bars, test);
+    }
+
+    function make(component) {
+        return createTemporaryObject(component, test, { "bar": bar });
+    }
+
+    function withClient(values) {
+        bar.sdk = createTemporaryObject(clients, test, values);
+        return bar.sdk;
+    }
+
+    // ---- Attached files
+
+    function test_filesServeOneQuestion() {
+        const attachments = make(attachmentControllers);
+        compare(attachments.slashAttachedFiles, []);
+        compare(attachments.takeAttachedFiles(), []);
+        attachments.slashAttachedFiles = [{ "name": "a" }];
+        compare(attachments.takeAttachedFiles(), [{ "name": "a" }]);
+        compare(attachments.slashAttachedFiles, []);
+    }
+
+    // ---- Slash commands
+
+    function test_thereAreNoSlashCommandsYet() {
+        const slash = make(slashControllers);
+        compare([slash.slashMenuVisible, slash.slashFilter, slash.slashSessionPopupVisible], [false, "", false]);
+        compare(slash.tryHandleSlashCommand("/clear"), false);
+        slash.slashMenuVisible = true;
+        compare(slash.chosenSlashCommand(), "");
+    }
+
+    function test_theMenuClosesBeforeThePopup() {
+        const slash = make(slashControllers);
+        compare(slash.closeNearest(), false);
+        slash.slashMenuVisible = true;
+        slash.slashSessionPopupVisible = true;
+        compare(slash.closeNearest(), true);
+        compare([slash.slashMenuVisible, slash.slashSessionPopupVisible], [false, true]);
+        compare(slash.closeNearest(), true);
+        compare(slash.slashSessionPopupVisible, false);
+        compare(slash.closeNearest(), false);
+    }
+
+    // ---- Models
+
+    function test_modelsWithoutAClient() {
+        const models = make(modelsControllers);
+        models.refreshModels();
+        models.syncSettingsCombos();
+        compare([models.modelsLoading, models.modelsStatusMessage], [false, ""]);
+    }
+
+    function test_modelsBeforeTheClientIsReady() {
+        const client = withClient({ "ready": false });
+        const models = make(modelsControllers);
+        models.refreshModels();
+        compare([models.modelsLoading, models.modelsStatusMessage], [false, "<SDK is connecting...>"]);
+        compare(client.calls, []);
+    }
+
+    function test_modelsAreAskedFor() {
+        const client = withClient({});
+        const models = make(modelsControllers);
+        models.modelsStatusMessage = "old";
+        models.refreshModels();
+        compare([models.modelsLoading, models.modelsStatusMessage], [true, ""]);
+        compare(client.calls, ["listModels"]);
+    }
+
+    // ---- Workspace
+
+    function test_workspaceWithoutAClient() {
+        const workspace = make(workspaceControllers);
+        workspace.refreshRuntimePanels();
+        workspace.loadFromBridge();
+        workspace.loadWorkspaceTemplateCatalogFromPrefs();
+        compare(workspace.wiNotifyBarLine, "");
+        compare(workspace.workspaceSuggestionDialogOpen, false);
+        compare(bar.takeCalls(), []);
+    }
+
+    function test_startOfTheWorkspace_data() {
+        return [
+            { tag: "ready", client: {}, bar: ["refreshModels()"], sdk: ["refreshWorkspaceTemplates"] },
+            { tag: "no workspace", client: { "workspaceIntelAvailable": false }, bar: ["refreshModels()"], sdk: [] },
+            { tag: "not ready", client: { "ready": false }, bar: [], sdk: [] }
+        ];
+    }
+
+    function test_startOfTheWorkspace(data) {
+        const client = withClient(data.client);
+        make(workspaceControllers).loadFromBridge();
+        compare(bar.takeCalls(), data.bar);
+        compare(client.calls, data.sdk);
+    }
+
+    function test_runtimePanels_data() {
+        const always = ["refreshRuntimeHealth", "refreshRuntimeJobs", "refreshPowerProfile", "reminderList"];
+        return [
+            { tag: "all", client: {}, sdk: ["refreshWorkspaceTemplates", "refreshWorkspaceIntelPanel",
+                                            "refreshAiRuntimePanel"].concat(always) },
+            { tag: "no workspace", client: { "workspaceIntelAvailable": false }, sdk: ["refreshAiRuntimePanel"].concat(always) },
+            { tag: "no runtime", client: { "aiRuntimeAvailable": false },
+              sdk: ["refreshWorkspaceTemplates", "refreshWorkspaceIntelPanel"].concat(always) },
+            { tag: "not ready", client: { "ready": false }, sdk: [] }
+        ];
+    }
+
+    function test_runtimePanels(data) {
+        const client = withClient(data.client);
+        make(workspaceControllers).refreshRuntimePanels();
+        compare(client.calls, data.sdk);
+    }
+
+    function test_suggestionDialog() {
+        const workspace = make(workspaceControllers);
+        workspace.suggestionDialog = createTemporaryObject(dialogs, test);
+        compare(workspace.workspaceSuggestionDialogOpen, true);
+        workspace.closeWorkspaceSuggestionDialog();
+        compare(workspace.workspaceSuggestionDialogOpen, false);
+    }
+}

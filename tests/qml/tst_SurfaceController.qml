@@ -1,0 +1,244 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
+
+TestCase {
+    id: test
+    name: "SurfaceController"
+
+    property FakeBar bar
+    property SurfaceController surface
+
+    Component { id: bars; FakeBar { bridgeStatus: "idle" } }
+    Component { id: controllers; SurfaceController {} }
+
+    function init() {
+        bar = createTemporaryObject(bars, test);
+        surface = createTemporaryObject(controllers, test, { "bar": bar, "screens": [{ "width": 1280, "height": 800 },
+                                                                                    { "width": 640, "height": 480 }] });
+    }
+
+    function test_firstValues() {
+        compare([surface.compactMode, surface.chatExpanded, surface.userExpanded, surface.settingsPanelOpen,
+                 surface.windowFade], [false, false, false, false, 1]);
+    }
+
+    function test_theFirstScreenCounts() {
+        compare(surface.screenWidth, 1280);
+        compare(surface.screenHeight, 800);
+        surface.centerOnScreen();
+        compare([bar.x, bar.y], [0, 0]);
+    }
+
+    function test_withoutAScreen() {
+        surface.screens = [];
+        compare(surface.screenWidth, 1920);
+        compare(surface.screenHeight, 1080);
+        surface.centerOnScreen();
+        compare([bar.x, bar.y], [-1, -1]);
+    }
+
+    function test_hintStrip() {
+        compare(surface.shortcutHintHeight, 20);
+        bar.wiNotifyBarLine = "news";
+        compare(surface.shortcutHintHeight, 36);
+        bar.voiceConfirmPending = true;
+        compare(surface.shortcutHintHeight, 78);
+    }
+
+    function test_heights() {
+        compare(surface.chatHeightBudget, 800 - 56 - 20 - 10 - 24);
+        compare(surface.chatMaxHeight, 544);
+        surface.chatExpanded = true;
+        compare(surface.chatMaxHeight, 690);
+        surface.screens = [{ "width": 320, "height": 200 }];
+        compare(surface.chatHeightBudget, 260);
+        compare(surface.chatMaxHeight, 260);
+    }
+
+    function test_chatPanelAndIdleBar_data() {
+        return [
+            { tag: "at rest", rows: 0, settings: false, status: "idle", panel: false, idle: true },
+            { tag: "rows", rows: 1, settings: false, status: "idle", panel: true, idle: false },
+            { tag: "thinking", rows: 0, settings: false, status: "thinking", panel: true, idle: false },
+            { tag: "settings", rows: 0, settings: true, status: "idle", panel: false, idle: false },
+            { tag: "settings over rows", rows: 1, settings: true, status: "thinking", panel: false, idle: false }
+        ];
+    }
+
+    function test_chatPanelAndIdleBar(data) {
+        for (let i = 0; i < data.rows; ++i)
+            bar.chatModel.append({ "role": "user" });
+        surface.settingsPanelOpen = data.settings;
+        bar.bridgeStatus = data.status;
+        compare(surface.chatPanelShown, data.panel);
+        compare(surface.barIdle, data.idle);
+    }
+
+    function test_escapeChain() {
+        bar.workspaceSuggestionDialogOpen = true;
+        surface.settingsPanelOpen = true;
+        bar.voiceConfirmPending = true;
+        bar.queryProcessing = true;
+
+        surface.handleEscapeKey();
+        compare(bar.takeCalls(), ["closeWorkspaceSuggestionDialog()"]);
+        compare(surface.settingsPanelOpen, true);
+
+        bar.workspaceSuggestionDialogOpen = false;
+        surface.handleEscapeKey();
+        compare(surface.settingsPanelOpen, false);
+        compare(bar.takeCalls(), []);
+
+        surface.handleEscapeKey();
+        compare(bar.takeCalls(), ["voiceConfirmCancel()"]);
+
+        bar.voiceConfirmPending = false;
+        surface.handleEscapeKey();
+        compare(bar.takeCalls(), ["stopActiveQuery()"]);
+        compare(surface.compactMode, false);
+
+        bar.queryProcessing = false;
+        surface.handleEscapeKey();
+        compare(surface.compactMode, true);
+    }
+
+    function test_escapeInTheBubble() {
+        surface.shrinkToCompactBubble();
+        bar.takeCalls();
+        surface.handleEscapeKey();
+        compare(surface.compactMode, true);
+        compare(bar.takeCalls(), []);
+        bar.queryProcessing = true;
+        surface.handleEscapeKey();
+        compare(bar.takeCalls(), ["stopActiveQuery()"]);
+    }
+
+    function test_toTheBubbleAndBack() {
+        surface.userExpanded = true;
+        surface.chatExpanded = true;
+        surface.shrinkToCompactBubble();
+        compare(surface.userExpanded, false);
+        compare([bar.x, bar.y], [1280 - 56 - 20, 20]);
+        compare(bar.takeCalls(), ["focusBubble()"]);
+
+        surface.expandFromBubble();
+        compare(surface.compactMode, false);
+        compare(surface.userExpanded, true);
+        compare(surface.chatExpanded, true);
+        tryVerify(() => bar.calls.length === 2);
+        compare(bar.takeCalls(), ["inputField.forceActiveFocus()", "requestActivate()"]);
+        compare([bar.x, bar.y], [0, 0]);
+    }
+
+    function test_theBubbleStaysOnATinyScreen() {
+        surface.screens = [{ "width": 40, "height": 40 }];
+        surface.shrinkToCompactBubble();
+        compare([bar.x, bar.y], [0, 20]);
+    }
+
+    function test_positionBubbleIsForTheBubble() {
+        surface.positionBubble();
+        compare([bar.x, bar.y], [-1, -1]);
+        surface.compactMode = true;
+        bar.x = 5;
+        surface.positionBubble();
+        compare(bar.x, 1204);
+    }
+
+    function test_collapseForAnAction() {
+        surface.userExpanded = true;
+        surface.collapseForAction();
+        compare(surface.compactMode, false);
+        surface.userExpanded = false;
+        surface.collapseForAction();
+        compare(surface.compactMode, true);
+        compare(surface.userExpanded, false);
+    }
+
+    function test_minimise() {
+        surface.compactMode = true;
+        bar.takeCalls();
+        surface.minimise();
+        compare(surface.compactMode, false);
+        compare(surface.userExpanded, false);
+        compare(bar.takeCalls()[0], "showMinimized()");
+    }
+
+    function test_summon() {
+        surface.compactMode = true;
+        bar.takeCalls();
+        surface.summon();
+        compare(bar.takeCalls(), ["show()", "raise()", "requestActivate()"]);
+        compare(surface.compactMode, false);
+        compare(surface.userExpanded, true);
+    }
+
+    function test_settingsButton() {
+        surface.toggleSettings();
+        compare(surface.settingsPanelOpen, true);
+        compare(bar.takeCalls(), ["refreshModels()"]);
+        tryVerify(() => bar.calls.length === 2);
+        compare(bar.takeCalls(), ["syncSettingsCombos()", "refreshRuntimePanels()"]);
+        surface.toggleSettings();
+        compare(surface.settingsPanelOpen, false);
+        wait(0);
+        compare(bar.takeCalls(), []);
+    }
+
+    function test_theFocusOfWhatIsGoneGoesToThePrompt_data() {
+        return [
+            { tag: "the sheet closes", change: () => { surface.settingsPanelOpen = !surface.settingsPanelOpen; } },
+            { tag: "the first row comes", change: () => bar.chatModel.append({ "role": "user" }) },
+            { tag: "suggestions go", change: () => { bar.suggestionsShown = true; } }
+        ];
+    }
+
+    function test_theFocusOfWhatIsGoneGoesToThePrompt(data) {
+        bar.activeFocusItem = { "visible": true };
+        wait(0);
+        data.change();
+        wait(0);
+        compare(bar.takeCalls(), []);
+
+        init();
+        bar.activeFocusItem = { "visible": false };
+        wait(0);
+        bar.takeCalls();
+        data.change();
+        tryVerify(() => bar.calls.length > 0);
+        compare(bar.takeCalls(), ["inputField.forceActiveFocus()"]);
+    }
+
+    function test_noFocusAtAllGoesToThePrompt() {
+        bar.activeFocusItem = null;
+        tryVerify(() => bar.calls.length > 0);
+        compare(bar.takeCalls(), ["inputField.forceActiveFocus()"]);
+    }
+
+    function test_theBubbleKeepsTheFocus() {
+        surface.compactMode = true;
+        bar.takeCalls();
+        bar.activeFocusItem = null;
+        wait(0);
+        compare(bar.takeCalls(), []);
+    }
+
+    function test_becomingVisible() {
+        surface.windowFade = 0;
+        surface.appear();
+        compare(surface.windowFade, 1);
+        compare(bar.takeCalls(), ["inputField.forceActiveFocus()", "requestActivate()"]);
+    }
+
+    function test_aRefusedBlurIsNoTrouble() {
+        bar.appearanceStore.translucentBackground = true;
+        surface.applyWindowBlurBehind();
+        surface.place();
+        compare([bar.x, bar.y], [0, 0]);
+    }
+}

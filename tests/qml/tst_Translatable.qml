@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/Translatable.js" as Translatable
+
+TestCase {
+    name: "Translatable"
+
+    function test_mark() {
+        compare(Translatable.mark("words"), "words");
+    }
+
+    function test_translated() {
+        compare(Translatable.translated("words", text => "<" + text + ">"), "<words>");
+        compare(Translatable.translated("words"), "words");
+        compare(Translatable.translated("", text => "not empty"), "");
+    }
+
+    function test_filled_data() {
+        return [
+            { tag: "one", text: "a {b} c", values: { b: "x" }, filled: "a x c" },
+            { tag: "twice and another", text: "{b}{c}{b}", values: { b: "x", c: 2 }, filled: "x2x" },
+            { tag: "empty", text: "a{b}", values: { b: "" }, filled: "a" },
+            { tag: "unknown", text: "{constructor} {b}", values: {}, filled: "{constructor} {b}" },
+            { tag: "values are not looked at", text: "{b}", values: { b: "$& {c} %1", c: "x" }, filled: "$& {c} %1" }
+        ];
+    }
+    function test_filled(row) {
+        compare(Translatable.filled(row.text, row.values), row.filled);
+    }
+}

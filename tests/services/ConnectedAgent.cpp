@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ConnectedAgent.h"
+
+#include "support/TestSetup.h"
+#include "support/WaitUntil.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+#include <QTest>
+
+bool ConnectedAgent::begin()
+{
+    const bool connected = peer.waitForConnection() && waitUntil([this] { return agent.isServiceAvailable(); });
+    heard.take();
+    log.clear();
+    return connected;
+}
+
+bool ConnectedAgent::deliver(const QString &frame)
+{
+    const QString line = QStringLiteral("[AgentBridge] Received WebSocket message:");
+    const int before = log.count(line);
+    peer.sendRaw(frame);
+    return waitUntil([&] { return log.count(line) > before; });
+}
+
+bool ConnectedAgent::deliver(const QJsonObject &message)
+{
+    return deliver(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+}
+
+ScriptedBridge::Request ConnectedAgent::prompt(const QString &text)
+{
+    agent.sendIntent(text);
+    const ScriptedBridge::Request request = peer.takeRequest(QStringLiteral("chat"));
+    heard.take();
+    log.clear();
+    return request;
+}
+
+QJsonObject answer(const QString &response, QJsonObject more)
+{
+    more.insert(QStringLiteral("response"), response);
+    return more;
+}
+
+QJsonObject json(const QString &text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
+
+QString quoted(const QString &text)
+{
+    QString result;
+    QDebug(&result) << text;
+    return result.trimmed();
+}
+
+QStringList failure(const QString &text)
+{
+    QStringList heard {QStringLiteral("thinkingChanged(false)"), QStringLiteral("statusChanged(\"error\")")};
+    if (!text.isEmpty()) {
+        heard.prepend(QStringLiteral("errorOccurred(\"%1\")").arg(text));
+    }
+    return heard;
+}
+
+QStringList bridgeError(const QString &text)
+{
+    return {QStringLiteral("[AgentBridge] Bridge error: ") + quoted(text)};
+}
+
+void ConnectedAgentTest::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void ConnectedAgentTest::init()
+{
+    TestSetup::clearSettings();
+    c = std::make_unique<ConnectedAgent>();
+    QVERIFY(c->begin());
+}
+
+void ConnectedAgentTest::cleanup()
+{
+    QCOMPARE(c->log.warnings(), QStringList());
+    QVERIFY(c->peer.isAllTaken());
+    c.reset();
+}

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "AgentBridgeParts.h"
+#include "ConnectedAgent.h"
+#include "support/TestSetup.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+#include <QTimer>
+#include <QWebSocket>
+
+namespace
+{
+
+constexpr quint64 s_limit = 64 * 1024 * 1024; // bytes
+
+}
+
+class tst_AgentBridgeFrames : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void hasAnUpperLimitForMessages_data();
+    void hasAnUpperLimitForMessages();
+    void takesLongMessages();
+    void survivesGarbage();
+    void survivesBinaryFrames();
+};
+
+void tst_AgentBridgeFrames::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_AgentBridgeFrames::init()
+{
+    TestSetup::clearSettings();
+}
+
+void tst_AgentBridgeFrames::hasAnUpperLimitForMessages_data()
+{
+    QTest::addColumn<quint64>("frameSize");
+    QTest::newRow("in one frame") << quint64(2 * s_limit);
+    QTest::newRow("in many frames") << quint64(1024 * 1024);
+}
+
+void tst_AgentBridgeFrames::hasAnUpperLimitForMessages()
+{
+    QFETCH(quint64, frameSize);
+    ConnectedAgent c;
+    QVERIFY(c.begin());
+    c.prompt();
+    c.peer.connection(0)->setOutgoingFrameSize(frameSize);
+    c.peer.sendRaw(QString(static_cast<int>(s_limit) + 1, QLatin1Char(' ')));
+    QTRY_COMPARE_WITH_TIMEOUT(c.agent.isServiceAvailable(), false, 60000);
+    QTRY_VERIFY(timerOf(c.agent)->isActive());
+    QCOMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 0);
+    c.log.takeWarnings(); // the socket's own words on it are Qt's
+
+    endPause(c.agent);
+    QVERIFY(c.peer.waitForConnection(2));
+    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(c.prompt().id, quint64(2));
+}
+
+void tst_AgentBridgeFrames::takesLongMessages()
+{
+    ConnectedAgent c;
+    QVERIFY(c.begin());
+    const ScriptedBridge::Request request = c.prompt();
+    const QString text(8 * 1024 * 1024, QLatin1Char('x'));
+    QString reply;
+    connect(&c.agent, &AgentBridge::agentReplied, this, [&](const QString &response) { reply = response; });
+    c.peer.reply(request, answer(text));
+    QTRY_VERIFY_WITH_TIMEOUT(!reply.isEmpty(), 60000);
+    QVERIFY(reply == text);
+    QCOMPARE(c.log.warnings(), QStringList());
+}
+
+void tst_AgentBridgeFrames::survivesGarbage()
+{
+    ConnectedAgent c;
+    QVERIFY(c.begin());
+    const ScriptedBridge::Request request = c.prompt();
+
+    QRandomGenerator random(20260101);
+    const QString good = QStringLiteral(R"({"type":"response","id":99,"payload":{"response":"hi","usage":{}}})");
+    const int rounds = 400;
+    for (int i = 0; i < rounds; ++i) {
+        QString frame;
+        if (i % 2 == 0) { // anything at all, lone surrogates too
+            const int length = random.bounded(1, 300);
+            for (int j = 0; j < length; ++j) {
+                frame.append(QChar(static_cast<ushort>(random.bounded(0x10000))));
+            }
+        } else { // nearly right
+            frame = good;
+            for (int j = random.bounded(1, 4); j > 0; --j) {
+                frame[random.bounded(frame.size())] = QLatin1Char(static_cast<char>(random.bounded(0x20, 0x7f)));
+            }
+        }
+        c.peer.sendRaw(frame);
+    }
+    QTRY_COMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), rounds);
+
+    // No signal, and the conversation goes on where it was.
+    QCOMPARE(c.heard.entries(), QStringList());
+    QVERIFY(c.agent.isThinking());
+    QCOMPARE(c.peer.connectionCount(), 1);
+    c.peer.reply(request, answer(QStringLiteral("still here")));
+    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(c.heard.entries().first(), QStringLiteral("agentReplied(\"still here\")"));
+}
+
+void tst_AgentBridgeFrames::survivesBinaryFrames()
+{
+    ConnectedAgent c;
+    QVERIFY(c.begin());
+    const ScriptedBridge::Request request = c.prompt();
+    c.peer.connection(0)->sendBinaryMessage(QByteArray(1000, '\xff'));
+    c.peer.reply(request, answer(QStringLiteral("hi")));
+    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_AgentBridgeFrames)
+#include "tst_AgentBridgeFrames.moc"

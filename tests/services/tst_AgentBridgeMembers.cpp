@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "AgentBridgeParts.h"
+#include "services/AgentBridge.h"
+#include "support/MessageLog.h"
+#include "support/SignalLog.h"
+#include "support/TestSetup.h"
+
+#include <QFile>
+#include <QMetaProperty>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+#include <QWebSocket>
+
+namespace
+{
+
+constexpr quint64 s_limit = 64 * 1024 * 1024; // bytes
+
+const QString s_connecting = QStringLiteral("[AgentBridge] Connecting to Loomra bridge ws://127.0.0.1:8765/ws");
+
+} // namespace
+
+class tst_AgentBridgeMembers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void hasItsFirstValues();
+    void offersItsMembersToQml();
+    void takesStoredChoices_data();
+    void takesStoredChoices();
+    void choicesAreStored();
+    void writingTheSameValueDoesNothing();
+};
+
+void tst_AgentBridgeMembers::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_AgentBridgeMembers::init()
+{
+    TestSetup::clearSettings();
+}
+
+void tst_AgentBridgeMembers::hasItsFirstValues()
+{
+    MessageLog log;
+    const AgentBridge agent;
+
+    QCOMPARE(agent.isThinking(), false);
+    QCOMPARE(agent.currentAgent(), QStringLiteral("auto"));
+    QCOMPARE(agent.currentModel(), QString());
+    QCOMPARE(agent.activePhase(), QString());
+    QCOMPARE(agent.routedAgent(), QString());
+    QCOMPARE(agent.planStepIndex(), -1);
+    QCOMPARE(agent.planStepTotal(), 0);
+    QCOMPARE(agent.planStepCapability(), QString());
+    QCOMPARE(agent.planStepPhase(), QString());
+    QCOMPARE(agent.inputMode(), QStringLiteral("text"));
+    QCOMPARE(agent.isServiceAvailable(), false);
+    QCOMPARE(agent.parent(), nullptr);
+
+    // The first attempt starts with the object.
+    QCOMPARE(agent.status(), QStringLiteral("connecting"));
+    QVERIFY(log.has(QtDebugMsg, s_connecting));
+
+    QVERIFY(timerOf(agent));
+    QCOMPARE(timerOf(agent)->interval(), 3000);
+    QVERIFY(timerOf(agent)->isSingleShot());
+    QVERIFY(!timerOf(agent)->isActive());
+
+    QVERIFY(socketOf(agent));
+    QCOMPARE(socketOf(agent)->origin(), QString());
+    QCOMPARE(socketOf(agent)->version(), QWebSocketProtocol::Version13);
+    QCOMPARE(socketOf(agent)->requestUrl(), QUrl(QStringLiteral("ws://127.0.0.1:8765/ws")));
+    QCOMPARE(socketOf(agent)->maxAllowedIncomingFrameSize(), s_limit);
+    QCOMPARE(socketOf(agent)->maxAllowedIncomingMessageSize(), s_limit);
+    QCOMPARE(log.warnings(), QStringList());
+}
+
+void tst_AgentBridgeMembers::offersItsMembersToQml()
+{
+    const QMetaObject &type = AgentBridge::staticMetaObject;
+
+    QStringList properties;
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
+        const QMetaProperty property = type.property(i);
+        properties.append(QStringLiteral("%1 %2 %3%4")
+                              .arg(QString::fromLatin1(property.typeName()), QString::fromLatin1(property.name()),
+                                   QString::fromLatin1(property.notifySignal().methodSignature()),
+                                   property.isWritable() ? QStringLiteral(" writable") : QString()));
+    }
+    QCOMPARE(properties,
+             (QStringList {
+                 QStringLiteral("bool isThinking thinkingChanged(bool)"),
+                 QStringLiteral("QString status statusChanged(QString)"),
+                 QStringLiteral("QString currentAgent currentAgentChanged(QString) writable"),
+                 QStringLiteral("QString currentModel currentModelChanged(QString) writable"),
+                 QStringLiteral("QString activePhase activePhaseChanged(QString)"),
+                 QStringLiteral("QString routedAgent routedAgentChanged(QString)"),
+                 QStringLiteral("int planStepIndex planStepChanged()"),
+                 QStringLiteral("int planStepTotal planStepChanged()"),
+                 QStringLiteral("QString planStepCapability planStepChanged()"),
+                 QStringLiteral("QString planStepPhase planStepChanged()"),
+                 QStringLiteral("QString inputMode inputModeChanged(QString) writable"),
+             }));
+
+    QStringList signalNames;
+    QStringList operations;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        const QString text = QString::fromLatin1(method.methodSignature()) + QLatin1Char(' ')
+            + QString::fromLatin1(method.parameterNames().join(','));
+        if (method.methodType() == QMetaMethod::Signal) {
+            signalNames.append(text);
+        } else if (method.access() == QMetaMethod::Public) {
+            operations.append(QString::fromLatin1(method.typeName()) + QLatin1Char(' ') + text);
+        }
+    }
+    // In the order of their declaration; QML knows the arguments by these names.
+    QCOMPARE(signalNames,
+             (QStringList {
+                 QStringLiteral("agentReplied(QString) response"),
+                 QStringLiteral("structuredReplyReceived(QString) uiJson"),
+                 QStringLiteral("uiActionResult(QString) response"),
+                 QStringLiteral("usageReported(int,int) inputTokens,outputTokens"),
+                 QStringLiteral("toolExecuted(QString,QString) tool,result"),
+                 QStringLiteral("thinkingChanged(bool) isThinking"),
+                 QStringLiteral("statusChanged(QString) status"),
+                 QStringLiteral("errorOccurred(QString) error"),
+                 QStringLiteral("rephraseReady(QString,QString) original,rephrased"),
+                 QStringLiteral("actionStarted(QString) actionName"),
+                 QStringLiteral("actionFinished(QString) actionName"),
+                 QStringLiteral("currentAgentChanged(QString) agentId"),
+                 QStringLiteral("currentModelChanged(QString) model"),
+                 QStringLiteral("activePhaseChanged(QString) phase"),
+                 QStringLiteral("routedAgentChanged(QString) agent"),
+                 QStringLiteral("planStepChanged() "),
+                 QStringLiteral("inputModeChanged(QString) mode"),
+             }));
+    operations.sort();
+    QCOMPARE(operations,
+             (QStringList {
+                 QStringLiteral("bool isServiceAvailable() "),
+                 QStringLiteral("void cancelRequest() "),
+                 QStringLiteral("void copyToClipboard(QString) text"),
+                 QStringLiteral("void handleUiAction(QString,int,QString) actionType,messageIndex,data"),
+                 QStringLiteral("void rephraseText(QString) text"),
+                 QStringLiteral("void sendIntent(QString) text"),
+                 QStringLiteral("void sendMessageFeedback(QString,int,QString) vote,messageIndex,messageText"),
+                 QStringLiteral(
+                     "void sendMessageFeedback(QString,int,QString,QString) vote,messageIndex,messageText,userQuery"),
+             }));
+}
+
+void tst_AgentBridgeMembers::takesStoredChoices_data()
+{
+    QTest::addColumn<QVariant>("storedAgent");
+    QTest::addColumn<QVariant>("storedModel");
+    QTest::addColumn<QString>("agent");
+    QTest::addColumn<QString>("model");
+
+    const auto text = [](const char *value) { return QVariant(QString::fromLatin1(value)); };
+    QTest::newRow("none") << QVariant() << QVariant() << "auto"
+                          << "";
+    QTest::newRow("both") << text("planner") << text("p/m") << "planner"
+                          << "p/m";
+    QTest::newRow("empty") << text("") << text("") << "auto"
+                           << "";
+    QTest::newRow("blanks stay") << text(" a ") << text(" p/m ") << " a "
+                                 << " p/m ";
+    QTest::newRow("lists") << QVariant(QStringList {QStringLiteral("a"), QStringLiteral("b")})
+                           << QVariant(QStringList {QStringLiteral("a"), QStringLiteral("b")}) << "auto"
+                           << "";
+}
+
+void tst_AgentBridgeMembers::takesStoredChoices()
+{
+    QFETCH(QVariant, storedAgent);
+    QFETCH(QVariant, storedModel);
+    if (storedAgent.isValid()) {
+        QSettings().setValue(QStringLiteral("omniBar/currentAgent"), storedAgent);
+        QSettings().setValue(QStringLiteral("omniBar/currentModel"), storedModel);
+    }
+    MessageLog log;
+    const AgentBridge agent;
+    QTEST(agent.currentAgent(), "agent");
+    QTEST(agent.currentModel(), "model");
+}
+
+void tst_AgentBridgeMembers::choicesAreStored()
+{
+    MessageLog log;
+    {
+        AgentBridge agent;
+        SignalLog heard(&agent);
+        agent.setCurrentAgent(QStringLiteral("planner"));
+        QVERIFY(log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Agent changed to: \"planner\"")));
+        log.clear();
+        QVERIFY(agent.setProperty("currentModel", QStringLiteral("loomra/big")));
+        QVERIFY(agent.setProperty("inputMode", QStringLiteral("voice")));
+        QCOMPARE(log.lines().size(), 0);
+        QCOMPARE(heard.entries(),
+                 (QStringList {QStringLiteral("currentAgentChanged(\"planner\")"),
+                               QStringLiteral("currentModelChanged(\"loomra/big\")"),
+                               QStringLiteral("inputModeChanged(\"voice\")")}));
+    }
+
+    // Read by another class than wrote it, from the file where other programs look.
+    const QString path = TestSetup::settingsFile();
+    QVERIFY2(QFile::exists(path), qPrintable(path));
+    const QSettings file(path, QSettings::IniFormat);
+    QCOMPARE(file.allKeys(),
+             (QStringList {QStringLiteral("omniBar/currentAgent"), QStringLiteral("omniBar/currentModel")}));
+    QCOMPARE(file.value(QStringLiteral("omniBar/currentAgent")).toString(), QStringLiteral("planner"));
+    QCOMPARE(file.value(QStringLiteral("omniBar/currentModel")).toString(), QStringLiteral("loomra/big"));
+
+    const AgentBridge next;
+    QCOMPARE(next.currentAgent(), QStringLiteral("planner"));
+    QCOMPARE(next.currentModel(), QStringLiteral("loomra/big"));
+    QCOMPARE(next.inputMode(), QStringLiteral("text"));
+}
+
+void tst_AgentBridgeMembers::writingTheSameValueDoesNothing()
+{
+    MessageLog log;
+    AgentBridge agent;
+    SignalLog heard(&agent);
+    log.clear();
+    agent.setCurrentAgent(QStringLiteral("auto"));
+    agent.setCurrentModel(QString());
+    agent.setInputMode(QStringLiteral("text"));
+    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(log.lines().size(), 0);
+    QVERIFY(!QSettings().contains(QStringLiteral("omniBar/currentAgent")));
+    QVERIFY(!QSettings().contains(QStringLiteral("omniBar/currentModel")));
+}
+
+QTEST_GUILESS_MAIN(tst_AgentBridgeMembers)
+#include "tst_AgentBridgeMembers.moc"

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ConnectedAgent.h"
+
+#include <QTest>
+
+namespace
+{
+
+const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
+const QString s_idle = QStringLiteral("statusChanged(\"idle\")");
+const QString s_error = QStringLiteral("statusChanged(\"error\")");
+const QString s_unexpected = QStringLiteral("errorOccurred(\"Unexpected result from Loomra bridge\")");
+
+//! What a good reply with the text "hi" leads to.
+const QStringList s_good {QStringLiteral("agentReplied(\"hi\")"), s_notThinking, s_idle};
+
+} // namespace
+
+// How a frame finds its request, or none.
+class tst_AgentBridgeStrayReplies : public ConnectedAgentTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void logsAGoodReply();
+    void logsWhatAReplyHas_data();
+    void logsWhatAReplyHas();
+    void dropsStrayMessages_data();
+    void dropsStrayMessages();
+    void dropsADuplicate();
+    void forgetsARequestThatFailed();
+
+    void ignoresStreamsOfNoRequest();
+    void takesAStreamForAReply();
+};
+
+void tst_AgentBridgeStrayReplies::logsAGoodReply()
+{
+    const ScriptedBridge::Request request = c->prompt();
+    QVERIFY(c->deliver(
+        QStringLiteral(R"({"id":%1,"result":{"response":"hello","sessionId":"s1","ui":{}}})").arg(request.id)));
+    QStringList texts;
+    for (const MessageLog::Line &line : c->log.lines()) {
+        QCOMPARE(line.type, QtDebugMsg);
+        texts.append(line.text);
+    }
+    QCOMPARE(texts.mid(1),
+             (QStringList {
+                 QStringLiteral("[AgentBridge] Processing message, id= 1 hasResult= true hasError= true"),
+                 QStringLiteral("[AgentBridge] Received response from bridge, sessionId= \"s1\" responseLength= 5"),
+                 QStringLiteral("[AgentBridge] Structured UI payload detected, emitting structuredReplyReceived")}));
+
+    // Follow-ups alone come without a line of their own.
+    QVERIFY(
+        c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hello","followUps":[]}})").arg(c->prompt().id)));
+    QCOMPARE(c->log.count(QStringLiteral("[AgentBridge] Structured")), 0);
+}
+
+void tst_AgentBridgeStrayReplies::logsWhatAReplyHas_data()
+{
+    QTest::addColumn<QString>("frame");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("response") << R"({"type":"response","id":7,"payload":{}})"
+                              << "id= 7 hasResult= true hasError= false";
+    QTest::newRow("response with a null") << R"({"type":"response","id":7,"payload":null,"error":{"code":"x"}})"
+                                          << "id= 7 hasResult= false hasError= true";
+    QTest::newRow("response with an empty error") << R"({"type":"response","id":7,"error":{}})"
+                                                  << "id= 7 hasResult= true hasError= false";
+    QTest::newRow("older, nulls") << R"({"id":7,"result":null,"error":null})"
+                                  << "id= 7 hasResult= false hasError= false";
+    QTest::newRow("older, missing") << R"({"id":7})"
+                                    << "id= 7 hasResult= true hasError= true";
+    QTest::newRow("no id") << "{}"
+                           << "id= 0 hasResult= true hasError= true";
+}
+
+void tst_AgentBridgeStrayReplies::logsWhatAReplyHas()
+{
+    QFETCH(QString, frame);
+    QFETCH(QString, line);
+    QVERIFY(c->deliver(frame));
+    QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Processing message, ") + line));
+}
+
+void tst_AgentBridgeStrayReplies::dropsStrayMessages_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("unknown") << "99"
+                             << "99";
+    QTest::newRow("zero") << "0"
+                          << "0";
+    QTest::newRow("null") << "null"
+                          << "0";
+    QTest::newRow("text") << "\"1\""
+                          << "0";
+    QTest::newRow("negative") << "-1"
+                              << "0";
+    QTest::newRow("huge") << "1e300"
+                          << "0";
+    QTest::newRow("2 to the 32nd and 1") << "4294967297"
+                                         << "4294967297";
+    QTest::newRow("2 to the 64th and 1") << "18446744073709551617"
+                                         << "0";
+}
+
+void tst_AgentBridgeStrayReplies::dropsStrayMessages()
+{
+    QFETCH(QString, id);
+    QFETCH(QString, logged);
+    c->prompt();
+    c->prompt();
+    for (const char *form : {R"({"type":"response","id":%1,"payload":%2})", R"({"id":%1,"result":%2})"}) {
+        const QString result = QStringLiteral(R"({"response":"hi","sessionId":"s9","usage":{"inputTokens":5}})");
+        QVERIFY(c->deliver(QString::fromLatin1(form).arg(id, result)));
+        QVERIFY(c->log.has(
+            QtDebugMsg,
+            QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= (1, 2)").arg(logged)));
+    }
+    QCOMPARE(c->heard.take(), QStringList());
+    QVERIFY(c->agent.isThinking());
+    QVERIFY(!c->prompt().params.contains(QStringLiteral("sessionId")));
+}
+
+void tst_AgentBridgeStrayReplies::dropsADuplicate()
+{
+    const QString frame = QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(c->prompt().id);
+    QVERIFY(c->deliver(frame));
+    QCOMPARE(c->heard.take(), s_good);
+    QVERIFY(c->deliver(frame));
+    QCOMPARE(c->heard.take(), QStringList());
+}
+
+void tst_AgentBridgeStrayReplies::forgetsARequestThatFailed()
+{
+    const quint64 id = c->prompt().id;
+    QVERIFY(c->deliver(QStringLiteral(R"({"type":"error","id":%1,"error":{"message":"no"}})").arg(id)));
+    QCOMPARE(c->heard.take(), failure(QStringLiteral("no")));
+    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(id)));
+    QCOMPARE(c->heard.take(), QStringList());
+    QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+    QVERIFY(c->log.has(QtDebugMsg,
+                       QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= ()").arg(id)));
+
+    // One for an unknown id leaves the others open.
+    const quint64 open = c->prompt().id;
+    QVERIFY(c->deliver(QStringLiteral(R"({"type":"error","id":99,"error":{}})")));
+    c->heard.take();
+    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(open)));
+    QCOMPARE(c->heard.take(), (QStringList {QStringLiteral("agentReplied(\"hi\")"), s_idle}));
+}
+
+void tst_AgentBridgeStrayReplies::ignoresStreamsOfNoRequest()
+{
+    c->prompt();
+    QVERIFY(c->deliver(QStringLiteral(R"({"type":"stream","payload":{"text":"part"}})")));
+    QCOMPARE(c->heard.take(), QStringList());
+    QVERIFY(c->agent.isThinking());
+}
+
+void tst_AgentBridgeStrayReplies::takesAStreamForAReply()
+{
+    const quint64 id = c->prompt().id;
+    QVERIFY(c->deliver(QStringLiteral(R"({"type":"stream","id":%1,"payload":{"response":"part"}})").arg(id)));
+    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, s_notThinking, s_error}));
+    QCOMPARE(c->log.takeWarnings().size(), 2);
+}
+
+QTEST_GUILESS_MAIN(tst_AgentBridgeStrayReplies)
+#include "tst_AgentBridgeStrayReplies.moc"

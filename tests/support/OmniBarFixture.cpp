@@ -1,0 +1,399 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "OmniBarFixture.h"
+
+#include "Application.h"
+#include "NativeObjects.h"
+#include "TestSetup.h"
+#include "services/AgentBridge.h"
+
+#include <QDir>
+#include <QEasingCurve>
+#include <QLibrary>
+#include <QMetaEnum>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlExpression>
+#include <QQmlProperty>
+#include <QSettings>
+#include <QTest>
+
+Q_DECLARE_METATYPE(QQmlProperty)
+
+namespace
+{
+
+constexpr int s_patience = 10000; // ms
+
+const QString s_uiDirectory = QStringLiteral("qrc:/org/kde/loomra/contents/ui/");
+
+const QStringList s_names = {QStringLiteral("i18n"),
+                             QStringLiteral("toviWiAdvancedUiDefault"),
+                             QStringLiteral("configManager"),
+                             QStringLiteral("loomraSDK"),
+                             QStringLiteral("fileService"),
+                             QStringLiteral("agentBridge"),
+                             QStringLiteral("tokenUsageService"),
+                             QStringLiteral("voiceBridge")};
+
+void failTest(const QString &what, int line)
+{
+    QTest::qFail(qUtf8Printable(what), __FILE__, line);
+}
+
+//! Once in a process, as the program does it before it loads the window.
+void describeOnce()
+{
+    static const bool s_done = [] {
+        Application::prepareEnvironment();
+        Application::describe();
+        // See Application: on the QML loader's thread this library warns.
+        QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
+        // The process outlives the windows of its tests.
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        return true;
+    }();
+    Q_UNUSED(s_done)
+}
+
+} // namespace
+
+OmniBarFixture::OmniBarFixture()
+{
+    describeOnce();
+    TestSetup::clearSettings();
+    m_natives = std::make_unique<QObject>();
+    m_engine = std::make_unique<QQmlEngine>();
+    m_engine->addImportPath(QStringLiteral("qrc:/"));
+}
+
+OmniBarFixture::~OmniBarFixture()
+{
+    m_root.reset();
+    m_engine.reset();
+    m_natives.reset();
+    const QStringList warnings = takeWarnings();
+    if (!warnings.isEmpty()) {
+        failTest(QStringLiteral("unexpected warning: ") + warnings.join(QStringLiteral(" | ")), __LINE__);
+    }
+}
+
+QStringList OmniBarFixture::contextNames()
+{
+    describeOnce();
+    QObject natives;
+    QQmlEngine engine;
+    NativeObjects::create(&natives, &engine);
+    QStringList names;
+    std::copy_if(s_names.cbegin(), s_names.cend(), std::back_inserter(names),
+                 [&](const QString &name) { return engine.rootContext()->contextProperty(name).isValid(); });
+    return names;
+}
+
+void OmniBarFixture::omit(const QString &name)
+{
+    m_omitsAll = m_omitsAll || name.isEmpty();
+    m_omitted.append(name);
+}
+
+void OmniBarFixture::provide(const QString &name, const QVariant &value)
+{
+    m_provided.append({name, value});
+}
+
+QObject *OmniBarFixture::fake(const QString &qml)
+{
+    QQmlComponent component(m_engine.get());
+    component.setData("import QtQuick 2.15\nimport QtQuick.Controls 2.15\n" + qml.toUtf8(), QUrl());
+    QObject *object = component.create();
+    if (!object) {
+        failTest(component.errorString(), __LINE__);
+        return nullptr;
+    }
+    object->setParent(m_natives.get());
+    return object;
+}
+
+void OmniBarFixture::store(const QString &key, const QVariant &value)
+{
+    QSettings settings;
+    settings.setValue(QStringLiteral("appearance/") + key, value);
+    settings.sync();
+}
+
+void OmniBarFixture::expectWarning(const QString &start)
+{
+    m_expected.append(start);
+}
+
+void OmniBarFixture::prepareContext()
+{
+    // What was left out must not exist at all, so the program's own code fills another engine's context, and what
+    // remains of it is copied.
+    QQmlEngine full;
+    NativeObjects::create(m_natives.get(), &full);
+    QQmlContext *context = m_engine->rootContext();
+    for (const QString &name : s_names) {
+        const QVariant value = full.rootContext()->contextProperty(name);
+        if (value.isValid() && !m_omitsAll && !m_omitted.contains(name)) {
+            context->setContextProperty(name, value);
+        }
+    }
+    for (const auto &[name, value] : qAsConst(m_provided)) {
+        context->setContextProperty(name, value);
+    }
+    m_agent = qobject_cast<AgentBridge *>(context->contextProperty(QStringLiteral("agentBridge")).value<QObject *>());
+}
+
+QObject *OmniBarFixture::load(const QString &file)
+{
+    prepareContext();
+    QQmlComponent component(m_engine.get(), QUrl(s_uiDirectory + file));
+    m_root.reset(component.create());
+    if (!m_root) {
+        failTest(component.errorString(), __LINE__);
+    }
+    return m_root.get();
+}
+
+bool OmniBarFixture::open()
+{
+    m_window = qobject_cast<QQuickWindow *>(load(QStringLiteral("OmniBar.qml")));
+    const auto isReady = [this] {
+        return property("firstFrameShown").toBool()
+            && (!m_agent || bridge.connectionCount() == 0 || m_agent->isServiceAvailable());
+    };
+    return m_window && QTest::qWaitForWindowActive(m_window, s_patience)
+        && (!m_agent || !bridge.isListening() || bridge.waitForConnection()) && QTest::qWaitFor(isReady, s_patience);
+}
+
+QQuickItem *OmniBarFixture::itemIn(QQuickItem *root, const QString &objectName)
+{
+    return itemsWhere(root, [&](QQuickItem *item) { return item->objectName() == objectName; }).value(0);
+}
+
+QList<QQuickItem *> OmniBarFixture::itemsWhere(QQuickItem *root, const std::function<bool(QQuickItem *)> &condition)
+{
+    QList<QQuickItem *> found;
+    if (!root) {
+        return found;
+    }
+    if (condition(root)) {
+        found.append(root);
+    }
+    const QList<QQuickItem *> children = root->childItems();
+    for (QQuickItem *child : children) {
+        found += itemsWhere(child, condition);
+    }
+    return found;
+}
+
+QQuickItem *OmniBarFixture::item(const QString &objectName) const
+{
+    return items(objectName).value(0);
+}
+
+QList<QQuickItem *> OmniBarFixture::items(const QString &objectName) const
+{
+    if (!m_window) {
+        return {};
+    }
+    return itemsWhere(m_window->contentItem(), [&](QQuickItem *item) { return item->objectName() == objectName; });
+}
+
+QObject *OmniBarFixture::object(const QString &objectName) const
+{
+    return m_root ? m_root->findChild<QObject *>(objectName) : nullptr;
+}
+
+QVariant OmniBarFixture::property(const char *path) const
+{
+    QObject *holder = m_root.get();
+    const QList<QByteArray> names = QByteArray(path).split('.');
+    for (int i = 0; i + 1 < names.size() && holder; ++i) {
+        holder = holder->property(names.at(i).constData()).value<QObject *>();
+    }
+    return holder ? holder->property(names.last().constData()) : QVariant();
+}
+
+void OmniBarFixture::setProperty(const char *name, const QVariant &value)
+{
+    if (!m_root || !m_root->setProperty(name, value)) {
+        failTest(QStringLiteral("the window has no property ") + QLatin1String(name), __LINE__);
+    }
+}
+
+QVariant OmniBarFixture::invoke(const char *function, const QVariantList &arguments)
+{
+    QVariant result;
+    QGenericArgument packed[4];
+    Q_ASSERT(arguments.size() <= 4);
+    for (int i = 0; i < arguments.size(); ++i) {
+        packed[i] = Q_ARG(QVariant, arguments.at(i));
+    }
+    if (!QMetaObject::invokeMethod(m_root.get(), function, Qt::DirectConnection, Q_RETURN_ARG(QVariant, result),
+                                   packed[0], packed[1], packed[2], packed[3])) {
+        failTest(QStringLiteral("the window has no function ") + QLatin1String(function), __LINE__);
+    }
+    return result;
+}
+
+QVariant OmniBarFixture::evaluate(const QString &expression) const
+{
+    // The root itself lives in the context that it was created in; its ids are known to what it holds.
+    QQuickItem *inside = item(QStringLiteral("rootContainer"));
+    if (!inside) {
+        failTest(QStringLiteral("there is no window to ask"), __LINE__);
+        return {};
+    }
+    QQmlExpression question(qmlContext(inside), inside, expression);
+    bool isUndefined = false;
+    const QVariant answer = question.evaluate(&isUndefined);
+    if (question.hasError()) {
+        failTest(question.error().toString(), __LINE__);
+    }
+    return isUndefined ? QVariant() : answer;
+}
+
+void OmniBarFixture::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(m_window, key, modifiers);
+}
+
+void OmniBarFixture::type(const QString &text)
+{
+    for (const QChar letter : text) {
+        if (letter.unicode() < 128) {
+            QTest::keyClick(m_window, letter.toLatin1());
+        } else {
+            QTest::sendKeyEvent(QTest::Click, m_window, Qt::Key_unknown, letter, Qt::NoModifier);
+        }
+    }
+}
+
+void OmniBarFixture::click(QQuickItem *item, Qt::MouseButton button)
+{
+    if (!isSeen(item)) {
+        failTest(QStringLiteral("what should be clicked can't be seen"), __LINE__);
+        return;
+    }
+    QTest::mouseClick(m_window, button, {}, place(item).center().toPoint());
+}
+
+void OmniBarFixture::clickAt(const QPoint &place)
+{
+    QTest::mouseClick(m_window, Qt::LeftButton, {}, place);
+}
+
+void OmniBarFixture::hover(QQuickItem *item)
+{
+    if (!isSeen(item)) {
+        failTest(QStringLiteral("what should be hovered can't be seen"), __LINE__);
+        return;
+    }
+    QTest::mouseMove(m_window, place(item).center().toPoint());
+}
+
+bool OmniBarFixture::isSeen(QQuickItem *item)
+{
+    if (!item || !item->isVisible() || item->width() <= 0 || item->height() <= 0) {
+        return false;
+    }
+    for (QQuickItem *step = item; step; step = step->parentItem()) {
+        if (step->opacity() <= 0 || step->scale() <= 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+QRectF OmniBarFixture::place(QQuickItem *item)
+{
+    return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+}
+
+QString OmniBarFixture::behaviour(QObject *object, const char *property)
+{
+    const QObjectList parts = object ? object->children() : QObjectList();
+    for (QObject *part : parts) {
+        if (part->inherits("QQuickBehavior")
+            && part->property("targetProperty").value<QQmlProperty>().name() == QLatin1String(property)) {
+            return pace(part->children().value(0)); // the animation that was written into it
+        }
+    }
+    return {};
+}
+
+QString OmniBarFixture::pace(const QObject *animation)
+{
+    if (!animation) {
+        return {};
+    }
+    const auto easing = animation->property("easing").toEasingCurve().type();
+    return QString::number(animation->property("duration").toInt()) + QLatin1Char(' ')
+        + QLatin1String(QMetaEnum::fromType<QEasingCurve::Type>().valueToKey(easing));
+}
+
+bool OmniBarFixture::settle()
+{
+    // The moving parts: the window's own size and fade, the container's and the bubble's scale, the bar's place.
+    const auto state = [this] {
+        QVariantList values = {m_window->geometry(), m_window->opacity()};
+        const QStringList names = {QStringLiteral("rootContainer"),    QStringLiteral("compactBubble"),
+                                   QStringLiteral("barCard"),          QStringLiteral("idleCards"),
+                                   QStringLiteral("chatPanel"),        QStringLiteral("settingsPanel"),
+                                   QStringLiteral("thinkingIndicator")};
+        for (const QString &name : names) {
+            if (QQuickItem *moving = item(name)) {
+                values << moving->opacity() << moving->scale() << moving->y() << moving->height();
+            }
+        }
+        return values;
+    };
+    // Frames rather than time: a busy machine draws fewer of them, and animations advance with them. A window without
+    // animation draws none, so one is asked for.
+    int still = 0;
+    QVariantList last = state();
+    for (int frame = 0; frame < 2000 && still < 5; ++frame) {
+        bool swapped = false;
+        const auto connection =
+            QObject::connect(m_window, &QQuickWindow::frameSwapped, m_window, [&swapped] { swapped = true; });
+        m_window->update();
+        const bool drawn = QTest::qWaitFor([&swapped] { return swapped; }, s_patience);
+        QObject::disconnect(connection);
+        if (!drawn) {
+            return false;
+        }
+        const QVariantList now = state();
+        still = now == last ? still + 1 : 0;
+        last = now;
+    }
+    return still >= 5;
+}
+
+void OmniBarFixture::screenshot(const QString &name)
+{
+    const QString directory = qEnvironmentVariable("TOVICTL_SCREENSHOTS");
+    if (directory.isEmpty()) {
+        return;
+    }
+    if (!QDir().mkpath(directory)
+        || !m_window->grabWindow().save(directory + QLatin1Char('/') + name + QStringLiteral(".png"))) {
+        failTest(QStringLiteral("the picture can't be written to ") + directory, __LINE__);
+    }
+}
+
+QStringList OmniBarFixture::takeWarnings()
+{
+    QStringList unexpected;
+    const QStringList warnings = log.takeWarnings();
+    for (const QString &warning : warnings) {
+        const bool isExpected = std::any_of(m_expected.cbegin(), m_expected.cend(),
+                                            [&](const QString &start) { return warning.startsWith(start); });
+        if (!isExpected) {
+            unexpected.append(warning);
+        }
+    }
+    return unexpected;
+}

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "SignalLog.h"
+
+#include <QMetaMethod>
+#include <QVariant>
+
+SignalLog::SignalLog(QObject *sender, QObject *parent)
+    : QObject(parent)
+    , m_senderType(sender->metaObject())
+{
+    // What QObject itself emits (destroyed, objectNameChanged) is of no interest.
+    for (int index = QObject::staticMetaObject.methodCount(); index < m_senderType->methodCount(); ++index) {
+        const QMetaMethod method = m_senderType->method(index);
+        if (method.methodType() == QMetaMethod::Signal) {
+            const int slot = QObject::staticMetaObject.methodCount() + m_signals.size();
+            QMetaObject::connect(sender, index, this, slot, Qt::DirectConnection);
+            m_signals.append(index);
+        }
+    }
+}
+
+QStringList SignalLog::take()
+{
+    return std::exchange(m_entries, QStringList());
+}
+
+int SignalLog::qt_metacall(QMetaObject::Call call, int slot, void **arguments)
+{
+    slot = QObject::qt_metacall(call, slot, arguments);
+    if (slot < 0 || call != QMetaObject::InvokeMetaMethod) {
+        return slot;
+    }
+    const QMetaMethod signal = m_senderType->method(m_signals.at(slot));
+    QStringList texts;
+    for (int i = 0; i < signal.parameterCount(); ++i) {
+        const QVariant value(signal.parameterType(i), arguments[i + 1]);
+        const bool isText = value.type() == QVariant::String;
+        texts.append(isText ? QLatin1Char('"') + value.toString() + QLatin1Char('"') : value.toString());
+    }
+    m_entries.append(QString::fromLatin1(signal.name()) + QLatin1Char('(') + texts.join(QStringLiteral(", "))
+                     + QLatin1Char(')'));
+    return -1;
+}

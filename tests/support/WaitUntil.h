@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QCoreApplication>
+#include <QTimer>
+
+//! Runs the event loop until a condition holds that events of this process bring about. QTest::qWaitFor() sleeps
+//! 10 ms between two looks, which adds up where both ends of a connection live in the test.
+//! @param patience in ms
+//! @return false when the time ran out
+template<typename Condition>
+bool waitUntil(Condition condition, int patience = 10000)
+{
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    deadline.start(patience);
+    while (!condition()) {
+        if (!deadline.isActive()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}

@@ -1,0 +1,237 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Application.h"
+#include "DataDirectories.h"
+#include "I18nHelper.h"
+#include "LaunchMode.h"
+#include "NativeObjects.h"
+#include "TerminalRequests.h"
+#include "services/AgentBridge.h"
+
+#include <QPointer>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QTest>
+
+using TerminalRequests::Request;
+
+Q_DECLARE_METATYPE(LaunchMode)
+Q_DECLARE_METATYPE(std::optional<Request>)
+
+//! What is decided before the first window: requests, modes, environment, and the objects that QML finds.
+class tst_Startup : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void requests_data();
+    void requests();
+    void modes_data();
+    void modes();
+    void rootFiles();
+    void dataDirectories_data();
+    void dataDirectories();
+    void advancedInterface_data();
+    void advancedInterface();
+    void readsLocalFiles();
+    void describesItself();
+    void passesTextsOn();
+    void objectsOfQml();
+    void objectsOutliveTheEngine();
+
+private:
+    KAboutData m_about;
+};
+
+void tst_Startup::initTestCase()
+{
+    m_about = Application::describe();
+}
+
+void tst_Startup::requests_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<std::optional<Request>>("expected");
+
+    const auto row = [](const char *argument, std::optional<Request> expected) {
+        QTest::newRow(argument) << QString::fromLatin1(argument) << expected;
+    };
+    row("--prompt", Request::Prompt);
+    row("-p", Request::Prompt);
+    row("--prompt=", Request::Prompt);
+    row("--prompt=Say hello", Request::Prompt);
+    row("--prompts", std::nullopt);
+    row("-p=x", std::nullopt);
+    row("help", Request::Usage);
+    row("--help", Request::Usage);
+    row("-h", Request::Usage);
+    row("Help", std::nullopt);
+    row("--version", Request::Version);
+    row("-V", Request::Version);
+    row("-v", std::nullopt);
+    row("uninstall", Request::Uninstall);
+    row("test", Request::Test);
+    row("models", Request::Models);
+    row(" models", std::nullopt);
+    row("", std::nullopt);
+}
+
+void tst_Startup::requests()
+{
+    QFETCH(QString, argument);
+    QFETCH(std::optional<Request>, expected);
+
+    QVERIFY(TerminalRequests::requestOf(argument) == expected);
+}
+
+void tst_Startup::modes_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<LaunchMode>("expected");
+
+    const auto row = [](const char *arguments, LaunchMode expected) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments).split(QLatin1Char(' ')) << expected;
+    };
+    row("tovictl", LaunchMode::OmniBar);
+    row("tovictl -o", LaunchMode::OmniBar);
+    row("tovictl --omni-bar", LaunchMode::OmniBar);
+    row("tovictl unknown --MAIN", LaunchMode::OmniBar);
+    row("tovictl -m", LaunchMode::MainWindow);
+    row("tovictl --main", LaunchMode::MainWindow);
+    row("tovictl --omni-bar --main", LaunchMode::MainWindow);
+    row("tovictl -t", LaunchMode::Tray);
+    row("tovictl --tray", LaunchMode::Tray);
+    row("tovictl --tray -m", LaunchMode::MainWindow);
+    row("tovictl -m -t --voice-test", LaunchMode::VoiceTest);
+}
+
+void tst_Startup::modes()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(LaunchMode, expected);
+
+    QCOMPARE(launchModeOf(arguments), expected);
+}
+
+void tst_Startup::rootFiles()
+{
+    const QString tree = QStringLiteral("qrc:/org/kde/loomra/");
+    QCOMPARE(rootFileOf(LaunchMode::OmniBar), QUrl(tree + QLatin1String("contents/ui/OmniBar.qml")));
+    QCOMPARE(rootFileOf(LaunchMode::MainWindow), QUrl(tree + QLatin1String("MainWindow.qml")));
+    QCOMPARE(rootFileOf(LaunchMode::Tray), QUrl(tree + QLatin1String("contents/ui/TrayIcon.qml")));
+    QCOMPARE(rootFileOf(LaunchMode::VoiceTest), QUrl(tree + QLatin1String("contents/ui/VoiceValidation.qml")));
+}
+
+void tst_Startup::dataDirectories_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QByteArray>("old");
+    QTest::addColumn<QByteArray>("expected");
+
+    QTest::newRow("before the others") << QStringLiteral("/opt/share") << QByteArray("/a:/b")
+                                       << QByteArray("/opt/share:/a:/b");
+    QTest::newRow("alone, with its colon") << QStringLiteral("/opt/share") << QByteArray() << QByteArray("/opt/share:");
+    QTest::newRow("beyond ASCII") << QStringLiteral("/höme/share") << QByteArray("/a")
+                                  << QStringLiteral("/höme/share:/a").toUtf8();
+}
+
+void tst_Startup::dataDirectories()
+{
+    QFETCH(QString, directory);
+    QFETCH(QByteArray, old);
+
+    QTEST(dataDirectoriesWith(directory, old), "expected");
+}
+
+void tst_Startup::advancedInterface_data()
+{
+    QTest::addColumn<QByteArray>("value"); // null means unset
+    QTest::addColumn<bool>("expected");
+
+    QTest::newRow("unset") << QByteArray() << false;
+    QTest::newRow("empty") << QByteArray("") << false;
+    QTest::newRow("0") << QByteArray("0") << false;
+    QTest::newRow("abc") << QByteArray("abc") << false;
+    QTest::newRow("true") << QByteArray("true") << false;
+    QTest::newRow("1x") << QByteArray("1x") << false;
+    QTest::newRow("1") << QByteArray("1") << true;
+    QTest::newRow("2") << QByteArray("2") << true;
+    QTest::newRow("-1") << QByteArray("-1") << true;
+}
+
+void tst_Startup::advancedInterface()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(bool, expected);
+    const char *variable = "LOOMRA_WI_ADVANCED_UI";
+    value.isNull() ? qunsetenv(variable) : qputenv(variable, value);
+
+    QQmlEngine engine;
+    QObject parent;
+    NativeObjects::create(&parent, &engine);
+    qunsetenv(variable);
+
+    const QVariant property = engine.rootContext()->contextProperty(QStringLiteral("toviWiAdvancedUiDefault"));
+    QCOMPARE(property, QVariant(expected));
+}
+
+void tst_Startup::readsLocalFiles()
+{
+    qunsetenv("QML_XHR_ALLOW_FILE_READ");
+    Application::prepareEnvironment();
+    QCOMPARE(qgetenv("QML_XHR_ALLOW_FILE_READ"), QByteArray("1"));
+}
+
+void tst_Startup::describesItself()
+{
+    QCOMPARE(m_about.componentName(), QStringLiteral("loomra-kde"));
+    QCOMPARE(m_about.displayName(), QStringLiteral("Loomra KDE"));
+    QCOMPARE(m_about.version(), QStringLiteral("0.3.2"));
+    QVERIFY(!m_about.shortDescription().isEmpty());
+    QCOMPARE(m_about.licenses().first().key(), KAboutLicense::GPL);
+    QVERIFY(m_about.otherText().isEmpty());
+    QVERIFY(m_about.homepage().isEmpty());
+    QCOMPARE(m_about.bugAddress(), KAboutData().bugAddress());
+    // What names the stores of settings.
+    QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("loomra-kde"));
+    QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("kde.org"));
+}
+
+void tst_Startup::passesTextsOn()
+{
+    const I18nHelper helper;
+    QCOMPARE(helper.tr(QStringLiteral("No catalogue knows this — ü")), QStringLiteral("No catalogue knows this — ü"));
+    QCOMPARE(helper.tr(QStringLiteral("<b>Esc</b> to stop")), QStringLiteral("<b>Esc</b> to stop"));
+}
+
+void tst_Startup::objectsOfQml()
+{
+    QQmlEngine engine;
+    QObject parent;
+    NativeObjects::create(&parent, &engine);
+
+    const QQmlContext *context = engine.rootContext();
+    QVERIFY(qobject_cast<I18nHelper *>(context->contextProperty(QStringLiteral("i18n")).value<QObject *>()));
+    auto *agent =
+        qobject_cast<AgentBridge *>(context->contextProperty(QStringLiteral("agentBridge")).value<QObject *>());
+    QVERIFY(agent);
+    QCOMPARE(agent->parent(), &parent);
+}
+
+void tst_Startup::objectsOutliveTheEngine()
+{
+    QObject parent;
+    QPointer<QObject> agent;
+    {
+        QQmlEngine engine;
+        NativeObjects::create(&parent, &engine);
+        agent = parent.findChild<AgentBridge *>();
+    }
+    QVERIFY(agent);
+}
+
+QTEST_MAIN(tst_Startup)
+
+#include "tst_Startup.moc"
