@@ -1,0 +1,35 @@
+# SPDX-FileCopyrightText: 2026 The tovictl developers
+# SPDX-License-Identifier: GPL-2.0-or-later
+# shellcheck shell=bash
+
+# What bench/run and bench/profile share. To be sourced after scripts/lib.sh, which sets $source_dir.
+# shellcheck disable=SC2154
+
+readonly benchmarks=(version startup prompt rows idle)
+readonly bench_programs=$source_dir/build/bench/bin
+
+is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
+
+prepare_benchmarks() {
+    scripts/install-packages build run display
+    lock_build
+    build_preset bench
+    unlock_build
+}
+
+# in_surroundings NAME COMMAND...: in those that a benchmark needs. The cache lies in their home whatever the libraries
+# think of HOME, so that nothing of the caller's own counts.
+in_surroundings() {
+    local needs=(display net)
+    [[ $1 != version ]] || needs=(home)
+    shift
+    # shellcheck disable=SC2016 # for the shell inside
+    tests/support/environment "${needs[@]}" -- bash -c 'XDG_CACHE_HOME=$HOME/.cache exec "$@"' - "$@"
+}
+
+# run_benchmark NAME [ARGUMENTS...]
+run_benchmark() {
+    local name=$1
+    shift
+    in_surroundings "$name" "$bench_programs/bench_$name" "$@"
+}

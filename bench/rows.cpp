@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// A long conversation: what a row more costs, what it keeps, and how it scrolls.
+
+#include "support/Clock.h"
+#include "support/Figures.h"
+#include "support/Process.h"
+#include "support/Statistics.h"
+#include "window/Bar.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int s_few = 10;
+constexpr int s_many = 1000;
+//! Appends on either side of the one that is spoken of.
+constexpr int s_window = 6;
+constexpr int s_runs = 4;
+constexpr int s_batch = 10;
+//! Pixels a frame: a quick turn of the wheel, so that a row comes in sight with about every frame.
+constexpr int s_scrollStep = 200;
+constexpr int s_scrollFrames = 200;
+
+//! High enough that ten of them have to be scrolled.
+QString rowText(int number)
+{
+    return QStringLiteral("Row %1 of a long conversation.\n\n- first, a list with *emphasis*\n- then `code`\n\n"
+                          "And a paragraph that is long enough to be broken into several lines, as replies are: the "
+                          "windows of the desktop were listed, three of them were moved, and one was closed at 90%.")
+        .arg(number);
+}
+
+void append(Bar &bar)
+{
+    const int rows = bar.rowCount();
+    bar.call(rows % 2 == 0 ? "appendUserMessage" : "appendAgentMessage", rowText(rows));
+    bar.call("scrollToBottom");
+}
+
+//! Appends until there are so many, some between one frame and the next, as it is only the outcome that matters.
+void fill(Bar &bar, int rows)
+{
+    while (bar.rowCount() < rows) {
+        for (int i = 0; i < s_batch && bar.rowCount() < rows; ++i) {
+            append(bar);
+        }
+        bar.frames().waitForFrame();
+    }
+    bar.frames().waitUntilStill();
+}
+
+//! From the call until the swapped frame that has the row, in ms, for the appends around this one.
+void measureAppends(Bar &bar, int around, std::vector<double> &times)
+{
+    fill(bar, around - s_window - 1);
+    for (int i = -s_window; i <= s_window; ++i) {
+        const qint64 begun = Clock::now();
+        append(bar);
+        const qint64 shown = bar.frames().waitForFrame([&bar] { return bar.isLastRowBuilt(); });
+        times.push_back(Clock::milliseconds(shown - begun));
+        bar.frames().waitUntilStill();
+    }
+}
+
+//! Memory with so many rows, with nothing in it that could be given back.
+double memoryWith(Bar &bar, int rows)
+{
+    fill(bar, rows);
+    qmlEngine(bar.window())->collectGarbage();
+    Process::giveBackMemory();
+    return Process::residentMemory();
+}
+
+void clear(Bar &bar)
+{
+    bar.call("clearConversation");
+    bar.frames().waitUntilStill();
+}
+
+//! The time of each frame while the list is scrolled up from its end, and down and up again where it is short, in ms:
+//! moving the rows, building those that come in sight, layout and drawing.
+void scroll(Bar &bar, std::vector<double> &times)
+{
+    QQuickItem *list = bar.item("messageList");
+    const auto number = [list](const char *name) { return list->property(name).toReal(); };
+    // As a user's scrolling does: otherwise the list goes back to its end whenever its height changes.
+    list->setProperty("followEnd", false);
+    int direction = -1;
+    for (int i = 0; i < s_scrollFrames; ++i) {
+        const qreal first = number("originY");
+        const qreal last = first + number("contentHeight") - list->height();
+        if (last - first < s_scrollStep) {
+            notMeasured("there is nothing to scroll");
+        }
+        qreal next = number("contentY") + direction * s_scrollStep;
+        if (next < first || next > last) {
+            direction = -direction;
+            next = std::clamp(next, first, last);
+        }
+        const qint64 begun = Clock::now();
+        list->setProperty("contentY", next);
+        const qint64 moved = Clock::now() - begun;
+        bar.frames().waitForFrame();
+        times.push_back(Clock::milliseconds(moved + bar.frames().lastDuration()));
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Bar bar(argc, argv);
+
+    using Statistics::median;
+    using Statistics::percentile;
+
+    // The first rows also bring what all rows share.
+    fill(bar, s_few);
+    clear(bar);
+    const double memoryWithFew = memoryWith(bar, s_few);
+    const double memoryWithMany = memoryWith(bar, s_many);
+    clear(bar);
+    Figures::plain("rows.memory-per-row", (memoryWithMany - memoryWithFew) / (s_many - s_few) / 1024, "KiB");
+
+    std::vector<double> early;
+    std::vector<double> late;
+    for (int run = 0; run < s_runs; ++run) {
+        measureAppends(bar, s_few, early);
+        measureAppends(bar, s_many, late);
+        clear(bar);
+    }
+    Figures::plain("rows.append-10th", median(early), "ms");
+    Figures::plain("rows.append-1000th", median(late), "ms");
+    Figures::bounded("rows.append-dearer", median(late) - median(early), "ms", 1);
+
+    // In turn, so that what the machine does else hits both alike.
+    std::vector<double> shortScroll;
+    std::vector<double> longScroll;
+    for (int run = 0; run < s_runs; ++run) {
+        fill(bar, s_few);
+        scroll(bar, shortScroll);
+        fill(bar, s_many);
+        scroll(bar, longScroll);
+        clear(bar);
+    }
+    Figures::plain("rows.scroll-10.median", median(shortScroll), "ms");
+    Figures::plain("rows.scroll-1000.median", median(longScroll), "ms");
+    Figures::plain("rows.scroll-10.p99", percentile(shortScroll, 0.99), "ms");
+    Figures::plain("rows.scroll-1000.p99", percentile(longScroll, 0.99), "ms");
+    Figures::bounded("rows.scroll-ratio", percentile(longScroll, 0.99) / percentile(shortScroll, 0.99), "x", 1.5);
+}

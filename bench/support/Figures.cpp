@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Figures.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+
+void print(const QByteArray &name, double value, const char *unit, const char *target, const char *verdict)
+{
+    std::printf("%-34s %10.3f %-7s %-9s %s\n", name.constData(), value, unit, target, verdict);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+namespace Figures
+{
+
+void bounded(const QByteArray &name, double value, const char *unit, double target)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "<= %g", target);
+    print(name, value, unit, text, value <= target ? "ok" : "MISSED");
+}
+
+void plain(const QByteArray &name, double value, const char *unit)
+{
+    print(name, value, unit, "-", "-");
+}
+
+} // namespace Figures
+
+void notMeasured(const QByteArray &why)
+{
+    std::fflush(stdout);
+    std::fprintf(stderr, "not measured: %s\n", why.constData());
+    // Without unwinding: threads and windows are in an unknown state.
+    std::_Exit(EXIT_FAILURE);
+}

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Peer.h"
+
+#include "Clock.h"
+#include "Figures.h"
+#include "PeerServer.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QWebSocket>
+#include <QWebSocketServer>
+
+namespace
+{
+
+constexpr quint16 s_port = 8765;
+
+}
+
+bool PeerServer::listen()
+{
+    m_server = new QWebSocketServer(QStringLiteral("bridge"), QWebSocketServer::NonSecureMode, this);
+    connect(m_server, &QWebSocketServer::newConnection, this, &PeerServer::accept);
+    return m_server->listen(QHostAddress::LocalHost, s_port);
+}
+
+void PeerServer::close()
+{
+    delete m_server;
+    m_server = nullptr;
+}
+
+void PeerServer::accept()
+{
+    QWebSocket *client = m_server->nextPendingConnection();
+    client->setParent(m_server);
+    connect(client, &QWebSocket::textMessageReceived, this, [this, client](const QString &text) {
+        const qint64 now = Clock::now();
+        m_lastSpeaker = client;
+        {
+            const QMutexLocker lock(&m_mutex);
+            m_lastHeard = text;
+            m_lastHeardAt = now;
+            ++m_heard;
+        }
+        // Who waits for it on the main thread sleeps until there is an event.
+        QAbstractEventDispatcher::instance(QCoreApplication::instance()->thread())->wakeUp();
+    });
+    client->sendTextMessage(QStringLiteral(R"({"type":"ready","sdkInitialized":true})"));
+}
+
+void PeerServer::answer(const QString &text)
+{
+    const QJsonObject request = QJsonDocument::fromJson(lastHeard().toUtf8()).object();
+    const QJsonObject reply {{QStringLiteral("type"), QStringLiteral("response")},
+                             {QStringLiteral("id"), request.value(QStringLiteral("id"))},
+                             {QStringLiteral("payload"), QJsonObject {{QStringLiteral("response"), text}}}};
+    m_lastSpeaker->sendTextMessage(QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact)));
+}
+
+int PeerServer::heard() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_heard;
+}
+
+QString PeerServer::lastHeard() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_lastHeard;
+}
+
+qint64 PeerServer::lastHeardAt() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_lastHeardAt;
+}
+
+Peer::Peer()
+    : m_server(std::make_unique<PeerServer>())
+{
+    m_server->moveToThread(&m_thread);
+    m_thread.start();
+    bool listens = false;
+    QMetaObject::invokeMethod(
+        m_server.get(), [this] { return m_server->listen(); }, Qt::BlockingQueuedConnection, &listens);
+    if (!listens) {
+        notMeasured("the bridge's port is taken");
+    }
+}
+
+Peer::~Peer()
+{
+    QMetaObject::invokeMethod(
+        m_server.get(), [this] { m_server->close(); }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
+
+int Peer::heard() const
+{
+    return m_server->heard();
+}
+
+QString Peer::lastHeard() const
+{
+    return m_server->lastHeard();
+}
+
+qint64 Peer::lastHeardAt() const
+{
+    return m_server->lastHeardAt();
+}
+
+void Peer::answer(const QString &text)
+{
+    QMetaObject::invokeMethod(
+        m_server.get(), [this, text] { m_server->answer(text); }, Qt::QueuedConnection);
+}

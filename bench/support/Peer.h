@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QThread>
+
+#include <memory>
+
+class PeerServer;
+
+//! A bridge that lives in a thread of its own, so that its work doesn't count as the program's. It greets each client,
+//! and answers a request when it is told to.
+class Peer
+{
+public:
+    //! Listens at once. Ends the benchmark when the port is taken.
+    Peer();
+    ~Peer();
+
+    //! The frames heard so far, from all clients. Any thread.
+    int heard() const;
+    //! The last one.
+    QString lastHeard() const;
+    //! When that came, by Clock.
+    qint64 lastHeardAt() const;
+
+    //! Sends a good reply with this text to the last frame, where that came from. Returns at once. Any thread.
+    void answer(const QString &text);
+
+private:
+    QThread m_thread;
+    std::unique_ptr<PeerServer> m_server;
+};

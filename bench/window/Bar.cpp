@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Bar.h"
+
+#include "WindowTask.h"
+#include "services/AgentBridge.h"
+#include "support/EventLoop.h"
+#include "support/Figures.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QStyleHints>
+
+namespace
+{
+
+QQuickItem *childNamed(const QQuickItem *parent, const QString &name)
+{
+    const QList<QQuickItem *> children = parent->childItems();
+    for (QQuickItem *child : children) {
+        if (child->objectName() == name) {
+            return child;
+        }
+        if (QQuickItem *found = childNamed(child, name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+//! The opacity that an item is drawn with, all items around it counted.
+qreal shownOpacity(const QQuickItem *item)
+{
+    qreal opacity = 1;
+    for (; item; item = item->parentItem()) {
+        opacity *= item->isVisible() ? item->opacity() : 0;
+    }
+    return opacity;
+}
+
+} // namespace
+
+Bar::Bar(int &argc, char **argv)
+    : m_application((Application::prepareEnvironment(), argc), argv)
+    , m_window(WindowTask::openedWindow())
+    , m_frames(std::make_unique<FrameWatch>(m_window))
+{
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    const bool isReady = EventLoop::until(
+        [this] { return m_window->isActive() && m_window->property("bridgeStatus").toString() == AgentStatus::Idle; });
+    if (!isReady) {
+        notMeasured("the window did not become active and connected");
+    }
+    m_frames->waitUntilStill();
+}
+
+Bar::~Bar() = default;
+
+AgentBridge *Bar::agent() const
+{
+    auto *agent = qobject_cast<AgentBridge *>(
+        qmlContext(m_window)->contextProperty(QStringLiteral("agentBridge")).value<QObject *>());
+    if (!agent) {
+        notMeasured("the window has no chat client");
+    }
+    return agent;
+}
+
+QQuickItem *Bar::item(const char *name) const
+{
+    QQuickItem *item = childNamed(m_window->contentItem(), QLatin1String(name));
+    if (!item) {
+        notMeasured(QByteArray("the window has no ") + name);
+    }
+    return item;
+}
+
+void Bar::call(const char *function, const QVariant &argument)
+{
+    const bool isCalled = argument.isValid() ? QMetaObject::invokeMethod(m_window, function, Q_ARG(QVariant, argument))
+                                             : QMetaObject::invokeMethod(m_window, function);
+    if (!isCalled) {
+        notMeasured(QByteArray("the window has no function ") + function);
+    }
+}
+
+int Bar::rowCount() const
+{
+    return m_window->property("chatModel").value<QObject *>()->property("count").toInt();
+}
+
+QQuickItem *Bar::lastRow() const
+{
+    QQuickItem *list = childNamed(m_window->contentItem(), QStringLiteral("messageList"));
+    QQuickItem *row = nullptr;
+    if (!list
+        || !QMetaObject::invokeMethod(list, "itemAtIndex", Q_RETURN_ARG(QQuickItem *, row), Q_ARG(int, rowCount() - 1))
+        || !row || !list->boundingRect().intersects(row->mapRectToItem(list, row->boundingRect()))) {
+        return nullptr;
+    }
+    return row;
+}
+
+bool Bar::isLastRowShown() const
+{
+    const QQuickItem *row = lastRow();
+    const QQuickItem *bubble = row ? childNamed(row, QStringLiteral("messageBubble")) : nullptr;
+    return bubble && shownOpacity(bubble) > 0;
+}
+
+qint64 Bar::waitForLastRow()
+{
+    return m_frames->waitForFrame([this] { return isLastRowShown(); });
+}

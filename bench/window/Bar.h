@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include "Application.h"
+#include "support/FrameWatch.h"
+#include "support/Peer.h"
+
+#include <QVariant>
+
+#include <memory>
+
+class AgentBridge;
+class QQuickItem;
+class QQuickWindow;
+
+//! The real program in this process, to be worked from the benchmark's main(). The cursor doesn't blink, as that would
+//! draw frames of its own.
+class Bar
+{
+public:
+    //! Opens the window and waits until it is active, at rest and connected to the peer.
+    Bar(int &argc, char **argv);
+    ~Bar();
+
+    QQuickWindow *window() const { return m_window; }
+    Peer &peer() { return m_peer; }
+    FrameWatch &frames() { return *m_frames; }
+    AgentBridge *agent() const;
+
+    //! An item of the window by its objectName. Ends the benchmark when there is none.
+    QQuickItem *item(const char *name) const;
+    //! Calls a function of the window.
+    void call(const char *function, const QVariant &argument = {});
+
+    //! The rows of the conversation.
+    int rowCount() const;
+    //! Whether the last row has been built and lies within what the list shows. It may still be as good as invisible,
+    //! as rows fade in.
+    bool isLastRowBuilt() const { return lastRow(); }
+    //! Whether the last row can be seen.
+    bool isLastRowShown() const;
+    //! Waits for the frame that shows the last row. @return when it was swapped, by Clock
+    qint64 waitForLastRow();
+
+private:
+    QQuickItem *lastRow() const;
+
+    Application m_application;
+    Peer m_peer; // needs an application object; the chat client tries again until it is there
+    QQuickWindow *const m_window;
+    std::unique_ptr<FrameWatch> m_frames;
+};

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// The program as it is, told when its first frame is on the screen, or looked at while it is idle.
+
+#include "Application.h"
+#include "Marks.h"
+#include "TerminalRequests.h"
+#include "WindowTask.h"
+
+#include <QQuickWindow>
+
+int main(int argc, char **argv)
+{
+    Marks::note("linked");
+    if (const auto exitCode = TerminalRequests::answer(argc, argv)) {
+        return *exitCode;
+    }
+    Application::prepareEnvironment();
+    Application application(argc, argv);
+    Marks::note("loaded");
+    QQuickWindow *window = WindowTask::openedWindow();
+    return WindowTask::run(window,
+                           [window] { return window->property("bridgeStatus").toString() == QLatin1String("idle"); });
+}
