@@ -10,6 +10,7 @@
 
 #include <QIcon>
 #include <QLibrary>
+#include <QQuickWindow>
 
 namespace
 {
@@ -21,12 +22,35 @@ void loadXmlGuiOnMainThread()
     QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
 }
 
+//! Looking through the icon themes takes some milliseconds, and a window asks for its icon before it is shown: so the
+//! icon comes when the window's first frame is on the screen.
+void setWindowIconAfterFirstFrame(const QQuickWindow *window)
+{
+    auto *first = new QObject(QGuiApplication::instance());
+    // Queued, as frames are swapped on another thread where there is a render thread.
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, first,
+        [first] {
+            QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomra-kde")));
+            first->deleteLater();
+        },
+        Qt::QueuedConnection);
+}
+
 } // namespace
 
 void Application::prepareEnvironment()
 {
     // Attached files are read by XMLHttpRequest, which is closed to local files without this.
     qputenv("QML_XHR_ALLOW_FILE_READ", "1");
+
+    // Qt Quick gathers small images in one texture, by itself as large as a window over the whole screen: 8 MiB for a
+    // dozen icons. In pixels.
+    for (const char *side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
+        if (!qEnvironmentVariableIsSet(side)) {
+            qputenv(side, "512");
+        }
+    }
 }
 
 KAboutData Application::describe()
@@ -36,7 +60,6 @@ KAboutData Application::describe()
     KAboutData about(QStringLiteral("loomra-kde"), QStringLiteral("Loomra KDE"), QStringLiteral(TOVICTL_VERSION),
                      QStringLiteral("A KDE user interface of the loomra agent tool"), KAboutLicense::GPL);
     KAboutData::setApplicationData(about);
-    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomra-kde")));
     return about;
 }
 
@@ -69,6 +92,9 @@ void Application::load()
         },
         Qt::QueuedConnection);
     m_engine.load(m_rootFile);
+    if (const auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0))) {
+        setWindowIconAfterFirstFrame(window);
+    }
 }
 
 int Application::exec()

@@ -18,7 +18,7 @@ public:
     //! What must stand in the environment before the application object exists.
     static void prepareEnvironment();
 
-    //! Sets translation domain, about-data and window icon, from which the settings stores take their places.
+    //! Sets translation domain and about-data, from which the settings stores take their places.
     //! Needs an application object. Tests call it too, so that they store where the program does.
     static KAboutData describe();
 
