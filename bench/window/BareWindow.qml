@@ -5,7 +5,6 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15
 import QtQuick.Window 2.15
 import Qt.labs.settings 1.0
-import org.kde.kirigami 2.20
 import org.kde.plasma.core 2.0
 
 //! A window like the OmniBar's, with nothing in it, that imports what the OmniBar's files import before the first

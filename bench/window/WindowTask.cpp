@@ -41,6 +41,23 @@ int showFirstFrame(QQuickWindow *window)
     return QCoreApplication::exec();
 }
 
+//! The first frame in which nothing is left to be built. Never returns either.
+int showWhole(QQuickWindow *window)
+{
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, window,
+        [window] {
+            if (window->property("firstFrameShown").toBool()) {
+                Marks::note("whole");
+                Marks::print();
+                std::fflush(stdout);
+                std::_Exit(EXIT_SUCCESS);
+            }
+        },
+        Qt::DirectConnection);
+    return QCoreApplication::exec();
+}
+
 //! A blinking cursor is meant to draw; where rest is waited for it would hide what isn't.
 void stopCursor()
 {
@@ -105,13 +122,16 @@ int run(QQuickWindow *window, const std::function<bool()> &isReady)
     if (arguments.contains(QLatin1String("--first-frame"))) {
         return showFirstFrame(window);
     }
+    if (arguments.contains(QLatin1String("--whole"))) {
+        return showWhole(window);
+    }
     if (arguments.contains(QLatin1String("--rest"))) {
         return comeToRest(window);
     }
     if (arguments.contains(QLatin1String("--idle"))) {
         return lookAtIdle(window, isReady);
     }
-    notMeasured("the argument is none of --first-frame, --rest and --idle");
+    notMeasured("the argument is none of --first-frame, --whole, --rest and --idle");
 }
 
 } // namespace WindowTask

@@ -7,7 +7,6 @@ import Qt.labs.settings 1.0
 
 import "omnibar"
 import "omnibar/bar"
-import "omnibar/bubble"
 import "omnibar/common"
 import "omnibar/controllers"
 import "omnibar/logic/Geometry.js" as Geometry
@@ -91,7 +90,7 @@ Window {
     function handleEscapeKey() { surface.handleEscapeKey(); }
     function applyWindowBlurBehind() { surface.applyWindowBlurBehind(); }
     function startClosing() { closing.start(); }
-    function focusBubble() { compactBubble.forceActiveFocus(); }
+    function focusBubble() { compactBubbleLoader.item.forceActiveFocus(); }
 
     // ---- Conversation
     property alias inputField: barCard.inputField
@@ -292,15 +291,14 @@ Window {
             Behavior on y { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
         }
 
-        IdleCards {
-            objectName: "idleCards"
-
+        LateLoader {
             anchors.top: barCard.bottom
             anchors.topMargin: 20
             anchors.horizontalCenter: parent.horizontalCenter
             width: omniBar.barWidth - 40
-            visible: omniBar.barIdle && !omniBar.compactMode && !omniBar.voiceConfirmPending && opacity > 0
-            bar: omniBar
+            file: Qt.resolvedUrl("omnibar/bar/IdleCards.qml")
+            properties: ({ "bar": omniBar })
+            wanted: omniBar.firstFrameShown
         }
 
         LateLoader {
@@ -354,11 +352,12 @@ Window {
     }
 
     // Outside the container, so that it stays in sight when that is scaled to nothing.
-    CompactBubble {
-        id: compactBubble
+    LateLoader {
+        id: compactBubbleLoader
 
         anchors.fill: parent
-        bar: omniBar
-        theme: omniTheme
+        file: Qt.resolvedUrl("omnibar/bubble/CompactBubble.qml")
+        properties: ({ "bar": omniBar, "theme": omniTheme })
+        wanted: omniBar.firstFrameShown || omniBar.compactMode
     }
 }

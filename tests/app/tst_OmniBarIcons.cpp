@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "services/AgentBridge.h"
+#include "support/IconTheme.h"
 #include "support/OmniBarFixture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QIcon>
-#include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -17,25 +15,6 @@ namespace
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
-}
-
-//! Writes an icon theme with just these icons, in the size of 16.
-bool writeTheme(const QString &directory, const QString &name, const QStringList &icons)
-{
-    const QString place = directory + QLatin1Char('/') + name;
-    if (!QDir().mkpath(place + text("/16"))) {
-        return false;
-    }
-    QFile index(place + text("/index.theme"));
-    if (!index.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    index.write("[Icon Theme]\nName=Test\nComment=Test\nDirectories=16\n\n[16]\nSize=16\nType=Scalable\nMinSize=8\n"
-                "MaxSize=64\n");
-    QImage image(16, 16, QImage::Format_ARGB32);
-    image.fill(Qt::white);
-    return std::all_of(icons.cbegin(), icons.cend(),
-                       [&](const QString &icon) { return image.save(place + text("/16/") + icon + text(".png")); });
 }
 
 //! The names of the icons that are drawn in an item.
@@ -78,10 +57,10 @@ void tst_OmniBarIcons::initTestCase()
                                text("dialog-messages"),  text("checkmark")};
     const QStringList second = {text("draw-star"), text("window-restore"), text("window-maximize"),
                                 text("arrow-up"),  text("chat"),           text("dialog-ok")};
-    QVERIFY(writeTheme(m_themes.path(), text("full"), others + first + second));
-    QVERIFY(writeTheme(m_themes.path(), text("poor"), others + second));
-    QVERIFY(writeTheme(m_themes.path(), text("bare"), others));
-    QVERIFY(writeTheme(m_themes.path(), text("mixed"), others + second + QStringList(text("view-restore"))));
+    QVERIFY(IconTheme::write(m_themes.path(), text("full"), others + first + second));
+    QVERIFY(IconTheme::write(m_themes.path(), text("poor"), others + second));
+    QVERIFY(IconTheme::write(m_themes.path(), text("bare"), others));
+    QVERIFY(IconTheme::write(m_themes.path(), text("mixed"), others + second + QStringList(text("view-restore"))));
     QIcon::setThemeSearchPaths({m_themes.path()});
     QIcon::setFallbackSearchPaths({});
 }

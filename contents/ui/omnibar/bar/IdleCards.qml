@@ -8,6 +8,7 @@ import "../common"
 //! Four prompts to begin with, under the idle bar.
 Row {
     id: cards
+    objectName: "idleCards"
 
     required property var bar
 
@@ -19,6 +20,7 @@ Row {
     ]
 
     spacing: 12
+    visible: bar.barIdle && !bar.compactMode && !bar.voiceConfirmPending && opacity > 0
     opacity: bar.inputField.text === "" ? 1 : 0
     enabled: opacity === 1
     Accessible.role: Accessible.Grouping

@@ -90,12 +90,17 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 10
 
-        Brand {
-            bar: promptBar.bar
+        LateLoader {
+            id: brand
+
+            file: Qt.resolvedUrl("Brand.qml")
+            properties: ({ "bar": promptBar.bar })
+            wanted: promptBar.bar.firstFrameShown
         }
 
         Rectangle {
             anchors.verticalCenter: parent.verticalCenter
+            visible: brand.item
             width: 1
             height: 28
             color: Qt.rgba(1, 1, 1, 0.15)
@@ -115,65 +120,16 @@ Item {
         focus: true
     }
 
-    Row {
+    LateLoader {
         id: trailing
 
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 10
-
-        Loader {
-            anchors.verticalCenter: parent.verticalCenter
-            active: promptBar.bar.sessionUsageTotal > 0
-            visible: active
-            Accessible.ignored: true
-            sourceComponent: UsageRing {
-                bar: promptBar.bar
-            }
-        }
-
-        RoundButton {
-            id: settingsBtn
-            objectName: "settingsBtn"
-
-            anchors.verticalCenter: parent.verticalCenter
-            text: promptBar.bar.tr("Settings")
-            iconName: "settings-configure"
-            fill: Qt.rgba(1, 1, 1, 0.06)
-            hoverFill: Qt.rgba(1, 1, 1, 0.15)
-            Accessible.checkable: true
-            Accessible.checked: promptBar.bar.settingsPanelOpen
-            onClicked: promptBar.bar.toggleSettings()
-        }
-
-        MicButton {
-            id: micBtn
-
-            anchors.verticalCenter: parent.verticalCenter
-            bar: promptBar.bar
-        }
-
-        SendButton {
-            id: sendBtn
-
-            anchors.verticalCenter: parent.verticalCenter
-            bar: promptBar.bar
-            visible: inputField.text.trim() !== ""
-        }
-
-        RoundButton {
-            id: barCloseBtn
-            objectName: "barCloseBtn"
-
-            anchors.verticalCenter: parent.verticalCenter
-            implicitWidth: 32
-            text: promptBar.bar.tr("Close Tovi")
-            glyph: "\u2715"
-            fill: Qt.rgba(1, 1, 1, 0.06)
-            hoverFill: Qt.rgba(0.95, 0.2, 0.2, 0.35)
-            iconColor: highlighted ? "#ff6b6b" : Qt.rgba(1, 1, 1, 0.8)
-            onClicked: promptBar.bar.startClosing()
-        }
+        // Before its buttons are there, the input keeps clear of them.
+        width: item ? item.width : 124
+        file: Qt.resolvedUrl("BarButtons.qml")
+        properties: ({ "bar": promptBar.bar })
+        wanted: promptBar.bar.firstFrameShown
     }
 }

@@ -30,7 +30,7 @@ T.TextField {
     font.pixelSize: 15
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
-    clip: true
+    clip: contentWidth > width
     Accessible.role: Accessible.EditableText
     Accessible.name: bar.tr("Prompt")
     Accessible.description: placeholderText
@@ -50,7 +50,7 @@ T.TextField {
     PlainText {
         anchors.fill: parent
         verticalAlignment: Text.AlignVCenter
-        visible: input.length === 0 && input.preeditText === ""
+        visible: input.bar.firstFrameShown && input.length === 0 && input.preeditText === ""
         text: input.placeholderText
         color: input.placeholderTextColor
         font: input.font

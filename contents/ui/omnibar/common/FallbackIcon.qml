@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 
 //! A theme icon in a colour of its own, with another name for themes that lack the first.
@@ -13,24 +14,29 @@ Item {
     //! For icons of one colour. Always set: Kirigami's default follows the desktop's theme and is black on our dark panels.
     property color color: "white"
     property int size: 16
+    //! A theme's vector images are slow to draw: the window's first frame does without.
+    readonly property bool due: !Window.window || Window.window.firstFrameShown !== false
 
     implicitWidth: size
     implicitHeight: size
     Accessible.ignored: true
 
-    Kirigami.Icon {
-        id: image
-
-        property bool nameFailed: false
-
+    Loader {
         anchors.fill: parent
-        source: nameFailed && icon.fallback !== "" ? icon.fallback : icon.name
-        color: icon.color
-        onStatusChanged: {
-            if (status === Image.Error && source === icon.name)
-                nameFailed = true;
+        active: icon.due
+        Accessible.ignored: true
+        sourceComponent: Kirigami.Icon {
+            id: image
+
+            //! The name that the theme lacks.
+            property string missing
+
+            source: missing === icon.name && icon.fallback !== "" ? icon.fallback : icon.name
+            color: icon.color
+            onStatusChanged: {
+                if (status === Image.Error && source === icon.name)
+                    missing = icon.name;
+            }
         }
     }
-
-    onNameChanged: image.nameFailed = false
 }

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Application.h"
+#include "support/IconTheme.h"
+
+#include <QIcon>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+QQuickWindow *window()
+{
+    return qobject_cast<QQuickWindow *>(QGuiApplication::topLevelWindows().value(0));
+}
+
+bool has(const char *objectName)
+{
+    return window()->findChild<QQuickItem *>(QLatin1String(objectName));
+}
+
+bool isBuilt(const QStringList &parts)
+{
+    return std::all_of(parts.begin(), parts.end(), [](const QString &part) { return has(qPrintable(part)); });
+}
+
+} // namespace
+
+//! The application as main() makes it, around its first frame: what can wait, waits for it.
+class tst_Application : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void buildsTheRestAfterTheFirstFrame();
+};
+
+void tst_Application::buildsTheRestAfterTheFirstFrame()
+{
+    const QStringList late = {
+        QStringLiteral("connectionDot"), QStringLiteral("settingsBtn"),   QStringLiteral("micBtn"),
+        QStringLiteral("barCloseBtn"),   QStringLiteral("compactBubble"), QStringLiteral("idleCards"),
+    };
+
+    // main() has made it, and no event was processed yet: there was no frame.
+    QVERIFY(window());
+    QVERIFY(has("inputField"));
+    for (const QString &part : late) {
+        QVERIFY2(!has(qPrintable(part)), qPrintable(part));
+    }
+    QCOMPARE(QGuiApplication::windowIcon().name(), QString());
+
+    QTRY_VERIFY(isBuilt(late));
+    QTRY_COMPARE(QGuiApplication::windowIcon().name(), QStringLiteral("loomra-kde"));
+    QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
+}
+
+int main(int argc, char **argv)
+{
+    // An icon to be found, from the first moment on.
+    const QTemporaryDir themes;
+    if (!IconTheme::write(themes.path(), QStringLiteral("test"),
+                          {QStringLiteral("loomra-kde")})) {
+        qFatal("the icon theme can't be written");
+    }
+    QIcon::setThemeSearchPaths({themes.path()});
+    QIcon::setThemeName(QStringLiteral("test"));
+
+    Application::prepareEnvironment();
+    const Application application(argc, argv);
+    tst_Application test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_Application.moc"

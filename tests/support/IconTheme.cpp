@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "IconTheme.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+
+#include <algorithm>
+
+namespace IconTheme
+{
+
+bool write(const QString &directory, const QString &name, const QStringList &icons)
+{
+    const QString place = directory + QLatin1Char('/') + name;
+    if (!QDir().mkpath(place + QStringLiteral("/16"))) {
+        return false;
+    }
+    QFile index(place + QStringLiteral("/index.theme"));
+    if (!index.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    index.write("[Icon Theme]\nName=Test\nComment=Test\nDirectories=16\n\n[16]\nSize=16\nType=Scalable\nMinSize=8\n"
+                "MaxSize=64\n");
+    QImage image(16, 16, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    return std::all_of(icons.cbegin(), icons.cend(), [&](const QString &icon) {
+        return image.save(place + QStringLiteral("/16/") + icon + QStringLiteral(".png"));
+    });
+}
+
+} // namespace IconTheme
