@@ -94,7 +94,7 @@ void tst_OmniBarGeometry::bubbleCorner()
     QVERIFY(bar.open());
     bar.invoke("shrinkToCompactBubble");
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), QRect(layoutHere().screen.width() - 76, 20, 56, 56));
+    QTRY_COMPARE(bar.window()->geometry(), QRect(layoutHere().screen.width() - 76, 20, 56, 56));
     // Something moved it: it goes back.
     bar.window()->setPosition(5, 5);
     bar.invoke("positionBubble");

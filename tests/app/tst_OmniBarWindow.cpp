@@ -39,7 +39,7 @@ bool announceTool(OmniBarFixture &bar, const QString &name)
 bool collapse(OmniBarFixture &bar)
 {
     bar.invoke("shrinkToCompactBubble");
-    return bar.settle() && bar.window()->geometry() == s_bubble;
+    return bar.settle() && QTest::qWaitFor([&] { return bar.window()->geometry() == s_bubble; });
 }
 
 } // namespace
@@ -58,6 +58,7 @@ private Q_SLOTS:
     void storesItsLook();
     void entranceIsAnimated();
 
+    void shrinksInItsCorner();
     void escapeCollapses();
     void clickOnTheBubbleExpands();
     void keysOnTheBubbleExpand_data();
@@ -198,6 +199,19 @@ void tst_OmniBarWindow::entranceIsAnimated()
     QCOMPARE(part(1), QStringLiteral("220 OutBack"));
 }
 
+void tst_OmniBarWindow::shrinksInItsCorner()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    // A plain call: as soon as events are processed the window manager has a say in where a large window may be.
+    bar.invoke("shrinkToCompactBubble");
+    QCOMPARE(bar.window()->position(), s_bubble.topLeft());
+    QCOMPARE(bar.window()->width(), s_screen.width());
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(bar.window()->geometry(), s_bubble);
+}
+
 void tst_OmniBarWindow::escapeCollapses()
 {
     OmniBarFixture bar;
@@ -207,11 +221,8 @@ void tst_OmniBarWindow::escapeCollapses()
     bar.key(Qt::Key_Escape);
     QCOMPARE(bar.property("compactMode").toBool(), true);
     QCOMPARE(bar.property("userExpanded").toBool(), false);
-    // It goes to its corner at once and shrinks there.
-    QCOMPARE(bar.window()->position(), s_bubble.topLeft());
-    QVERIFY(bar.window()->width() > s_bubble.width());
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), s_bubble);
+    QTRY_COMPARE(bar.window()->geometry(), s_bubble);
     QCOMPARE(bar.behaviour(bar.window(), "width"), QStringLiteral("400 OutCubic"));
     QCOMPARE(bar.behaviour(bar.window(), "height"), QStringLiteral("400 OutCubic"));
     QCOMPARE(bar.behaviour(bar.item("rootContainer"), "scale"), QStringLiteral("350 OutCubic"));
@@ -239,7 +250,7 @@ void tst_OmniBarWindow::clickOnTheBubbleExpands()
     QCOMPARE(bar.property("userExpanded").toBool(), true);
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), s_screen);
+    QTRY_COMPARE(bar.window()->geometry(), s_screen);
     QCOMPARE(bar.item("rootContainer")->scale(), 1.0);
     QCOMPARE(bar.item("rootContainer")->opacity(), 1.0);
     QVERIFY(!bar.isSeen(bar.item("compactBubble")));
@@ -281,7 +292,7 @@ void tst_OmniBarWindow::bubbleStaysWhereNothingRuns()
     bar.key(Qt::Key_Escape);
     QVERIFY(bar.settle());
     QCOMPARE(bar.property("compactMode").toBool(), true);
-    QCOMPARE(bar.window()->geometry(), s_bubble);
+    QTRY_COMPARE(bar.window()->geometry(), s_bubble);
     QVERIFY(bar.bridge.isAllTaken());
 }
 
@@ -322,7 +333,7 @@ void tst_OmniBarWindow::actionCollapses()
     QCOMPARE(bar.property("compactMode").toBool(), collapses);
     QCOMPARE(bar.property("userExpanded").toBool(), false);
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), collapses ? s_bubble : s_screen);
+    QTRY_COMPARE(bar.window()->geometry(), collapses ? s_bubble : s_screen);
 }
 
 void tst_OmniBarWindow::userExpandedKeepsItOpen()
@@ -355,7 +366,7 @@ void tst_OmniBarWindow::wakeWordExpands()
     QCOMPARE(bar.property("userExpanded").toBool(), true);
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), s_screen);
+    QTRY_COMPARE(bar.window()->geometry(), s_screen);
 }
 
 void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
@@ -367,7 +378,7 @@ void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
     QCOMPARE(bar.property("userExpanded").toBool(), true);
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
     QVERIFY(bar.settle());
-    QCOMPARE(bar.window()->geometry(), s_screen);
+    QTRY_COMPARE(bar.window()->geometry(), s_screen);
 }
 
 void tst_OmniBarWindow::minimiseButton()
@@ -503,7 +514,7 @@ void tst_OmniBarWindow::ignoresDeactivation()
     QVERIFY(!bar.window()->isActive());
     QVERIFY(bar.window()->isVisible());
     QCOMPARE(bar.property("compactMode").toBool(), false);
-    QCOMPARE(bar.window()->geometry(), s_screen);
+    QTRY_COMPARE(bar.window()->geometry(), s_screen);
     QVERIFY(bar.window()->flags().testFlag(Qt::WindowStaysOnTopHint));
 }
 

