@@ -63,8 +63,7 @@ int main(int argc, char **argv)
 {
     // An icon to be found, from the first moment on.
     const QTemporaryDir themes;
-    if (!IconTheme::write(themes.path(), QStringLiteral("test"),
-                          {QStringLiteral("loomra-kde")})) {
+    if (!IconTheme::write(themes.path(), QStringLiteral("test"), {QStringLiteral("loomra-kde")})) {
         qFatal("the icon theme can't be written");
     }
     QIcon::setThemeSearchPaths({themes.path()});
