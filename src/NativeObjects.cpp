@@ -5,6 +5,7 @@
 
 #include "I18nHelper.h"
 #include "services/AgentBridge.h"
+#include "services/ConfigManager.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -25,9 +26,11 @@ void create(QObject *parent, QQmlEngine *engine)
     // AgentBridge, TokenUsageService, VoiceBridge. An object that joins later takes its place in this row, and its
     // name the same place among the context properties below.
     context->setContextProperty(QStringLiteral("i18n"), new I18nHelper(parent));
+    auto *configManager = new ConfigManager(parent);
     auto *agentBridge = new AgentBridge(parent);
 
     context->setContextProperty(QStringLiteral("toviWiAdvancedUiDefault"), advancedWorkspaceInterface());
+    context->setContextProperty(QStringLiteral("configManager"), configManager);
     context->setContextProperty(QStringLiteral("agentBridge"), agentBridge);
 }
 

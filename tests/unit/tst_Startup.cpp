@@ -8,6 +8,7 @@
 #include "NativeObjects.h"
 #include "TerminalRequests.h"
 #include "services/AgentBridge.h"
+#include "services/ConfigManager.h"
 
 #include <QPointer>
 #include <QQmlContext>
@@ -225,11 +226,16 @@ void tst_Startup::objectsOfQml()
     NativeObjects::create(&parent, &engine);
 
     const QQmlContext *context = engine.rootContext();
-    QVERIFY(qobject_cast<I18nHelper *>(context->contextProperty(QStringLiteral("i18n")).value<QObject *>()));
-    auto *agent =
-        qobject_cast<AgentBridge *>(context->contextProperty(QStringLiteral("agentBridge")).value<QObject *>());
-    QVERIFY(agent);
-    QCOMPARE(agent->parent(), &parent);
+    const auto named = [context](const char *name) {
+        return context->contextProperty(QLatin1String(name)).value<QObject *>();
+    };
+    QVERIFY(qobject_cast<I18nHelper *>(named("i18n")));
+    QVERIFY(qobject_cast<ConfigManager *>(named("configManager")));
+    QVERIFY(qobject_cast<AgentBridge *>(named("agentBridge")));
+
+    // Children stand in the order in which they were made.
+    const QObjectList inOrder = {named("i18n"), named("configManager"), named("agentBridge")};
+    QCOMPARE(parent.children(), inOrder);
 }
 
 void tst_Startup::objectsOutliveTheEngine()

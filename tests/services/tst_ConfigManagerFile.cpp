@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ConfigFile.h"
+#include "services/ConfigManager.h"
+#include "support/SignalLog.h"
+#include "support/TestSetup.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+namespace
+{
+
+constexpr char s_childArgument[] = "--run-with-key";
+
+//! A run of a program that changes one setting and ends in an orderly way.
+int runWithKey(int &argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    TestSetup::setAboutData();
+    auto *config = new ConfigManager(&application);
+    config->setApiKey(QString::fromLocal8Bit(argv[2]));
+    return 0;
+}
+
+} // namespace
+
+class tst_ConfigManagerFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void minutesAreBoundedOnReading_data();
+    void minutesAreBoundedOnReading();
+    void savesAllValues();
+    void savesNothingByItself();
+    void loadsWithoutSignals();
+    void loadTakesBackWhatWasNotSaved();
+    void loadDoesNotLookAtTheDisk();
+    void fileIsForTheUserAlone();
+    void savesWhenItEnds();
+    void keepsQuietWhenItCannotSave();
+};
+
+void tst_ConfigManagerFile::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_ConfigManagerFile::init()
+{
+    ConfigFile::remove();
+}
+
+void tst_ConfigManagerFile::minutesAreBoundedOnReading_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    QTest::addColumn<int>("minutes");
+
+    QTest::newRow("as it is") << QByteArray("30") << 30;
+    QTest::newRow("least") << QByteArray("1") << 1;
+    QTest::newRow("0") << QByteArray("0") << 1;
+    QTest::newRow("negative") << QByteArray("-7") << 1;
+    QTest::newRow("most") << QByteArray("1440") << 1440;
+    QTest::newRow("above") << QByteArray("1441") << 1440;
+    QTest::newRow("2000") << QByteArray("2000") << 1440;
+    QTest::newRow("a word") << QByteArray("often") << 1;
+    QTest::newRow("empty") << QByteArray("") << 1;
+    QTest::newRow("fraction") << QByteArray("7.5") << 1;
+}
+
+void tst_ConfigManagerFile::minutesAreBoundedOnReading()
+{
+    QFETCH(QByteArray, stored);
+    QVERIFY(ConfigFile::write("WorkspaceSuggestionReminderMinutes=" + stored + '\n'));
+    QTEST(ConfigManager().workspaceSuggestionReminderMinutes(), "minutes");
+}
+
+void tst_ConfigManagerFile::savesAllValues()
+{
+    const QString project = QDir::homePath();
+    const QString key = QStringLiteral(" ü=$HOME\n\\,[x] ");
+    ConfigManager config;
+    config.setApiKey(key);
+    config.setCurrentProject(project);
+    config.setWorkspaceSuggestionReminderEnabled(true);
+    config.setWorkspaceSuggestionReminderMinutes(30);
+    config.setWorkspaceTemplateSlugEnabled(QStringLiteral("a,b"), true);
+    config.save();
+
+    QList<QByteArray> keys;
+    for (const QByteArray &line : ConfigFile::content().split('\n')) {
+        keys.append(line.split('=').first());
+    }
+    // KConfig sorts them.
+    QCOMPARE(
+        keys,
+        (QList<QByteArray> {"[General]", "ApiKey", "CurrentProject", "EnabledWorkspaceTemplateSlugs", "RecentProjects",
+                            "WorkspaceSuggestionReminderEnabled", "WorkspaceSuggestionReminderMinutes", ""}));
+
+    KSharedConfig::openConfig()->reparseConfiguration();
+    const ConfigManager next;
+    QCOMPARE(next.apiKey(), key);
+    QCOMPARE(next.currentProject(), project);
+    QCOMPARE(next.recentProjects(), QStringList(project));
+    QCOMPARE(next.workspaceSuggestionReminderEnabled(), true);
+    QCOMPARE(next.workspaceSuggestionReminderMinutes(), 30);
+    QVERIFY(next.isWorkspaceTemplateSlugEnabled(QStringLiteral("a,b")));
+}
+
+void tst_ConfigManagerFile::savesNothingByItself()
+{
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("k"));
+    config.setCurrentProject(QDir::homePath());
+    config.setWorkspaceTemplateSlugEnabled(QStringLiteral("x"), true);
+    QVERIFY(!QFile::exists(ConfigFile::path()));
+}
+
+void tst_ConfigManagerFile::loadsWithoutSignals()
+{
+    ConfigManager config;
+    SignalLog heard(&config);
+    QVERIFY(
+        ConfigFile::write("ApiKey=k\nCurrentProject=/p\nRecentProjects=/p,/q\nWorkspaceSuggestionReminderEnabled=true\n"
+                          "WorkspaceSuggestionReminderMinutes=7\nEnabledWorkspaceTemplateSlugs=x\n"));
+    config.load();
+    QCOMPARE(config.apiKey(), QStringLiteral("k"));
+    QCOMPARE(config.currentProject(), QStringLiteral("/p"));
+    QCOMPARE(config.recentProjects(), (QStringList {QStringLiteral("/p"), QStringLiteral("/q")}));
+    QCOMPARE(config.workspaceSuggestionReminderEnabled(), true);
+    QCOMPARE(config.workspaceSuggestionReminderMinutes(), 7);
+    QVERIFY(config.isWorkspaceTemplateSlugEnabled(QStringLiteral("x")));
+    QCOMPARE(heard.entries(), QStringList());
+}
+
+void tst_ConfigManagerFile::loadTakesBackWhatWasNotSaved()
+{
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("saved"));
+    config.save();
+    config.setApiKey(QStringLiteral("not saved"));
+    config.load();
+    QCOMPARE(config.apiKey(), QStringLiteral("saved"));
+}
+
+void tst_ConfigManagerFile::loadDoesNotLookAtTheDisk()
+{
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("opened"));
+    config.save();
+    QFile file(ConfigFile::path());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[General]\nApiKey=changed\n");
+    file.close();
+    config.load();
+    QCOMPARE(config.apiKey(), QStringLiteral("opened"));
+}
+
+void tst_ConfigManagerFile::fileIsForTheUserAlone()
+{
+    ConfigManager().save();
+    constexpr QFile::Permissions others =
+        QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    QVERIFY(QFile::exists(ConfigFile::path()));
+    QCOMPARE(QFile::permissions(ConfigFile::path()) & others, QFile::Permissions());
+    QCOMPARE(QFile::permissions(ConfigFile::path()) & (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner),
+             QFile::ReadOwner | QFile::WriteOwner);
+}
+
+void tst_ConfigManagerFile::savesWhenItEnds()
+{
+    // As a child of the application it ends after everything else, in the last moments of a process.
+    QProcess run;
+    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument), QStringLiteral("last")});
+    QVERIFY(run.waitForFinished());
+    QCOMPARE(run.exitCode(), 0);
+    QCOMPARE(run.readAllStandardError(), QByteArray());
+    QVERIFY2(ConfigFile::content().contains("\nApiKey=last\n"), ConfigFile::content().constData());
+}
+
+void tst_ConfigManagerFile::keepsQuietWhenItCannotSave()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("/dev/null"));
+    QProcess run;
+    run.setProcessEnvironment(environment);
+    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument), QStringLiteral("lost")});
+    QVERIFY(run.waitForFinished());
+    QCOMPARE(run.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(run.exitCode(), 0);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 3 && qstrcmp(argv[1], s_childArgument) == 0) {
+        return runWithKey(argc, argv);
+    }
+    QCoreApplication application(argc, argv);
+    tst_ConfigManagerFile test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_ConfigManagerFile.moc"
