@@ -1,0 +1,253 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/DebugEventLog.h"
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+namespace
+{
+
+constexpr char s_variable[] = "LOOMRA_DEBUG";
+
+//! Told without asking Qt.
+QString directoryPath()
+{
+    return QDir::homePath() + QStringLiteral("/.local/share/loomra-kde");
+}
+
+QString filePath()
+{
+    return directoryPath() + QStringLiteral("/loomra-debug.log");
+}
+
+QList<QByteArray> writtenLines()
+{
+    QFile file(filePath());
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
+}
+
+} // namespace
+
+class tst_DebugEventLog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void isOnByAnyValue_data();
+    void isOnByAnyValue();
+    void putsLinesTogether_data();
+    void putsLinesTogether();
+    void escapesTexts_data();
+    void escapesTexts();
+    void escapedTextsComeThrough();
+    void writesALineAnEvent();
+    void writesBrokenDataAllTheSame();
+    void writesBeyondAscii();
+    void losesWhatCannotBeWritten_data();
+    void losesWhatCannotBeWritten();
+};
+
+void tst_DebugEventLog::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_DebugEventLog::init()
+{
+    qunsetenv(s_variable);
+    QFile::remove(directoryPath());
+    QDir(directoryPath()).removeRecursively();
+}
+
+void tst_DebugEventLog::isOnByAnyValue_data()
+{
+    QTest::addColumn<QByteArray>("value"); // null means unset
+    QTest::addColumn<bool>("isOn");
+
+    QTest::newRow("unset") << QByteArray() << false;
+    QTest::newRow("empty") << QByteArray("") << false;
+    QTest::newRow("0") << QByteArray("0") << true;
+    QTest::newRow("1") << QByteArray("1") << true;
+    QTest::newRow("false") << QByteArray("false") << true;
+    QTest::newRow("blank") << QByteArray(" ") << true;
+}
+
+void tst_DebugEventLog::isOnByAnyValue()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(bool, isOn);
+    if (!value.isNull()) {
+        qputenv(s_variable, value);
+    }
+    QCOMPARE(DebugEventLog::isOn(), isOn);
+    DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("{}"));
+    QCOMPARE(QFile::exists(filePath()), isOn);
+}
+
+void tst_DebugEventLog::putsLinesTogether_data()
+{
+    QTest::addColumn<QString>("location");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("plain") << "LoomraSDK:initialize"
+                           << "initialize called"
+                           << "{}"
+                           << QByteArray(
+                                  R"({"location":"LoomraSDK:initialize","message":"initialize called","data":{},)"
+                                  R"("timestamp":1700000000000})");
+    QTest::newRow("quotes") << R"(a"b")"
+                            << R"("c")"
+                            << R"({"d":1})"
+                            << QByteArray(R"({"location":"a\"b\"","message":"\"c\"","data":{"d":1},)"
+                                          R"("timestamp":1700000000000})");
+    QTest::newRow("backslash stays") << R"(a\b)"
+                                     << R"(\)"
+                                     << "1"
+                                     << QByteArray(R"({"location":"a\b","message":"\","data":1,)"
+                                                   R"("timestamp":1700000000000})");
+    QTest::newRow("raw quote in data") << "l"
+                                       << "m"
+                                       << R"({"d":"a"b"})"
+                                       << QByteArray(R"({"location":"l","message":"m","data":{"d":"a"b"},)"
+                                                     R"("timestamp":1700000000000})");
+    QTest::newRow("place holders stay") << "%2"
+                                        << "%3"
+                                        << "%1"
+                                        << QByteArray(R"({"location":"%2","message":"%3","data":%1,)"
+                                                      R"("timestamp":1700000000000})");
+    QTest::newRow("empty") << QString() << QString() << QString()
+                           << QByteArray(R"({"location":"","message":"","data":,"timestamp":1700000000000})");
+}
+
+void tst_DebugEventLog::putsLinesTogether()
+{
+    QFETCH(QString, location);
+    QFETCH(QString, message);
+    QFETCH(QString, data);
+    QFETCH(QByteArray, line);
+    QCOMPARE(DebugEventLog::line(location, message, data, 1700000000000), line + '\n');
+}
+
+void tst_DebugEventLog::escapesTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("escaped");
+    QTest::addColumn<QString>("escapedLines");
+
+    QTest::newRow("plain") << "/a/ü"
+                           << "/a/ü"
+                           << "/a/ü";
+    QTest::newRow("quote") << R"(a"b)"
+                           << R"(a\"b)"
+                           << R"(a\"b)";
+    QTest::newRow("backslash") << R"(a\b)"
+                               << R"(a\\b)"
+                               << R"(a\\b)";
+    QTest::newRow("backslash before quote") << R"(\")"
+                                            << R"(\\\")"
+                                            << R"(\\\")";
+    QTest::newRow("newline") << "a\nb"
+                             << "a\nb"
+                             << R"(a\nb)";
+    QTest::newRow("an escape of its own") << R"(\n)"
+                                          << R"(\\n)"
+                                          << R"(\\n)";
+    QTest::newRow("empty") << QString() << QString() << QString();
+}
+
+void tst_DebugEventLog::escapesTexts()
+{
+    QFETCH(QString, text);
+    QTEST(DebugEventLog::escaped(text), "escaped");
+    QTEST(DebugEventLog::escapedLines(text), "escapedLines");
+}
+
+void tst_DebugEventLog::escapedTextsComeThrough()
+{
+    const QString text = QStringLiteral("{\"path\":\"C:\\\\n\"}\n\n\"");
+    const QString data = QStringLiteral(R"({"t":"%1"})").arg(DebugEventLog::escapedLines(text));
+    const QByteArray line = DebugEventLog::line(QStringLiteral("l"), QStringLiteral("m"), data, 1);
+    const QJsonObject read = QJsonDocument::fromJson(line).object();
+    QCOMPARE(read.value(QLatin1String("data")).toObject().value(QLatin1String("t")).toString(), text);
+}
+
+void tst_DebugEventLog::writesALineAnEvent()
+{
+    qputenv(s_variable, "1");
+    const qint64 before = QDateTime::currentMSecsSinceEpoch();
+    DebugEventLog::write(QStringLiteral("LoomraSDK:listModels"), QStringLiteral("listModels called"),
+                         QStringLiteral(R"({"ready":1,"connected":0})"));
+    DebugEventLog::write(QStringLiteral("LoomraSDK:initialize"), QStringLiteral("initialize called"),
+                         QStringLiteral("{}"));
+    const qint64 after = QDateTime::currentMSecsSinceEpoch();
+
+    const QList<QByteArray> lines = writtenLines();
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.last(), QByteArray());
+    const QJsonObject first = QJsonDocument::fromJson(lines.at(0)).object();
+    QCOMPARE(first.value(QLatin1String("location")), QJsonValue(QStringLiteral("LoomraSDK:listModels")));
+    QCOMPARE(first.value(QLatin1String("message")), QJsonValue(QStringLiteral("listModels called")));
+    QCOMPARE(first.value(QLatin1String("data")),
+             QJsonValue(QJsonObject {{QStringLiteral("ready"), 1}, {QStringLiteral("connected"), 0}}));
+    const double written = first.value(QLatin1String("timestamp")).toDouble();
+    QVERIFY(written >= before && written <= after);
+    QCOMPARE(QJsonDocument::fromJson(lines.at(1)).object().value(QLatin1String("message")),
+             QJsonValue(QStringLiteral("initialize called")));
+}
+
+void tst_DebugEventLog::writesBrokenDataAllTheSame()
+{
+    qputenv(s_variable, "0");
+    DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral(R"({"d":"a"b"})"));
+    QCOMPARE(writtenLines().size(), 2);
+    QVERIFY(writtenLines().first().startsWith(R"({"location":"l","message":"m","data":{"d":"a"b"},"timestamp":)"));
+    QVERIFY(QJsonDocument::fromJson(writtenLines().first()).isNull());
+}
+
+void tst_DebugEventLog::writesBeyondAscii()
+{
+    qputenv(s_variable, "1");
+    DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("\"ü 🙂\""));
+    const QJsonObject read = QJsonDocument::fromJson(writtenLines().value(0)).object();
+    QCOMPARE(read.value(QLatin1String("data")), QJsonValue(QStringLiteral("ü 🙂")));
+}
+
+void tst_DebugEventLog::losesWhatCannotBeWritten_data()
+{
+    QTest::addColumn<bool>("directoryExists");
+    QTest::newRow("a file in place of the directory") << false;
+    QTest::newRow("a directory in place of the file") << true;
+}
+
+void tst_DebugEventLog::losesWhatCannotBeWritten()
+{
+    QFETCH(bool, directoryExists);
+    if (directoryExists) {
+        QVERIFY(QDir().mkpath(filePath()));
+    } else {
+        QVERIFY(QDir().mkpath(QDir(directoryPath() + QStringLiteral("/..")).absolutePath()));
+        QFile file(directoryPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    qputenv(s_variable, "1");
+    const MessageLog log;
+    DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("{}"));
+    QCOMPARE(log.warnings(), QStringList());
+    QVERIFY(writtenLines().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(tst_DebugEventLog)
+#include "tst_DebugEventLog.moc"

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/EventLogDirectory.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+const QString s_logs = QStringLiteral("/loomra-bridge/logs");
+
+bool writeFile(const QString &directory, const QString &name)
+{
+    QFile file(directory + QLatin1Char('/') + name);
+    return QDir().mkpath(directory) && file.open(QIODevice::WriteOnly);
+}
+
+//! A user's home and the directory of a bridge without one, both still empty.
+struct Places
+{
+    const QTemporaryDir root;
+    const QString home = root.filePath(QStringLiteral("home"));
+    const QString usual = home + QStringLiteral("/.local/state") + s_logs;
+    const QString other = root.filePath(QStringLiteral("other"));
+};
+
+} // namespace
+
+class tst_EventLogDirectory : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void makesTheUsualDirectory();
+    void choosesWhereLogsAre_data();
+    void choosesWhereLogsAre();
+    void stateHomeTakesThePlaceOfTheUsual();
+    void pathIsClean();
+    void followsTheEnvironment();
+};
+
+void tst_EventLogDirectory::makesTheUsualDirectory()
+{
+    const Places places;
+    QCOMPARE(EventLogDirectory::choose(QString(), places.home, places.other), places.usual);
+    QVERIFY(QDir(places.usual).exists());
+    QVERIFY(!QDir(places.other).exists());
+}
+
+void tst_EventLogDirectory::choosesWhereLogsAre_data()
+{
+    QTest::addColumn<QString>("inUsual");
+    QTest::addColumn<QString>("inOther");
+    QTest::addColumn<bool>("isOther");
+
+    const QString log = QStringLiteral("bridge.log");
+    const QString text = QStringLiteral("bridge.log.txt");
+    QTest::newRow("usual alone") << log << QString() << false;
+    QTest::newRow("other alone") << QString() << log << true;
+    QTest::newRow("both") << log << log << false;
+    QTest::newRow("no log in usual") << text << log << true;
+    QTest::newRow("no log in other") << QString() << text << false;
+    QTest::newRow("no log in either") << text << text << false;
+    QTest::newRow("a folder is no log") << QString() << QStringLiteral("folder.log/bridge.log") << false;
+}
+
+void tst_EventLogDirectory::choosesWhereLogsAre()
+{
+    QFETCH(QString, inUsual);
+    QFETCH(QString, inOther);
+    QFETCH(bool, isOther);
+    const Places places;
+    const auto write = [](const QString &directory, const QString &name) {
+        const QFileInfo file(directory + QLatin1Char('/') + name);
+        return name.isEmpty() || writeFile(file.path(), file.fileName());
+    };
+    QVERIFY(write(places.usual, inUsual));
+    QVERIFY(write(places.other, inOther));
+    QCOMPARE(EventLogDirectory::choose(QString(), places.home, places.other), isOther ? places.other : places.usual);
+}
+
+void tst_EventLogDirectory::stateHomeTakesThePlaceOfTheUsual()
+{
+    const Places places;
+    QVERIFY(writeFile(places.usual, QStringLiteral("bridge.log")));
+    const QString state = places.root.filePath(QStringLiteral("state"));
+    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other), state + s_logs);
+    QVERIFY(QDir(state + s_logs).exists());
+
+    QVERIFY(writeFile(places.other, QStringLiteral("bridge.log")));
+    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other), places.other);
+}
+
+void tst_EventLogDirectory::pathIsClean()
+{
+    const Places places;
+    const QString state = places.root.filePath(QStringLiteral("a/../state//"));
+    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other),
+             places.root.filePath(QStringLiteral("state")) + s_logs);
+}
+
+void tst_EventLogDirectory::followsTheEnvironment()
+{
+    // With a log of its own, so that what lies in the machine's temporary directory doesn't matter.
+    const Places places;
+    const char *variable = "XDG_STATE_HOME";
+    const QString inHome = QDir::homePath() + QStringLiteral("/.local/state") + s_logs;
+    QVERIFY(writeFile(inHome, QStringLiteral("bridge.log")));
+    qunsetenv(variable);
+    QCOMPARE(EventLogDirectory::path(), inHome);
+    qputenv(variable, "");
+    QCOMPARE(EventLogDirectory::path(), inHome);
+
+    const QString state = places.root.filePath(QStringLiteral("state"));
+    QVERIFY(writeFile(state + s_logs, QStringLiteral("bridge.log")));
+    qputenv(variable, state.toLocal8Bit());
+    QCOMPARE(EventLogDirectory::path(), state + s_logs);
+    qunsetenv(variable);
+}
+
+QTEST_GUILESS_MAIN(tst_EventLogDirectory)
+#include "tst_EventLogDirectory.moc"
