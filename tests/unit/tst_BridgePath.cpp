@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/BridgePath.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace
+{
+
+const QString s_printPath = QStringLiteral("--print-path");
+
+} // namespace
+
+class tst_BridgePath : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void takesTheFirstPlaceThatExists_data();
+    void takesTheFirstPlaceThatExists();
+    void looksAtThePlacesInOrder();
+    void looksAroundThisProcess();
+    void looksBesideTheExecutable();
+};
+
+void tst_BridgePath::takesTheFirstPlaceThatExists_data()
+{
+    QTest::addColumn<QByteArray>("fromEnvironment");
+    QTest::addColumn<QStringList>("directories");
+    QTest::addColumn<QString>("path");
+
+    const QString libexec = QStringLiteral("/opt/libexec/tovi-forkeldaos/sdk-bridge");
+    const QString share = QStringLiteral("/opt/share/tovi-forkeldaos/sdk-bridge");
+    const QString tree = QStringLiteral("/opt/src/services/sdk-bridge");
+    const QString current = QStringLiteral("/work/src/services/sdk-bridge");
+    const QString home = QStringLiteral("/home/u/Loomra_Meridan/src/services/sdk-bridge");
+    const QString last = QStringLiteral("/home/u/loomra_kde/src/services/sdk-bridge");
+    const QStringList all {libexec, share, tree, current, home, last};
+    const auto rest = [&](int first) { return QStringList(all.mid(first)); };
+
+    QTest::newRow("libexec before all") << QByteArray() << all << libexec;
+    QTest::newRow("share") << QByteArray() << rest(1) << share;
+    QTest::newRow("beside the executable's directory") << QByteArray() << rest(2) << tree;
+    QTest::newRow("current directory") << QByteArray() << rest(3) << current;
+    QTest::newRow("home") << QByteArray() << rest(4) << home;
+    QTest::newRow("other home") << QByteArray() << rest(5) << last;
+    QTest::newRow("nowhere: the last one untested") << QByteArray() << QStringList() << last;
+
+    const auto wish = [&](const char *name, const QByteArray &value, const QString &directory, const QString &path) {
+        QTest::newRow(name) << value << QStringList {libexec, directory} << path;
+    };
+    wish("wish", "/b", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("wish with blanks", " /b\t\n", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("wish with blanks inside", "/b c", QStringLiteral("/b c"), QStringLiteral("/b c"));
+    wish("wish in another alphabet", "/br\xc3\xbc", QStringLiteral("/brü"), QStringLiteral("/brü"));
+    wish("wish with a slash behind", "/b/", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("wish with dots", "/a/./../b", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("relative wish", "b/c", QStringLiteral("/work/b/c"), QStringLiteral("/work/b/c"));
+    wish("relative wish upwards", "../b", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("a dot is the current directory", ".", QStringLiteral("/work"), QStringLiteral("/work"));
+    wish("wish that doesn't exist", "/c", QStringLiteral("/b"), libexec);
+    wish("wish of blanks isn't the current directory", "  ", QStringLiteral("/work"), libexec);
+    wish("no wish isn't the current directory", "", QStringLiteral("/work"), libexec);
+    wish("no home directory is meant by ~", "~/b", QStringLiteral("/home/u/b"), libexec);
+}
+
+void tst_BridgePath::takesTheFirstPlaceThatExists()
+{
+    QFETCH(QByteArray, fromEnvironment);
+    QFETCH(QStringList, directories);
+    const auto exists = [&](const QString &path) { return directories.contains(path); };
+    QTEST(BridgePath::resolve({fromEnvironment, QStringLiteral("/opt/bin"), QStringLiteral("/work"),
+                               QStringLiteral("/home/u"), exists}),
+          "path");
+}
+
+void tst_BridgePath::looksAtThePlacesInOrder()
+{
+    QStringList asked;
+    const auto exists = [&](const QString &path) {
+        asked.append(path);
+        return false;
+    };
+    BridgePath::resolve({"/b", QStringLiteral("/a"), QStringLiteral("/c"), QStringLiteral("/h"), exists});
+    // The place that is taken when nothing exists isn't asked for.
+    QCOMPARE(asked,
+             (QStringList {QStringLiteral("/b"), QStringLiteral("/libexec/tovi-forkeldaos/sdk-bridge"),
+                           QStringLiteral("/share/tovi-forkeldaos/sdk-bridge"),
+                           QStringLiteral("/src/services/sdk-bridge"), QStringLiteral("/c/src/services/sdk-bridge"),
+                           QStringLiteral("/h/Loomra_Meridan/src/services/sdk-bridge")}));
+}
+
+void tst_BridgePath::looksAroundThisProcess()
+{
+    const QTemporaryDir directory(QDir::homePath() + QStringLiteral("/XXXXXX"));
+    const QString root = QDir(directory.path()).canonicalPath();
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(root));
+    const QByteArray home = qgetenv("HOME");
+    qputenv("HOME", root.toUtf8());
+    qunsetenv("LOOMRA_BRIDGE_PATH");
+
+    QCOMPARE(BridgePath::resolve(), root + QStringLiteral("/loomra_kde/src/services/sdk-bridge"));
+
+    const QString below = root + QStringLiteral("/Loomra_Meridan/src/services/sdk-bridge");
+    QVERIFY(QDir().mkpath(below));
+    QCOMPARE(BridgePath::resolve(), below);
+
+    // A file is no place for the bridge.
+    QVERIFY(QDir().mkpath(root + QStringLiteral("/src/services")));
+    QFile file(root + QStringLiteral("/src/services/sdk-bridge"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(BridgePath::resolve(), below);
+    QVERIFY(file.remove());
+    QVERIFY(QDir().mkpath(file.fileName()));
+    QCOMPARE(BridgePath::resolve(), file.fileName());
+
+    QVERIFY(QDir().mkpath(root + QStringLiteral("/mine")));
+    qputenv("LOOMRA_BRIDGE_PATH", " mine ");
+    QCOMPARE(BridgePath::resolve(), root + QStringLiteral("/mine"));
+
+    QVERIFY(QDir::setCurrent(before));
+    qputenv("HOME", home);
+    qunsetenv("LOOMRA_BRIDGE_PATH");
+}
+
+void tst_BridgePath::looksBesideTheExecutable()
+{
+    // Another name of this program, in a place of its own: what lies beside the build would be seen by other tests.
+    const QTemporaryDir directory(QCoreApplication::applicationDirPath() + QStringLiteral("/XXXXXX"));
+    const QString bin = directory.filePath(QStringLiteral("bin"));
+    const QString bridge = directory.filePath(QStringLiteral("libexec/tovi-forkeldaos/sdk-bridge"));
+    QVERIFY(QDir().mkpath(bin));
+    QVERIFY(QDir().mkpath(bridge));
+    const QString program = bin + QStringLiteral("/program");
+    QCOMPARE(::link(QFile::encodeName(QCoreApplication::applicationFilePath()).constData(),
+                    QFile::encodeName(program).constData()),
+             0);
+
+    QProcess process;
+    process.start(program, {s_printPath});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(QString::fromLocal8Bit(process.readAllStandardOutput()), bridge);
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (QCoreApplication::arguments().contains(s_printPath)) {
+        std::fputs(qPrintable(BridgePath::resolve()), stdout);
+        return 0;
+    }
+    tst_BridgePath test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_BridgePath.moc"
