@@ -3,6 +3,8 @@
 
 #include "TerminalRequests.h"
 
+#include "services/CliModels.h"
+
 #include <QProcess>
 
 #include <array>
@@ -105,7 +107,7 @@ int listModels()
 {
     QProcess cli;
     cli.setProcessChannelMode(QProcess::ForwardedChannels);
-    cli.start(QStringLiteral("loomra"), {QStringLiteral("models")});
+    CliModels::start(cli);
     if (!cli.waitForStarted(s_launchTimeout)) {
         return print(stderr, "tovictl: failed to launch the bundled `loomra` CLI: " + cli.errorString().toUtf8() + '\n',
                      s_exitNotLaunched);
