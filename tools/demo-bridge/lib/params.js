@@ -7,9 +7,14 @@ const { Failure, isObject } = require('./frames');
 
 const KINDS = {
     string: { test: (value) => typeof value === 'string', words: 'a string' },
+    text: { test: (value) => typeof value === 'string' && value.trim() !== '', words: 'a string that is not blank' },
     integer: { test: Number.isSafeInteger, words: 'a whole number' },
+    boolean: { test: (value) => typeof value === 'boolean', words: 'true or false' },
     object: { test: isObject, words: 'an object' },
+    objects: { test: (value) => Array.isArray(value) && value.every(isObject), words: 'a list of objects' },
 };
+
+const invalid = (words) => new Failure(words, 'INVALID_PARAMS');
 
 //! Checks the params of a request against its rules, such as {message: 'string', sessionId: 'string?'}; a question
 //! mark means that the key may be left out. Params without a rule are nobody's concern. Throws a Failure.
@@ -21,8 +26,20 @@ function checkParams(rules, params) {
         if (value === undefined && optional)
             continue;
         if (!kind.test(value))
-            throw new Failure(`The parameter "${key}" must be ${kind.words}`, 'INVALID_PARAMS');
+            throw invalid(`The parameter "${key}" must be ${kind.words}`);
     }
 }
 
-module.exports = { checkParams };
+//! Checks that a number lies from `least` to `most`. Throws a Failure.
+function checkRange(key, value, least, most) {
+    if (value < least || value > most)
+        throw invalid(`The parameter "${key}" must be from ${least} to ${most}`);
+}
+
+//! Checks that a value is one of some words. Throws a Failure.
+function checkOneOf(key, value, words) {
+    if (!words.includes(value))
+        throw invalid(`The parameter "${key}" must be one of: ${words.join(', ')}`);
+}
+
+module.exports = { checkOneOf, checkParams, checkRange, invalid };

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const { deniedCapabilities, findCapability, shown } = require('./capabilities');
+const { Failure } = require('./frames');
+const { checkParams, invalid } = require('./params');
+const { MAX_STEPS } = require('./planner');
+
+const STEP_BEATS = 0.5;
+const STOPPED = 'Stopped by the emergency stop';
+
+//! The rows of steps. Throws a Failure for what can't run, before anything has.
+function checkSteps(steps) {
+    if (!steps.length || steps.length > MAX_STEPS)
+        throw invalid(`A plan has from 1 to ${MAX_STEPS} steps`);
+    return steps.map((step) => {
+        checkParams({ capabilityId: 'text', params: 'object?' }, step);
+        const { capabilityId, params = {} } = step;
+        const row = findCapability(capabilityId);
+        if (!row)
+            throw new Failure(`There is no capability ${shown(capabilityId)}`, 'UNKNOWN_CAPABILITY');
+        if (row.denied)
+            throw new Failure(row.denied, 'PERMISSION_DENIED');
+        checkParams(row.params, params);
+        row.check?.(params);
+        return { row, params };
+    });
+}
+
+//! Runs plans on the made-up desktop, one at a time, and tells every client how it goes: the one that shows the steps
+//! is another than the one that asks.
+class Executor {
+    #facts;
+    #running = null;
+    #stopped = false;
+
+    //! `facts` are {enabled, desktop, audit, pace, metrics, broadcast}; without `enabled` plans are only checked.
+    constructor(facts) {
+        this.#facts = facts;
+    }
+
+    get stopped() {
+        return this.#stopped;
+    }
+
+    get enabled() {
+        return this.#facts.enabled;
+    }
+
+    //! Ends what runs, before its next step, and refuses more until `resume`.
+    stop() {
+        this.#stopped = true;
+        this.#running?.abort();
+    }
+
+    resume() {
+        this.#stopped = false;
+    }
+
+    denied() {
+        return deniedCapabilities();
+    }
+
+    //! Runs a plan and gives its outcome, a failed step included. Rejects with a Failure when it can't even begin.
+    async run(source, steps) {
+        const checked = checkSteps(steps);
+        if (this.#stopped)
+            throw new Failure('The emergency stop holds: resume first', 'EMERGENCY_STOP');
+        if (this.#running)
+            throw new Failure('Another plan is running', 'BUSY');
+        if (!this.#facts.enabled)
+            return this.#outcome('planned', checked, [], []);
+
+        const { signal } = this.#running = new AbortController();
+        try {
+            return await this.#play(source, checked, signal);
+        } finally {
+            this.#running = null;
+        }
+    }
+
+    async #play(source, checked, signal) {
+        const { audit, broadcast } = this.#facts;
+        const results = [];
+        const done = [];
+        const details = [];
+        broadcast('plan.phase', { phase: 'executing' });
+        for (const [index, { row, params }] of checked.entries()) {
+            const tell = (phase) => broadcast('plan.step', { index, total: checked.length, capabilityId: row.id, phase });
+            tell('start');
+            const fault = await this.#perform(row, params, signal, results, done);
+            tell(fault ? 'failed' : 'done');
+            if (fault) {
+                details.push(fault);
+                break;
+            }
+            broadcast('tool.executed', { tool: row.tool, result: 'ok' });
+            if (row.unseen)
+                details.push(`${row.id} cannot be read back`);
+        }
+        // No reply of the showing client's own follows, so nothing else would clear the phase there.
+        broadcast('plan.phase', { phase: '' });
+
+        const failed = done.length < checked.length;
+        const state = failed ? 'failed' : details.length ? 'partially_verified' : 'verified';
+        const outcome = this.#outcome(state, checked, results, details);
+        return done.length ? { ...outcome, actionId: audit.enter(source, done) } : outcome;
+    }
+
+    //! One step. Gives why it failed, or an empty text.
+    async #perform(row, params, signal, results, done) {
+        const { desktop, pace, metrics } = this.#facts;
+        const fail = (error) => {
+            results.push({ ok: false, capabilityId: row.id, result: { error } });
+            return error;
+        };
+        if (!await pace.pass(STEP_BEATS, signal))
+            return fail(STOPPED);
+        try {
+            const { result, undo } = row.perform(desktop, params);
+            results.push({ ok: true, capabilityId: row.id, result });
+            done.push({ capabilityId: row.id, params, undo });
+            metrics.countAction();
+            return '';
+        } catch (error) {
+            if (!(error instanceof Failure))
+                throw error;
+            return fail(error.message);
+        }
+    }
+
+    #outcome(state, checked, results, details) {
+        const success = state !== 'failed';
+        const verified = results.filter(({ ok, capabilityId }) => ok && !findCapability(capabilityId).unseen).length;
+        const outcome = {
+            success,
+            results,
+            verificationSummary: { state, verified, total: checked.length, details },
+        };
+        return success ? outcome : { ...outcome, error: details[0] };
+    }
+}
+
+module.exports = { Executor };

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const timers = require('timers/promises');
+
+//! Lets time pass in beats for work that belongs to no connection.
+class Pace {
+    #beat;
+    #closed = new AbortController();
+
+    //! `beat` in milliseconds.
+    constructor(beat) {
+        this.#beat = beat;
+    }
+
+    //! Gives true after some beats, or false as soon as `signal` or the end of the bridge cuts them short.
+    async pass(beats, signal) {
+        const ends = new AbortController();
+        const end = () => ends.abort();
+        const sources = signal ? [signal, this.#closed.signal] : [this.#closed.signal];
+        sources.forEach((source) => source.addEventListener('abort', end));
+        if (sources.some((source) => source.aborted))
+            end();
+        try {
+            await timers.setTimeout(beats * this.#beat, undefined, { signal: ends.signal });
+        } catch (error) {
+            if (error.name !== 'AbortError')
+                throw error;
+        } finally {
+            sources.forEach((source) => source.removeEventListener('abort', end));
+        }
+        return !ends.signal.aborted;
+    }
+
+    //! The bridge ends: nothing waits any longer.
+    close() {
+        this.#closed.abort();
+    }
+}
+
+module.exports = { Pace };
