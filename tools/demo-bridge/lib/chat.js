@@ -33,7 +33,8 @@ function openSession(house, sessionId) {
 //! Runs a turn in the session of its request, and completes what `play(turn)` gives into a reply.
 async function converse({ id, params, connection, house }, prompt, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
-    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession }, play);
+    const { desktop } = house;
+    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession, desktop }, play);
     if (outcome === NO_REPLY)
         return NO_REPLY;
 

@@ -24,8 +24,12 @@ class Connection {
 
         socket.on('message', (data, isBinary) => this.receive(data, isBinary));
         socket.on('error', (error) => log.note(`A client broke the protocol: ${error.message}`));
-        socket.on('close', () => this.turns.closeAll());
+        socket.on('close', () => {
+            house.clients.delete(this);
+            this.turns.closeAll();
+        });
         this.send(frames.ready());
+        house.clients.add(this); // after "ready", which is the first frame whatever goes on
     }
 
     send(message) {
@@ -56,27 +60,43 @@ class Connection {
             return;
         }
         log.note(fault);
+        // What stood in the frame may be anybody's secret: the journal, which clients read, doesn't repeat it.
+        this.house.journal.add('warn', 'frame.unread', 'A frame was no request');
         if (id)
             this.fail(id, method, new frames.Failure(fault, 'INVALID_REQUEST'));
     }
 
     async answer({ id, method, params }) {
+        const answered = this.house.metrics.beginRequest();
         try {
-            const entry = findMethod(method);
+            const entry = findMethod(method, this.house.settings);
             checkParams(entry.params, params);
             const outcome = await entry.perform({ id, params, connection: this, house: this.house });
             if (outcome === NO_REPLY)
                 return;
+            answered();
             this.send(frames.success(id, method, outcome.payload, outcome.form));
         } catch (error) {
+            answered();
             if (error instanceof frames.Failure) {
                 log.note(`${log.quote(method)} failed: ${log.quote(error.message)}`);
+                this.count(method, error);
                 this.fail(id, method, error);
             } else {
                 log.note(`${log.quote(method)} failed: ${error.stack}`);
-                this.fail(id, method, new frames.Failure('The demo bridge could not do that', 'INTERNAL'));
+                const failure = new frames.Failure('The demo bridge could not do that', 'INTERNAL');
+                this.count(method, failure);
+                this.fail(id, method, failure);
             }
         }
+    }
+
+    //! A request that failed; one that was cancelled did what it should.
+    count(method, { message, code }) {
+        if (code === 'CANCELLED')
+            return;
+        this.house.metrics.countError();
+        this.house.journal.add('error', 'request.failed', `${cut(method, MAX_NAME)}: ${message || code}`);
     }
 
     fail(id, method, error) {

@@ -8,8 +8,7 @@ const { WebSocketServer } = require('ws');
 
 const log = require('./log');
 const { Connection } = require('./connection');
-const { Feedback } = require('./feedback');
-const { SessionStore } = require('./sessions');
+const { House } = require('./house');
 const { openListeners } = require('./listeners');
 
 const PATH = '/ws';
@@ -41,7 +40,7 @@ function answerPlainRequest(request, response) {
 //! Starts serving. Gives `urls` and `stop()`; rejects with the system's error when the port cannot be had.
 async function start(settings) {
     const { port, servers, shown, missing } = await openListeners(settings.port);
-    const house = { settings, sessions: new SessionStore(), feedback: new Feedback() };
+    const house = new House(settings);
     const webSockets = new WebSocketServer({ noServer: true, maxPayload: MAX_FRAME_BYTES });
     const sockets = new Set();
 
@@ -68,6 +67,7 @@ async function start(settings) {
 
     //! Ends within GRACE_MS, whatever the clients do.
     async function stop() {
+        house.close();
         const closed = servers.map((server) => new Promise((resolve) => server.close(resolve)));
         for (const client of webSockets.clients)
             client.close(GOING_AWAY, 'The demo bridge ends');

@@ -11,6 +11,8 @@ const NUMBERS = [
     { key: 'beat', variable: 'LOOMRA_DEMO_DELAY_MS', least: 0, most: 60000, preset: 1000 },
 ];
 
+const ON = '1'; // what switches on that which is off otherwise
+
 function readNumber({ variable, least, most, preset }, env) {
     const text = (env[variable] ?? '').trim();
     if (text === '')
@@ -26,10 +28,14 @@ function readSwitch(text = '') {
     return text !== '0' && text.toLowerCase() !== 'false';
 }
 
-//! Reads the environment once: `port`, `beat` (milliseconds) and `executorPathEnabled`.
+//! Reads the environment once: `port`, `beat` (milliseconds), `executorPathEnabled`, `workspaceIntel` and `aiRuntime`.
 //! Throws an Error whose message is fit for the user when a number makes no sense.
 function readSettings(env) {
-    const settings = { executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH) };
+    const settings = {
+        executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),
+        workspaceIntel: env.LOOMRA_WORKSPACE_INTEL === ON,
+        aiRuntime: env.LOOMRA_AI_RUNTIME === ON,
+    };
     for (const number of NUMBERS)
         settings[number.key] = readNumber(number, env);
     return settings;

@@ -18,7 +18,7 @@ class Turn {
     #cancelled = new AbortController();
     #closed = new AbortController();
 
-    constructor(connection, beat, { id, prompt, params, session, startsSession }) {
+    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop }) {
         this.#connection = connection;
         this.#beat = beat;
         this.id = id;
@@ -26,6 +26,7 @@ class Turn {
         this.params = params;
         this.session = session;
         this.startsSession = startsSession;
+        this.desktop = desktop;
         this.history = session.messages.slice();
     }
 

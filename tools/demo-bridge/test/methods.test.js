@@ -9,36 +9,86 @@ const { METHODS } = require('../lib/methods');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
 
-const OFFERED = ['chat', 'cancel', 'messageFeedback', 'handleStructuredUiAction', 'listSessions', 'createSession',
-    'switchSession', 'deleteSession', 'renameSession', 'loadMessages', 'listModels', 'listAgents', 'ping', 'getCapabilities'];
+const NAMES = ['chat', 'cancel', 'messageFeedback', 'handleStructuredUiAction', 'listSessions', 'createSession',
+    'switchSession', 'deleteSession', 'renameSession', 'loadMessages', 'listModels', 'listAgents', 'ping', 'health',
+    'getCapabilities', 'generateCode', 'editCode', 'getFiles', 'readFile', 'writeFile', 'checkFreeProviders',
+    'getTokenStatus', 'setProviderToken', 'auditListRecent', 'auditRevert', 'automationList', 'automationCreate',
+    'automationUpdate', 'automationDelete', 'automationPause', 'reminderList', 'reminderSchedule', 'reminderCancel',
+    'getPlan', 'executePlan', 'emergencyStop', 'emergencyResume', 'getDeniedPermissions', 'getDesktopState',
+    'getSystemReport', 'getQuickStatus', 'getPowerProfile', 'getAppLogSummary', 'getKdeLogs', 'getAppMetrics',
+    'getServiceHealth', 'getSystemDashboard', 'workspaceIntelGetSettings', 'workspaceIntelGetDwellSummary',
+    'workspaceIntelSetSettings', 'workspaceIntelListApproved', 'workspaceIntelSetTemplateEnabled',
+    'workspaceIntelPrepare', 'aiRuntimeGetStatus', 'aiRuntimeSetSetting', 'workspaceRuntimeGetHealth',
+    'workspaceRuntimeListJobs', 'aiRuntimeCheckWorkspaceNotification', 'aiRuntimeDismissSuggestion',
+    'aiRuntimeClearDismissedSuggestions'];
 
-const NOT_YET = ['generateCode', 'editCode', 'getFiles', 'readFile', 'writeFile', 'checkFreeProviders', 'getTokenStatus',
-    'setProviderToken', 'auditListRecent', 'auditRevert', 'automationList', 'automationCreate', 'automationUpdate',
-    'automationDelete', 'automationPause', 'reminderList', 'reminderCancel', 'getPlan', 'executePlan', 'emergencyStop',
-    'emergencyResume', 'getDeniedPermissions', 'getDesktopState', 'getSystemReport', 'getQuickStatus', 'getPowerProfile',
-    'getAppLogSummary', 'getKdeLogs', 'getAppMetrics', 'getServiceHealth', 'getSystemDashboard', 'workspaceIntelGetSettings',
-    'workspaceIntelGetDwellSummary', 'workspaceIntelSetSettings', 'workspaceIntelListApproved',
-    'workspaceIntelSetTemplateEnabled', 'workspaceIntelPrepare', 'aiRuntimeGetStatus', 'aiRuntimeSetSetting',
-    'workspaceRuntimeGetHealth', 'workspaceRuntimeListJobs', 'aiRuntimeCheckWorkspaceNotification',
-    'aiRuntimeDismissSuggestion', 'aiRuntimeClearDismissedSuggestions'];
+const ALL_ON = { LOOMRA_WORKSPACE_INTEL: '1', LOOMRA_AI_RUNTIME: '1' };
+
+//! Values of the right kind, and some of every other.
+const RIGHT = {
+    string: 'x', text: 'x', integer: 1, boolean: true, object: {}, objects: [{}],
+};
+const ANY = ['', ' ', 'x', 0, 1, -1, 1.5, 1e300, true, false, null, [], [null], [{}], [1, 2, 3], {}, { __proto__: null },
+    '__proto__', 'constructor', { capabilityId: {} }, [{ capabilityId: '__proto__' }], '\u0000', '../..', 'x'.repeat(5000)];
+
+const fits = {
+    string: (value) => typeof value === 'string',
+    text: (value) => typeof value === 'string' && value.trim(),
+    integer: Number.isSafeInteger,
+    boolean: (value) => typeof value === 'boolean',
+    object: (value) => value !== null && typeof value === 'object' && !Array.isArray(value),
+    objects: (value) => Array.isArray(value) && value.every((each) => fits.object(each)),
+};
+const kindOf = (rule) => rule.replace('?', '');
 
 test('the table holds every method once', () => {
-    const names = METHODS.map(({ name }) => name);
-    assert.deepEqual([...names].sort(), [...OFFERED, ...NOT_YET].sort());
-    assert.deepEqual(METHODS.filter(({ perform }) => perform).map(({ name }) => name).sort(), [...OFFERED].sort());
+    assert.deepEqual(METHODS.map(({ name }) => name).sort(), [...NAMES].sort());
+    assert.ok(METHODS.every(({ perform }) => typeof perform === 'function'));
 });
 
-test('methods that are not offered yet say so', async (t) => {
+test('a param of the wrong kind, or one too few, is refused by name', async (t) => {
+    const bridge = await startBridge(t, ALL_ON);
+    for (const { name, params = {} } of METHODS) {
+        const client = await bridge.connect();
+        const right = Object.fromEntries(Object.entries(params).map(([key, rule]) => [key, RIGHT[kindOf(rule)]]));
+        for (const [key, rule] of Object.entries(params)) {
+            const wrong = ANY.filter((value) => !fits[kindOf(rule)](value)).map((value) => ({ ...right, [key]: value }));
+            if (!rule.endsWith('?'))
+                wrong.push(Object.fromEntries(Object.entries(right).filter(([other]) => other !== key)));
+            for (const bad of wrong) {
+                const { error, payload } = await client.request(name, bad);
+                assert.equal(payload, null);
+                assert.equal(error.code, 'INVALID_PARAMS', `${name} ${JSON.stringify(bad)}`);
+                assert.ok(error.message.startsWith(`The parameter "${key}" must be `), error.message);
+            }
+        }
+    }
+});
+
+test('whatever the params are, the answer is a result or an error with its words', async (t) => {
+    const bridge = await startBridge(t, ALL_ON);
+    for (const { name, params = {} } of METHODS) {
+        const client = await bridge.connect();
+        for (const value of ANY) {
+            const given = Object.fromEntries(Object.entries(params).map(([key, rule]) =>
+                [key, fits[kindOf(rule)](value) ? value : RIGHT[kindOf(rule)]]));
+            const { error, payload } = await client.request(name, given);
+            if (error) {
+                assert.ok(error.message && error.code, name);
+                assert.notEqual(error.code, 'INTERNAL', `${name} ${JSON.stringify(given)}: ${bridge.errors}`);
+            } else {
+                assert.equal(typeof payload, 'object', name);
+            }
+        }
+    }
+    assert.equal((await (await bridge.connect()).chat('plain')).response, 'This is a plain answer.');
+});
+
+test('an unknown method is told so, those of every object too', async (t) => {
     const client = await (await startBridge(t)).connect();
-    for (const name of NOT_YET) {
-        const reply = await client.request(name);
-        assert.deepEqual(reply, {
-            type: 'response',
-            id: reply.id,
-            method: name,
-            payload: null,
-            error: { message: `The demo bridge does not offer "${name}" yet`, code: 'NOT_OFFERED' },
-        });
+    for (const name of ['nothing', 'toString', '__proto__', 'Ping', 'ping_panel']) {
+        const { error } = await client.request(name);
+        assert.deepEqual(error, { message: `Unknown method "${name}"`, code: 'UNKNOWN_METHOD' });
     }
 });
 
@@ -54,11 +104,30 @@ test('ping tells whether the executor path is on', async (t) => {
     assert.equal((await client.result('ping')).executorPathEnabled, false);
 });
 
-test('capabilities without their methods are off', async (t) => {
-    const client = await (await startBridge(t)).connect();
-    assert.deepEqual(await client.result('getCapabilities'),
-        { workspaceIntelligence: { enabled: false }, aiRuntime: { enabled: false } });
+test('health tells the same, and for how long', async (t) => {
+    const client = await (await startBridge(t, { LOOMRA_EXECUTOR_PATH: '0' })).connect();
+    const { uptimeMs, ...rest } = await client.result('health');
+    assert.deepEqual(rest, { ok: true, executorPathEnabled: false });
+    assert.ok(Number.isInteger(uptimeMs) && uptimeMs >= 0);
 });
+
+for (const [intel, runtime] of [['0', '0'], ['1', '0'], ['0', '1'], ['1', '1']]) {
+    test(`capabilities and their methods follow the environment, ${intel} and ${runtime}`, async (t) => {
+        const bridge = await startBridge(t, { LOOMRA_WORKSPACE_INTEL: intel, LOOMRA_AI_RUNTIME: runtime });
+        const client = await bridge.connect();
+        const on = { workspaceIntel: intel === '1', aiRuntime: runtime === '1' };
+        assert.deepEqual(await client.result('getCapabilities'),
+            { workspaceIntelligence: { enabled: on.workspaceIntel }, aiRuntime: { enabled: on.aiRuntime } });
+        for (const { name, needs = [] } of METHODS) {
+            assert.deepEqual(needs.length > 0, /^(workspaceIntel|aiRuntime)/.test(name), name);
+            if (needs.every((need) => on[need]))
+                continue;
+            const { error } = await client.request(name);
+            assert.equal(error.code, 'NOT_AVAILABLE', name);
+            assert.match(error.message, /start the bridge with LOOMRA_(WORKSPACE_INTEL|AI_RUNTIME)=1$/);
+        }
+    });
+}
 
 test('models are complete rows, each once', async (t) => {
     const client = await (await startBridge(t)).connect();

@@ -8,10 +8,12 @@ const assert = require('assert/strict');
 const { readSettings } = require('../lib/settings');
 const { test } = require('./support/timed');
 
+const PRESET = { port: 8765, beat: 1000, executorPathEnabled: true, workspaceIntel: false, aiRuntime: false };
+
 test('without variables the bridge has its usual port and pace', () => {
-    assert.deepEqual(readSettings({}), { port: 8765, beat: 1000, executorPathEnabled: true });
+    assert.deepEqual(readSettings({}), PRESET);
     assert.deepEqual(readSettings({ LOOMRA_BRIDGE_PORT: '', LOOMRA_DEMO_DELAY_MS: ' ', LOOMRA_EXECUTOR_PATH: '' }),
-        { port: 8765, beat: 1000, executorPathEnabled: true });
+        PRESET);
 });
 
 test('port and pace follow the environment up to their limits', () => {
@@ -37,3 +39,10 @@ test('the executor path is on unless switched off', () => {
     for (const [text, enabled] of Object.entries(table))
         assert.equal(readSettings({ LOOMRA_EXECUTOR_PATH: text }).executorPathEnabled, enabled, text);
 });
+
+for (const [variable, key] of [['LOOMRA_WORKSPACE_INTEL', 'workspaceIntel'], ['LOOMRA_AI_RUNTIME', 'aiRuntime']]) {
+    test(`${variable} switches on by 1 alone`, () => {
+        for (const [text, on] of [['1', true], ['0', false], ['', false], ['true', false], ['11', false]])
+            assert.deepEqual(readSettings({ [variable]: text }), { ...PRESET, [key]: on }, text);
+    });
+}

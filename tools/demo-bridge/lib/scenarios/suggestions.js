@@ -5,6 +5,7 @@
 
 // The prompts that the window itself offers, on its cards and as suggested next steps. What they report is made up.
 
+const { POWER_PROFILES } = require('../desktop');
 const { oneLine } = require('../text');
 
 const NOTHING_YET = 'There is nothing to look back at yet: this is where our conversation begins.';
@@ -70,6 +71,15 @@ async function focus(turn) {
     return { response: 'The terminal would be in front now, if the demo bridge could touch your windows.' };
 }
 
+//! The dashboard's chips ask for a profile in these words.
+function switchProfile(turn, rest) {
+    const profile = POWER_PROFILES.find((name) => rest.toLowerCase() === `${name} power profile`);
+    if (!profile)
+        return { response: `There are these power profiles: ${POWER_PROFILES.join(', ')}.` };
+    turn.desktop.put('powerProfile', profile);
+    return { response: `The made-up desktop has the power profile “${profile}” now.` };
+}
+
 const reminder = {
     response: 'When shall I remind you?',
     ui: {
@@ -108,6 +118,7 @@ module.exports = {
         { phrases: ['Show top processes by CPU and memory'], about: 'a made-up table', answer: processes },
         { phrases: ['List my open windows'], about: 'made-up windows', answer: windows },
         { phrases: ['Focus the most recently used window'], about: 'an agent takes over', pace: 0, answer: focus },
+        { phrases: ['Switch to'], about: 'a power profile of the made-up desktop', answer: switchProfile },
         { phrases: ['What reminder actions can you help me with?'], about: 'about reminders', answer: reminders },
         { phrases: ['Help me set another reminder'], about: 'a question with choices', answer: reminder },
         {

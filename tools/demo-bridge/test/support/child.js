@@ -17,7 +17,8 @@ const BRIDGE = path.join(__dirname, '..', '..', 'bridge.js');
 const hasIPv6 = Object.values(os.networkInterfaces()).flat().some(({ address }) => address === '::1');
 const withoutIPv6 = hasIPv6 ? false : 'this machine has no ::1';
 
-const clean = ({ LOOMRA_BRIDGE_PORT, LOOMRA_DEMO_DELAY_MS, LOOMRA_EXECUTOR_PATH, ...rest }) => rest;
+//! An environment without whatever is set for the bridge around the tests.
+const clean = (env) => Object.fromEntries(Object.entries(env).filter(([name]) => !name.startsWith('LOOMRA_')));
 
 //! The bridge as a real child process.
 class Child {

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const { invalid } = require('./params');
+const { Store } = require('./store');
+
+const DAY_MS = 24 * 60 * 60 * 1000;
+
+//! Stored automations. They are kept and switched, never run: no scheduler stands behind them.
+class Automations {
+    #rows = new Store({ noun: 'automation', code: 'AUTOMATION_NOT_FOUND', prefix: 'auto' });
+
+    constructor(now = Date.now) {
+        this.#rows.add({
+            name: 'Dark in the evening',
+            enabled: true,
+            lastRun: now() - DAY_MS,
+            trigger: { type: 'time', at: '20:00' },
+            steps: [{ capabilityId: 'theme.apply', params: { name: 'Breeze Dark' } }],
+            condition: {},
+        });
+        this.#rows.add({
+            name: 'Quiet in meetings',
+            enabled: false,
+            lastRun: null,
+            trigger: { type: 'app', opened: 'Video call' },
+            steps: [{ capabilityId: 'notification.dnd.set', params: { enabled: true } }],
+            condition: { weekday: true },
+        });
+    }
+
+    //! All of them, `lastRun` in milliseconds since 1970 or null.
+    list() {
+        return this.#rows.all();
+    }
+
+    create({ name = '', trigger, steps, condition = {} }) {
+        if (!steps.length)
+            throw invalid('An automation needs at least one step');
+        return this.#rows.add({ name, enabled: true, lastRun: null, trigger, steps, condition });
+    }
+
+    //! Changes what is given of `name`, `trigger`, `steps`, `condition` and `enabled`; other keys are left alone.
+    update({ id, name, trigger, steps, condition, enabled }) {
+        if (steps && !steps.length)
+            throw invalid('An automation needs at least one step');
+        const given = Object.entries({ name, trigger, steps, condition, enabled }).filter(([, value]) => value !== undefined);
+        return this.#rows.change(id, Object.fromEntries(given));
+    }
+
+    delete(id) {
+        this.#rows.delete(id);
+    }
+
+    pause(id, pause) {
+        return this.#rows.change(id, { enabled: !pause });
+    }
+}
+
+module.exports = { Automations };

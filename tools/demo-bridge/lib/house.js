@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const catalog = require('./catalog');
+const frames = require('./frames');
+const { AiRuntime } = require('./runtime');
+const { AuditTrail } = require('./audit');
+const { Automations } = require('./automations');
+const { Desktop } = require('./desktop');
+const { Executor } = require('./executor');
+const { Feedback } = require('./feedback');
+const { FileTree } = require('./files');
+const { Journal } = require('./journal');
+const { Metrics } = require('./metrics');
+const { Pace } = require('./pace');
+const { Reminders } = require('./reminders');
+const { Reports } = require('./reports');
+const { SessionStore } = require('./sessions');
+const { Tokens } = require('./tokens');
+const { Workspaces } = require('./workspaces');
+
+//! All that the clients share. It lives as long as the process.
+class House {
+    clients = new Set();
+    sessions = new SessionStore();
+    feedback = new Feedback();
+    files = new FileTree();
+    tokens = new Tokens(new Set(catalog.models.map(({ provider }) => provider)));
+    audit = new AuditTrail();
+    automations = new Automations();
+    reminders = new Reminders();
+    desktop = new Desktop();
+    journal = new Journal();
+    metrics = new Metrics();
+    workspaces = new Workspaces();
+
+    constructor(settings) {
+        this.settings = settings;
+        this.pace = new Pace(settings.beat);
+        this.executor = new Executor({
+            enabled: settings.executorPathEnabled,
+            desktop: this.desktop,
+            audit: this.audit,
+            pace: this.pace,
+            metrics: this.metrics,
+            broadcast: (name, fields) => this.broadcast(name, fields),
+        });
+        this.runtime = new AiRuntime(this);
+        this.reports = new Reports(this);
+    }
+
+    //! Sends a notice to every client.
+    broadcast(name, fields) {
+        const notice = frames.event(name, fields);
+        this.clients.forEach((client) => client.send(notice));
+    }
+
+    //! The bridge ends: what is under way here ends too.
+    close() {
+        this.pace.close();
+    }
+}
+
+module.exports = { House };
