@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include "support/MessageLog.h"
+
+//! What a purge of the bridge's port writes into the log.
+namespace PurgeLog
+{
+
+constexpr int port = 8765;
+
+const QString checking = QStringLiteral("Checking for stale processes on port 8765");
+const QString noLsof = QStringLiteral("lsof command timed out or failed");
+const QString nothing = QStringLiteral("No stale processes found on port");
+const QString waiting = QStringLiteral("Waiting for port to be released...");
+
+inline QString killing(qint64 pid)
+{
+    return QStringLiteral("Killing stale bridge process PID: %1").arg(pid);
+}
+
+inline QString killed(qint64 pid)
+{
+    return QStringLiteral("Successfully killed process %1").arg(pid);
+}
+
+inline QString skippingOwn(qint64 pid)
+{
+    return QStringLiteral("Skipping own PID %1").arg(pid);
+}
+
+inline QString skippingOther(qint64 pid, const QString &comm)
+{
+    return QStringLiteral("Skipping non-node process PID %1 comm: \"%2\"").arg(pid).arg(comm);
+}
+
+inline QStringList textsOf(const MessageLog &log)
+{
+    QStringList texts;
+    for (const MessageLog::Line &line : log.lines()) {
+        texts.append(line.text);
+    }
+    return texts;
+}
+
+} // namespace PurgeLog

@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "NodeProcess.h"
+#include "PurgeLog.h"
+#include "services/StaleBridges.h"
+#include "support/FakePath.h"
+#include "support/MessageLog.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+namespace
+{
+
+//! Above any number that the kernel gives to a process.
+constexpr int s_noPid = 2147483647;
+
+const QString s_idle = QStringLiteral("setInterval(() => {}, 1000000); console.log();");
+
+} // namespace
+
+//! Whatever lsof says: stand-ins for it name processes of the test.
+class tst_StaleBridgePurge : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void goesOnWithoutLsof();
+    void goesOnWithoutAnAnswer_data();
+    void goesOnWithoutAnAnswer();
+    void readsWhatLsofPrints_data();
+    void readsWhatLsofPrints();
+    void asksForThePort();
+    void killsInOrder();
+    void goesOnWhenAKillFails();
+    void goesOnWithoutAWorkingKill_data();
+    void goesOnWithoutAWorkingKill();
+};
+
+void tst_StaleBridgePurge::goesOnWithoutLsof()
+{
+    FakePath path(FakePath::Rest::Hidden);
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    QCOMPARE(PurgeLog::textsOf(log), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
+    QCOMPARE(log.warnings(), QStringList());
+}
+
+void tst_StaleBridgePurge::goesOnWithoutAnAnswer_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::newRow("hangs") << QByteArray("exec sleep 1000");
+    QTest::newRow("dies") << QByteArray("kill -KILL $$");
+}
+
+void tst_StaleBridgePurge::goesOnWithoutAnAnswer()
+{
+    QFETCH(QByteArray, behaviour);
+    NodeProcess bystander(QStringLiteral("node"), s_idle);
+    QVERIFY(bystander.isReady());
+    FakePath path;
+    const QString pidFile = path.filePath(QStringLiteral("pid"));
+    // What it has printed until then doesn't count.
+    path.add(QStringLiteral("lsof"),
+             "echo $$ > '" + QFile::encodeName(pidFile) + "'; echo " + QByteArray::number(bystander.processId()) + "; "
+                 + behaviour);
+
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    QCOMPARE(PurgeLog::textsOf(log), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
+    QCOMPARE(log.warnings(), QStringList());
+    QFile file(pidFile);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const int pid = file.readAll().trimmed().toInt();
+    QVERIFY(pid > 0);
+    QCOMPARE(::kill(pid, 0), -1);
+    QCOMPARE(bystander.state(), QProcess::Running);
+}
+
+void tst_StaleBridgePurge::readsWhatLsofPrints_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::addColumn<QStringList>("lines");
+
+    QTest::newRow("nothing") << QByteArray("exit 1") << QStringList {PurgeLog::nothing};
+    QTest::newRow("blanks") << QByteArray("printf ' \\n\\n\\t\\n'") << QStringList {PurgeLog::nothing};
+    QTest::newRow("failure") << QByteArray("echo ' no way ' >&2; exit 2")
+                             << QStringList {QStringLiteral("lsof error: \"no way\""), PurgeLog::nothing};
+    QTest::newRow("blanks for an error") << QByteArray("echo ' ' >&2") << QStringList {PurgeLog::nothing};
+    QTest::newRow("the harmless error") << QByteArray("echo \"lsof: can't identify protocol\" >&2")
+                                        << QStringList {PurgeLog::nothing};
+    QTest::newRow("the harmless error among others")
+        << QByteArray("printf '%s\\n' bad \"can't identify protocol\" bad >&2") << QStringList {PurgeLog::nothing};
+    QTest::newRow("junk") << QByteArray("printf '\\377\\001 x\\n12x\\n-4\\n0\\nnode\\n'")
+                          << QStringList {PurgeLog::waiting};
+    QTest::newRow("error and junk") << QByteArray("echo bad >&2; echo junk")
+                                    << QStringList {QStringLiteral("lsof error: \"bad\""), PurgeLog::waiting};
+}
+
+void tst_StaleBridgePurge::readsWhatLsofPrints()
+{
+    QFETCH(QByteArray, behaviour);
+    QFETCH(QStringList, lines);
+    FakePath path;
+    path.add(QStringLiteral("lsof"), behaviour);
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    QCOMPARE(PurgeLog::textsOf(log), QStringList {PurgeLog::checking} + lines);
+    QCOMPARE(log.warnings(), QStringList());
+}
+
+void tst_StaleBridgePurge::asksForThePort()
+{
+    FakePath path;
+    path.add(QStringLiteral("lsof"), "for word; do echo \"<$word>\" >&2; done");
+    MessageLog log;
+    StaleBridges::purge(4711);
+    QCOMPARE(PurgeLog::textsOf(log),
+             (QStringList {QStringLiteral("Checking for stale processes on port 4711"),
+                           QStringLiteral("lsof error: \"<-ti>\\n<:4711>\""), PurgeLog::nothing}));
+}
+
+void tst_StaleBridgePurge::killsInOrder()
+{
+    NodeProcess first(QStringLiteral("node"), s_idle);
+    NodeProcess other(QStringLiteral("nodes"), s_idle);
+    NodeProcess last(QStringLiteral("node"), s_idle);
+    QVERIFY(first.isReady() && other.isReady() && last.isReady());
+    const qint64 own = QCoreApplication::applicationPid();
+    FakePath path;
+    path.add(QStringLiteral("lsof"),
+             QStringLiteral("printf '%1\\njunk\\n%2\\n%3\\n%4\\n'")
+                 .arg(last.processId())
+                 .arg(own)
+                 .arg(other.processId())
+                 .arg(first.processId())
+                 .toUtf8());
+    const QStringList expected {
+        PurgeLog::checking,
+        PurgeLog::killing(last.processId()),
+        PurgeLog::killed(last.processId()),
+        PurgeLog::skippingOwn(own),
+        PurgeLog::skippingOther(other.processId(), QStringLiteral("nodes")),
+        PurgeLog::killing(first.processId()),
+        PurgeLog::killed(first.processId()),
+        PurgeLog::waiting,
+    };
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    QCOMPARE(PurgeLog::textsOf(log), expected);
+    QCOMPARE(other.state(), QProcess::Running);
+}
+
+void tst_StaleBridgePurge::goesOnWhenAKillFails()
+{
+    NodeProcess bridge(QStringLiteral("node"), s_idle);
+    QVERIFY(bridge.isReady());
+    const qint64 pid = bridge.processId();
+    FakePath path;
+    path.add(QStringLiteral("lsof"), QStringLiteral("printf '%1\\n%2\\n'").arg(s_noPid).arg(pid).toUtf8());
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    // A process without a name counts as a bridge.
+    const QString failure = QStringLiteral("Failed to kill process %1 : \"Unknown error\"").arg(s_noPid);
+    QCOMPARE(PurgeLog::textsOf(log),
+             (QStringList {PurgeLog::checking, PurgeLog::killing(s_noPid), failure, PurgeLog::killing(pid),
+                           PurgeLog::killed(pid), PurgeLog::waiting}));
+    QCOMPARE(log.warnings(), QStringList {failure});
+}
+
+void tst_StaleBridgePurge::goesOnWithoutAWorkingKill_data()
+{
+    QTest::addColumn<QByteArray>("behaviour");
+    QTest::newRow("absent") << QByteArray();
+    QTest::newRow("hangs") << QByteArray("exec /bin/sleep 1000");
+    QTest::newRow("dies") << QByteArray("kill -KILL $$");
+}
+
+void tst_StaleBridgePurge::goesOnWithoutAWorkingKill()
+{
+    QFETCH(QByteArray, behaviour);
+    FakePath path(FakePath::Rest::Hidden);
+    if (!behaviour.isEmpty()) {
+        path.add(QStringLiteral("kill"), behaviour);
+    }
+    path.add(QStringLiteral("lsof"), "echo " + QByteArray::number(s_noPid));
+    MessageLog log;
+    StaleBridges::purge(PurgeLog::port);
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.count(QStringLiteral("Failed to kill process %1 : \"").arg(s_noPid)), 1);
+    QCOMPARE(log.count(QStringLiteral("Successfully")), 0);
+    QCOMPARE(PurgeLog::textsOf(log).last(), PurgeLog::waiting);
+}
+
+QTEST_GUILESS_MAIN(tst_StaleBridgePurge)
+#include "tst_StaleBridgePurge.moc"
