@@ -46,7 +46,8 @@ class Automations {
     update({ id, name, trigger, steps, condition, enabled }) {
         if (steps && !steps.length)
             throw invalid('An automation needs at least one step');
-        const given = Object.entries({ name, trigger, steps, condition, enabled }).filter(([, value]) => value !== undefined);
+        const given = Object.entries({ name, trigger, steps, condition, enabled })
+            .filter(([, value]) => value !== undefined);
         return this.#rows.change(id, Object.fromEntries(given));
     }
 

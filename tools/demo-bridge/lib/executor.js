@@ -9,6 +9,7 @@ const { checkParams, invalid } = require('./params');
 const { MAX_STEPS } = require('./planner');
 
 const STEP_BEATS = 0.5;
+const MAX_PARAMS = 2000; // characters as JSON: what has run must fit into the audit trail
 const STOPPED = 'Stopped by the emergency stop';
 
 //! The rows of steps. Throws a Failure for what can't run, before anything has.
@@ -24,6 +25,8 @@ function checkSteps(steps) {
         if (row.denied)
             throw new Failure(row.denied, 'PERMISSION_DENIED');
         checkParams(row.params, params);
+        if (JSON.stringify(params).length > MAX_PARAMS)
+            throw invalid(`The params of a step take at most ${MAX_PARAMS} characters`);
         row.check?.(params);
         return { row, params };
     });

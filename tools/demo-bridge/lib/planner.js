@@ -31,7 +31,10 @@ const RULES = [
         pattern: /\bnight colou?r\b(?:.*\b(off)\b)?/,
         plan: ([, off]) => step('display.night_color.toggle', { enabled: isOn(off) }),
     },
-    { pattern: /\brotate\b.*\b(left|right|inverted|normal)\b/, plan: ([, rotation]) => step('display.rotate', { rotation }) },
+    {
+        pattern: /\brotate\b.*\b(left|right|inverted|normal)\b/,
+        plan: ([, rotation]) => step('display.rotate', { rotation }),
+    },
     {
         pattern: /\bdo not disturb\b(?:.*\b(on|off)\b)?/,
         plan: ([, word]) => (word ? step('notification.dnd.set', { enabled: isOn(word) }) : step('notification.dnd.get')),
@@ -55,7 +58,10 @@ const RULES = [
         plan: ([, verb, title]) => step(`window.${verb.replace('ise', 'ize')}`, { title }),
     },
     { pattern: /\bpanels?\b/, plan: () => step('panel.get_layout') },
-    { pattern: /\b(?:notify|tell) me\b(?: that)?(.*)/, plan: ([, text]) => step('kde.notify', { text: text.trim() || 'Done' }) },
+    {
+        pattern: /\b(?:notify|tell) me\b(?: that)?(.*)/,
+        plan: ([, text]) => step('kde.notify', { text: text.trim() || 'Done' }),
+    },
 ];
 
 function stepFor(part) {
@@ -74,7 +80,8 @@ const refused = (summary, reason) => ({ allowed: false, requiresApproval: false,
 function makePlan(message) {
     const wish = oneLine(message.slice(0, MAX_WISH));
     const summary = cut(wish, MAX_SUMMARY);
-    const parts = wish.toLowerCase().replace(/[.!?]+$/, '').split(/,| and | then /).map((part) => part.trim()).filter(Boolean);
+    const parts = wish.toLowerCase().replace(/[.!?]+$/, '').split(/,| and | then /)
+        .map((part) => part.trim()).filter(Boolean);
     const found = parts.map((part) => ({ part, step: stepFor(part) }));
     const plan = found.flatMap(({ step: each }) => each ?? []);
     if (!plan.length)

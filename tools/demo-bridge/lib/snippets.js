@@ -59,7 +59,10 @@ const EDITS = [
         edit: (code, [, from, to]) => code.replace(new RegExp(`\\b${from}\\b`, 'g'), to),
     },
     { pattern: /\bremove\b.*\b(?:blank|empty) lines\b/i, edit: (code) => code.replace(/^[ \t]*\r?\n/gm, '') },
-    { pattern: /\bremove\b.*\btrailing (?:blanks|spaces|white ?space)\b/i, edit: (code) => code.replace(/(?<![ \t])[ \t]+$/gm, '') },
+    {
+        pattern: /\bremove\b.*\btrailing (?:blanks|spaces|white ?space)\b/i,
+        edit: (code) => code.replace(/(?<![ \t])[ \t]+$/gm, ''), // from where a run begins: no run is tried twice
+    },
     { pattern: /\btabs to spaces\b/i, edit: (code) => code.replace(/\t/g, '    ') },
 ];
 

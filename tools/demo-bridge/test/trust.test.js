@@ -83,7 +83,8 @@ for (const [name, steps, state, details, verified] of OUTCOMES) {
 
 test('what ran before a failing step stays until it is taken back', async (t) => {
     const client = await (await startBridge(t)).connect();
-    const { actionId } = await client.result('executePlan', { steps: [quiet, step('window.close', { title: 'None' }), dark] });
+    const closing = step('window.close', { title: 'None' });
+    const { actionId } = await client.result('executePlan', { steps: [quiet, closing, dark] });
     assert.equal((await desktop(client)).theme, 'Breeze');
     assert.equal(await volume(client), 20);
     assert.deepEqual((await client.result('auditListRecent')).actions[1].steps, [quiet]);
@@ -92,7 +93,7 @@ test('what ran before a failing step stays until it is taken back', async (t) =>
     const failed = client.events.find(({ phase }) => phase === 'failed');
     assert.equal(failed.capabilityId, 'window.close');
 
-    const first = await client.result('executePlan', { steps: [step('window.close', { title: 'None' })] });
+    const first = await client.result('executePlan', { steps: [closing] });
     assert.equal('actionId' in first, false);
 });
 
@@ -107,6 +108,8 @@ const WRONG_STEPS = [
     [[step('audio.volume.set', [])], 'INVALID_PARAMS', 'The parameter "params" must be an object'],
     [[step('display.rotate', { rotation: 'up' })], 'INVALID_PARAMS',
         'The parameter "rotation" must be one of: normal, left, right, inverted'],
+    [[dark, step('app.launch', { name: 'Mail', more: 'x'.repeat(2000) })], 'INVALID_PARAMS',
+        'The params of a step take at most 2000 characters'],
     [[dark, step('power.shutdown')], 'PERMISSION_DENIED', 'The assistant never ends your session'],
 ];
 
@@ -178,6 +181,14 @@ test('without the executor path a plan is only checked', async (t) => {
     assert.equal((await client.request('executePlan', { steps: [step('no.such')] })).error.code, 'UNKNOWN_CAPABILITY');
 });
 
+test('the longest plan that may run fits into the audit trail', async (t) => {
+    const client = await (await startBridge(t)).connect();
+    const steps = Array(20).fill(step('app.launch', { name: 'x'.repeat(1980) }));
+    const { success, actionId } = await client.result('executePlan', { steps });
+    assert.equal(success, true);
+    assert.equal((await client.result('auditRevert', { actionId })).reverted, 20);
+});
+
 test('what is never done can be read', async (t) => {
     const client = await (await startBridge(t)).connect();
     const { denied } = await client.result('getDeniedPermissions');
@@ -212,10 +223,12 @@ test('what only read reverts to nothing, what stays done says so', async (t) => 
     const client = await (await startBridge(t)).connect();
     const run = async (...steps) => (await client.result('executePlan', { steps })).actionId;
     const read = await run(step('window.list'));
-    assert.deepEqual(await client.result('auditRevert', { actionId: read }), { ok: true, actionId: read, reverted: 0, kept: 0 });
+    assert.deepEqual(await client.result('auditRevert', { actionId: read }),
+        { ok: true, actionId: read, reverted: 0, kept: 0 });
     const gone = await run(step('trash.empty'));
     assert.deepEqual((await client.request('auditRevert', { actionId: gone })).error,
         { message: 'This action cannot be taken back', code: 'NOT_REVERTIBLE' });
     const both = await run(step('trash.empty'), dark);
-    assert.deepEqual(await client.result('auditRevert', { actionId: both }), { ok: true, actionId: both, reverted: 1, kept: 1 });
+    assert.deepEqual(await client.result('auditRevert', { actionId: both }),
+        { ok: true, actionId: both, reverted: 1, kept: 1 });
 });

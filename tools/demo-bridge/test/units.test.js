@@ -5,9 +5,12 @@
 
 const assert = require('assert/strict');
 const net = require('net');
-const { once } = require('events');
+const { EventEmitter, once } = require('events');
 
 const rephrase = require('../lib/rephrase');
+const { Connection } = require('../lib/connection');
+const { House } = require('../lib/house');
+const { Pace } = require('../lib/pace');
 const { SessionStore } = require('../lib/sessions');
 const { checkParams } = require('../lib/params');
 const { cut } = require('../lib/text');
@@ -111,4 +114,31 @@ test('a port that is taken at the second address is taken', { skip: withoutIPv6 
     const again = net.createServer().listen(port, '127.0.0.1');
     await once(again, 'listening');
     await closeAll([again]);
+});
+
+test('a client that has left gets no more notices', () => {
+    const house = new House({ beat: 0, executorPathEnabled: true });
+    const open = () => Object.assign(new EventEmitter(), { OPEN: 1, readyState: 1, bufferedAmount: 0, sent: [],
+        send(text) { this.sent.push(JSON.parse(text)); } });
+    const [stays, leaves] = [open(), open()];
+    [stays, leaves].forEach((socket) => new Connection(socket, house));
+    leaves.emit('close');
+    assert.equal(house.clients.size, 1);
+    house.broadcast('plan.phase', { phase: 'executing' });
+    assert.deepEqual(stays.sent.at(-1), { type: 'event', payload: { event: 'plan.phase', phase: 'executing' } });
+    assert.equal(leaves.sent.length, 1);
+});
+
+test('beats pass, unless a signal or the end cuts them short', async () => {
+    const pace = new Pace(60000);
+    const stop = new AbortController();
+    assert.equal(await pace.pass(0, stop.signal), true);
+    const stopped = pace.pass(1, stop.signal);
+    stop.abort();
+    assert.equal(await stopped, false);
+    assert.equal(await pace.pass(1, stop.signal), false);
+    const ended = pace.pass(1);
+    pace.close();
+    assert.equal(await ended, false);
+    assert.equal(await pace.pass(1), false);
 });
