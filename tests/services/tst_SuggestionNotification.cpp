@@ -1,0 +1,299 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "DataDirectories.h"
+#include "services/SuggestionNotification.h"
+#include "support/MessageLog.h"
+#include "support/Notifications.h"
+#include "support/TestSetup.h"
+
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QSocketNotifier>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+#include <unistd.h>
+
+namespace
+{
+
+const QString s_notify = QStringLiteral("Notify");
+const QString s_close = QStringLiteral("CloseNotification");
+
+QJsonObject parsed(const QByteArray &json)
+{
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    Q_ASSERT(!object.isEmpty());
+    return object;
+}
+
+QStringList words(const char *list)
+{
+    return QString::fromUtf8(list).split(QLatin1Char('|'), Qt::SkipEmptyParts);
+}
+
+QString textOf(const QJsonObject &call, const char *key)
+{
+    return call.value(QLatin1String(key)).toString();
+}
+
+QStringList actionsOf(const QJsonObject &notify)
+{
+    return notify.value(QLatin1String("actions")).toVariant().toStringList();
+}
+
+constexpr char s_childArgument[] = "--show-until-input-ends";
+
+//! A program that shows a notification of an object that ends as late as an object can, and ends with its input.
+int showUntilInputEnds(int &argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    TestSetup::setAboutData();
+    preferDataBesideExecutable();
+    SuggestionNotification::show(parsed(R"({"title":"T"})"), new QObject(&application), [](const QString &) {});
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+class tst_SuggestionNotification : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void showsWhatTheBridgeSends();
+    void actionsBecomeButtons_data();
+    void actionsBecomeButtons();
+    void callsBackWithTheChosenAction_data();
+    void callsBackWithTheChosenAction();
+    void showsNothingWithoutTitle_data();
+    void showsNothingWithoutTitle();
+    void twoDoNotMixTheirChoices();
+    void endsWithItsParent();
+    void mayBeShownWhenTheProgramEnds();
+    void wantsInAppDialog_data();
+    void wantsInAppDialog();
+
+private:
+    std::function<void(const QString &)> note()
+    {
+        return [this](const QString &id) { m_chosen.append(id); };
+    }
+
+    Notifications m_service;
+    std::unique_ptr<QObject> m_parent;
+    std::unique_ptr<MessageLog> m_log;
+    QStringList m_chosen;
+};
+
+void tst_SuggestionNotification::initTestCase()
+{
+    TestSetup::setAboutData();
+    // The file that declares the event lies there, as it does for the program.
+    preferDataBesideExecutable();
+    QVERIFY(m_service.isRunning());
+}
+
+void tst_SuggestionNotification::init()
+{
+    m_log = std::make_unique<MessageLog>();
+    m_parent = std::make_unique<QObject>();
+    m_chosen.clear();
+}
+
+void tst_SuggestionNotification::cleanup()
+{
+    // What is still shown goes with the parent, and no test sees it of another.
+    for (int open = m_parent->children().size(); open > 0; --open) {
+        delete m_parent->children().first();
+        QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    }
+    m_parent.reset();
+    QCOMPARE(m_service.calls(), QList<QJsonObject>());
+    QCOMPARE(m_log->warnings(), QStringList());
+    m_log.reset();
+}
+
+void tst_SuggestionNotification::showsWhatTheBridgeSends()
+{
+    SuggestionNotification::show(parsed(R"({"title":"Writing","body":"Shall I prepare <b>it</b>?",
+                                            "actions":[{"id":"prepare","label":"Go"},{"id":"dismiss","label":"No"}]})"),
+                                 m_parent.get(), note());
+    const QJsonObject call = m_service.take();
+    QCOMPARE(textOf(call, "call"), s_notify);
+    QCOMPARE(textOf(call, "title"), QStringLiteral("Writing"));
+    QCOMPARE(textOf(call, "body"), QStringLiteral("Shall I prepare <b>it</b>?"));
+    QCOMPARE(textOf(call, "icon"), QStringLiteral("dialog-information"));
+    QCOMPARE(textOf(call, "event"), QStringLiteral("workspaceSuggestion"));
+    QCOMPARE(textOf(call, "component"), QStringLiteral("loomra-kde"));
+    QCOMPARE(textOf(call, "application"), QStringLiteral("Loomra KDE"));
+    QCOMPARE(actionsOf(call), words("default|Prepare now|1|Go|2|No"));
+    QCOMPARE(m_chosen, QStringList());
+    QCOMPARE(m_parent->children().size(), 1);
+}
+
+void tst_SuggestionNotification::actionsBecomeButtons_data()
+{
+    QTest::addColumn<QByteArray>("more"); // JSON behind the title
+    QTest::addColumn<QStringList>("actions");
+
+    const auto row = [](const char *name, const char *more, const char *actions) {
+        QTest::newRow(name) << QByteArray(more) << words(actions);
+    };
+    row("none", "", "default|Prepare now");
+    row("review", R"(,"suggestionType":"candidate_review")", "default|Review");
+    row("another type", R"(,"suggestionType":"Candidate_Review")", "default|Prepare now");
+    row("empty list", R"(,"actions":[])", "default|Prepare now");
+    row("no list", R"(,"actions":{"id":"a","label":"A"})", "default|Prepare now");
+    row("one", R"(,"actions":[{"id":"a","label":"A"}])", "default|Prepare now|1|A");
+    row("three", R"(,"actions":[{"id":"a","label":"A"},{"id":"b","label":"B"},{"id":"c","label":"C"}])",
+        "default|Prepare now|1|A|2|B|3|C");
+    row("without id", R"(,"actions":[{"label":"A"},{"id":"","label":"B"},{"id":3,"label":"C"},{"id":"d","label":"D"}])",
+        "default|Prepare now|1|D");
+    row("without label", R"(,"actions":[{"id":"a"},{"id":"b","label":""},"c",{"id":"d","label":"D"}])",
+        "default|Prepare now|1|D");
+}
+
+void tst_SuggestionNotification::actionsBecomeButtons()
+{
+    QFETCH(QByteArray, more);
+    SuggestionNotification::show(parsed(R"({"title":"T")" + more + '}'), m_parent.get(), note());
+    QTEST(actionsOf(m_service.take()), "actions");
+}
+
+void tst_SuggestionNotification::callsBackWithTheChosenAction_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("picked");
+    QTest::addColumn<QStringList>("chosen");
+
+    const QByteArray three = R"({"title":"T","actions":[{"id":"","label":"skipped"},{"id":"prepare","label":"A"},
+                                {"id":"dismiss","label":"B"},{"id":"snooze","label":"C"}]})";
+    const QByteArray one = R"({"title":"T","actions":[{"id":"dismiss","label":"A"}],
+                              "suggestionType":"candidate_review"})";
+    QTest::newRow("first") << three << "1" << words("prepare");
+    QTest::newRow("second") << three << "2" << words("dismiss");
+    QTest::newRow("third has no effect") << three << "3" << QStringList();
+    QTest::newRow("default") << three << "default" << words("prepare");
+    QTest::newRow("default of a review") << one << "default" << words("review");
+    QTest::newRow("first of one") << one << "1" << words("dismiss");
+}
+
+void tst_SuggestionNotification::callsBackWithTheChosenAction()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, picked);
+    SuggestionNotification::show(parsed(json), m_parent.get(), note());
+    m_service.invoke(m_service.take(), picked);
+
+    // It is closed when all is done.
+    QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    QTEST(m_chosen, "chosen");
+    QTRY_VERIFY(m_parent->children().isEmpty());
+}
+
+void tst_SuggestionNotification::showsNothingWithoutTitle_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("empty") << QByteArray(R"({"title":"","body":"B"})");
+    QTest::newRow("missing") << QByteArray(R"({"body":"B"})");
+    QTest::newRow("number") << QByteArray(R"({"title":5})");
+}
+
+void tst_SuggestionNotification::showsNothingWithoutTitle()
+{
+    QFETCH(QByteArray, json);
+    SuggestionNotification::show(parsed(json), m_parent.get(), note());
+    QVERIFY(m_parent->children().isEmpty());
+    // The next call is of the next one.
+    SuggestionNotification::show(parsed(R"({"title":"next"})"), m_parent.get(), note());
+    QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("next"));
+}
+
+void tst_SuggestionNotification::twoDoNotMixTheirChoices()
+{
+    SuggestionNotification::show(parsed(R"({"title":"1","actions":[{"id":"a","label":"A"}]})"), m_parent.get(), note());
+    SuggestionNotification::show(parsed(R"({"title":"2","actions":[{"id":"b","label":"B"}]})"), m_parent.get(), note());
+    const QJsonObject first = m_service.take();
+    const QJsonObject second = m_service.take();
+    m_service.invoke(second, QStringLiteral("1"));
+    QTRY_COMPARE(m_chosen, words("b"));
+    m_service.invoke(first, QStringLiteral("1"));
+    QTRY_COMPARE(m_chosen, words("b|a"));
+    QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    QTRY_VERIFY(m_parent->children().isEmpty());
+}
+
+void tst_SuggestionNotification::endsWithItsParent()
+{
+    SuggestionNotification::show(parsed(R"({"title":"T"})"), m_parent.get(), note());
+    const QJsonObject shown = m_service.take();
+    m_parent = std::make_unique<QObject>();
+    m_service.invoke(shown, QStringLiteral("default"));
+    QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    // A later one is heard after the choice that nobody waits for any more.
+    SuggestionNotification::show(parsed(R"({"title":"2"})"), m_parent.get(), note());
+    m_service.invoke(m_service.take(), QStringLiteral("default"));
+    QCOMPARE(textOf(m_service.take(), "call"), s_close);
+    QTRY_COMPARE(m_chosen, words("prepare"));
+    QTRY_VERIFY(m_parent->children().isEmpty());
+}
+
+void tst_SuggestionNotification::mayBeShownWhenTheProgramEnds()
+{
+    QProcess run;
+    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument)});
+    QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("T"));
+    run.closeWriteChannel();
+    QVERIFY(run.waitForFinished());
+    QCOMPARE(run.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(run.exitCode(), 0);
+    QCOMPARE(run.readAllStandardError(), QByteArray());
+}
+
+void tst_SuggestionNotification::wantsInAppDialog_data()
+{
+    QTest::addColumn<QByteArray>("value"); // null means unset
+    QTest::addColumn<bool>("wanted");
+
+    QTest::newRow("unset") << QByteArray() << false;
+    QTest::newRow("empty") << QByteArray("") << false;
+    QTest::newRow("1") << QByteArray("1") << true;
+    QTest::newRow("true") << QByteArray("true") << true;
+    QTest::newRow("TRUE") << QByteArray("TRUE") << true;
+    QTest::newRow("yes") << QByteArray("yes") << false;
+    QTest::newRow("0") << QByteArray("0") << false;
+    QTest::newRow("with a blank") << QByteArray("true ") << false;
+}
+
+void tst_SuggestionNotification::wantsInAppDialog()
+{
+    QFETCH(QByteArray, value);
+    const char *variable = "LOOMRA_WORKSPACE_NOTIFY_INAPP";
+    value.isNull() ? qunsetenv(variable) : qputenv(variable, value);
+    QTEST(SuggestionNotification::wantsInAppDialog(), "wanted");
+    qunsetenv(variable);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 2 && qstrcmp(argv[1], s_childArgument) == 0) {
+        return showUntilInputEnds(argc, argv);
+    }
+    const QGuiApplication application(argc, argv);
+    tst_SuggestionNotification test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_SuggestionNotification.moc"
