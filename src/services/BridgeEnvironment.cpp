@@ -3,6 +3,8 @@
 
 #include "BridgeEnvironment.h"
 
+#include "EventLogDirectory.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -74,7 +76,7 @@ BridgeEnvironment::ForChild BridgeEnvironment::forChild(QProcessEnvironment envi
         }
     }
     if (!environment.contains(s_stateHome) && !surroundings.home.isEmpty()) {
-        environment.insert(s_stateHome, surroundings.home + QLatin1String("/.local/state"));
+        environment.insert(s_stateHome, EventLogDirectory::usualStateHome(surroundings.home));
     }
     for (const QLatin1String name : s_offByDefault) {
         if (!environment.contains(name)) {
