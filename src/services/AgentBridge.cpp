@@ -3,6 +3,8 @@
 
 #include "AgentBridge.h"
 
+#include "BridgeSocket.h"
+
 #include <QClipboard>
 #include <QDebug>
 #include <QGuiApplication>
@@ -18,9 +20,6 @@ namespace
 constexpr char s_bridgeUrl[] = "ws://127.0.0.1:8765/ws";
 
 constexpr int s_retryInterval = 3000; // ms
-
-//! Far above any reply. What is longer closes the connection.
-constexpr quint64 s_incomingLimit = 64 * 1024 * 1024; // bytes
 
 constexpr int s_loggedTranscript = 80; // characters
 
@@ -38,12 +37,9 @@ QString modelKey()
 
 AgentBridge::AgentBridge(QObject *parent)
     : QObject(parent)
-    , m_socket(new QWebSocket(QString(), QWebSocketProtocol::Version13, this))
+    , m_socket(BridgeSocket::create(this))
     , m_reconnectTimer(new QTimer(this))
 {
-    m_socket->setMaxAllowedIncomingFrameSize(s_incomingLimit);
-    m_socket->setMaxAllowedIncomingMessageSize(s_incomingLimit);
-
     const QSettings settings;
     const QString agent = settings.value(agentKey(), m_currentAgent).toString();
     if (!agent.isEmpty()) {
