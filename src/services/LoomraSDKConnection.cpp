@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// The connection to the bridge: what moves "connected" and "ready", and the timer that brings a lost one back.
+
+#include "LoomraSDK.h"
+
+#include "DebugEventLog.h"
+
+#include <QDebug>
+#include <QTimer>
+#include <QUrl>
+#include <QWebSocket>
+
+namespace
+{
+
+constexpr int s_reminderAfterReady = 300; // ms
+
+QString flagsBefore(bool connected, bool ready)
+{
+    return QStringLiteral("{\"wasConnected\":%1,\"wasReady\":%2}").arg(int(connected)).arg(int(ready));
+}
+
+} // namespace
+
+bool LoomraSDK::isSocketOpen() const
+{
+    return m_webSocket->state() == QAbstractSocket::ConnectedState;
+}
+
+void LoomraSDK::connectWebSocket()
+{
+    DebugEventLog::write(
+        QStringLiteral("LoomraSDK:connectWebSocket"), QStringLiteral("connectWebSocket called"),
+        QStringLiteral("{\"port\":%1,\"currentState\":%2}").arg(m_port).arg(int(m_webSocket->state())));
+    if (!isSocketOpen()) {
+        m_webSocket->open(QUrl(QStringLiteral("ws://localhost:%1/ws").arg(m_port)));
+    }
+}
+
+void LoomraSDK::reconnectBridge()
+{
+    if (isSocketOpen()) {
+        m_webSocket->close(QWebSocketProtocol::CloseCodeNormal);
+    }
+    connectWebSocket();
+}
+
+void LoomraSDK::onWebSocketConnected()
+{
+    qDebug() << "WebSocket connected to bridge! wasConnected:" << m_connected << "wasReady:" << m_ready;
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketConnected"), QStringLiteral("WebSocket connected"),
+                         flagsBefore(m_connected, m_ready));
+    m_connected = true;
+    Q_EMIT connectedChanged();
+    qDebug() << "WebSocket connected to bridge";
+}
+
+void LoomraSDK::onWebSocketDisconnected()
+{
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketDisconnected"), QStringLiteral("WebSocket disconnected"),
+                         flagsBefore(m_connected, m_ready));
+    fallToDisconnected();
+    qDebug() << "WebSocket disconnected from bridge";
+    QMetaObject::invokeMethod(this, &LoomraSDK::scheduleReconnect, Qt::QueuedConnection);
+}
+
+void LoomraSDK::onWebSocketError(QAbstractSocket::SocketError socketError)
+{
+    const QString reason = m_webSocket->errorString();
+    qWarning() << "WebSocket error:" << socketError << "error string:" << reason;
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketError"), QStringLiteral("WebSocket error"),
+                         QStringLiteral("{\"error\":%1,\"errorString\":\"%2\"}")
+                             .arg(QString::number(socketError), DebugEventLog::escaped(reason)));
+    // By number: a refused connection reads "WebSocket error: 0", and comes with every attempt.
+    Q_EMIT error(QStringLiteral("WebSocket error: %1").arg(int(socketError)));
+    if (m_connectOnly) {
+        ensureBridgeUserServiceStarted();
+        QMetaObject::invokeMethod(this, &LoomraSDK::scheduleReconnect, Qt::QueuedConnection);
+    }
+}
+
+void LoomraSDK::fallToDisconnected()
+{
+    m_connected = false;
+    m_ready = false;
+    Q_EMIT connectedChanged();
+    Q_EMIT readyChanged();
+}
+
+void LoomraSDK::onReady()
+{
+    m_ready = true;
+    Q_EMIT readyChanged();
+    m_reconnectTimer->stop();
+    fetchBridgeCapabilities();
+    QTimer::singleShot(s_reminderAfterReady, this, &LoomraSDK::updateWorkspaceSuggestionReminderTimer);
+}
+
+void LoomraSDK::fetchBridgeCapabilities()
+{
+    if (isSocketOpen() && m_ready) {
+        request(QStringLiteral("ping"));
+        request(QStringLiteral("getCapabilities"));
+    }
+}
+
+void LoomraSDK::scheduleReconnect()
+{
+    if (!m_shuttingDown && !m_reconnectTimer->isActive()) {
+        m_reconnectTimer->start();
+    }
+}
+
+void LoomraSDK::tryReconnect()
+{
+    if (m_shuttingDown) {
+        return;
+    }
+    if (m_connected && m_ready) {
+        m_reconnectTimer->stop();
+        return;
+    }
+    if (m_connectOnly) {
+        ensureBridgeUserServiceStarted();
+    } else if (m_bridgeProcess->state() == QProcess::NotRunning) {
+        startBridgeProcess(); // which connects by itself
+        return;
+    }
+    if (!isSocketOpen()) { // open: "ready" is awaited
+        connectWebSocket();
+    }
+}

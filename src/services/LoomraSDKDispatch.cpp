@@ -1,0 +1,193 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// The machinery of requests: one sender, one receiver.
+
+#include "LoomraSDK.h"
+
+#include "BridgeFrame.h"
+#include "DebugEventLog.h"
+#include "LoomraSDKRoutes.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+#include <QWebSocket>
+
+namespace
+{
+
+//! Where the kept argument of a request stands beside its label. After so many requests a kept argument can meet a
+//! later request's id; the newer one wins.
+constexpr int s_pendingArgumentOffset = 10000;
+
+constexpr int s_loggedFrame = 200; // characters
+
+//! The one unsolicited "response" that is acted on.
+constexpr QLatin1String s_suggestionCheck("aiRuntimeCheckWorkspaceNotification");
+
+QString receiverLocation()
+{
+    return QStringLiteral("LoomraSDK:onWebSocketTextMessageReceived");
+}
+
+QString senderLocation()
+{
+    return QStringLiteral("LoomraSDK:sendRequest");
+}
+
+QString requestData(const QString &method, int requestId)
+{
+    return QStringLiteral("{\"method\":\"%1\",\"requestId\":%2}")
+        .arg(DebugEventLog::escaped(method), QString::number(requestId));
+}
+
+//! The words of an error object: its message, or its code where that is empty.
+QString wordsOf(const QJsonObject &error)
+{
+    const QString message = error.value(QLatin1String("message")).toString();
+    return message.isEmpty() ? error.value(QLatin1String("code")).toString() : message;
+}
+
+//! In a "response" only an object is an error; in the older form only a string.
+QString errorTextOf(const BridgeFrame &frame)
+{
+    return frame.kind == BridgeFrame::Kind::Response ? wordsOf(frame.error.toObject()) : frame.error.toString();
+}
+
+} // namespace
+
+void LoomraSDK::request(const QString &label, const QJsonObject &params, const QString &kept)
+{
+    const int requestId = m_nextRequestId++;
+    m_pendingRequests.insert(requestId, label);
+    if (!kept.isNull()) {
+        m_pendingRequests.insert(requestId + s_pendingArgumentOffset, kept);
+    }
+    sendRequest(label.section(QLatin1Char('_'), 0, 0), params, requestId);
+}
+
+void LoomraSDK::sendRequest(const QString &method, const QJsonObject &params, int requestId)
+{
+    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest entry"),
+                         QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
+                             .arg(DebugEventLog::escaped(method), QString::number(requestId),
+                                  QString::number(int(m_ready)), QString::number(int(m_connected))));
+    if (!m_ready) {
+        // The label stays where it is, as if the request were still open.
+        Q_EMIT error(notReadyText());
+        DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest SDK not ready"),
+                             requestData(method, requestId));
+        return;
+    }
+    const QJsonObject message {
+        {QStringLiteral("id"), requestId},
+        {QStringLiteral("method"), method},
+        {QStringLiteral("params"), params},
+    };
+    m_webSocket->sendTextMessage(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest message sent"), requestData(method, requestId));
+}
+
+void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
+{
+    DebugEventLog::write(
+        receiverLocation(), QStringLiteral("WebSocket message received"),
+        QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
+            .arg(QString::number(message.size()), DebugEventLog::escapedLines(message.left(s_loggedFrame))));
+
+    const BridgeFrame frame = BridgeFrame::parse(message);
+    if (frame.kind == BridgeFrame::Kind::Unreadable) {
+        qDebug() << "Failed to parse JSON message:" << frame.parseError;
+        DebugEventLog::write(receiverLocation(), QStringLiteral("JSON parse error"),
+                             QStringLiteral("{\"error\":\"%1\"}").arg(DebugEventLog::escaped(frame.parseError)));
+        return;
+    }
+
+    // A top level that is no object reads as an object without keys, and so goes on as a reply to nothing.
+    const QString type = frame.message.value(QLatin1String("type")).toString();
+    DebugEventLog::write(receiverLocation(), QStringLiteral("Parsed message object"),
+                         QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
+                             .arg(QString::number(int(frame.message.contains(QLatin1String("type")))),
+                                  DebugEventLog::escaped(type),
+                                  QString::number(int(frame.message.contains(QLatin1String("id"))))));
+
+    switch (frame.kind) {
+    case BridgeFrame::Kind::Ready: {
+        const bool sdkInitialized = frame.message.value(QLatin1String("sdkInitialized")).toBool();
+        DebugEventLog::write(
+            receiverLocation(), QStringLiteral("Received ready message"),
+            QStringLiteral("{\"sdkInitialized\":%1,\"wasReady\":%2}").arg(int(sdkInitialized)).arg(int(m_ready)));
+        qDebug() << "Bridge is ready, sdkInitialized:" << sdkInitialized;
+        onReady();
+        break;
+    }
+    case BridgeFrame::Kind::Event:
+        if (frame.eventName == QLatin1String("ready")) { // all others are the chat client's
+            onReady();
+        }
+        break;
+    case BridgeFrame::Kind::Error:
+        processError(frame);
+        break;
+    case BridgeFrame::Kind::Response:
+    case BridgeFrame::Kind::OlderReply:
+        processReply(frame);
+        break;
+    case BridgeFrame::Kind::Stream: // replies come whole here
+    case BridgeFrame::Kind::Unreadable:
+        break;
+    }
+}
+
+void LoomraSDK::processError(const BridgeFrame &frame)
+{
+    const QString text = wordsOf(frame.error.toObject());
+    if (!text.isEmpty()) {
+        Q_EMIT error(text);
+    }
+    const int id = frame.id.toInt();
+    if (id != 0) {
+        m_pendingRequests.remove(id);
+    }
+}
+
+void LoomraSDK::processReply(const BridgeFrame &frame)
+{
+    const int id = frame.id.toInt();
+    const auto pending = m_pendingRequests.constFind(id);
+    if (pending == m_pendingRequests.constEnd()) {
+        if (frame.kind == BridgeFrame::Kind::Response && frame.result.isObject()
+            && frame.message.value(QLatin1String("method")).toString() == s_suggestionCheck) {
+            handleSuggestionCheck(frame.result.toObject());
+        }
+        return;
+    }
+    // Out of the hash before anything else happens: a duplicate finds nothing, and what the reply leads to may send.
+    const QString label = m_pendingRequests.take(id);
+    const QString errorText = errorTextOf(frame);
+    if (!errorText.isEmpty()) {
+        Q_EMIT error(errorText); // a kept argument stays
+        return;
+    }
+    if (const Route *route = routeOf(label)) {
+        route->handle(*this, Reply {id, frame.result, frame.result.toObject()});
+    }
+}
+
+QString LoomraSDK::takeKeptArgument(int requestId)
+{
+    return m_pendingRequests.take(requestId + s_pendingArgumentOffset);
+}
+
+void LoomraSDK::logCall(const char *function, const char *message) const
+{
+    DebugEventLog::write(QStringLiteral("LoomraSDK:") + QLatin1String(function), QLatin1String(message),
+                         QStringLiteral("{\"ready\":%1,\"connected\":%2}").arg(int(m_ready)).arg(int(m_connected)));
+}
+
+void LoomraSDK::logListing(const char *message, const char *countKey, int count, int requestId)
+{
+    DebugEventLog::write(receiverLocation(), QLatin1String(message),
+                         QStringLiteral("{\"%1\":%2,\"requestId\":%3}")
+                             .arg(QLatin1String(countKey), QString::number(count), QString::number(requestId)));
+}

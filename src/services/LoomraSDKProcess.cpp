@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// The child process of the bridge, and the user service that runs it where there is none.
+
+#include "LoomraSDK.h"
+
+#include "BridgeEnvironment.h"
+#include "BridgeUserService.h"
+#include "DebugEventLog.h"
+#include "StaleBridges.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+#include <QTimer>
+#include <QWebSocket>
+
+namespace
+{
+
+// All in ms.
+constexpr int s_connectAfterStart = 1000;
+constexpr int s_connectAfterService = 500;
+constexpr int s_restartAfterToggle = 500;
+constexpr int s_startAtMost = 5000;
+constexpr int s_closeFirst = 150;
+constexpr int s_terminateAtMost = 10000;
+constexpr int s_killAtMost = 2000;
+
+QString startLocation()
+{
+    return QStringLiteral("LoomraSDK:startBridgeProcess");
+}
+
+} // namespace
+
+void LoomraSDK::setConnectOnly(bool connectOnly)
+{
+    m_connectOnly = connectOnly;
+}
+
+void LoomraSDK::initialize()
+{
+    qDebug() << "LoomraSDK::initialize() called, connectOnly:" << m_connectOnly;
+    DebugEventLog::write(QStringLiteral("LoomraSDK:initialize"), QStringLiteral("initialize called"),
+                         QStringLiteral("{}"));
+    if (!m_connectOnly) {
+        startBridgeProcess();
+        return;
+    }
+    qDebug() << "Connect-only mode: connecting to existing bridge on port" << m_port;
+    ensureBridgeUserServiceStarted();
+    QTimer::singleShot(s_connectAfterService, this, &LoomraSDK::connectWebSocket);
+}
+
+void LoomraSDK::startBridgeProcess()
+{
+    qDebug() << "LoomraSDK::startBridgeProcess() called, state:" << m_bridgeProcess->state() << "path:" << m_bridgePath;
+    DebugEventLog::write(startLocation(), QStringLiteral("startBridgeProcess entry"),
+                         QStringLiteral("{\"state\":%1,\"bridgePath\":\"%2\"}")
+                             .arg(QString::number(m_bridgeProcess->state()), DebugEventLog::escaped(m_bridgePath)));
+    if (m_bridgeProcess->state() != QProcess::NotRunning) {
+        qDebug() << "Bridge process already running, skipping start";
+        return;
+    }
+    StaleBridges::purge(m_port);
+
+    const QString script = QDir(m_bridgePath).absoluteFilePath(QStringLiteral("bridge.js"));
+    if (!QFile::exists(script)) {
+        Q_EMIT error(QStringLiteral("Bridge script not found: %1").arg(script));
+        DebugEventLog::write(startLocation(), QStringLiteral("Bridge script not found"),
+                             QStringLiteral("{\"scriptPath\":\"%1\"}").arg(DebugEventLog::escaped(script)));
+        return;
+    }
+
+    const BridgeEnvironment::ForChild forChild = BridgeEnvironment::forChild(m_port);
+    if (m_executorPathEnabled != forChild.executorPathEnabled) {
+        m_executorPathEnabled = forChild.executorPathEnabled;
+        Q_EMIT executorPathEnabledChanged();
+    }
+    m_bridgeProcess->setProcessEnvironment(forChild.environment);
+    m_bridgeProcess->setWorkingDirectory(m_bridgePath);
+    m_bridgeProcess->setProcessChannelMode(QProcess::MergedChannels);
+    // Once more at each start, and never undone: the first reader takes it all, and the others add an empty log line
+    // each.
+    connect(m_bridgeProcess, &QProcess::readyReadStandardOutput, this, &LoomraSDK::readBridgeOutput);
+
+    const QString node = QStringLiteral("node");
+    DebugEventLog::write(startLocation(), QStringLiteral("Starting bridge process"),
+                         QStringLiteral("{\"nodePath\":\"%1\",\"scriptPath\":\"%2\",\"workingDir\":\"%3\"}")
+                             .arg(node, DebugEventLog::escaped(script), DebugEventLog::escaped(m_bridgePath)));
+    m_bridgeProcess->start(node, {script});
+    if (!m_bridgeProcess->waitForStarted(s_startAtMost)) {
+        const QString reason = m_bridgeProcess->errorString();
+        qDebug() << "Bridge process failed to start:" << reason;
+        Q_EMIT error(QStringLiteral("Failed to start bridge process"));
+        DebugEventLog::write(startLocation(), QStringLiteral("Bridge process failed to start"),
+                             QStringLiteral("{\"errorString\":\"%1\"}").arg(DebugEventLog::escaped(reason)));
+        return;
+    }
+    qDebug() << "Bridge process started successfully, PID:" << m_bridgeProcess->processId();
+    DebugEventLog::write(startLocation(), QStringLiteral("Bridge process started"),
+                         QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(m_port).arg(m_bridgeProcess->processId()));
+    qDebug() << "Scheduling WebSocket connection in 1 second";
+    QTimer::singleShot(s_connectAfterStart, this, &LoomraSDK::connectWebSocket);
+}
+
+void LoomraSDK::readBridgeOutput()
+{
+    const QByteArray output = m_bridgeProcess->readAllStandardOutput();
+    qDebug() << "Bridge output:" << output;
+    if (output.isNull()) {
+        return;
+    }
+    // By its start pointer, so that it ends at a zero byte.
+    const QString text = QString::fromUtf8(output.constData());
+    DebugEventLog::write(startLocation(), QStringLiteral("Bridge stdout"),
+                         QStringLiteral("{\"output\":\"%1\"}").arg(DebugEventLog::escapedLines(text)));
+}
+
+void LoomraSDK::onBridgeProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    qWarning() << "Bridge process finished with exit code:" << exitCode;
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onBridgeProcessFinished"), QStringLiteral("Bridge process finished"),
+                         QStringLiteral("{\"exitCode\":%1,\"exitStatus\":%2}").arg(exitCode).arg(int(exitStatus)));
+    fallToDisconnected();
+    if (m_shuttingDown) {
+        return;
+    }
+    if (exitCode == 0) {
+        // Not the last word: where a socket was open its disconnect follows, and leads to a restart all the same.
+        qWarning() << "Bridge exited gracefully (port may be in use). Not restarting.";
+        return;
+    }
+    QMetaObject::invokeMethod(this, &LoomraSDK::scheduleReconnect, Qt::QueuedConnection);
+}
+
+void LoomraSDK::onBridgeProcessError(QProcess::ProcessError processError)
+{
+    qWarning() << "Bridge process error:" << processError;
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onBridgeProcessError"), QStringLiteral("Bridge process error"),
+                         QStringLiteral("{\"error\":%1}").arg(int(processError)));
+    Q_EMIT error(QStringLiteral("Bridge process error: %1").arg(int(processError)));
+}
+
+void LoomraSDK::ensureBridgeUserServiceStarted()
+{
+    if (!m_connectOnly || m_bridgeServiceStartRequested) {
+        return;
+    }
+    m_bridgeServiceStartRequested = true; // once in the life of the process, whatever comes of it
+    const auto location = QStringLiteral("LoomraSDK:ensureBridgeUserServiceStarted");
+    const BridgeUserService::Outcome outcome = BridgeUserService::requestStart();
+    if (outcome == BridgeUserService::Outcome::NoSystemctl) {
+        DebugEventLog::write(location, QStringLiteral("systemctl not found"), QStringLiteral("{}"));
+        return;
+    }
+    DebugEventLog::write(location, QStringLiteral("requested tovi-bridge.service start"),
+                         QStringLiteral("{\"started\":%1}").arg(int(outcome == BridgeUserService::Outcome::Started)));
+}
+
+void LoomraSDK::stopBridgeProcess(bool shuttingDown)
+{
+    if (shuttingDown) {
+        m_shuttingDown = true;
+    }
+    m_reminderTimer->stop();
+    m_reconnectTimer->stop();
+    if (m_bridgeProcess->state() == QProcess::NotRunning) {
+        return;
+    }
+    if (isSocketOpen()) {
+        m_webSocket->close(QWebSocketProtocol::CloseCodeNormal, QStringLiteral("app shutdown"));
+        QThread::msleep(s_closeFirst); // for the bridge to end in good order
+    }
+    m_bridgeProcess->terminate();
+    if (m_bridgeProcess->waitForFinished(s_terminateAtMost)) {
+        return;
+    }
+    qWarning() << "Bridge did not exit after SIGTERM within 10s; sending SIGKILL";
+    m_bridgeProcess->kill();
+    m_bridgeProcess->waitForFinished(s_killAtMost);
+}
+
+void LoomraSDK::setExecutorPathEnabled(bool enabled)
+{
+    if (m_executorPathEnabled == enabled) {
+        return;
+    }
+    m_executorPathEnabled = enabled;
+    qputenv("LOOMRA_EXECUTOR_PATH", enabled ? "1" : "0");
+    Q_EMIT executorPathEnabledChanged();
+    if (m_bridgeProcess->state() != QProcess::Running) {
+        return;
+    }
+    qDebug() << "Executor path toggled to" << enabled << "— restarting bridge";
+    stopBridgeProcess(false);
+    QTimer::singleShot(s_restartAfterToggle, this, &LoomraSDK::startBridgeProcess);
+}
