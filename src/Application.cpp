@@ -5,6 +5,7 @@
 
 #include "DataDirectories.h"
 #include "NativeObjects.h"
+#include "services/LoomraSDK.h"
 
 #include <KLocalizedString>
 
@@ -69,7 +70,7 @@ Application::Application(int &argc, char **argv)
 {
     // ChatModel and ProjectModel are registered for "org.kde.loomra" 1.0 here when they join.
     m_engine.addImportPath(QStringLiteral("qrc:/"));
-    NativeObjects::create(&m_application, &m_engine);
+    LoomraSDK *sdk = NativeObjects::create(&m_application, &m_engine);
 
     m_arguments = QCoreApplication::arguments();
     const LaunchMode mode = launchModeOf(m_arguments);
@@ -77,7 +78,13 @@ Application::Application(int &argc, char **argv)
     if (mode == LaunchMode::OmniBar) {
         loadXmlGuiOnMainThread();
     }
+    // The OmniBar finds its bridge running as a service; the voice test needs none; the others own theirs.
+    if (mode != LaunchMode::VoiceTest) {
+        sdk->setConnectOnly(mode == LaunchMode::OmniBar);
+        sdk->initialize();
+    }
     load();
+    QObject::connect(&m_application, &QCoreApplication::aboutToQuit, sdk, [sdk] { sdk->stopBridgeProcess(true); });
 }
 
 void Application::load()

@@ -6,6 +6,7 @@
 #include "I18nHelper.h"
 #include "services/AgentBridge.h"
 #include "services/ConfigManager.h"
+#include "services/LoomraSDK.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -18,20 +19,23 @@ bool advancedWorkspaceInterface()
     return qEnvironmentVariableIntValue("LOOMRA_WI_ADVANCED_UI") != 0;
 }
 
-void create(QObject *parent, QQmlEngine *engine)
+LoomraSDK *create(QObject *parent, QQmlEngine *engine)
 {
     QQmlContext *context = engine->rootContext();
 
-    // The whole order is I18nHelper, ConfigManager, LoomraSDK (which takes the ConfigManager), FileService,
-    // AgentBridge, TokenUsageService, VoiceBridge. An object that joins later takes its place in this row, and its
-    // name the same place among the context properties below.
+    // The whole order is I18nHelper, ConfigManager, LoomraSDK, FileService, AgentBridge, TokenUsageService,
+    // VoiceBridge. An object that joins later takes its place in this row, and its name the same place among the
+    // context properties below.
     context->setContextProperty(QStringLiteral("i18n"), new I18nHelper(parent));
     auto *configManager = new ConfigManager(parent);
+    auto *loomraSDK = new LoomraSDK(configManager, parent);
     auto *agentBridge = new AgentBridge(parent);
 
     context->setContextProperty(QStringLiteral("toviWiAdvancedUiDefault"), advancedWorkspaceInterface());
     context->setContextProperty(QStringLiteral("configManager"), configManager);
+    context->setContextProperty(QStringLiteral("loomraSDK"), loomraSDK);
     context->setContextProperty(QStringLiteral("agentBridge"), agentBridge);
+    return loomraSDK;
 }
 
 } // namespace NativeObjects

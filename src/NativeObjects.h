@@ -3,6 +3,7 @@
 
 #pragma once
 
+class LoomraSDK;
 class QObject;
 class QQmlEngine;
 
@@ -16,6 +17,7 @@ bool advancedWorkspaceInterface();
 
 //! Creates the native objects as children of @p parent, in the order in which they depend on each other, and sets
 //! them on the engine's root context. @p parent must outlive @p engine. Main thread.
-void create(QObject *parent, QQmlEngine *engine);
+//! @return the one that wants to be started and stopped
+LoomraSDK *create(QObject *parent, QQmlEngine *engine);
 
 } // namespace NativeObjects

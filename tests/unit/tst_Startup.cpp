@@ -9,6 +9,7 @@
 #include "TerminalRequests.h"
 #include "services/AgentBridge.h"
 #include "services/ConfigManager.h"
+#include "services/LoomraSDK.h"
 
 #include <QPointer>
 #include <QQmlContext>
@@ -231,10 +232,11 @@ void tst_Startup::objectsOfQml()
     };
     QVERIFY(qobject_cast<I18nHelper *>(named("i18n")));
     QVERIFY(qobject_cast<ConfigManager *>(named("configManager")));
+    QVERIFY(qobject_cast<LoomraSDK *>(named("loomraSDK")));
     QVERIFY(qobject_cast<AgentBridge *>(named("agentBridge")));
 
     // Children stand in the order in which they were made.
-    const QObjectList inOrder = {named("i18n"), named("configManager"), named("agentBridge")};
+    const QObjectList inOrder = {named("i18n"), named("configManager"), named("loomraSDK"), named("agentBridge")};
     QCOMPARE(parent.children(), inOrder);
 }
 
