@@ -157,11 +157,12 @@ QObject *OmniBarFixture::load(const QString &file)
     return m_root.get();
 }
 
-bool OmniBarFixture::open()
+bool OmniBarFixture::open(const QString &file)
 {
-    m_window = qobject_cast<QQuickWindow *>(load(QStringLiteral("OmniBar.qml")));
+    m_window = qobject_cast<QQuickWindow *>(load(file));
     const auto isReady = [this] {
-        return property("firstFrameShown").toBool()
+        const QVariant isShown = property("firstFrameShown");
+        return (!isShown.isValid() || isShown.toBool())
             && (!m_agent || bridge.connectionCount() == 0 || m_agent->isServiceAvailable());
     };
     return m_window && QTest::qWaitForWindowActive(m_window, s_patience)

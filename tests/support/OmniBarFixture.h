@@ -67,8 +67,8 @@ public:
     // ---- The window
 
     //! Loads the window and waits until it is active, has shown a frame and, unless the bridge was closed or the client
-    //! left out, is connected.
-    bool open();
+    //! left out, is connected. @param file another window of the program, which says nothing of its first frame
+    bool open(const QString &file = QStringLiteral("OmniBar.qml"));
     //! Loads another file of contents/ui, without waiting for anything. Null when that fails.
     QObject *load(const QString &file);
 

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Window 2.15
+
+import "omnibar/common"
+import "tray"
+
+//! The tray view: the state of the agent as a panel applet shows it, in a window of its own. Small, it is an icon with a
+//! dot; with more room it tells the state in words and offers its actions. They are for trying it out: nothing is launched,
+//! each only logs.
+Window {
+    id: trayView
+    objectName: "trayView"
+
+    readonly property var bridge: typeof agentBridge !== "undefined" ? agentBridge : null
+    readonly property string status: bridge ? bridge.status : "disconnected"
+    readonly property var looks: ({
+        "disconnected": { "color": "#FF0000", "text": tr("Not connected") },
+        "thinking": { "color": "#FFD700", "text": tr("Processing...") },
+        "running": { "color": "#FFD700", "text": tr("Processing...") },
+        "error": { "color": "#FF0000", "text": tr("Error") }
+    })
+    readonly property var look: looks.hasOwnProperty(status) ? looks[status] : { "color": "#098909", "text": tr("Connected") }
+    readonly property color statusColor: look.color
+    readonly property string toolTipMainText: tr("Warden Desk")
+    readonly property string toolTipSubText: look.text
+    readonly property var actions: [tr("Open Omni-Bar"), tr("Restart Agent"), tr("View Logs"), tr("Settings")]
+
+    //! Below this width and height, in pixels, there is room for the icon alone.
+    readonly property int compactBelow: 96
+    readonly property bool compact: width < compactBelow || height < compactBelow
+
+    function tr(text) {
+        const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
+        return translates ? i18n.tr(text) : text;
+    }
+
+    function trigger(action) {
+        console.log("[TrayIcon] " + action);
+    }
+
+    title: toolTipMainText
+    width: 200
+    height: 200
+    visible: true
+    color: palette.window
+
+    SystemPalette {
+        id: palette
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: trayView.compact
+        Accessible.ignored: true
+        sourceComponent: TrayButton {
+            objectName: "compactForm"
+            tray: trayView
+        }
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: !trayView.compact
+        focus: true
+        Accessible.ignored: true
+        sourceComponent: Column {
+            objectName: "fullForm"
+            topPadding: 8
+            spacing: 4
+
+            TrayButton {
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 40
+                height: 40
+                tray: trayView
+            }
+
+            PlainText {
+                objectName: "statusText"
+                width: parent.width
+                text: trayView.toolTipMainText + "\n" + trayView.tr("Status: ") + trayView.status
+                color: palette.windowText
+                horizontalAlignment: Text.AlignHCenter
+            }
+
+            Repeater {
+                model: trayView.actions
+
+                PlainButton {
+                    id: action
+                    objectName: "trayAction"
+
+                    required property string modelData
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    implicitWidth: 184
+                    implicitHeight: 24
+                    text: modelData
+                    onClicked: trayView.trigger(modelData)
+
+                    background: Rectangle {
+                        radius: 4
+                        color: action.hovered || action.pressed ? palette.midlight : palette.button
+                    }
+                    contentItem: PlainText {
+                        text: action.text
+                        color: palette.buttonText
+                        horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
+                        Accessible.ignored: true
+                    }
+
+                    FocusRing {
+                        control: action
+                        anchors.margins: 0
+                        radius: 4
+                        border.color: palette.highlight
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "support/OmniBarFixture.h"
+
+#include <QColor>
+#include <QTest>
+
+// The tray view in its window: the state of the agent, and actions that only log.
+class tst_TrayIcon : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void states_data();
+    void states();
+    void withoutAgent();
+    void followsTheAgent();
+    void formsBySize();
+    void actionsOnlyLog();
+    void keyboard();
+    void tooltip();
+
+private:
+    //! Opens the view beside an agent of this status; none when it is null.
+    bool open(OmniBarFixture &tray, const char *status);
+};
+
+bool tst_TrayIcon::open(OmniBarFixture &tray, const char *status)
+{
+    if (status) {
+        tray.provide(
+            "agentBridge",
+            tray.fake(QStringLiteral("QtObject { property string status: \"%1\" }").arg(QLatin1String(status))));
+    } else {
+        tray.omit("agentBridge");
+    }
+    return tray.open(QStringLiteral("TrayIcon.qml"));
+}
+
+void tst_TrayIcon::states_data()
+{
+    QTest::addColumn<QByteArray>("status");
+    QTest::addColumn<QString>("color");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char *status, const char *color, const char *words) {
+        QTest::newRow(status) << QByteArray(status) << QString::fromLatin1(color) << QString::fromLatin1(words);
+    };
+    row("disconnected", "#FF0000", "Not connected");
+    row("thinking", "#FFD700", "Processing...");
+    row("running", "#FFD700", "Processing...");
+    row("error", "#FF0000", "Error");
+    row("idle", "#098909", "Connected");
+    row("connecting", "#098909", "Connected");
+    row("", "#098909", "Connected");
+    row("toString", "#098909", "Connected");
+}
+
+void tst_TrayIcon::states()
+{
+    QFETCH(QByteArray, status);
+    QFETCH(QString, color);
+    QFETCH(QString, words);
+    OmniBarFixture tray;
+    QVERIFY(open(tray, status.constData()));
+    QCOMPARE(tray.item("statusDot")->property("color").value<QColor>(), QColor(color));
+    QCOMPARE(tray.item("statusDot")->size(), QSizeF(8, 8));
+    QCOMPARE(tray.item("statusText")->property("text").toString(),
+             QString(QStringLiteral("Warden Desk\nStatus: ") + QString::fromLatin1(status)));
+    QCOMPARE(tray.property("toolTipMainText").toString(), QStringLiteral("Warden Desk"));
+    QCOMPARE(tray.property("toolTipSubText").toString(), words);
+    QCOMPARE(tray.window()->size(), QSize(200, 200));
+    tray.screenshot(QStringLiteral("tray-") + QString::fromLatin1(status));
+}
+
+void tst_TrayIcon::withoutAgent()
+{
+    OmniBarFixture tray;
+    tray.omit("i18n");
+    QVERIFY(open(tray, nullptr));
+    QCOMPARE(tray.item("statusDot")->property("color").value<QColor>(), QColor(Qt::red));
+    QCOMPARE(tray.property("toolTipSubText").toString(), QStringLiteral("Not connected"));
+    QCOMPARE(tray.item("statusText")->property("text").toString(), QStringLiteral("Warden Desk\nStatus: disconnected"));
+}
+
+void tst_TrayIcon::followsTheAgent()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    tray.property("bridge").value<QObject *>()->setProperty("status", QStringLiteral("thinking"));
+    QCOMPARE(tray.item("statusDot")->property("color").value<QColor>(), QColor("#FFD700"));
+    QVERIFY(tray.item("statusText")->property("text").toString().endsWith(QLatin1String("thinking")));
+}
+
+void tst_TrayIcon::formsBySize()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    QVERIFY(tray.item("fullForm"));
+    QVERIFY(!tray.item("compactForm"));
+    tray.window()->resize(48, 48);
+    QTRY_VERIFY(tray.item("compactForm"));
+    QVERIFY(!tray.item("fullForm"));
+    QTRY_COMPARE(tray.place(tray.item("statusDot")),
+                 QRectF(tray.window()->width() - 8, tray.window()->height() - 8, 8, 8));
+    tray.screenshot("tray-compact");
+    tray.window()->resize(200, 200);
+    QTRY_VERIFY(tray.item("fullForm"));
+}
+
+void tst_TrayIcon::actionsOnlyLog()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    const QList<QQuickItem *> actions = tray.items("trayAction");
+    QCOMPARE(actions.size(), 4);
+    const char *const names[] = {"Open Omni-Bar", "Restart Agent", "View Logs", "Settings"};
+    for (int i = 0; i < 4; ++i) {
+        const QRectF place = tray.place(actions.at(i));
+        QVERIFY2(QRectF(0, 0, 200, 200).contains(place), names[i]);
+        QCOMPARE(actions.at(i)->property("text").toString(), QString::fromLatin1(names[i]));
+        tray.click(actions.at(i));
+        QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] ") + QLatin1String(names[i])));
+    }
+    tray.click("trayButton");
+    QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] clicked")));
+}
+
+void tst_TrayIcon::keyboard()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    QStringList reached;
+    for (int i = 0; i < 5; ++i) {
+        tray.key(Qt::Key_Tab);
+        QQuickItem *focused = tray.window()->activeFocusItem();
+        reached.append(focused->property("text").toString());
+        QVERIFY(focused->property("visualFocus").toBool());
+    }
+    QCOMPARE(reached,
+             QStringList({QStringLiteral("Warden Desk"), QStringLiteral("Open Omni-Bar"),
+                          QStringLiteral("Restart Agent"), QStringLiteral("View Logs"), QStringLiteral("Settings")}));
+    tray.screenshot("tray-focus");
+    tray.key(Qt::Key_Return);
+    QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] Settings")));
+}
+
+void tst_TrayIcon::tooltip()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "error"));
+    tray.hover(tray.item("statusText")); // from somewhere else, or nothing moves
+    tray.hover(tray.item("trayButton"));
+    QTRY_VERIFY(tray.isSeen(tray.item("toolTipText")));
+    QCOMPARE(tray.item("toolTipText")->property("text").toString(), QStringLiteral("Warden Desk\nError"));
+}
+
+QTEST_MAIN(tst_TrayIcon)
+
+#include "tst_TrayIcon.moc"
