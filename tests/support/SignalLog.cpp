@@ -3,8 +3,33 @@
 
 #include "SignalLog.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMetaMethod>
 #include <QVariant>
+
+namespace
+{
+
+QString shown(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::QString:
+        return QLatin1Char('"') + value.toString() + QLatin1Char('"');
+    case QMetaType::QStringList:
+        return QString::fromUtf8(
+            QJsonDocument(QJsonArray::fromStringList(value.toStringList())).toJson(QJsonDocument::Compact));
+    case QMetaType::QJsonObject:
+        return QString::fromUtf8(QJsonDocument(value.toJsonObject()).toJson(QJsonDocument::Compact));
+    case QMetaType::QJsonArray:
+        return QString::fromUtf8(QJsonDocument(value.toJsonArray()).toJson(QJsonDocument::Compact));
+    default:
+        return value.toString();
+    }
+}
+
+} // namespace
 
 SignalLog::SignalLog(QObject *sender, QObject *parent)
     : QObject(parent)
@@ -35,9 +60,7 @@ int SignalLog::qt_metacall(QMetaObject::Call call, int slot, void **arguments)
     const QMetaMethod signal = m_senderType->method(m_signals.at(slot));
     QStringList texts;
     for (int i = 0; i < signal.parameterCount(); ++i) {
-        const QVariant value(signal.parameterType(i), arguments[i + 1]);
-        const bool isText = value.type() == QVariant::String;
-        texts.append(isText ? QLatin1Char('"') + value.toString() + QLatin1Char('"') : value.toString());
+        texts.append(shown(QVariant(signal.parameterType(i), arguments[i + 1])));
     }
     m_entries.append(QString::fromLatin1(signal.name()) + QLatin1Char('(') + texts.join(QStringLiteral(", "))
                      + QLatin1Char(')'));

@@ -12,7 +12,8 @@ class SignalLog : public QObject
 public:
     explicit SignalLog(QObject *sender, QObject *parent = nullptr);
 
-    //! As in code: `statusChanged("idle")`, `usageReported(5, 0)`. Texts aren't escaped.
+    //! As in code: `statusChanged("idle")`, `usageReported(5, 0)`. Texts aren't escaped,
+    //! JSON is compact.
     QStringList entries() const { return m_entries; }
     //! The same, and forgets them.
     QStringList take();

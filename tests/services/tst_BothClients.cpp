@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/AgentBridge.h"
+#include "services/ConfigManager.h"
+#include "services/LoomraSDK.h"
+#include "support/MessageLog.h"
+#include "support/ScriptedBridge.h"
+#include "support/SignalLog.h"
+#include "support/TestSetup.h"
+
+#include <QJsonObject>
+#include <QTest>
+
+namespace
+{
+
+const QString s_line = QStringLiteral("\n");
+
+} // namespace
+
+// The same frames to both clients of the bridge: what each makes of its own, and where they agree. Both have one chat
+// open, whose id stands for the 1 in the table, and have heard "ready", as far as they listen for it.
+class tst_BothClients : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void frames_data();
+    void frames();
+};
+
+void tst_BothClients::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_BothClients::frames_data()
+{
+    QTest::addColumn<QString>("frame");
+    QTest::addColumn<QString>("sdk"); // what LoomraSDK signals, a line each
+    QTest::addColumn<QString>("agent"); // what AgentBridge signals, without the end of its thinking
+    const auto row = [](const char *frame, const char *sdk, const char *agent) {
+        QTest::newRow(frame) << QString::fromUtf8(frame) << QString::fromUtf8(sdk) << QString::fromUtf8(agent);
+    };
+
+    // Where they agree.
+    row(R"({"type":"response","id":1,"payload":{"response":"hi"}})", R"(chatResponse("hi"))", R"(agentReplied("hi"))");
+    row(R"({"id":1,"result":{"response":"hi"}})", R"(chatResponse("hi"))", R"(agentReplied("hi"))");
+    row(R"({"type":"new form","id":1,"result":{"response":"hi"}})", R"(chatResponse("hi"))", R"(agentReplied("hi"))");
+    row(R"({"type":"response","id":1,"payload":{"response":"hi"},"error":"no"})", R"(chatResponse("hi"))",
+        R"(agentReplied("hi"))");
+    row(R"({"type":"response","id":1,"payload":{"response":"hi"},"error":{}})", R"(chatResponse("hi"))",
+        R"(agentReplied("hi"))");
+    row(R"({"type":"response","id":1,"error":{"message":"no","code":"E1"}})", R"(error("no"))",
+        R"(errorOccurred("no"))");
+    row(R"({"id":1,"error":"no","result":{"response":"hi"}})", R"(error("no"))", R"(errorOccurred("no"))");
+    row(R"({"type":"error","id":1,"error":{"message":"no"}})", R"(error("no"))", R"(errorOccurred("no"))");
+    row("not JSON", "", "");
+
+    // Where they differ: a code instead of a message ...
+    row(R"({"type":"response","id":1,"payload":{"response":"hi"},"error":{"code":"E1"}})", R"(error("E1"))",
+        R"(agentReplied("hi"))");
+    // ... streams ...
+    row(R"({"type":"stream","id":1,"result":{"response":"hi"}})", "", R"(agentReplied("hi"))");
+    // ... "ready", which only one waits for ...
+    row(R"({"type":"ready"})", "readyChanged()", "");
+    row(R"({"type":"event","payload":{"event":"ready"}})", "readyChanged()", "");
+    // ... and the events, which only one hears.
+    row(R"({"type":"event","payload":{"event":"tool.executed","tool":"x"}})", "", R"(actionStarted("x"))");
+}
+
+void tst_BothClients::frames()
+{
+    QFETCH(QString, frame);
+    QFETCH(QString, sdk);
+    QFETCH(QString, agent);
+    MessageLog log;
+    TestSetup::clearSettings();
+    ScriptedBridge peer;
+    AgentBridge second;
+    QVERIFY(peer.waitForConnection());
+    QTRY_VERIFY(second.isServiceAvailable());
+    ConfigManager config;
+    LoomraSDK first(&config);
+    first.reconnectBridge();
+    QVERIFY(peer.waitForConnection(2));
+    QTRY_VERIFY(first.isConnected());
+    peer.ready();
+    QTRY_VERIFY(first.isReady());
+    first.sendChatMessage(QStringLiteral("x"));
+    second.sendIntent(QStringLiteral("x"));
+    QHash<int, quint64> ids; // by connection
+    for (int i = 0; i < 2; ++i) {
+        const auto request = peer.takeRequest(QStringLiteral("chat"));
+        ids.insert(request.connection, request.id);
+    }
+
+    const auto frameFor = [&](int connection) {
+        return QString(frame).replace(QLatin1String("\"id\":1"),
+                                      QStringLiteral("\"id\":") + QString::number(ids.value(connection)));
+    };
+    SignalLog heardOfFirst(&first);
+    SignalLog heardOfSecond(&second);
+    QVERIFY(QMetaObject::invokeMethod(&first, "onWebSocketTextMessageReceived", Q_ARG(QString, frameFor(1))));
+    QCOMPARE(heardOfFirst.take().join(s_line), sdk);
+    QVERIFY(QMetaObject::invokeMethod(&second, "onTextMessageReceived", Q_ARG(QString, frameFor(0))));
+    QStringList heard = heardOfSecond.take();
+    heard.removeAll(QStringLiteral("thinkingChanged(false)"));
+    heard.erase(std::remove_if(heard.begin(), heard.end(),
+                               [](const QString &entry) { return entry.startsWith(QLatin1String("statusChanged")); }),
+                heard.end());
+    QCOMPARE(heard.join(s_line), agent);
+}
+
+QTEST_GUILESS_MAIN(tst_BothClients)
+
+#include "tst_BothClients.moc"

@@ -1,0 +1,263 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ConnectedSdk.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+// What is particular to single operations: refusals, the current session, kept arguments, and odd frames.
+class tst_LoomraSDKOperations : public ConnectedSdkTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusals_data();
+    void refusals();
+    void followsTheSession_data();
+    void followsTheSession();
+    void sendsTheCurrentValues();
+    void equalValuesAreNoChange();
+    void reusesNoKeptArgument();
+    void dropsWhatIsNoReply_data();
+    void dropsWhatIsNoReply();
+    void takesNumbersOfAnyKindForIds_data();
+    void takesNumbersOfAnyKindForIds();
+    void executorPathOfTheBridge_data();
+    void executorPathOfTheBridge();
+};
+
+using Call = std::function<void(LoomraSDK &)>;
+Q_DECLARE_METATYPE(Call)
+
+void tst_LoomraSDKOperations::refusals_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char *name, const Call &call, const char *words) {
+        QTest::newRow(name) << call << QString::fromUtf8(words);
+    };
+    const QString x = QStringLiteral("x");
+    const QString blank = QStringLiteral("  ");
+
+    row(
+        "rename without id", [=](LoomraSDK &sdk) { sdk.renameSession({}, x); }, "Session ID and new name are required");
+    row(
+        "rename without name", [=](LoomraSDK &sdk) { sdk.renameSession(x, {}); },
+        "Session ID and new name are required");
+    row(
+        "messages without id", [=](LoomraSDK &sdk) { sdk.loadMessages({}); },
+        "Session ID is required to load messages");
+    row(
+        "token without anything", [=](LoomraSDK &sdk) { sdk.setProviderToken(blank, blank); }, "Provider is required");
+    row(
+        "token without token", [=](LoomraSDK &sdk) { sdk.setProviderToken(x, blank, x); }, "Token is required");
+    row(
+        "plan of nothing", [=](LoomraSDK &sdk) { sdk.getPlan({}); }, "getPlan requires a non-empty message");
+    row(
+        "plan of blanks", [=](LoomraSDK &sdk) { sdk.getPlan(blank); }, "getPlan requires a non-empty message");
+    row(
+        "no steps", [=](LoomraSDK &sdk) { sdk.executePlan({}); }, "executePlan requires at least one step");
+    row(
+        "steps of numbers",
+        [=](LoomraSDK &sdk) {
+            sdk.executePlan({1, 2, 3});
+        },
+        "executePlan requires valid step objects");
+    row(
+        "no workspace", [=](LoomraSDK &sdk) { sdk.prepareWorkspaceTemplate(0); },
+        "prepareWorkspaceTemplate requires a valid workspace id.");
+    row(
+        "a negative workspace", [=](LoomraSDK &sdk) { sdk.prepareWorkspaceTemplate(-1); },
+        "prepareWorkspaceTemplate requires a valid workspace id.");
+}
+
+void tst_LoomraSDKOperations::refusals()
+{
+    QFETCH(Call, call);
+    QFETCH(QString, words);
+    call(c->sdk);
+    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"%1\")").arg(words)));
+    c->sdk.listAgents();
+    QCOMPARE(c->peer.takeRequest().method, QStringLiteral("listAgents")); // nothing before it
+}
+
+void tst_LoomraSDKOperations::followsTheSession_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<QString>("answered");
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<bool>("changes");
+    const auto row = [](const char *name, const Call &call, const char *answered, const char *current, bool changes) {
+        QTest::newRow(name) << call << QString::fromUtf8(answered) << QString::fromUtf8(current) << changes;
+    };
+    const Call chat = [](LoomraSDK &sdk) { sdk.sendChatMessage(QStringLiteral("x")); };
+    const Call create = [](LoomraSDK &sdk) { sdk.createSession(); };
+    const Call change = [](LoomraSDK &sdk) { sdk.switchSession(QStringLiteral("asked")); };
+    const Call remove = [](LoomraSDK &sdk) { sdk.deleteSession(QStringLiteral("asked")); };
+
+    row("chat, none", chat, "", "s1", false);
+    row("chat, same", chat, "s1", "s1", false);
+    row("chat, other", chat, "s2", "s2", true);
+    row("create", create, "s2", "s2", true);
+    row("create, same", create, "s1", "s1", true);
+    row("switch", change, "s2", "s2", true);
+    row("switch, none", change, "", "", true);
+    row("delete the current one", remove, "s1", "", true);
+    row("delete another one", remove, "s2", "s1", false);
+}
+
+void tst_LoomraSDKOperations::followsTheSession()
+{
+    QFETCH(Call, call);
+    QFETCH(QString, answered);
+    QFETCH(QString, current);
+    QFETCH(bool, changes);
+    c->sdk.createSession();
+    const QString frame = QStringLiteral(R"({"type":"response","id":%1,"payload":{"sessionId":"%2"}})");
+    QVERIFY(c->deliver(frame.arg(QString::number(c->peer.takeRequest().id), QStringLiteral("s1"))));
+    QCOMPARE(c->sdk.currentSessionId(), QStringLiteral("s1"));
+    c->heard.take();
+
+    call(c->sdk);
+    QVERIFY(c->deliver(frame.arg(QString::number(c->peer.takeRequest().id), answered)));
+    QCOMPARE(c->sdk.currentSessionId(), current);
+    QCOMPARE(c->heard.take().contains(QStringLiteral("currentSessionIdChanged()")), changes);
+}
+
+void tst_LoomraSDKOperations::sendsTheCurrentValues()
+{
+    c->sdk.setCurrentModel(QStringLiteral("a/b"));
+    c->sdk.setCurrentAgent(QString());
+    QCOMPARE(c->heard.take(),
+             QStringList({QStringLiteral("currentModelChanged()"), QStringLiteral("currentAgentChanged()")}));
+    c->sdk.sendChatMessage(QStringLiteral("x"));
+    const QJsonObject params = c->peer.takeRequest().params;
+    QCOMPARE(params.value(QStringLiteral("model")).toString(), QStringLiteral("a/b"));
+    QVERIFY(params.value(QStringLiteral("agent")).isString()); // empty, not left out
+    QVERIFY(params.value(QStringLiteral("sessionId")).isString());
+}
+
+void tst_LoomraSDKOperations::equalValuesAreNoChange()
+{
+    c->sdk.setCurrentModel(QStringLiteral("default"));
+    c->sdk.setCurrentAgent(QStringLiteral("build"));
+    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    c->sdk.setWorkspaceSuggestionReminderMinutes(5);
+    c->sdk.setExecutorPathEnabled(true);
+    QCOMPARE(c->heard.take(), QStringList());
+}
+
+//! Each reply tells what its own request asked for, whatever their order.
+void tst_LoomraSDKOperations::reusesNoKeptArgument()
+{
+    c->sdk.auditRevert(QStringLiteral("a1"));
+    c->sdk.automationDelete(QStringLiteral("b1"));
+    c->sdk.auditRevert(QStringLiteral("a2"));
+    const auto first = c->peer.takeRequest();
+    const auto second = c->peer.takeRequest();
+    const auto third = c->peer.takeRequest();
+    c->peer.fail(first, QStringLiteral("no"));
+    c->peer.reply(third, QJsonObject());
+    c->peer.reply(second, QJsonObject());
+    QCOMPARE(c->waitForSignals(3),
+             QStringList({QStringLiteral("error(\"no\")"), QStringLiteral("auditReverted(\"a2\")"),
+                          QStringLiteral("automationDeleted(\"b1\")")}));
+}
+
+void tst_LoomraSDKOperations::dropsWhatIsNoReply_data()
+{
+    QTest::addColumn<QString>("frame");
+    QTest::addColumn<QString>("heard");
+    const auto row = [](const char *frame, const char *heard = "") {
+        QTest::newRow(frame) << QString::fromUtf8(frame) << QString::fromUtf8(heard);
+    };
+    row(R"({"type":"stream","id":3,"payload":{"agents":["x"]}})");
+    row(R"({"type":"event","id":3,"payload":{"event":"tool.executed","tool":"x"}})");
+    row(R"({"type":"event","payload":"ready"})");
+    row(R"({"type":"event"})");
+    row(R"({"type":"error","error":{}})");
+    row(R"({"type":"error","error":{"message":"all is lost"}})", R"(error("all is lost"))");
+    row(R"({"type":"error","id":99,"error":{"code":"E9"}})", R"(error("E9"))");
+    row(R"({"type":"response","id":99,"payload":{},"error":{"message":"not mine"}})");
+    row(R"({"type":"response","payload":{"agents":[]}})");
+    row(R"({"id":99,"result":{"agents":[]}})");
+    row(R"({"type":"response","id":99,"method":"listAgents","payload":{"agents":[]}})");
+    row("[]");
+    row("[{\"type\":\"ready\"}]");
+    row("null");
+    row("{}");
+    row("");
+    row("not JSON");
+    row("{\"type\":\"ready\"");
+}
+
+void tst_LoomraSDKOperations::dropsWhatIsNoReply()
+{
+    QFETCH(QString, frame);
+    QFETCH(QString, heard);
+    c->sdk.listAgents();
+    const auto request = c->peer.takeRequest();
+    QCOMPARE(request.id, quint64(3));
+    QVERIFY(c->deliver(frame));
+    QCOMPARE(c->heard.take().join(QLatin1Char('\n')), heard);
+    // The connection lives on, and the request with it.
+    c->peer.reply(request, QJsonObject {{QStringLiteral("agents"), QJsonArray {1}}});
+    QCOMPARE(c->waitForSignals(1), QStringList(QStringLiteral("agentsListed([1])")));
+}
+
+void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<bool>("isKnown");
+    QTest::newRow("integer") << QStringLiteral("3") << true;
+    QTest::newRow("whole") << QStringLiteral("3.0") << true;
+    QTest::newRow("fraction") << QStringLiteral("3.5") << false;
+    QTest::newRow("text") << QStringLiteral("\"3\"") << false;
+    QTest::newRow("negative") << QStringLiteral("-3") << false;
+    QTest::newRow("too large") << QStringLiteral("4294967299") << false; // 2^32 + 3
+    QTest::newRow("null") << QStringLiteral("null") << false;
+    QTest::newRow("object") << QStringLiteral("{}") << false;
+}
+
+void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds()
+{
+    QFETCH(QString, id);
+    QFETCH(bool, isKnown);
+    c->sdk.listAgents();
+    QCOMPARE(c->peer.takeRequest().id, quint64(3));
+    QVERIFY(c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{}})").arg(id)));
+    QCOMPARE(c->heard.take(), isKnown ? QStringList(QStringLiteral("agentsListed([])")) : QStringList());
+}
+
+void tst_LoomraSDKOperations::executorPathOfTheBridge_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("enabled");
+    QTest::newRow("off") << QStringLiteral(R"({"executorPathEnabled":false})") << false;
+    QTest::newRow("on") << QStringLiteral(R"({"executorPathEnabled":true})") << true;
+    QTest::newRow("no bool") << QStringLiteral(R"({"executorPathEnabled":"yes"})") << false;
+    QTest::newRow("nothing said") << QStringLiteral("{}") << true;
+    QTest::newRow("no object") << QStringLiteral("[]") << true;
+}
+
+//! What the bridge says changes what is told, and neither the environment nor the child.
+void tst_LoomraSDKOperations::executorPathOfTheBridge()
+{
+    QFETCH(QString, answer);
+    QFETCH(bool, enabled);
+    const QByteArray before = qgetenv("LOOMRA_EXECUTOR_PATH");
+    c->peer.ready(); // once more: it is asked once more
+    const auto ping = c->peer.takeRequest(QStringLiteral("ping"));
+    c->peer.takeRequest(QStringLiteral("getCapabilities"));
+    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("readyChanged()")));
+    QVERIFY(c->deliver(
+        QStringLiteral(R"({"type":"response","id":%1,"payload":%2})").arg(QString::number(ping.id), answer)));
+    QCOMPARE(c->sdk.isExecutorPathEnabled(), enabled);
+    QCOMPARE(c->heard.take(), enabled ? QStringList() : QStringList(QStringLiteral("executorPathEnabledChanged()")));
+    QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), before);
+}
+
+QTEST_GUILESS_MAIN(tst_LoomraSDKOperations)
+
+#include "tst_LoomraSDKOperations.moc"

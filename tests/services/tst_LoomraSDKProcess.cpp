@@ -1,0 +1,425 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/ConfigManager.h"
+#include "services/LoomraSDK.h"
+#include "support/MessageLog.h"
+#include "support/SignalLog.h"
+#include "support/TestSetup.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWebSocket>
+
+#include <csignal>
+#include <memory>
+
+namespace
+{
+
+const QString s_down = QStringLiteral("connectedChanged() readyChanged()");
+
+QString demoBridge()
+{
+    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge");
+}
+
+//! A bridge that does no more than run.
+constexpr char s_idle[] = "setInterval(() => {}, 1000);";
+
+} // namespace
+
+// The bridge as a real child process, in all its moods.
+class tst_LoomraSDKProcess : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void runsTheBridge();
+    void startsItOnce();
+    void missesTheScript();
+    void missesNode();
+    void endsGracefully();
+    void endsWithAnError();
+    void crashes();
+    void gracefulEndIsUndoneByADisconnect();
+    void comesBackAfterACrash();
+    void dropsWhatIsStillOpenAfterTheEnd();
+    void readsManyMegabytes();
+    void readsOnceMoreAfterARestart();
+    void givesTheEnvironment();
+    void closesTheConnectionFirst();
+    void killsWhatIgnoresTheSignal();
+    void executorPathRestarts();
+    void executorPathWithoutChild();
+    void executorPathFromTheEnvironment_data();
+    void executorPathFromTheEnvironment();
+
+private:
+    //! Writes a bridge.js; the next client takes it.
+    void write(const char *script);
+    void make();
+    QProcess *child() const { return m_sdk->findChild<QProcess *>(); }
+    bool isRunning() const { return child()->state() == QProcess::Running; }
+    QTimer *reconnectTimer() const { return m_sdk->findChild<QTimer *>(QStringLiteral("reconnectTimer")); }
+    void expireReconnectTimer();
+    QString heard() { return m_heard->take().join(QLatin1Char(' ')); }
+
+    std::unique_ptr<MessageLog> m_log;
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<ConfigManager> m_config;
+    std::unique_ptr<LoomraSDK> m_sdk;
+    std::unique_ptr<SignalLog> m_heard;
+};
+
+void tst_LoomraSDKProcess::initTestCase()
+{
+    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
+        QSKIP("what listens on the bridge's port would be killed: it isn't this test's own");
+    }
+    TestSetup::setAboutData();
+}
+
+void tst_LoomraSDKProcess::init()
+{
+    m_log = std::make_unique<MessageLog>();
+    m_directory = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_directory->isValid());
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(m_directory->path()));
+    qunsetenv("LOOMRA_EXECUTOR_PATH");
+}
+
+void tst_LoomraSDKProcess::cleanup()
+{
+    m_heard.reset();
+    m_sdk.reset();
+    m_config.reset();
+    m_directory.reset();
+    m_log.reset();
+}
+
+void tst_LoomraSDKProcess::write(const char *script)
+{
+    QFile file(m_directory->filePath(QStringLiteral("bridge.js")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(script);
+}
+
+void tst_LoomraSDKProcess::make()
+{
+    m_config = std::make_unique<ConfigManager>();
+    m_sdk = std::make_unique<LoomraSDK>(m_config.get());
+    m_heard = std::make_unique<SignalLog>(m_sdk.get());
+}
+
+void tst_LoomraSDKProcess::expireReconnectTimer()
+{
+    QVERIFY(QMetaObject::invokeMethod(reconnectTimer(), "timeout"));
+}
+
+void tst_LoomraSDKProcess::runsTheBridge()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    QVERIFY(isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    QVERIFY(!reconnectTimer()->isActive());
+    m_sdk->listAgents();
+    QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
+    m_sdk->stopBridgeProcess(true);
+    QVERIFY(!isRunning());
+    QTRY_VERIFY(!m_sdk->isConnected());
+    QCoreApplication::processEvents();
+    QVERIFY(!reconnectTimer()->isActive());
+}
+
+void tst_LoomraSDKProcess::startsItOnce()
+{
+    write(s_idle);
+    make();
+    m_sdk->initialize();
+    QVERIFY(isRunning());
+    const qint64 pid = child()->processId();
+    m_sdk->initialize();
+    QCOMPARE(child()->processId(), pid);
+    QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Bridge process already running, skipping start")));
+}
+
+void tst_LoomraSDKProcess::missesTheScript()
+{
+    make();
+    m_sdk->initialize();
+    QCOMPARE(heard(),
+             QStringLiteral("error(\"Bridge script not found: %1\")")
+                 .arg(m_directory->filePath(QStringLiteral("bridge.js"))));
+    QCOMPARE(child()->state(), QProcess::NotRunning);
+    QVERIFY(!reconnectTimer()->isActive());
+    // Until somebody tries again.
+    write(s_idle);
+    m_sdk->initialize();
+    QVERIFY(isRunning());
+}
+
+void tst_LoomraSDKProcess::missesNode()
+{
+    write(s_idle);
+    make();
+    const QByteArray path = qgetenv("PATH");
+    const QTemporaryDir nothing;
+    qputenv("PATH", QFile::encodeName(nothing.path()));
+    m_sdk->initialize();
+    qputenv("PATH", path);
+    QCOMPARE(heard(), QStringLiteral("error(\"Bridge process error: 0\") error(\"Failed to start bridge process\")"));
+    QVERIFY(!reconnectTimer()->isActive());
+}
+
+void tst_LoomraSDKProcess::endsGracefully()
+{
+    write("process.exit(0);");
+    make();
+    m_sdk->initialize();
+    QTRY_COMPARE(child()->state(), QProcess::NotRunning);
+    QCOMPARE(heard(), s_down);
+    QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge exited gracefully (port may be in use). Not restarting.")));
+    QCoreApplication::processEvents();
+    QVERIFY(!reconnectTimer()->isActive());
+}
+
+void tst_LoomraSDKProcess::endsWithAnError()
+{
+    write("process.exit(3);");
+    make();
+    m_sdk->initialize();
+    QTRY_COMPARE(child()->state(), QProcess::NotRunning);
+    QCOMPARE(heard(), s_down);
+    QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge process finished with exit code: 3")));
+    QTRY_VERIFY(reconnectTimer()->isActive());
+}
+
+void tst_LoomraSDKProcess::crashes()
+{
+    write(s_idle);
+    make();
+    m_sdk->initialize();
+    m_heard->take();
+    ::kill(static_cast<pid_t>(child()->processId()), SIGKILL);
+    QTRY_COMPARE(child()->state(), QProcess::NotRunning);
+    const QStringList signalled = m_heard->take();
+    QVERIFY(signalled.contains(QStringLiteral("error(\"Bridge process error: 1\")")));
+    QVERIFY(signalled.join(QLatin1Char(' ')).contains(s_down));
+    QTRY_VERIFY(reconnectTimer()->isActive()); // its code reads 9
+}
+
+//! A bridge that says goodbye leaves no timer behind, but its connection's end does.
+void tst_LoomraSDKProcess::gracefulEndIsUndoneByADisconnect()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    const qint64 pid = child()->processId();
+    ::kill(static_cast<pid_t>(pid), SIGTERM); // which it takes for a wish, and ends with 0
+    QTRY_COMPARE(child()->state(), QProcess::NotRunning);
+    QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge exited gracefully (port may be in use). Not restarting.")));
+    QTRY_VERIFY(!m_sdk->isConnected());
+    QTRY_VERIFY(reconnectTimer()->isActive());
+    expireReconnectTimer();
+    QVERIFY(isRunning());
+    QVERIFY(child()->processId() != pid);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+}
+
+void tst_LoomraSDKProcess::comesBackAfterACrash()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    for (int i = 0; i < 2; ++i) {
+        QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+        ::kill(static_cast<pid_t>(child()->processId()), SIGKILL);
+        QTRY_COMPARE(child()->state(), QProcess::NotRunning);
+        QVERIFY(!m_sdk->isReady());
+        QTRY_VERIFY(reconnectTimer()->isActive());
+        expireReconnectTimer();
+        QVERIFY(isRunning());
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    m_sdk->listAgents();
+    QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
+}
+
+//! The flags fall with the child, before the socket has noticed.
+void tst_LoomraSDKProcess::dropsWhatIsStillOpenAfterTheEnd()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    m_heard->take();
+    QMetaObject::invokeMethod(m_sdk.get(), "onBridgeProcessFinished", Q_ARG(int, 1),
+                              Q_ARG(QProcess::ExitStatus, QProcess::CrashExit));
+    QVERIFY(!m_sdk->isConnected());
+    QVERIFY(!m_sdk->isReady());
+    m_sdk->listAgents();
+    QCOMPARE(heard(), s_down + QStringLiteral(" error(\"SDK not ready. Please wait for initialization.\")"));
+}
+
+void tst_LoomraSDKProcess::readsManyMegabytes()
+{
+    write("const line = 'x'.repeat(1023) + '\\n';"
+          "for (let i = 0; i < 8192; ++i) (i % 2 ? process.stdout : process.stderr).write(line);"
+          "process.stdout.write('', () => process.stderr.write('', () => process.exit(7)));");
+    make();
+    m_sdk->initialize();
+    QTRY_COMPARE_WITH_TIMEOUT(child()->state(), QProcess::NotRunning, 30000);
+    QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge process finished with exit code: 7")));
+    qint64 read = 0;
+    const auto lines = m_log->lines();
+    for (const MessageLog::Line &line : lines) {
+        if (line.text.startsWith(QLatin1String("Bridge output:"))) {
+            read += line.text.count(QLatin1Char('x'));
+        }
+    }
+    QCOMPARE(read, qint64(8192) * 1023);
+}
+
+void tst_LoomraSDKProcess::readsOnceMoreAfterARestart()
+{
+    write("process.stdout.write('hello'); setInterval(() => {}, 1000);");
+    make();
+    m_sdk->initialize();
+    QTRY_COMPARE(m_log->count(QStringLiteral("Bridge output: \"hello\"")), 1);
+    m_sdk->stopBridgeProcess(false);
+    m_sdk->initialize();
+    QTRY_COMPARE(m_log->count(QStringLiteral("Bridge output: \"hello\"")), 2);
+    QTRY_COMPARE(m_log->count(QStringLiteral("Bridge output: \"\"")), 1);
+}
+
+void tst_LoomraSDKProcess::givesTheEnvironment()
+{
+    write("require('fs').writeFileSync('seen.tmp', JSON.stringify({ env: process.env, cwd: process.cwd(),"
+          " argv: process.argv }));"
+          "require('fs').renameSync('seen.tmp', 'seen.json'); setInterval(() => {}, 1000);");
+    qputenv("LOOMRA_AUTO_AGENT_ROUTING", "false");
+    qputenv("LOOMRA_WORKSPACE_INTEL", "1");
+    qunsetenv("LOOMRA_AI_RUNTIME");
+    qputenv("https_proxy", "http://[::1]:1");
+    make();
+    m_sdk->initialize();
+    const QString seen = m_directory->filePath(QStringLiteral("seen.json"));
+    QTRY_VERIFY(QFile::exists(seen));
+    for (const char *name : {"LOOMRA_AUTO_AGENT_ROUTING", "LOOMRA_WORKSPACE_INTEL", "https_proxy"}) {
+        qunsetenv(name);
+    }
+    QFile file(seen);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonObject child = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject environment = child.value(QStringLiteral("env")).toObject();
+    const auto value = [&](const char *name) { return environment.value(QLatin1String(name)).toString(); };
+    QCOMPARE(value("LOOMRA_BRIDGE_PORT"), QStringLiteral("8765"));
+    QCOMPARE(value("LOOMRA_AUTO_AGENT_ROUTING"), QStringLiteral("true"));
+    QCOMPARE(value("LOOMRA_EXECUTOR_PATH"), QStringLiteral("1"));
+    QCOMPARE(value("LOOMRA_WORKSPACE_INTEL"), QStringLiteral("1"));
+    QCOMPARE(value("LOOMRA_AI_RUNTIME"), QStringLiteral("0"));
+    QVERIFY(!environment.contains(QStringLiteral("https_proxy")));
+    QCOMPARE(child.value(QStringLiteral("cwd")).toString(), m_directory->path());
+}
+
+void tst_LoomraSDKProcess::closesTheConnectionFirst()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    auto *socket = m_sdk->findChild<QWebSocket *>();
+    m_sdk->stopBridgeProcess(false);
+    QVERIFY(socket->state() != QAbstractSocket::ConnectedState);
+    QCOMPARE(child()->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child()->exitCode(), 0);
+    // Not the end of the program: it comes back.
+    QTRY_VERIFY(reconnectTimer()->isActive());
+}
+
+void tst_LoomraSDKProcess::killsWhatIgnoresTheSignal()
+{
+    write("process.on('SIGTERM', () => process.stdout.write('not me')); setInterval(() => {}, 1000);"
+          "process.stdout.write('deaf');");
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY(m_log->has(QtDebugMsg, QStringLiteral("Bridge output: \"deaf\"")));
+    m_sdk->stopBridgeProcess(true);
+    QCOMPARE(child()->state(), QProcess::NotRunning);
+    QCOMPARE(child()->exitStatus(), QProcess::CrashExit);
+    QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge did not exit after SIGTERM within 10s; sending SIGKILL")));
+}
+
+void tst_LoomraSDKProcess::executorPathRestarts()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    const qint64 pid = child()->processId();
+    m_heard->take();
+    m_sdk->setExecutorPathEnabled(false);
+    QCOMPARE(m_heard->entries().first(), QStringLiteral("executorPathEnabledChanged()"));
+    QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
+    QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Executor path toggled to false — restarting bridge")));
+    QVERIFY(!isRunning());
+    QTRY_VERIFY(isRunning());
+    QVERIFY(child()->processId() != pid);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    // Its own answer agrees.
+    QVERIFY(!m_sdk->isExecutorPathEnabled());
+}
+
+void tst_LoomraSDKProcess::executorPathWithoutChild()
+{
+    make();
+    m_sdk->setConnectOnly(true);
+    m_sdk->setExecutorPathEnabled(false);
+    QCOMPARE(heard(), QStringLiteral("executorPathEnabledChanged()"));
+    QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
+    m_sdk->setExecutorPathEnabled(true);
+    QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("1"));
+    QCOMPARE(child()->state(), QProcess::NotRunning);
+}
+
+void tst_LoomraSDKProcess::executorPathFromTheEnvironment_data()
+{
+    QTest::addColumn<QByteArray>("atFirst");
+    QTest::addColumn<QByteArray>("atStart");
+    QTest::addColumn<bool>("enabled");
+    QTest::newRow("on") << QByteArray("1") << QByteArray("1") << true;
+    QTest::newRow("off") << QByteArray("False") << QByteArray("False") << false;
+    QTest::newRow("switched off before the start") << QByteArray("yes") << QByteArray("0") << false;
+    QTest::newRow("switched on before the start") << QByteArray("0") << QByteArray("no") << true;
+}
+
+void tst_LoomraSDKProcess::executorPathFromTheEnvironment()
+{
+    QFETCH(QByteArray, atFirst);
+    QFETCH(QByteArray, atStart);
+    QFETCH(bool, enabled);
+    write(s_idle);
+    qputenv("LOOMRA_EXECUTOR_PATH", atFirst);
+    make();
+    const bool before = m_sdk->isExecutorPathEnabled();
+    qputenv("LOOMRA_EXECUTOR_PATH", atStart);
+    m_sdk->initialize();
+    QCOMPARE(m_sdk->isExecutorPathEnabled(), enabled);
+    QCOMPARE(heard(), before == enabled ? QString() : QStringLiteral("executorPathEnabledChanged()"));
+}
+
+QTEST_GUILESS_MAIN(tst_LoomraSDKProcess)
+
+#include "tst_LoomraSDKProcess.moc"
