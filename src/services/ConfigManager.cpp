@@ -59,6 +59,11 @@ void ConfigManager::setCurrentProject(const QString &path)
     Q_EMIT currentProjectChanged();
 }
 
+int ConfigManager::boundedReminderMinutes(int minutes)
+{
+    return qBound(s_leastMinutes, minutes, s_mostMinutes);
+}
+
 void ConfigManager::load()
 {
     m_apiKey = m_general.readEntry(s_apiKey, QString());
@@ -68,7 +73,7 @@ void ConfigManager::load()
     // The default is a text, so that KConfig hands over what stands there as it is: no number then counts as 0, and
     // not as the default.
     const int minutes = m_general.readEntry(s_reminderMinutes, QVariant(QString::number(s_usualMinutes))).toInt();
-    m_workspaceSuggestionReminderMinutes = qBound(s_leastMinutes, minutes, s_mostMinutes);
+    m_workspaceSuggestionReminderMinutes = boundedReminderMinutes(minutes);
     m_enabledWorkspaceTemplateSlugs = m_general.readEntry(s_templateSlugs, QStringList());
 }
 

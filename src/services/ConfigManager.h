@@ -51,6 +51,7 @@ public:
 
     //! Whether the user is reminded of workspace suggestions, and how often. They are kept for whoever reminds, who
     //! also sees to limits, signals and saving. What load() reads is within 1 to 1440 minutes.
+    static int boundedReminderMinutes(int minutes);
     bool workspaceSuggestionReminderEnabled() const { return m_workspaceSuggestionReminderEnabled; }
     void setWorkspaceSuggestionReminderEnabled(bool enabled) { m_workspaceSuggestionReminderEnabled = enabled; }
     int workspaceSuggestionReminderMinutes() const { return m_workspaceSuggestionReminderMinutes; }

@@ -12,15 +12,11 @@
 #include <QTimer>
 #include <QWebSocket>
 
-#include <algorithm>
-
 namespace
 {
 
 constexpr int s_port = 8765;
 constexpr int s_reconnectInterval = 3000; // ms
-constexpr int s_minutesAtLeast = 1;
-constexpr int s_minutesAtMost = 1440;
 
 } // namespace
 
@@ -32,7 +28,8 @@ LoomraSDK::LoomraSDK(ConfigManager *configManager, QObject *parent)
     , m_reconnectTimer(new QTimer(this))
     , m_bridgePath(BridgePath::resolve())
     , m_port(s_port)
-    , m_executorPathEnabled(BridgeEnvironment::truthyEnvValue(qEnvironmentVariable("LOOMRA_EXECUTOR_PATH")))
+    , m_executorPathEnabled(
+          BridgeEnvironment::truthyEnvValue(qEnvironmentVariable(BridgeEnvironment::executorPathVariable)))
     , m_reminderTimer(new QTimer(this))
     , m_workspaceSuggestionReminderEnabled(configManager->workspaceSuggestionReminderEnabled())
     , m_workspaceSuggestionReminderMinutes(configManager->workspaceSuggestionReminderMinutes())
@@ -111,7 +108,7 @@ void LoomraSDK::setWorkspaceSuggestionReminderEnabled(bool enabled)
 
 void LoomraSDK::setWorkspaceSuggestionReminderMinutes(int minutes)
 {
-    const int bounded = std::clamp(minutes, s_minutesAtLeast, s_minutesAtMost);
+    const int bounded = ConfigManager::boundedReminderMinutes(minutes);
     if (m_workspaceSuggestionReminderMinutes == bounded) {
         return;
     }

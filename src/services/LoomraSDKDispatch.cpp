@@ -22,9 +22,6 @@ constexpr int s_pendingArgumentOffset = 10000;
 
 constexpr int s_loggedFrame = 200; // characters
 
-//! The one unsolicited "response" that is acted on.
-constexpr QLatin1String s_suggestionCheck("aiRuntimeCheckWorkspaceNotification");
-
 QString receiverLocation()
 {
     return QStringLiteral("LoomraSDK:onWebSocketTextMessageReceived");
@@ -157,7 +154,7 @@ void LoomraSDK::processReply(const BridgeFrame &frame)
     const auto pending = m_pendingRequests.constFind(id);
     if (pending == m_pendingRequests.constEnd()) {
         if (frame.kind == BridgeFrame::Kind::Response && frame.result.isObject()
-            && frame.message.value(QLatin1String("method")).toString() == s_suggestionCheck) {
+            && frame.message.value(QLatin1String("method")).toString() == suggestionCheck) {
             handleSuggestionCheck(frame.result.toObject());
         }
         return;

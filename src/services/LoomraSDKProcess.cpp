@@ -190,7 +190,7 @@ void LoomraSDK::setExecutorPathEnabled(bool enabled)
         return;
     }
     m_executorPathEnabled = enabled;
-    qputenv("LOOMRA_EXECUTOR_PATH", enabled ? "1" : "0");
+    qputenv(BridgeEnvironment::executorPathVariable, BridgeEnvironment::envValue(enabled).toLatin1());
     Q_EMIT executorPathEnabledChanged();
     if (m_bridgeProcess->state() != QProcess::Running) {
         return;

@@ -127,7 +127,7 @@ const LoomraSDK::Route *LoomraSDK::routeOf(const QString &label)
         {QLatin1String("aiRuntimeSetSetting_refresh"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("workspaceRuntimeGetHealth_panel"), whole(&Sdk::runtimeHealthUpdated)},
         {QLatin1String("workspaceRuntimeListJobs_panel"), array("jobs", &Sdk::runtimeJobsUpdated)},
-        {QLatin1String("aiRuntimeCheckWorkspaceNotification"), &Sdk::onSuggestionCheckReply},
+        {suggestionCheck, &Sdk::onSuggestionCheckReply},
         {QLatin1String("aiRuntimeDismissSuggestion_internal"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("aiRuntimeClearDismissedSuggestions_refresh"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("workspaceIntelPrepare_internal"), &Sdk::onSuggestionPreparedReply},

@@ -30,6 +30,9 @@ struct LoomraSDK::Route
     std::function<void(LoomraSDK &, const Reply &)> handle;
 };
 
+//! Its label in the table, its method on the wire, and the mark of the one unsolicited reply that is acted on.
+inline constexpr QLatin1String suggestionCheck("aiRuntimeCheckWorkspaceNotification");
+
 inline QString notReadyText()
 {
     return QStringLiteral("SDK not ready. Please wait for initialization.");

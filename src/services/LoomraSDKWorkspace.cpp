@@ -30,11 +30,6 @@ QJsonObject setting(const QString &key, const QString &value)
     return {{QStringLiteral("key"), key}, {QStringLiteral("value"), value}};
 }
 
-QString suggestionCheckLabel()
-{
-    return QStringLiteral("aiRuntimeCheckWorkspaceNotification");
-}
-
 } // namespace
 
 bool LoomraSDK::requireWorkspaceIntel()
@@ -226,8 +221,7 @@ void LoomraSDK::onWorkspaceSuggestionReminderTimeout()
     }
     // One check at a time. The label of a check that was never answered stays, so that after a bridge that went away in
     // the middle of one the timer asks no more; who asks by hand isn't held up.
-    if (std::find(m_pendingRequests.cbegin(), m_pendingRequests.cend(), suggestionCheckLabel())
-        != m_pendingRequests.cend()) {
+    if (std::find(m_pendingRequests.cbegin(), m_pendingRequests.cend(), suggestionCheck) != m_pendingRequests.cend()) {
         return;
     }
     qDebug().noquote() << QStringLiteral("LoomraSDK: periodic workspace suggestion check; interval_min=%1")
@@ -245,7 +239,7 @@ void LoomraSDK::checkWorkspaceSuggestionNotify()
         Q_EMIT error(QStringLiteral("Workspace intelligence and AI runtime must both be enabled for this action."));
         return;
     }
-    request(suggestionCheckLabel(), {{QStringLiteral("ignoreDnd"), true}});
+    request(suggestionCheck, {{QStringLiteral("ignoreDnd"), true}});
 }
 
 void LoomraSDK::onSuggestionCheckReply(const Reply &reply)
@@ -269,13 +263,10 @@ void LoomraSDK::handleSuggestionCheck(const QJsonObject &result)
 
 void LoomraSDK::presentWorkspaceSuggestionNotification(const QJsonObject &notification)
 {
-    if (notification.value(QLatin1String("title")).toString().isEmpty()) {
-        return;
-    }
-    SuggestionNotification::show(notification, this, [this, notification](const QString &actionId) {
+    const auto choose = [this, notification](const QString &actionId) {
         applyWorkspaceSuggestionChoice(notification, actionId);
-    });
-    if (SuggestionNotification::wantsInAppDialog()) {
+    };
+    if (SuggestionNotification::show(notification, this, choose) && SuggestionNotification::wantsInAppDialog()) {
         Q_EMIT workspaceSuggestionShowInAppDialog(
             QString::fromUtf8(QJsonDocument(notification).toJson(QJsonDocument::Compact)));
     }
