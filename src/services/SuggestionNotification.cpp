@@ -31,11 +31,11 @@ DefaultAction defaultActionOf(const QJsonObject &notification)
 
 } // namespace
 
-void show(const QJsonObject &notification, QObject *parent, const std::function<void(const QString &actionId)> &chosen)
+bool show(const QJsonObject &notification, QObject *parent, const std::function<void(const QString &actionId)> &chosen)
 {
     const QString title = notification.value(QLatin1String("title")).toString();
     if (title.isEmpty()) {
-        return;
+        return false;
     }
     QStringList ids;
     QStringList labels;
@@ -51,7 +51,8 @@ void show(const QJsonObject &notification, QObject *parent, const std::function<
     // Deletes itself when it is closed. The names are those of the file that declares the event.
     auto *shown = new KNotification(QStringLiteral("workspaceSuggestion"), KNotification::NotificationFlags(), parent);
     shown->setTitle(title);
-    shown->setText(notification.value(QLatin1String("body")).toString());
+    // Notification services take a body for markup, and could fetch what it names: the bridge's words are words.
+    shown->setText(notification.value(QLatin1String("body")).toString().toHtmlEscaped());
     shown->setIconName(QStringLiteral("dialog-information"));
     shown->setComponentName(QStringLiteral("loomra-kde"));
     if (!labels.isEmpty()) {
@@ -72,6 +73,7 @@ void show(const QJsonObject &notification, QObject *parent, const std::function<
     }
     choose(&KNotification::defaultActivated, defaultAction.id);
     shown->sendEvent();
+    return true;
 }
 
 bool wantsInAppDialog()

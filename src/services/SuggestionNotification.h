@@ -20,7 +20,8 @@ namespace SuggestionNotification
 //! @param parent lives longer than whatever chosen uses; the notification ends with it
 //! @param chosen called with the id of the action that the user picks: the first or the second one of the list, or
 //! "review" or "prepare" for the suggestion itself
-void show(const QJsonObject &notification, QObject *parent, const std::function<void(const QString &actionId)> &chosen);
+//! @return false without a title
+bool show(const QJsonObject &notification, QObject *parent, const std::function<void(const QString &actionId)> &chosen);
 
 //! Whether the user wants a dialog of the program as well: LOOMRA_WORKSPACE_NOTIFY_INAPP is "1" or, in any case,
 //! "true". Read at each call.

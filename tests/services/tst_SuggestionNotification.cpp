@@ -132,7 +132,7 @@ void tst_SuggestionNotification::showsWhatTheBridgeSends()
     const QJsonObject call = m_service.take();
     QCOMPARE(textOf(call, "call"), s_notify);
     QCOMPARE(textOf(call, "title"), QStringLiteral("Writing"));
-    QCOMPARE(textOf(call, "body"), QStringLiteral("Shall I prepare <b>it</b>?"));
+    QCOMPARE(textOf(call, "body"), QStringLiteral("Shall I prepare &lt;b&gt;it&lt;/b&gt;?")); // as the user reads it
     QCOMPARE(textOf(call, "icon"), QStringLiteral("dialog-information"));
     QCOMPARE(textOf(call, "event"), QStringLiteral("workspaceSuggestion"));
     QCOMPARE(textOf(call, "component"), QStringLiteral("loomra-kde"));
