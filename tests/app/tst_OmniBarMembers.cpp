@@ -35,7 +35,7 @@ const Property s_window[] = {
     {"toviAccentBorder", "QColor", "Qt.rgba(0.60, 0.20, 0.98, 0.35)", ReadOnly},
     {"systemName", "QString", "'KeldaOS'", Writable},
     {"bridge", "QVariant", "agentBridge", Writable},
-    {"sdk", "QVariant", "null", Writable},
+    {"sdk", "QVariant", "loomraSDK", Writable},
     {"barWidth", "int", "720", Writable},
     {"barHeight", "int", "56", Writable},
     {"barRadius", "int", "18", Writable},
