@@ -138,6 +138,7 @@ private Q_SLOTS:
     void tipOfTheDot();
     void thinkingGlow();
     void usageRing();
+    void buttonsGrowIntoTheInput();
     void sendButton();
     void closeButton();
     void settingsButton();
@@ -532,6 +533,28 @@ void tst_OmniBarControls::usageRing()
     // Not a sum that starts anew with the conversation.
     bar.invoke("clearConversation");
     QVERIFY(bar.isSeen(bar.item("usageRing")));
+}
+
+void tst_OmniBarControls::buttonsGrowIntoTheInput()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle()); // the entrance scales
+    const auto row = [&] { return bar.place(bar.item("settingsBtn")->parentItem()); };
+    const auto isInPlace = [&] {
+        return row().right() == bar.place(bar.item("barCard")).right() - 10
+            && bar.place(bar.item("inputField")).right() == row().left() - 10
+            && bar.place(bar.item("barCloseBtn")).right() == row().right();
+    };
+    QVERIFY(isInPlace());
+    const qreal width = row().width();
+    bar.type("hello");
+    QTRY_COMPARE(row().width(), width + 46); // the send button
+    QVERIFY(isInPlace());
+    Q_EMIT bar.agent()->usageReported(100, 100);
+    QTRY_COMPARE(row().width(), width + 46 + 38); // and the ring
+    QVERIFY(isInPlace());
+    bar.screenshot("all-buttons");
 }
 
 void tst_OmniBarControls::sendButton()

@@ -114,7 +114,8 @@ Item {
         anchors.left: leading.right
         anchors.right: trailing.left
         anchors.leftMargin: 10
-        anchors.rightMargin: 10
+        // Before the buttons are there, it keeps clear of them.
+        anchors.rightMargin: trailing.item ? 10 : 134
         anchors.verticalCenter: parent.verticalCenter
         bar: promptBar.bar
         focus: true
@@ -126,8 +127,6 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        // Before its buttons are there, the input keeps clear of them.
-        width: item ? item.width : 124
         file: Qt.resolvedUrl("BarButtons.qml")
         properties: ({ "bar": promptBar.bar })
         wanted: promptBar.bar.firstFrameShown
