@@ -18,11 +18,11 @@ class QWebSocket;
 //! The values of AgentBridge::status.
 namespace AgentStatus
 {
-constexpr QLatin1String Disconnected("disconnected");
-constexpr QLatin1String Connecting("connecting");
-constexpr QLatin1String Idle("idle");
-constexpr QLatin1String Thinking("thinking");
-constexpr QLatin1String Error("error");
+inline const QLatin1String Disconnected("disconnected");
+inline const QLatin1String Connecting("connecting");
+inline const QLatin1String Idle("idle");
+inline const QLatin1String Thinking("thinking");
+inline const QLatin1String Error("error");
 } // namespace AgentStatus
 
 //! The chat client of the OmniBar and the tray view, known to QML as agentBridge.

@@ -74,7 +74,7 @@ void AgentBridge::processEvent(const QString &name, const QJsonObject &payload)
         QLatin1String name;
         void (AgentBridge::*process)(const QJsonObject &payload);
     };
-    static constexpr Event s_events[] = {
+    static const Event s_events[] = {
         {QLatin1String("tool.executed"), &AgentBridge::onToolExecuted},
         {QLatin1String("agent.routed"), &AgentBridge::onAgentRouted},
         {QLatin1String("plan.phase"), &AgentBridge::onPlanPhase},

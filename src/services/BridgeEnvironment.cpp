@@ -11,23 +11,22 @@
 namespace
 {
 
-constexpr QLatin1String s_path("PATH");
-constexpr QLatin1String s_projectRoot("LOOMRA_PROJECT_ROOT");
-constexpr QLatin1String s_stateHome("XDG_STATE_HOME");
+const QLatin1String s_path("PATH");
+const QLatin1String s_projectRoot("LOOMRA_PROJECT_ROOT");
+const QLatin1String s_stateHome("XDG_STATE_HOME");
 
-constexpr QLatin1String s_toolDirectory("/usr/libexec/tovi-forkeldaos/bin");
-constexpr QLatin1String s_tool("/loomra");
-constexpr QLatin1String s_installedProject("/usr/share/tovi-forkeldaos/loomra-project");
-constexpr QLatin1String s_projectMark("/.loomra");
+const QLatin1String s_toolDirectory("/usr/libexec/tovi-forkeldaos/bin");
+const QLatin1String s_tool("/loomra");
+const QLatin1String s_installedProject("/usr/share/tovi-forkeldaos/loomra-project");
+const QLatin1String s_projectMark("/.loomra");
 
 //! What is off unless the user switches it on.
-constexpr QLatin1String s_offByDefault[] = {QLatin1String("LOOMRA_WORKSPACE_INTEL"),
-                                            QLatin1String("LOOMRA_AI_RUNTIME")};
+const QLatin1String s_offByDefault[] = {QLatin1String("LOOMRA_WORKSPACE_INTEL"), QLatin1String("LOOMRA_AI_RUNTIME")};
 
 //! The bridge talks to its providers directly.
-constexpr QLatin1String s_removed[] = {QLatin1String("HTTP_PROXY"), QLatin1String("HTTPS_PROXY"),
-                                       QLatin1String("http_proxy"), QLatin1String("https_proxy"),
-                                       QLatin1String("NO_PROXY"),   QLatin1String("no_proxy")};
+const QLatin1String s_removed[] = {QLatin1String("HTTP_PROXY"), QLatin1String("HTTPS_PROXY"),
+                                   QLatin1String("http_proxy"), QLatin1String("https_proxy"),
+                                   QLatin1String("NO_PROXY"),   QLatin1String("no_proxy")};
 
 } // namespace
 

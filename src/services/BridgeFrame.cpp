@@ -15,7 +15,7 @@ struct NamedKind
     BridgeFrame::Kind kind;
 };
 
-constexpr NamedKind s_kinds[] = {
+const NamedKind s_kinds[] = {
     {QLatin1String("ready"), BridgeFrame::Kind::Ready},       {QLatin1String("event"), BridgeFrame::Kind::Event},
     {QLatin1String("stream"), BridgeFrame::Kind::Stream},     {QLatin1String("error"), BridgeFrame::Kind::Error},
     {QLatin1String("response"), BridgeFrame::Kind::Response},

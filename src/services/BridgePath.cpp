@@ -19,14 +19,14 @@ struct Place
 };
 
 //! In the order of the search: installed, built, source tree.
-constexpr Place s_places[] = {
+const Place s_places[] = {
     {&Surroundings::applicationDirectory, QLatin1String("../libexec/tovi-forkeldaos/sdk-bridge")},
     {&Surroundings::applicationDirectory, QLatin1String("../share/tovi-forkeldaos/sdk-bridge")},
     {&Surroundings::applicationDirectory, QLatin1String("../src/services/sdk-bridge")},
     {&Surroundings::currentDirectory, QLatin1String("src/services/sdk-bridge")},
     {&Surroundings::home, QLatin1String("Loomra_Meridan/src/services/sdk-bridge")},
 };
-constexpr Place s_lastPlace = {&Surroundings::home, QLatin1String("loomra_kde/src/services/sdk-bridge")};
+const Place s_lastPlace = {&Surroundings::home, QLatin1String("loomra_kde/src/services/sdk-bridge")};
 
 QString below(const QString &base, const QString &path)
 {

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// The list of models as the agent CLI prints it, and its merge with the bridge's.
+//
+// The first line of an input is JSON, the bridge's rows; the rest is what the CLI prints.
+
+#include "Require.h"
+#include "services/CliModels.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSet>
+
+#include <cstdint>
+
+namespace
+{
+
+QString fullIdOf(const QJsonValue &row)
+{
+    return row.toObject().value(QLatin1String("fullId")).toString();
+}
+
+void checkRow(const QJsonObject &row)
+{
+    const auto text = [&row](const char *key) { return row.value(QLatin1String(key)).toString(); };
+    const QString provider = text("provider");
+    const QString fullId = text("fullId");
+    require(!provider.isEmpty() && provider == provider.trimmed() && !provider.contains(QLatin1Char('/')),
+            "a provider is what stands before the first slash");
+    require(!text("id").isEmpty() && text("id") == text("id").trimmed() && text("id") == text("name"),
+            "id and name are the model");
+    require(fullId == provider + QLatin1Char('/') + text("id"), "a full id is the provider and the model");
+    require(text("displayName") == fullId, "a model is shown by its full id");
+    require(row.value(QLatin1String("free")) == fullId.contains(QLatin1String("free"), Qt::CaseInsensitive),
+            "what is free says so");
+}
+
+void checkMerge(const QJsonArray &bridgeRows, const QJsonArray &cliRows)
+{
+    const QJsonArray merged = CliModels::merge(bridgeRows, cliRows);
+    QSet<QString> known;
+    for (int i = 0; i < merged.size(); ++i) {
+        const QString fullId = fullIdOf(merged.at(i));
+        if (i < bridgeRows.size()) {
+            require(merged.at(i) == bridgeRows.at(i), "the bridge's rows stand first and as they are");
+        } else {
+            require(!fullId.isEmpty() && !known.contains(fullId), "a row of the CLI comes once");
+        }
+        known.insert(fullId);
+    }
+    for (const QJsonValue row : cliRows) {
+        require(fullIdOf(row).isEmpty() || known.contains(fullIdOf(row)), "no row of the CLI is lost");
+    }
+    require(CliModels::merge(merged, cliRows) == merged, "a second merge changes nothing");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const int lineEnd = input.indexOf('\n');
+    const QJsonArray bridgeRows = QJsonDocument::fromJson(input.left(lineEnd)).array();
+    const QString output = QString::fromUtf8(input.mid(lineEnd + 1));
+
+    const QJsonArray cliRows = CliModels::rowsIn(output);
+    require(cliRows.size() <= output.count(QLatin1Char('/')), "each row has a slash of its own");
+    for (const QJsonValue row : cliRows) {
+        checkRow(row.toObject());
+    }
+    checkMerge(bridgeRows, cliRows);
+    checkMerge(cliRows, bridgeRows);
+    return 0;
+}
