@@ -31,7 +31,7 @@ struct LoomraSDK::Route
 };
 
 //! Its label in the table, its method on the wire, and the mark of the one unsolicited reply that is acted on.
-inline constexpr QLatin1String suggestionCheck("aiRuntimeCheckWorkspaceNotification");
+inline const QLatin1String suggestionCheck("aiRuntimeCheckWorkspaceNotification");
 
 inline QString notReadyText()
 {
