@@ -17,6 +17,10 @@ namespace
 
 constexpr int s_mostIds = 9000;
 
+//! Where a frame means what is kept beside its request, which stands under a number too.
+constexpr QLatin1Char s_keptPlaceholder('@');
+constexpr int s_keptOffset = 10000;
+
 //! More ids than an input can take: its operation, its frame, and what follows from their replies.
 constexpr int s_idsAhead = 8;
 
@@ -62,8 +66,10 @@ void FuzzedSdk::checkSignals()
 
 void FuzzedSdk::take(quint8 choice, const QString &frame)
 {
-    operations()[choice % operations().size()].call(m_sdk);
-    deliver(Feeding::withId(frame, m_nextId));
+    operations()[choice % operations().size()].call(m_sdk); // which takes the next id, unless it is refused
+    QString withIds = Feeding::withId(frame, m_nextId);
+    withIds.replace(s_keptPlaceholder, QString::number(m_nextId + s_keptOffset));
+    deliver(withIds);
 
     require(m_sdk.isConnected() && m_sdk.isReady(), "no frame ends the connection");
     if (!m_sdk.isWorkspaceIntelAvailable() || !m_sdk.isAiRuntimeAvailable()) {
