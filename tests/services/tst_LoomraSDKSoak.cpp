@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "services/ConfigManager.h"
+#include "services/LoomraSDK.h"
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+#include "support/WaitUntil.h"
+
+#include <QAbstractEventDispatcher>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWebSocket>
+#include <QWebSocketServer>
+
+#include <malloc.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+
+namespace
+{
+
+// Enough for the pools of sockets, host look-ups and processes to be as large as they get.
+constexpr int s_lossesBefore = 200;
+constexpr int s_losses = 1000;
+constexpr int s_restartsBefore = 10;
+constexpr int s_restarts = 50;
+
+// What may be in use more at the end, in KiB. A loss leaves four entries in the table of open requests for good here,
+// one of them a path, some 300 bytes: 240 KiB in all. A restart leaves a connection to the reader of the child's
+// output, again some 300 bytes: 12 KiB. The rest is for the allocator. A socket or process that was kept would be some
+// KiB.
+constexpr double s_atMostOfLosses = 400;
+constexpr double s_atMostOfRestarts = 64;
+//! The same for what is resident, with what lies between.
+constexpr double s_residentAtMost = 1024;
+
+//! A bridge's end of one connection at a time, which keeps nothing of those before: the memory of this process is
+//! looked at.
+class Peer : public QObject
+{
+public:
+    Peer()
+    {
+        connect(&m_server, &QWebSocketServer::newConnection, this, [this] {
+            m_client.reset(m_server.nextPendingConnection());
+            connect(m_client.get(), &QWebSocket::textMessageReceived, this, [this] { ++heard; });
+            m_client->sendTextMessage(QStringLiteral(R"({"type":"ready"})"));
+        });
+    }
+
+    bool listen() { return m_server.listen(QHostAddress::LocalHost, 8765); }
+    //! Without a closing handshake. From the event loop: what is to be deleted later from outside of it never is.
+    void drop()
+    {
+        QMetaObject::invokeMethod(
+            m_client.get(), [this] { m_client->abort(); }, Qt::QueuedConnection);
+    }
+
+    int heard = 0;
+
+private:
+    QWebSocketServer m_server {QStringLiteral("bridge"), QWebSocketServer::NonSecureMode};
+    std::unique_ptr<QWebSocket> m_client;
+};
+
+double residentKiB()
+{
+    malloc_trim(0); // or what the allocator keeps for later would count
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        QTest::qFail("the kernel doesn't tell what is resident", __FILE__, __LINE__);
+        return 0;
+    }
+    return file.readAll().split(' ').at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024;
+}
+
+int openFiles()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
+//! Living or not yet waited for.
+int childProcesses()
+{
+    int children = 0;
+    const QStringList processes = QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs);
+    for (const QString &pid : processes) {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+        if (file.open(QIODevice::ReadOnly)) {
+            const QByteArray stat = file.readAll();
+            // The name before may hold anything: state and parent follow its bracket.
+            children += stat.mid(stat.lastIndexOf(')') + 2).split(' ').at(1).toInt() == getpid();
+        }
+    }
+    return children;
+}
+
+//! Those that a delay in the code starts, and that end with it.
+int singleShots()
+{
+    const QObjectList timers = QAbstractEventDispatcher::instance()->children();
+    return static_cast<int>(std::count_if(timers.begin(), timers.end(),
+                                          [](const QObject *object) { return object->inherits("QSingleShotTimer"); }));
+}
+
+struct Figures
+{
+    double residentKiB;
+    double heapKiB; // what the allocator has handed out
+    int files;
+    int timers;
+    int objects;
+    int children;
+};
+
+//! Waits for the delays to be over, and what came of them.
+Figures figuresOf(const LoomraSDK &sdk)
+{
+    const auto *socket = sdk.findChild<QWebSocket *>();
+    const bool isQuiet = waitUntil([socket] {
+        const auto state = socket->state();
+        return singleShots() == 0
+            && (state == QAbstractSocket::ConnectedState || state == QAbstractSocket::UnconnectedState);
+    });
+    if (!isQuiet) {
+        QTest::qFail("it doesn't come to rest", __FILE__, __LINE__);
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return {residentKiB(),
+            static_cast<double>(mallinfo2().uordblks) / 1024,
+            openFiles(),
+            sdk.findChildren<QTimer *>().size(),
+            sdk.findChildren<QObject *>().size(),
+            childProcesses()};
+}
+
+void print(const char *what, const Figures &figures)
+{
+    qInfo("%s: %.0f KiB resident, %.0f KiB in use, %d files, %d timers, %d objects, %d children", what,
+          figures.residentKiB, figures.heapKiB, figures.files, figures.timers, figures.objects, figures.children);
+}
+
+//! @param heapAtMost in KiB
+void compare(const Figures &before, const Figures &after, double heapAtMost)
+{
+    print("after the warm-up", before);
+    print("at the end", after);
+    QCOMPARE(after.files, before.files);
+    QCOMPARE(after.timers, before.timers);
+    QCOMPARE(after.objects, before.objects);
+    QCOMPARE(after.children, before.children);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which keep what is freed
+    const double resident = after.residentKiB - before.residentKiB;
+    const double heap = after.heapKiB - before.heapKiB;
+    QVERIFY2(resident <= s_residentAtMost, qPrintable(QStringLiteral("%1 KiB more are resident").arg(resident)));
+    QVERIFY2(heap <= heapAtMost, qPrintable(QStringLiteral("%1 KiB more are in use").arg(heap)));
+#endif
+}
+
+} // namespace
+
+// What remains of many losses of the connection and many ends of the child.
+class tst_LoomraSDKSoak : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void losesTheConnection();
+    void losesTheChild();
+
+private:
+    void make(bool connectOnly);
+    //! Compares with now.
+    void end(const Figures &before, double heapAtMost);
+    //! As the running out of the reconnect timer does, from the event loop as
+    //! well.
+    void expire();
+
+    std::unique_ptr<MessageLog> m_log;
+    std::unique_ptr<ConfigManager> m_config;
+    std::unique_ptr<LoomraSDK> m_sdk;
+    QTimer *m_reconnectTimer = nullptr;
+};
+
+void tst_LoomraSDKSoak::initTestCase()
+{
+    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
+        QSKIP("what listens on the bridge's port would be killed: it isn't this "
+              "test's own");
+    }
+    TestSetup::setAboutData();
+}
+
+void tst_LoomraSDKSoak::init()
+{
+    m_log = std::make_unique<MessageLog>();
+    m_config = std::make_unique<ConfigManager>();
+}
+
+void tst_LoomraSDKSoak::cleanup()
+{
+    m_sdk.reset();
+    m_config.reset();
+    m_log.reset();
+}
+
+void tst_LoomraSDKSoak::expire()
+{
+    QVERIFY(QMetaObject::invokeMethod(m_reconnectTimer, "timeout", Qt::QueuedConnection));
+}
+
+void tst_LoomraSDKSoak::make(bool connectOnly)
+{
+    m_sdk = std::make_unique<LoomraSDK>(m_config.get());
+    m_sdk->setConnectOnly(connectOnly);
+    m_reconnectTimer = m_sdk->findChild<QTimer *>(QStringLiteral("reconnectTimer"));
+}
+
+void tst_LoomraSDKSoak::end(const Figures &before, double heapAtMost)
+{
+    const Figures after = figuresOf(*m_sdk);
+    m_sdk.reset();
+    m_log.reset(); // which would keep the figures to itself
+    compare(before, after, heapAtMost);
+}
+
+void tst_LoomraSDKSoak::losesTheConnection()
+{
+    Peer peer;
+    QVERIFY(peer.listen());
+    make(true);
+    m_sdk->reconnectBridge();
+    Figures before {};
+    for (int i = 0; i < s_losses; ++i) {
+        // Neither "ping" nor "getCapabilities" is answered.
+        QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.heard == 2 * (i + 1); }));
+        if (i == 0 || i == s_lossesBefore) { // twice, for looking needs memory too
+            before = figuresOf(*m_sdk);
+        }
+        peer.drop();
+        QVERIFY(waitUntil([this] { return !m_sdk->isConnected() && m_reconnectTimer->isActive(); }));
+        m_sdk->readFile(QStringLiteral("/a/path/that/is/kept/%1").arg(i));
+        QCOMPARE(m_log->warnings().size(), 1); // of the remote end's going
+        m_log->clear();
+        expire();
+    }
+    QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.heard == 2 * (s_losses + 1); }));
+    end(before, s_atMostOfLosses);
+}
+
+void tst_LoomraSDKSoak::losesTheChild()
+{
+    const QTemporaryDir directory;
+    QFile script(directory.filePath(QStringLiteral("bridge.js")));
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("process.stdout.write('up'); setInterval(() => {}, 1000);");
+    script.close();
+    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(directory.path()));
+    make(false);
+    const auto *child = m_sdk->findChild<QProcess *>();
+    m_sdk->initialize();
+    Figures before {};
+    qint64 pid = 0;
+    for (int i = 0; i <= s_restarts; ++i) {
+        QVERIFY(waitUntil([&] { return child->state() == QProcess::Running && child->processId() != pid; }));
+        pid = child->processId();
+        QVERIFY(waitUntil([this] { return m_log->has(QtDebugMsg, QStringLiteral("Bridge output: \"up\"")); }));
+        m_log->clear();
+        if (i == 0 || i == s_restartsBefore) {
+            before = figuresOf(*m_sdk);
+        }
+        if (i < s_restarts) {
+            ::kill(static_cast<pid_t>(pid), SIGKILL);
+            QVERIFY(waitUntil([child] { return child->state() == QProcess::NotRunning; }));
+            expire(); // it need not wait for the timer, nor for the delay before it
+                      // would connect
+        }
+    }
+    QCOMPARE(before.children, 1);
+    end(before, s_atMostOfRestarts);
+}
+
+QTEST_GUILESS_MAIN(tst_LoomraSDKSoak)
+
+#include "tst_LoomraSDKSoak.moc"
