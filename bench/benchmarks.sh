@@ -5,7 +5,7 @@
 # What bench/run and bench/profile share. To be sourced after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup prompt rows idle)
+readonly benchmarks=(version startup prompt requests rows idle)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
@@ -21,7 +21,10 @@ prepare_benchmarks() {
 # think of HOME, so that nothing of the caller's own counts.
 in_surroundings() {
     local needs=(display net)
-    [[ $1 != version ]] || needs=(home)
+    case $1 in
+    version) needs=(home) ;;
+    requests) needs=(net) ;;
+    esac
     shift
     # shellcheck disable=SC2016 # for the shell inside
     tests/support/environment "${needs[@]}" -- bash -c 'XDG_CACHE_HOME=$HOME/.cache exec "$@"' - "$@"

@@ -15,6 +15,13 @@ void print(const QByteArray &name, double value, const char *unit, const char *t
     std::fflush(stdout);
 }
 
+void printJudged(const QByteArray &name, double value, const char *unit, const char *sign, double target, bool isMet)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "%s %g", sign, target);
+    print(name, value, unit, text, isMet ? "ok" : "MISSED");
+}
+
 } // namespace
 
 namespace Figures
@@ -22,9 +29,12 @@ namespace Figures
 
 void bounded(const QByteArray &name, double value, const char *unit, double target)
 {
-    char text[16];
-    std::snprintf(text, sizeof text, "<= %g", target);
-    print(name, value, unit, text, value <= target ? "ok" : "MISSED");
+    printJudged(name, value, unit, "<=", target, value <= target);
+}
+
+void atLeast(const QByteArray &name, double value, const char *unit, double target)
+{
+    printJudged(name, value, unit, ">=", target, value >= target);
 }
 
 void plain(const QByteArray &name, double value, const char *unit)

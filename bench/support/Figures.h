@@ -12,6 +12,9 @@ namespace Figures
 //! A figure that is to be at most @p target. A line that ends in "MISSED" says that it isn't.
 void bounded(const QByteArray &name, double value, const char *unit, double target);
 
+//! A figure that is to be at least @p target, with the same verdicts.
+void atLeast(const QByteArray &name, double value, const char *unit, double target);
+
 //! A figure that has no target, or that explains another one.
 void plain(const QByteArray &name, double value, const char *unit);
 

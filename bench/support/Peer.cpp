@@ -39,6 +39,10 @@ void PeerServer::accept()
     QWebSocket *client = m_server->nextPendingConnection();
     client->setParent(m_server);
     connect(client, &QWebSocket::textMessageReceived, this, [this, client](const QString &text) {
+        if (!m_payload.isEmpty()) {
+            reply(client, text, m_payload);
+            return;
+        }
         const qint64 now = Clock::now();
         m_lastSpeaker = client;
         {
@@ -55,11 +59,16 @@ void PeerServer::accept()
 
 void PeerServer::answer(const QString &text)
 {
-    const QJsonObject request = QJsonDocument::fromJson(lastHeard().toUtf8()).object();
+    reply(m_lastSpeaker, lastHeard(), {{QStringLiteral("response"), text}});
+}
+
+void PeerServer::reply(QWebSocket *client, const QString &text, const QJsonObject &payload)
+{
+    const QJsonObject request = QJsonDocument::fromJson(text.toUtf8()).object();
     const QJsonObject reply {{QStringLiteral("type"), QStringLiteral("response")},
                              {QStringLiteral("id"), request.value(QStringLiteral("id"))},
-                             {QStringLiteral("payload"), QJsonObject {{QStringLiteral("response"), text}}}};
-    m_lastSpeaker->sendTextMessage(QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact)));
+                             {QStringLiteral("payload"), payload}};
+    client->sendTextMessage(QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact)));
 }
 
 int PeerServer::heard() const
@@ -120,4 +129,10 @@ void Peer::answer(const QString &text)
 {
     QMetaObject::invokeMethod(
         m_server.get(), [this, text] { m_server->answer(text); }, Qt::QueuedConnection);
+}
+
+void Peer::answerAll(const QJsonObject &payload)
+{
+    QMetaObject::invokeMethod(
+        m_server.get(), [this, payload] { m_server->answerAll(payload); }, Qt::BlockingQueuedConnection);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QJsonObject>
 #include <QThread>
 
 #include <memory>
@@ -10,7 +11,7 @@
 class PeerServer;
 
 //! A bridge that lives in a thread of its own, so that its work doesn't count as the program's. It greets each client,
-//! and answers a request when it is told to.
+//! and answers a request when it is told to, or all of them.
 class Peer
 {
 public:
@@ -27,6 +28,8 @@ public:
 
     //! Sends a good reply with this text to the last frame, where that came from. Returns at once. Any thread.
     void answer(const QString &text);
+    //! From now on every request gets a good reply at once, and isn't heard(). An empty payload ends that.
+    void answerAll(const QJsonObject &payload);
 
 private:
     QThread m_thread;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QJsonObject>
 #include <QMutex>
 #include <QObject>
 #include <QString>
@@ -20,6 +21,7 @@ public:
     bool listen();
     void close();
     void answer(const QString &text);
+    void answerAll(const QJsonObject &payload) { m_payload = payload; }
 
     int heard() const;
     QString lastHeard() const;
@@ -27,9 +29,12 @@ public:
 
 private:
     void accept();
+    static void reply(QWebSocket *client, const QString &text, const QJsonObject &payload);
 
     QWebSocketServer *m_server = nullptr;
     QWebSocket *m_lastSpeaker = nullptr;
+    //! Of the reply to every request; empty while they are only written down.
+    QJsonObject m_payload;
     mutable QMutex m_mutex;
     QString m_lastHeard;
     qint64 m_lastHeardAt = 0;

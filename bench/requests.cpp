@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// What the client of the windows adds to a request and its reply.
+
+#include "services/ConfigManager.h"
+#include "services/DebugEventLog.h"
+#include "services/LoomraSDK.h"
+#include "support/Clock.h"
+#include "support/EventLoop.h"
+#include "support/Figures.h"
+#include "support/Peer.h"
+#include "support/Statistics.h"
+
+#include <KAboutData>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QWebSocket>
+
+#include <ctime>
+#include <functional>
+#include <vector>
+
+namespace
+{
+
+//! Requests that are under way at a time. The socket holds small frames back until what it sent before is confirmed,
+//! which for one request at a time takes the system up to 40 ms; with so many there is always a reply on its way that
+//! confirms it, and it is work that is measured. Both clients have the same.
+constexpr int s_window = 64;
+constexpr int s_requests = 20000;
+constexpr int s_runs = 15;
+constexpr int s_warmUps = 2;
+constexpr int s_calls = 2000; // of the log in a run
+constexpr int s_dispatchRuns = 50;
+
+//! What the client may cost of what the socket can do.
+constexpr double s_ratioAtLeast = 0.9;
+
+constexpr char s_agents[] = R"({"agents":[{"description":"Works on a project","id":"build","name":"Build"}]})";
+
+//! As the peer forms it.
+QString replyFrame(int id, const char *payload)
+{
+    return QStringLiteral(R"({"id":%1,"payload":%2,"type":"response"})")
+        .arg(QString::number(id), QLatin1String(payload));
+}
+
+//! The processor time of this thread, in ns.
+qint64 work()
+{
+    timespec time {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
+}
+
+//! What a client did in a run.
+struct Speed
+{
+    double perSecond = 0;
+    //! Processor time of the client's own thread for one request and its reply, in µs.
+    double work = 0;
+};
+
+//! Keeps the window full until all requests of a run are answered. @param replies counts the replies
+Speed run(const std::function<void()> &send, const int &replies)
+{
+    const int before = replies;
+    int sent = 0;
+    const qint64 begun = Clock::now();
+    const qint64 workBefore = work();
+    const bool isDone = EventLoop::until([&] {
+        const int answered = replies - before;
+        while (sent < s_requests && sent - answered < s_window) {
+            send();
+            ++sent;
+        }
+        return answered == s_requests;
+    });
+    if (!isDone) {
+        notMeasured("a reply did not come");
+    }
+    const auto duration = static_cast<double>(Clock::now() - begun);
+    return {s_requests / duration * 1e9, static_cast<double>(work() - workBefore) / s_requests / 1e3};
+}
+
+//! The same JSON on a socket with nothing around it.
+class BareClient
+{
+public:
+    BareClient()
+    {
+        QObject::connect(&m_socket, &QWebSocket::textMessageReceived, &m_socket, [this](const QString &text) {
+            const QJsonObject message = QJsonDocument::fromJson(text.toUtf8()).object();
+            if (message.value(QLatin1String("id")).toInt() > 0
+                && message.value(QLatin1String("payload")).toObject().contains(QLatin1String("agents"))) {
+                ++replies;
+            }
+        });
+        m_socket.open(QUrl(QStringLiteral("ws://127.0.0.1:8765/ws")));
+        if (!EventLoop::until([this] { return m_socket.isValid(); })) {
+            notMeasured("a bare socket could not be opened");
+        }
+    }
+
+    void send()
+    {
+        const QJsonObject message {{QStringLiteral("id"), ++m_id},
+                                   {QStringLiteral("method"), QStringLiteral("listAgents")},
+                                   {QStringLiteral("params"), QJsonObject()}};
+        m_socket.sendTextMessage(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+    }
+
+    int replies = 0;
+
+private:
+    QWebSocket m_socket;
+    int m_id = 0;
+};
+
+//! The events of a request and its reply, with texts as theirs.
+void logEvents(int id, const QString &reply)
+{
+    const auto location = QStringLiteral("LoomraSDK:bench");
+    const auto method = QStringLiteral("listAgents");
+    DebugEventLog::write(
+        location, QStringLiteral("sendRequest entry"),
+        QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
+            .arg(DebugEventLog::escaped(method), QString::number(id), QString::number(1), QString::number(1)));
+    DebugEventLog::write(location, QStringLiteral("sendRequest message sent"),
+                         QStringLiteral("{\"method\":\"%1\",\"requestId\":%2}")
+                             .arg(DebugEventLog::escaped(method), QString::number(id)));
+    DebugEventLog::write(location, QStringLiteral("WebSocket message received"),
+                         QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
+                             .arg(QString::number(reply.size()), DebugEventLog::escapedLines(reply.left(200))));
+    DebugEventLog::write(
+        location, QStringLiteral("Parsed message object"),
+        QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
+            .arg(QString::number(1), DebugEventLog::escaped(QStringLiteral("response")), QString::number(1)));
+}
+
+//! The processor time of the log's share of a request, in µs.
+double logWork(const QString &reply)
+{
+    std::vector<double> times;
+    for (int run = 0; run < s_runs; ++run) {
+        const qint64 before = work();
+        for (int i = 0; i < s_calls; ++i) {
+            logEvents(i, reply);
+        }
+        times.push_back(static_cast<double>(work() - before) / s_calls / 1e3);
+    }
+    return Statistics::median(times);
+}
+
+//! The client, and what is needed to know which ids it uses.
+class WindowClient
+{
+public:
+    WindowClient()
+    {
+        m_sdk.setConnectOnly(true);
+        m_sdk.reconnectBridge();
+        QObject::connect(&m_sdk, &LoomraSDK::agentsListed, &m_sdk, [this] { ++replies; });
+        QObject::connect(&m_sdk, &LoomraSDK::chatResponse, &m_sdk, [this] { ++replies; });
+        QObject::connect(&m_sdk, &LoomraSDK::deniedPermissionsReceived, &m_sdk, [this] { ++replies; });
+        if (!EventLoop::until([this] { return m_sdk.isReady(); })) {
+            notMeasured("the client does not become ready");
+        }
+    }
+
+    void send()
+    {
+        m_sdk.listAgents();
+        ++m_id;
+    }
+
+    //! What the receiver needs for a reply to this operation, from the text as the socket has it until the signal's
+    //! end, in µs. The peer must be silent.
+    double receive(void (*operation)(LoomraSDK &), const char *payload)
+    {
+        std::vector<QString> frames;
+        for (int i = 0; i < s_window; ++i) {
+            operation(m_sdk);
+            frames.push_back(replyFrame(++m_id, payload));
+        }
+        const int before = replies;
+        const qint64 workBefore = work();
+        for (const QString &frame : frames) {
+            Q_EMIT m_socket->textMessageReceived(frame);
+        }
+        const qint64 spent = work() - workBefore;
+        if (replies - before != s_window) {
+            notMeasured("the client's ids are others than it was thought");
+        }
+        return static_cast<double>(spent) / s_window / 1e3;
+    }
+
+    int replies = 0;
+
+private:
+    ConfigManager m_config;
+    LoomraSDK m_sdk {&m_config};
+    QWebSocket *const m_socket = m_sdk.findChild<QWebSocket *>();
+    int m_id = 2; // those of "ping" and "getCapabilities"
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    KAboutData::setApplicationData(KAboutData(QStringLiteral("loomra-kde"), QString(), QString()));
+    if (DebugEventLog::isOn()) {
+        notMeasured("the debug log is on");
+    }
+    Peer peer;
+    // Each is answered at once, so that the work of both ends goes on side by side.
+    peer.answerAll(QJsonDocument::fromJson(s_agents).object());
+    WindowClient client;
+    BareClient bare;
+
+    std::vector<double> perSecond;
+    std::vector<double> perSecondBare;
+    std::vector<double> work;
+    std::vector<double> workBare;
+    // In turn, so that what the machine does else hits both alike.
+    for (int i = -s_warmUps; i < s_runs; ++i) {
+        const Speed own = run([&client] { client.send(); }, client.replies);
+        const Speed raw = run([&bare] { bare.send(); }, bare.replies);
+        if (i >= 0) {
+            perSecond.push_back(own.perSecond);
+            perSecondBare.push_back(raw.perSecond);
+            work.push_back(own.work);
+            workBare.push_back(raw.work);
+        }
+    }
+
+    using Statistics::median;
+    Figures::plain("requests.per-second", median(perSecond), "1/s");
+    Figures::plain("requests.per-second.raw-socket", median(perSecondBare), "1/s");
+    Figures::atLeast("requests.ratio", median(perSecond) / median(perSecondBare), "x", s_ratioAtLeast);
+    Figures::plain("requests.work", median(work), "us");
+    Figures::plain("requests.work.raw-socket", median(workBare), "us");
+    Figures::plain("requests.work.own", median(work) - median(workBare), "us");
+    const double log = logWork(replyFrame(1, s_agents));
+    Figures::plain("requests.debug-log", log, "us");
+    Figures::plain("requests.debug-log.share", 100 * log / median(work), "%");
+
+    peer.answerAll({});
+    std::vector<double> first;
+    std::vector<double> last;
+    for (int i = -s_warmUps; i < s_dispatchRuns; ++i) {
+        const double early =
+            client.receive([](LoomraSDK &sdk) { sdk.sendChatMessage(QString()); }, R"({"response":"r"})");
+        const double late = client.receive([](LoomraSDK &sdk) { sdk.getDeniedPermissions(); }, R"({"denied":[]})");
+        if (i >= 0) {
+            first.push_back(early);
+            last.push_back(late);
+        }
+    }
+    Figures::plain("requests.dispatch-first", median(first), "us");
+    Figures::plain("requests.dispatch-last", median(last), "us");
+    Figures::plain("requests.dispatch-dearer", median(last) - median(first), "us");
+}
