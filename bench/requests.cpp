@@ -26,9 +26,9 @@
 namespace
 {
 
-//! Requests that are under way at a time. The socket holds small frames back until what it sent before is confirmed,
-//! which for one request at a time takes the system up to 40 ms; with so many there is always a reply on its way that
-//! confirms it, and it is work that is measured. Both clients have the same.
+//! Requests that are under way at a time, of both clients. One at a time would measure how soon the other thread wakes
+//! up; and a socket holds small frames back, up to 40 ms, until what it sent before is confirmed, which a reply does.
+//! With so many there is always one on its way, and it is work that is measured.
 constexpr int s_window = 64;
 constexpr int s_requests = 20000;
 constexpr int s_runs = 15;
