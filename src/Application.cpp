@@ -13,6 +13,10 @@
 #include <QLibrary>
 #include <QQuickWindow>
 
+#include <functional>
+#include <memory>
+#include <vector>
+
 namespace
 {
 
@@ -23,17 +27,49 @@ void loadXmlGuiOnMainThread()
     QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
 }
 
-//! Looking through the icon themes takes some milliseconds, and a window asks for its icon before it is shown: so the
-//! icon comes when the window's first frame is on the screen.
-void setWindowIconAfterFirstFrame(const QQuickWindow *window)
+//! Qt Quick gathers small images in one texture, by itself as large as a window over the whole screen: 8 MiB for a
+//! dozen icons. It is told of a smaller one by the environment, which is as it was before when this ends, so that no
+//! child process gets it.
+class SmallTextureAtlas
+{
+public:
+    SmallTextureAtlas()
+    {
+        for (const char *side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
+            if (!qEnvironmentVariableIsSet(side)) {
+                qputenv(side, "512"); // pixels
+                m_set.push_back(side);
+            }
+        }
+    }
+    ~SmallTextureAtlas()
+    {
+        for (const char *side : m_set) {
+            qunsetenv(side);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(SmallTextureAtlas)
+
+private:
+    std::vector<const char *> m_set;
+};
+
+//! Looking through the icon themes takes some milliseconds, and a window asks for its icon before it is shown.
+void setWindowIcon()
+{
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomra-kde")));
+}
+
+//! Calls a function when the window's first frame is on the screen. Where another one follows very soon, once more.
+void afterFirstFrame(const QQuickWindow *window, const std::function<void()> &function)
 {
     auto *first = new QObject(QGuiApplication::instance());
     // Queued, as frames are swapped on another thread where there is a render thread.
     QObject::connect(
         window, &QQuickWindow::frameSwapped, first,
-        [first] {
-            QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomra-kde")));
+        [first, function] {
             first->deleteLater();
+            function();
         },
         Qt::QueuedConnection);
 }
@@ -44,14 +80,6 @@ void Application::prepareEnvironment()
 {
     // Attached files are read by XMLHttpRequest, which is closed to local files without this.
     qputenv("QML_XHR_ALLOW_FILE_READ", "1");
-
-    // Qt Quick gathers small images in one texture, by itself as large as a window over the whole screen: 8 MiB for a
-    // dozen icons. In pixels.
-    for (const char *side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
-        if (!qEnvironmentVariableIsSet(side)) {
-            qputenv(side, "512");
-        }
-    }
 }
 
 KAboutData Application::describe()
@@ -98,9 +126,10 @@ void Application::load()
             }
         },
         Qt::QueuedConnection);
+    const auto atlas = std::make_shared<SmallTextureAtlas>();
     m_engine.load(m_rootFile);
     if (const auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0))) {
-        setWindowIconAfterFirstFrame(window);
+        afterFirstFrame(window, [atlas] { setWindowIcon(); });
     }
 }
 

@@ -53,9 +53,13 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
         QVERIFY2(!has(qPrintable(part)), qPrintable(part));
     }
     QCOMPARE(QGuiApplication::windowIcon().name(), QString());
+    QCOMPARE(qgetenv("QSG_ATLAS_WIDTH"), QByteArray("512"));
+    QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256")); // who sets it has a reason
 
     QTRY_VERIFY(isBuilt(late));
     QTRY_COMPARE(QGuiApplication::windowIcon().name(), QStringLiteral("loomra-kde"));
+    QVERIFY(!qEnvironmentVariableIsSet("QSG_ATLAS_WIDTH")); // nothing for child processes
+    QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256"));
     QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
 }
 
@@ -69,6 +73,7 @@ int main(int argc, char **argv)
     QIcon::setThemeSearchPaths({themes.path()});
     QIcon::setThemeName(QStringLiteral("test"));
 
+    qputenv("QSG_ATLAS_HEIGHT", "256");
     Application::prepareEnvironment();
     const Application application(argc, argv);
     tst_Application test;

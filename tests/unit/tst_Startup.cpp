@@ -38,7 +38,6 @@ private Q_SLOTS:
     void advancedInterface_data();
     void advancedInterface();
     void readsLocalFiles();
-    void keepsTheTextureOfSmallImagesSmall();
     void describesItself();
     void passesTextsOn();
     void objectsOfQml();
@@ -185,17 +184,6 @@ void tst_Startup::readsLocalFiles()
     qunsetenv("QML_XHR_ALLOW_FILE_READ");
     Application::prepareEnvironment();
     QCOMPARE(qgetenv("QML_XHR_ALLOW_FILE_READ"), QByteArray("1"));
-}
-
-void tst_Startup::keepsTheTextureOfSmallImagesSmall()
-{
-    qunsetenv("QSG_ATLAS_WIDTH");
-    qputenv("QSG_ATLAS_HEIGHT", "1024");
-    Application::prepareEnvironment();
-    QCOMPARE(qgetenv("QSG_ATLAS_WIDTH"), QByteArray("512"));
-    // Who sets it has a reason.
-    QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("1024"));
-    qunsetenv("QSG_ATLAS_HEIGHT");
 }
 
 void tst_Startup::describesItself()
