@@ -56,7 +56,8 @@ class LoomraSDK : public QObject
                    setWorkspaceSuggestionReminderMinutes NOTIFY workspaceSuggestionReminderMinutesChanged)
 
 public:
-    //! Finds the bridge's directory; starts nothing. @param configManager outlives this object
+    //! Finds the bridge's directory; starts nothing. @param configManager used until the destructor, which
+    //! leaves it alone: the two may go in any order
     explicit LoomraSDK(ConfigManager *configManager, QObject *parent = nullptr);
     //! Closes the socket and stops the child.
     ~LoomraSDK() override;
@@ -69,7 +70,7 @@ public:
     //! the child running and starts nothing.
     Q_INVOKABLE void initialize();
     //! Stops the timers and the child. Blocks up to 12 seconds, and only where there is a child.
-    //! @param shuttingDown from now on nothing is started or connected again
+    //! @param shuttingDown from now on no lost connection is tried again
     void stopBridgeProcess(bool shuttingDown);
     //! Closes the connection and opens it again.
     Q_INVOKABLE void reconnectBridge();

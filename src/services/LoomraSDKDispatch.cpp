@@ -167,7 +167,7 @@ void LoomraSDK::processReply(const BridgeFrame &frame)
         return;
     }
     if (const Route *route = routeOf(label)) {
-        route->handle(*this, Reply {id, frame.result, frame.result.toObject()});
+        route->handle(*this, Reply {id, label, frame.result, frame.result.toObject()});
     }
 }
 

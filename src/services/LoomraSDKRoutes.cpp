@@ -37,13 +37,13 @@ auto whole(Signal<const QJsonObject &> signal)
 }
 
 //! The same, but anything else than an object is an error.
-auto strict(const char *method, Signal<const QJsonObject &> signal)
+auto strict(Signal<const QJsonObject &> signal)
 {
-    return [method = QLatin1String(method), signal](LoomraSDK &sdk, const auto &reply) {
+    return [signal](LoomraSDK &sdk, const auto &reply) {
         if (reply.result.isObject()) {
             Q_EMIT(sdk.*signal)(reply.object);
         } else {
-            Q_EMIT sdk.error(QStringLiteral("Invalid %1 response from bridge").arg(method));
+            Q_EMIT sdk.error(QStringLiteral("Invalid %1 response from bridge").arg(reply.label));
         }
     };
 }
@@ -87,8 +87,8 @@ const LoomraSDK::Route *LoomraSDK::routeOf(const QString &label)
         {QLatin1String("deleteSession"), &Sdk::onDeleteSessionReply},
         {QLatin1String("listModels"), &Sdk::onListModelsReply},
         {QLatin1String("checkFreeProviders"), whole(&Sdk::freeProvidersChecked)},
-        {QLatin1String("getTokenStatus"), strict("getTokenStatus", &Sdk::tokenStatusReceived)},
-        {QLatin1String("setProviderToken"), strict("setProviderToken", &Sdk::providerTokenUpdated)},
+        {QLatin1String("getTokenStatus"), strict(&Sdk::tokenStatusReceived)},
+        {QLatin1String("setProviderToken"), strict(&Sdk::providerTokenUpdated)},
         {QLatin1String("loadMessages"), array("messages", &Sdk::messagesLoaded)},
         {QLatin1String("listAgents"), array("agents", &Sdk::agentsListed)},
         {QLatin1String("renameSession"),
@@ -131,8 +131,8 @@ const LoomraSDK::Route *LoomraSDK::routeOf(const QString &label)
         {QLatin1String("aiRuntimeDismissSuggestion_internal"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("aiRuntimeClearDismissedSuggestions_refresh"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("workspaceIntelPrepare_internal"), &Sdk::onSuggestionPreparedReply},
-        {QLatin1String("getPlan"), strict("getPlan", &Sdk::planReceived)},
-        {QLatin1String("executePlan"), strict("executePlan", &Sdk::planExecuted)},
+        {QLatin1String("getPlan"), strict(&Sdk::planReceived)},
+        {QLatin1String("executePlan"), strict(&Sdk::planExecuted)},
         {QLatin1String("emergencyStop"), &nothing<Reply>},
         {QLatin1String("emergencyResume"), &nothing<Reply>},
         {QLatin1String("getDeniedPermissions"), array("denied", &Sdk::deniedPermissionsReceived)},
@@ -173,14 +173,16 @@ void LoomraSDK::onListSessionsReply(const Reply &reply)
 
 void LoomraSDK::onCreateSessionReply(const Reply &reply)
 {
-    setCurrentSessionId(reply.text(QLatin1String("sessionId")));
-    Q_EMIT sessionCreated(m_currentSessionId);
+    const QString sessionId = reply.text(QLatin1String("sessionId"));
+    setCurrentSessionId(sessionId);
+    Q_EMIT sessionCreated(sessionId);
 }
 
 void LoomraSDK::onSwitchSessionReply(const Reply &reply)
 {
-    setCurrentSessionId(reply.text(QLatin1String("sessionId")));
-    Q_EMIT sessionSwitched(m_currentSessionId);
+    const QString sessionId = reply.text(QLatin1String("sessionId"));
+    setCurrentSessionId(sessionId);
+    Q_EMIT sessionSwitched(sessionId);
 }
 
 void LoomraSDK::onDeleteSessionReply(const Reply &reply)

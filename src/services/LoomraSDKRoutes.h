@@ -16,6 +16,7 @@
 struct LoomraSDK::Reply
 {
     int id;
+    QString label;
     QJsonValue result;
     QJsonObject object;
 

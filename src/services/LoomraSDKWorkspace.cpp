@@ -5,6 +5,7 @@
 
 #include "LoomraSDKRoutes.h"
 
+#include "ConfigManager.h"
 #include "SuggestionNotification.h"
 
 #include <QDebug>
@@ -34,18 +35,20 @@ QJsonObject setting(const QString &key, const QString &value)
 
 bool LoomraSDK::requireWorkspaceIntel()
 {
-    if (!canUseWorkspaceIntel()) {
+    const bool canUse = canUseWorkspaceIntel();
+    if (!canUse) {
         Q_EMIT error(QStringLiteral("Workspace intelligence is not available."));
     }
-    return canUseWorkspaceIntel();
+    return canUse;
 }
 
 bool LoomraSDK::requireAiRuntime()
 {
-    if (!canUseAiRuntime()) {
+    const bool canUse = canUseAiRuntime();
+    if (!canUse) {
         Q_EMIT error(QStringLiteral("AI runtime is not available."));
     }
-    return canUseAiRuntime();
+    return canUse;
 }
 
 void LoomraSDK::onCapabilitiesReply(const Reply &reply)
@@ -210,7 +213,7 @@ void LoomraSDK::updateWorkspaceSuggestionReminderTimer()
 {
     m_reminderTimer->stop();
     if (canRemindOfSuggestions()) {
-        m_reminderTimer->start(m_workspaceSuggestionReminderMinutes * s_minute);
+        m_reminderTimer->start(ConfigManager::boundedReminderMinutes(m_workspaceSuggestionReminderMinutes) * s_minute);
     }
 }
 
