@@ -3,7 +3,11 @@
 
 #include "ConnectedSdk.h"
 
+#include "support/FakePath.h"
+
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QTemporaryDir>
 #include <QTest>
 
 // What is particular to single operations: refusals, the current session, kept arguments, and odd frames.
@@ -23,6 +27,9 @@ private Q_SLOTS:
     void dropsWhatIsNoReply();
     void takesNumbersOfAnyKindForIds_data();
     void takesNumbersOfAnyKindForIds();
+    void modelsOfBothSources();
+    void modelsWithoutABridge();
+    void logsOfTheBridge();
     void executorPathOfTheBridge_data();
     void executorPathOfTheBridge();
 };
@@ -228,6 +235,48 @@ void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds()
     QCOMPARE(c->peer.takeRequest().id, quint64(3));
     QVERIFY(c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{}})").arg(id)));
     QCOMPARE(c->heard.take(), isKnown ? QStringList(QStringLiteral("agentsListed([])")) : QStringList());
+}
+
+void tst_LoomraSDKOperations::modelsOfBothSources()
+{
+    FakePath path;
+    path.add(QStringLiteral("loomra"), "echo a/b; echo c/d-free");
+    c->sdk.listModels();
+    QVERIFY(
+        c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{"models":[{"fullId":"a/b","free":true}]}})")
+                       .arg(c->peer.takeRequest().id)));
+    QCOMPARE(c->heard.take(),
+             QStringList(
+                 QStringLiteral(R"(modelsListed([{"free":true,"fullId":"a/b"},{"displayName":"c/d-free","free":true,)"
+                                R"("fullId":"c/d-free","id":"d-free","name":"d-free","provider":"c"}]))")));
+}
+
+//! Without a bridge those of the agent CLI will do, and nothing is sent; without either the user is told.
+void tst_LoomraSDKOperations::modelsWithoutABridge()
+{
+    QVERIFY(c->lose());
+    c->heard.take();
+    {
+        FakePath path;
+        path.add(QStringLiteral("loomra"), "echo a/b");
+        c->sdk.listModels();
+        QCOMPARE(
+            c->heard.take(),
+            QStringList(QStringLiteral(R"(modelsListed([{"displayName":"a/b","free":false,"fullId":"a/b","id":"b",)"
+                                       R"("name":"b","provider":"a"}]))")));
+    }
+    c->sdk.listModels();
+    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"SDK not ready. Please wait for initialization.\")")));
+}
+
+void tst_LoomraSDKOperations::logsOfTheBridge()
+{
+    const QTemporaryDir state;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    const QString directory = c->sdk.eventLogDir();
+    QCOMPARE(directory, state.filePath(QStringLiteral("loomra-bridge/logs")));
+    QVERIFY(QFileInfo(directory).isDir());
+    qunsetenv("XDG_STATE_HOME");
 }
 
 void tst_LoomraSDKOperations::executorPathOfTheBridge_data()

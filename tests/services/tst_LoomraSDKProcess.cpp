@@ -4,10 +4,12 @@
 #include "services/ConfigManager.h"
 #include "services/LoomraSDK.h"
 #include "support/MessageLog.h"
+#include "support/ScriptedBridge.h"
 #include "support/SignalLog.h"
 #include "support/TestSetup.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -57,6 +59,9 @@ private Q_SLOTS:
     void readsOnceMoreAfterARestart();
     void givesTheEnvironment();
     void closesTheConnectionFirst();
+    void saysWhyItCloses();
+    void stopEndsTheTimer();
+    void leavesTheServiceAlone();
     void killsWhatIgnoresTheSignal();
     void executorPathRestarts();
     void executorPathWithoutChild();
@@ -332,6 +337,9 @@ void tst_LoomraSDKProcess::givesTheEnvironment()
     QCOMPARE(value("LOOMRA_AI_RUNTIME"), QStringLiteral("0"));
     QVERIFY(!environment.contains(QStringLiteral("https_proxy")));
     QCOMPARE(child.value(QStringLiteral("cwd")).toString(), m_directory->path());
+    const QJsonArray arguments = child.value(QStringLiteral("argv")).toArray();
+    QCOMPARE(arguments.size(), 2); // node itself and the script
+    QCOMPARE(arguments.at(1).toString(), m_directory->filePath(QStringLiteral("bridge.js")));
 }
 
 void tst_LoomraSDKProcess::closesTheConnectionFirst()
@@ -347,6 +355,52 @@ void tst_LoomraSDKProcess::closesTheConnectionFirst()
     QCOMPARE(child()->exitCode(), 0);
     // Not the end of the program: it comes back.
     QTRY_VERIFY(reconnectTimer()->isActive());
+}
+
+//! The child's place is taken by the test on the wire: it holds the port, and is spared as it is this process.
+void tst_LoomraSDKProcess::saysWhyItCloses()
+{
+    write(s_idle);
+    ScriptedBridge peer;
+    make();
+    m_sdk->initialize();
+    QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Checking for stale processes on port 8765")));
+    QVERIFY(peer.waitForConnection());
+    QTRY_VERIFY(m_sdk->isConnected());
+    m_sdk->stopBridgeProcess(false);
+    QVERIFY(!isRunning());
+    QWebSocketProtocol::CloseCode code = QWebSocketProtocol::CloseCodeAbnormalDisconnection;
+    QString reason;
+    QVERIFY(peer.waitForClose(0, &code, &reason));
+    QCOMPARE(code, QWebSocketProtocol::CloseCodeNormal);
+    QCOMPARE(reason, QStringLiteral("app shutdown"));
+}
+
+void tst_LoomraSDKProcess::stopEndsTheTimer()
+{
+    write("process.exit(3);");
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY(reconnectTimer()->isActive());
+    m_sdk->stopBridgeProcess(true); // with the child gone
+    QVERIFY(!reconnectTimer()->isActive());
+    reconnectTimer()->start();
+    m_sdk->stopBridgeProcess(true);
+    QVERIFY(!reconnectTimer()->isActive());
+}
+
+//! Who owns the bridge doesn't ask for another one.
+void tst_LoomraSDKProcess::leavesTheServiceAlone()
+{
+    write("process.exit(3);");
+    make();
+    m_sdk->initialize();
+    QTRY_VERIFY(reconnectTimer()->isActive());
+    m_sdk->reconnectBridge();
+    QTRY_VERIFY(m_heard->entries().contains(QStringLiteral("error(\"WebSocket error: 0\")")));
+    expireReconnectTimer();
+    QTRY_COMPARE(m_log->count(QStringLiteral("Bridge process finished with exit code: 3")), 2);
+    QVERIFY(!QFile::exists(qEnvironmentVariable("TOVICTL_SYSTEMCTL_LOG")));
 }
 
 void tst_LoomraSDKProcess::killsWhatIgnoresTheSignal()
@@ -375,8 +429,16 @@ void tst_LoomraSDKProcess::executorPathRestarts()
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
     QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Executor path toggled to false — restarting bridge")));
     QVERIFY(!isRunning());
-    QTRY_VERIFY(isRunning());
-    QVERIFY(child()->processId() != pid);
+    // The lost connection wants it back as well, and here comes first: the other one finds it running.
+    QTRY_VERIFY(reconnectTimer()->isActive());
+    const QString skipped = QStringLiteral("Bridge process already running, skipping start");
+    QVERIFY(!m_log->has(QtDebugMsg, skipped));
+    expireReconnectTimer();
+    QVERIFY(isRunning());
+    const qint64 next = child()->processId();
+    QVERIFY(next != pid);
+    QTRY_VERIFY(m_log->has(QtDebugMsg, skipped));
+    QCOMPARE(child()->processId(), next);
     QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
     // Its own answer agrees.
     QVERIFY(!m_sdk->isExecutorPathEnabled());

@@ -40,7 +40,7 @@ void tst_BridgePath::takesTheFirstPlaceThatExists_data()
     const QString libexec = QStringLiteral("/opt/libexec/tovi-forkeldaos/sdk-bridge");
     const QString share = QStringLiteral("/opt/share/tovi-forkeldaos/sdk-bridge");
     const QString tree = QStringLiteral("/opt/src/services/sdk-bridge");
-    const QString current = QStringLiteral("/work/src/services/sdk-bridge");
+    const QString current = QStringLiteral("/here/src/services/sdk-bridge");
     const QString home = QStringLiteral("/home/u/Loomra_Meridan/src/services/sdk-bridge");
     const QString last = QStringLiteral("/home/u/loomra_kde/src/services/sdk-bridge");
     const QStringList all {libexec, share, tree, current, home, last};
@@ -63,12 +63,12 @@ void tst_BridgePath::takesTheFirstPlaceThatExists_data()
     wish("wish in another alphabet", "/br\xc3\xbc", QStringLiteral("/brü"), QStringLiteral("/brü"));
     wish("wish with a slash behind", "/b/", QStringLiteral("/b"), QStringLiteral("/b"));
     wish("wish with dots", "/a/./../b", QStringLiteral("/b"), QStringLiteral("/b"));
-    wish("relative wish", "b/c", QStringLiteral("/work/b/c"), QStringLiteral("/work/b/c"));
+    wish("relative wish", "b/c", QStringLiteral("/here/b/c"), QStringLiteral("/here/b/c"));
     wish("relative wish upwards", "../b", QStringLiteral("/b"), QStringLiteral("/b"));
-    wish("a dot is the current directory", ".", QStringLiteral("/work"), QStringLiteral("/work"));
+    wish("a dot is the current directory", ".", QStringLiteral("/here"), QStringLiteral("/here"));
     wish("wish that doesn't exist", "/c", QStringLiteral("/b"), libexec);
-    wish("wish of blanks isn't the current directory", "  ", QStringLiteral("/work"), libexec);
-    wish("no wish isn't the current directory", "", QStringLiteral("/work"), libexec);
+    wish("wish of blanks isn't the current directory", "  ", QStringLiteral("/here"), libexec);
+    wish("no wish isn't the current directory", "", QStringLiteral("/here"), libexec);
     wish("no home directory is meant by ~", "~/b", QStringLiteral("/home/u/b"), libexec);
 }
 
@@ -77,7 +77,7 @@ void tst_BridgePath::takesTheFirstPlaceThatExists()
     QFETCH(QByteArray, fromEnvironment);
     QFETCH(QStringList, directories);
     const auto exists = [&](const QString &path) { return directories.contains(path); };
-    QTEST(BridgePath::resolve({fromEnvironment, QStringLiteral("/opt/bin"), QStringLiteral("/work"),
+    QTEST(BridgePath::resolve({fromEnvironment, QStringLiteral("/opt/bin"), QStringLiteral("/here"),
                                QStringLiteral("/home/u"), exists}),
           "path");
 }
