@@ -35,7 +35,12 @@ public:
     //! Moves the pointer there, in pixels of the screen, and clicks.
     void click(const QPoint &position) const;
 
+    //! Closes the window as a user does who asks the window manager, and waits for the program's end.
+    //! @return whether it ended within 20 s, by itself and with 0
+    bool closeWindow();
+
     bool isRunning();
+    qint64 processId() const { return m_process.processId(); }
     void send(int signal) const;
     //! Waits for the end; false if it takes longer than 20 s.
     bool waitForEnd();
@@ -45,8 +50,8 @@ public:
     //! What it has written so far to its standard output and to its standard error.
     QByteArray output();
     QByteArray errors();
-    //! Lines on standard error that a start without a bridge is not meant to write.
-    QStringList unexpectedLines();
+    //! Lines on standard error that the log of a run without faults doesn't hold. To be asked for when it has ended.
+    QString unexpectedWords();
 
 private:
     QList<QByteArray> windows() const;

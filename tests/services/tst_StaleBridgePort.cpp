@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "NodeProcess.h"
 #include "PurgeLog.h"
 #include "services/StaleBridges.h"
+#include "support/NodeProcess.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>

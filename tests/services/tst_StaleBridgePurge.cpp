@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "NodeProcess.h"
 #include "PurgeLog.h"
 #include "services/StaleBridges.h"
 #include "support/FakePath.h"
 #include "support/MessageLog.h"
+#include "support/NodeProcess.h"
 
 #include <QFile>
 #include <QTest>
