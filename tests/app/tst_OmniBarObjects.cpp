@@ -5,6 +5,7 @@
 #include "support/OmniBarFixture.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QPointer>
 #include <QQmlComponent>
 #include <QTest>
@@ -82,6 +83,8 @@ private Q_SLOTS:
     void asksTheBridgeClientAtStart_data();
     void asksTheBridgeClientAtStart();
     void takesItsObjectsFromTheContext();
+    void seesTheRealClient();
+    void doesWithoutTheRealClient();
     void textsAreTranslated();
     void thinRoot();
     void everyListedTypeCanBeMade_data();
@@ -92,8 +95,13 @@ void tst_OmniBarObjects::doesWithout_data()
 {
     QTest::addColumn<QString>("missing");
 
+    // Those that the window needs not have, and yet uses: their rows must not get lost.
+    const QStringList names = OmniBarFixture::contextNames();
+    for (const char *name : {"i18n", "configManager", "loomraSDK", "agentBridge"}) {
+        QVERIFY2(names.contains(text(name)), name);
+    }
     QTest::newRow("nothing missing") << text("nothing");
-    for (const QString &name : OmniBarFixture::contextNames()) {
+    for (const QString &name : names) {
         QTest::newRow(qPrintable(name)) << name;
     }
     QTest::newRow("all missing") << QString();
@@ -213,6 +221,45 @@ void tst_OmniBarObjects::takesItsObjectsFromTheContext()
     QVERIFY(bar.open());
     QCOMPARE(bar.property("bridge").value<QObject *>(), static_cast<QObject *>(bar.agent()));
     QCOMPARE(bar.property("sdk").value<QObject *>(), sdk);
+}
+
+void tst_OmniBarObjects::seesTheRealClient()
+{
+    // Not initialised, so it is connected to nothing, and the window asks it for nothing.
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    auto *sdk = bar.property("sdk").value<QObject *>();
+    QVERIFY(sdk);
+    QCOMPARE(QByteArray(sdk->metaObject()->className()), QByteArray("LoomraSDK"));
+    QCOMPARE(bar.evaluate("sdk.ready"), QVariant(false));
+    QCOMPARE(bar.evaluate("sdk.currentModel"), QVariant(text("default")));
+    QCOMPARE(bar.evaluate("sdk.workspaceSuggestionReminderMinutes"), QVariant(5));
+    QCOMPARE(bar.property("modelsLoading").toBool(), false);
+
+    // Operations, with arguments of the script's own types, and signals.
+    bar.evaluate("(function() { omniBar.sdk.error.connect(function(text) { omniBar.title = text; }); })()");
+    bar.evaluate("omniBar.sdk.auditListRecent()");
+    QCOMPARE(bar.property("title").toString(), text("SDK not ready. Please wait for initialization."));
+    bar.evaluate("omniBar.sdk.executePlan([])");
+    QVERIFY(bar.property("title").toString() != text("SDK not ready. Please wait for initialization."));
+    bar.evaluate("omniBar.sdk.automationCreate({ type: 'time' }, [{ capabilityId: 'x' }])");
+    QCOMPARE(bar.property("title").toString(), text("SDK not ready. Please wait for initialization."));
+    // What the bridge would tell reaches the window's own handlers.
+    QVERIFY(QMetaObject::invokeMethod(sdk, "readyChanged"));
+    QVERIFY(QMetaObject::invokeMethod(sdk, "modelsListed", Q_ARG(QJsonArray, QJsonArray())));
+    QVERIFY(bar.settle());
+}
+
+void tst_OmniBarObjects::doesWithoutTheRealClient()
+{
+    OmniBarFixture bar;
+    bar.omit("loomraSDK");
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    QCOMPARE(bar.evaluate("sdk === null"), QVariant(true));
+    QCOMPARE(bar.property("modelsLoading").toBool(), false);
+    QCOMPARE(bar.property("bridge").value<QObject *>(), static_cast<QObject *>(bar.agent()));
 }
 
 void tst_OmniBarObjects::textsAreTranslated()
