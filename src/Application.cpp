@@ -8,11 +8,13 @@
 #include "services/LoomraSDK.h"
 
 #include <KLocalizedString>
+#include <KSignalHandler>
 
 #include <QIcon>
 #include <QLibrary>
 #include <QQuickWindow>
 
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -25,6 +27,16 @@ namespace
 void loadXmlGuiOnMainThread()
 {
     QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
+}
+
+//! The end of the session and the interrupt key are a quit like any other: a child isn't left behind.
+void quitOnSignals()
+{
+    KSignalHandler *signals = KSignalHandler::self();
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        signals->watchSignal(number);
+    }
+    QObject::connect(signals, &KSignalHandler::signalReceived, qApp, &QCoreApplication::quit);
 }
 
 //! Qt Quick gathers small images in one texture, by itself as large as a window over the whole screen: 8 MiB for a
@@ -112,6 +124,7 @@ Application::Application(int &argc, char **argv)
         sdk->initialize();
     }
     load();
+    quitOnSignals();
     QObject::connect(&m_application, &QCoreApplication::aboutToQuit, sdk, [sdk] { sdk->stopBridgeProcess(true); });
 }
 
