@@ -6,6 +6,10 @@
 #include "services/ConfigManager.h"
 #include "services/LoomraSDK.h"
 
+#include <QString>
+
+#include <functional>
+
 //! A LoomraSDK that is ready and may use everything, and what must hold of it whatever the bridge says. It is connected
 //! to the peer in this process, which reads what is sent and says nothing.
 class FuzzedSdk

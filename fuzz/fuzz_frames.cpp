@@ -19,6 +19,7 @@
 #include <QWebSocketServer>
 
 #include <cstdint>
+#include <cstdio>
 
 namespace
 {
