@@ -168,6 +168,10 @@ void LoomraSDK::stopBridgeProcess(bool shuttingDown)
     }
     m_reminderTimer->stop();
     m_reconnectTimer->stop();
+    // Qt can't give up the lookup of a host name once the application object is gone, and says so.
+    if (m_shuttingDown && m_webSocket->state() == QAbstractSocket::ConnectingState) {
+        m_webSocket->abort();
+    }
     if (m_bridgeProcess->state() == QProcess::NotRunning) {
         return;
     }

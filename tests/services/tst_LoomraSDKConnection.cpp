@@ -33,6 +33,7 @@ class tst_LoomraSDKConnection : public ConnectedSdkTest
     Q_OBJECT
 
 private Q_SLOTS:
+    void quittingGivesUpAnAttempt();
     void beginsDown();
     void connectsByInitialize();
     void readyComesInTwoForms_data();
@@ -270,6 +271,19 @@ void tst_LoomraSDKConnection::saysGoodbye()
     QVERIFY(peer.waitForClose(1, &code, &reason));
     QCOMPARE(code, QWebSocketProtocol::CloseCodeNormal);
     QCOMPARE(reason, QString());
+}
+
+void tst_LoomraSDKConnection::quittingGivesUpAnAttempt()
+{
+    QVERIFY(c->lose());
+    c->sdk.reconnectBridge();
+    const auto *socket = c->sdk.findChild<QWebSocket *>();
+    QCOMPARE(socket->state(), QAbstractSocket::ConnectingState);
+
+    c->sdk.stopBridgeProcess(true);
+
+    QCOMPARE(socket->state(), QAbstractSocket::UnconnectedState);
+    QVERIFY(!c->timer("reconnectTimer")->isActive());
 }
 
 QTEST_GUILESS_MAIN(tst_LoomraSDKConnection)
