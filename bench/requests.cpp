@@ -125,20 +125,22 @@ void logEvents(int id, const QString &reply)
 {
     const auto location = QStringLiteral("LoomraSDK:bench");
     const auto method = QStringLiteral("listAgents");
-    DebugEventLog::write(
-        location, QStringLiteral("sendRequest entry"),
-        QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
-            .arg(DebugEventLog::escaped(method), QString::number(id), QString::number(1), QString::number(1)));
-    DebugEventLog::write(location, QStringLiteral("sendRequest message sent"),
-                         QStringLiteral("{\"method\":\"%1\",\"requestId\":%2}")
-                             .arg(DebugEventLog::escaped(method), QString::number(id)));
-    DebugEventLog::write(location, QStringLiteral("WebSocket message received"),
-                         QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
-                             .arg(QString::number(reply.size()), DebugEventLog::escapedLines(reply.left(200))));
-    DebugEventLog::write(
-        location, QStringLiteral("Parsed message object"),
-        QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
-            .arg(QString::number(1), DebugEventLog::escaped(QStringLiteral("response")), QString::number(1)));
+    DebugEventLog::write(location, QStringLiteral("sendRequest entry"), [&] {
+        return QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
+            .arg(DebugEventLog::escaped(method), QString::number(id), QString::number(1), QString::number(1));
+    });
+    DebugEventLog::write(location, QStringLiteral("sendRequest message sent"), [&] {
+        return QStringLiteral("{\"method\":\"%1\",\"requestId\":%2}")
+            .arg(DebugEventLog::escaped(method), QString::number(id));
+    });
+    DebugEventLog::write(location, QStringLiteral("WebSocket message received"), [&] {
+        return QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
+            .arg(QString::number(reply.size()), DebugEventLog::escapedLines(reply.left(200)));
+    });
+    DebugEventLog::write(location, QStringLiteral("Parsed message object"), [&] {
+        return QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
+            .arg(QString::number(1), DebugEventLog::escaped(QStringLiteral("response")), QString::number(1));
+    });
 }
 
 //! The processor time of the log's share of a request, in µs.

@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <concepts>
+
 //! A record of what the client does with the bridge, for those who look for a fault: one JSON object a line in
 //! loomra-debug.log in the application's data directory. Off unless LOOMRA_DEBUG has a value, of whatever kind, at the
 //! time of an event. What can't be written is lost without a word. Main thread only.
@@ -22,6 +24,16 @@ QByteArray line(const QString &location, const QString &message, const QString &
 
 //! Adds a line with the time of now, if the log is on.
 void write(const QString &location, const QString &message, const QString &data);
+
+//! The same with data that is put together only where the log is on: off, an event costs a look at the environment.
+//! @param data called for the text
+template<std::invocable Data>
+void write(const QString &location, const QString &message, const Data &data)
+{
+    if (isOn()) {
+        write(location, message, QString(data()));
+    }
+}
 
 //! A text for a JSON string in the data of an event: backslashes and double quotes escaped. Pure.
 QString escaped(const QString &text);

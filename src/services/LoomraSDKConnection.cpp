@@ -31,9 +31,9 @@ bool LoomraSDK::isSocketOpen() const
 
 void LoomraSDK::connectWebSocket()
 {
-    DebugEventLog::write(
-        QStringLiteral("LoomraSDK:connectWebSocket"), QStringLiteral("connectWebSocket called"),
-        QStringLiteral("{\"port\":%1,\"currentState\":%2}").arg(m_port).arg(int(m_webSocket->state())));
+    DebugEventLog::write(QStringLiteral("LoomraSDK:connectWebSocket"), QStringLiteral("connectWebSocket called"), [&] {
+        return QStringLiteral("{\"port\":%1,\"currentState\":%2}").arg(m_port).arg(int(m_webSocket->state()));
+    });
     if (!isSocketOpen()) {
         m_webSocket->open(QUrl(QStringLiteral("ws://localhost:%1/ws").arg(m_port)));
     }
@@ -51,7 +51,7 @@ void LoomraSDK::onWebSocketConnected()
 {
     qDebug() << "WebSocket connected to bridge! wasConnected:" << m_connected << "wasReady:" << m_ready;
     DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketConnected"), QStringLiteral("WebSocket connected"),
-                         flagsBefore(m_connected, m_ready));
+                         [&] { return flagsBefore(m_connected, m_ready); });
     m_connected = true;
     Q_EMIT connectedChanged();
     qDebug() << "WebSocket connected to bridge";
@@ -60,7 +60,7 @@ void LoomraSDK::onWebSocketConnected()
 void LoomraSDK::onWebSocketDisconnected()
 {
     DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketDisconnected"), QStringLiteral("WebSocket disconnected"),
-                         flagsBefore(m_connected, m_ready));
+                         [&] { return flagsBefore(m_connected, m_ready); });
     fallToDisconnected();
     qDebug() << "WebSocket disconnected from bridge";
     QMetaObject::invokeMethod(this, &LoomraSDK::scheduleReconnect, Qt::QueuedConnection);
@@ -70,9 +70,10 @@ void LoomraSDK::onWebSocketError(QAbstractSocket::SocketError socketError)
 {
     const QString reason = m_webSocket->errorString();
     qWarning() << "WebSocket error:" << socketError << "error string:" << reason;
-    DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketError"), QStringLiteral("WebSocket error"),
-                         QStringLiteral("{\"error\":%1,\"errorString\":\"%2\"}")
-                             .arg(QString::number(socketError), DebugEventLog::escaped(reason)));
+    DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketError"), QStringLiteral("WebSocket error"), [&] {
+        return QStringLiteral("{\"error\":%1,\"errorString\":\"%2\"}")
+            .arg(QString::number(socketError), DebugEventLog::escaped(reason));
+    });
     // By number: a refused connection reads "WebSocket error: 0", and comes with every attempt.
     Q_EMIT error(QStringLiteral("WebSocket error: %1").arg(int(socketError)));
     if (m_connectOnly) {

@@ -60,20 +60,21 @@ void LoomraSDK::request(const QString &label, const QJsonObject &params, const Q
     if (!kept.isNull()) {
         m_pendingRequests.insert(requestId + s_pendingArgumentOffset, kept);
     }
-    sendRequest(label.section(QLatin1Char('_'), 0, 0), params, requestId);
+    sendRequest(label.left(label.indexOf(QLatin1Char('_'))), params, requestId);
 }
 
 void LoomraSDK::sendRequest(const QString &method, const QJsonObject &params, int requestId)
 {
-    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest entry"),
-                         QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
-                             .arg(DebugEventLog::escaped(method), QString::number(requestId),
-                                  QString::number(int(m_ready)), QString::number(int(m_connected))));
+    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest entry"), [&] {
+        return QStringLiteral("{\"method\":\"%1\",\"requestId\":%2,\"ready\":%3,\"connected\":%4}")
+            .arg(DebugEventLog::escaped(method), QString::number(requestId), QString::number(int(m_ready)),
+                 QString::number(int(m_connected)));
+    });
     if (!m_ready) {
         // The label stays where it is, as if the request were still open.
         Q_EMIT error(notReadyText());
         DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest SDK not ready"),
-                             requestData(method, requestId));
+                             [&] { return requestData(method, requestId); });
         return;
     }
     const QJsonObject message {
@@ -82,38 +83,40 @@ void LoomraSDK::sendRequest(const QString &method, const QJsonObject &params, in
         {QStringLiteral("params"), params},
     };
     m_webSocket->sendTextMessage(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
-    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest message sent"), requestData(method, requestId));
+    DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest message sent"),
+                         [&] { return requestData(method, requestId); });
 }
 
 void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
 {
-    DebugEventLog::write(
-        receiverLocation(), QStringLiteral("WebSocket message received"),
-        QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
-            .arg(QString::number(message.size()), DebugEventLog::escapedLines(message.left(s_loggedFrame))));
+    DebugEventLog::write(receiverLocation(), QStringLiteral("WebSocket message received"), [&] {
+        return QStringLiteral("{\"messageLength\":%1,\"messagePreview\":\"%2\"}")
+            .arg(QString::number(message.size()), DebugEventLog::escapedLines(message.left(s_loggedFrame)));
+    });
 
     const BridgeFrame frame = BridgeFrame::parse(message);
     if (frame.kind == BridgeFrame::Kind::Unreadable) {
         qDebug() << "Failed to parse JSON message:" << frame.parseError;
-        DebugEventLog::write(receiverLocation(), QStringLiteral("JSON parse error"),
-                             QStringLiteral("{\"error\":\"%1\"}").arg(DebugEventLog::escaped(frame.parseError)));
+        DebugEventLog::write(receiverLocation(), QStringLiteral("JSON parse error"), [&] {
+            return QStringLiteral("{\"error\":\"%1\"}").arg(DebugEventLog::escaped(frame.parseError));
+        });
         return;
     }
 
     // A top level that is no object reads as an object without keys, and so goes on as a reply to nothing.
     const QString type = frame.message.value(QLatin1String("type")).toString();
-    DebugEventLog::write(receiverLocation(), QStringLiteral("Parsed message object"),
-                         QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
-                             .arg(QString::number(int(frame.message.contains(QLatin1String("type")))),
-                                  DebugEventLog::escaped(type),
-                                  QString::number(int(frame.message.contains(QLatin1String("id"))))));
+    DebugEventLog::write(receiverLocation(), QStringLiteral("Parsed message object"), [&] {
+        return QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
+            .arg(QString::number(int(frame.message.contains(QLatin1String("type")))), DebugEventLog::escaped(type),
+                 QString::number(int(frame.message.contains(QLatin1String("id")))));
+    });
 
     switch (frame.kind) {
     case BridgeFrame::Kind::Ready: {
         const bool sdkInitialized = frame.message.value(QLatin1String("sdkInitialized")).toBool();
-        DebugEventLog::write(
-            receiverLocation(), QStringLiteral("Received ready message"),
-            QStringLiteral("{\"sdkInitialized\":%1,\"wasReady\":%2}").arg(int(sdkInitialized)).arg(int(m_ready)));
+        DebugEventLog::write(receiverLocation(), QStringLiteral("Received ready message"), [&] {
+            return QStringLiteral("{\"sdkInitialized\":%1,\"wasReady\":%2}").arg(int(sdkInitialized)).arg(int(m_ready));
+        });
         qDebug() << "Bridge is ready, sdkInitialized:" << sdkInitialized;
         onReady();
         break;
@@ -178,13 +181,15 @@ QString LoomraSDK::takeKeptArgument(int requestId)
 
 void LoomraSDK::logCall(const char *function, const char *message) const
 {
-    DebugEventLog::write(QStringLiteral("LoomraSDK:") + QLatin1String(function), QLatin1String(message),
-                         QStringLiteral("{\"ready\":%1,\"connected\":%2}").arg(int(m_ready)).arg(int(m_connected)));
+    DebugEventLog::write(QStringLiteral("LoomraSDK:") + QLatin1String(function), QLatin1String(message), [&] {
+        return QStringLiteral("{\"ready\":%1,\"connected\":%2}").arg(int(m_ready)).arg(int(m_connected));
+    });
 }
 
 void LoomraSDK::logListing(const char *message, const char *countKey, int count, int requestId)
 {
-    DebugEventLog::write(receiverLocation(), QLatin1String(message),
-                         QStringLiteral("{\"%1\":%2,\"requestId\":%3}")
-                             .arg(QLatin1String(countKey), QString::number(count), QString::number(requestId)));
+    DebugEventLog::write(receiverLocation(), QLatin1String(message), [&] {
+        return QStringLiteral("{\"%1\":%2,\"requestId\":%3}")
+            .arg(QLatin1String(countKey), QString::number(count), QString::number(requestId));
+    });
 }

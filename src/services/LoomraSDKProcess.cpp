@@ -58,9 +58,10 @@ void LoomraSDK::initialize()
 void LoomraSDK::startBridgeProcess()
 {
     qDebug() << "LoomraSDK::startBridgeProcess() called, state:" << m_bridgeProcess->state() << "path:" << m_bridgePath;
-    DebugEventLog::write(startLocation(), QStringLiteral("startBridgeProcess entry"),
-                         QStringLiteral("{\"state\":%1,\"bridgePath\":\"%2\"}")
-                             .arg(QString::number(m_bridgeProcess->state()), DebugEventLog::escaped(m_bridgePath)));
+    DebugEventLog::write(startLocation(), QStringLiteral("startBridgeProcess entry"), [&] {
+        return QStringLiteral("{\"state\":%1,\"bridgePath\":\"%2\"}")
+            .arg(QString::number(m_bridgeProcess->state()), DebugEventLog::escaped(m_bridgePath));
+    });
     if (m_bridgeProcess->state() != QProcess::NotRunning) {
         qDebug() << "Bridge process already running, skipping start";
         return;
@@ -70,8 +71,9 @@ void LoomraSDK::startBridgeProcess()
     const QString script = QDir(m_bridgePath).absoluteFilePath(QStringLiteral("bridge.js"));
     if (!QFile::exists(script)) {
         Q_EMIT error(QStringLiteral("Bridge script not found: %1").arg(script));
-        DebugEventLog::write(startLocation(), QStringLiteral("Bridge script not found"),
-                             QStringLiteral("{\"scriptPath\":\"%1\"}").arg(DebugEventLog::escaped(script)));
+        DebugEventLog::write(startLocation(), QStringLiteral("Bridge script not found"), [&] {
+            return QStringLiteral("{\"scriptPath\":\"%1\"}").arg(DebugEventLog::escaped(script));
+        });
         return;
     }
 
@@ -88,21 +90,24 @@ void LoomraSDK::startBridgeProcess()
     connect(m_bridgeProcess, &QProcess::readyReadStandardOutput, this, &LoomraSDK::readBridgeOutput);
 
     const QString node = QStringLiteral("node");
-    DebugEventLog::write(startLocation(), QStringLiteral("Starting bridge process"),
-                         QStringLiteral("{\"nodePath\":\"%1\",\"scriptPath\":\"%2\",\"workingDir\":\"%3\"}")
-                             .arg(node, DebugEventLog::escaped(script), DebugEventLog::escaped(m_bridgePath)));
+    DebugEventLog::write(startLocation(), QStringLiteral("Starting bridge process"), [&] {
+        return QStringLiteral("{\"nodePath\":\"%1\",\"scriptPath\":\"%2\",\"workingDir\":\"%3\"}")
+            .arg(node, DebugEventLog::escaped(script), DebugEventLog::escaped(m_bridgePath));
+    });
     m_bridgeProcess->start(node, {script});
     if (!m_bridgeProcess->waitForStarted(s_startAtMost)) {
         const QString reason = m_bridgeProcess->errorString();
         qDebug() << "Bridge process failed to start:" << reason;
         Q_EMIT error(QStringLiteral("Failed to start bridge process"));
-        DebugEventLog::write(startLocation(), QStringLiteral("Bridge process failed to start"),
-                             QStringLiteral("{\"errorString\":\"%1\"}").arg(DebugEventLog::escaped(reason)));
+        DebugEventLog::write(startLocation(), QStringLiteral("Bridge process failed to start"), [&] {
+            return QStringLiteral("{\"errorString\":\"%1\"}").arg(DebugEventLog::escaped(reason));
+        });
         return;
     }
     qDebug() << "Bridge process started successfully, PID:" << m_bridgeProcess->processId();
-    DebugEventLog::write(startLocation(), QStringLiteral("Bridge process started"),
-                         QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(m_port).arg(m_bridgeProcess->processId()));
+    DebugEventLog::write(startLocation(), QStringLiteral("Bridge process started"), [&] {
+        return QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(m_port).arg(m_bridgeProcess->processId());
+    });
     qDebug() << "Scheduling WebSocket connection in 1 second";
     QTimer::singleShot(s_connectAfterStart, this, &LoomraSDK::connectWebSocket);
 }
@@ -117,14 +122,15 @@ void LoomraSDK::readBridgeOutput()
     // By its start pointer, so that it ends at a zero byte.
     const QString text = QString::fromUtf8(output.constData());
     DebugEventLog::write(startLocation(), QStringLiteral("Bridge stdout"),
-                         QStringLiteral("{\"output\":\"%1\"}").arg(DebugEventLog::escapedLines(text)));
+                         [&] { return QStringLiteral("{\"output\":\"%1\"}").arg(DebugEventLog::escapedLines(text)); });
 }
 
 void LoomraSDK::onBridgeProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     qWarning() << "Bridge process finished with exit code:" << exitCode;
-    DebugEventLog::write(QStringLiteral("LoomraSDK:onBridgeProcessFinished"), QStringLiteral("Bridge process finished"),
-                         QStringLiteral("{\"exitCode\":%1,\"exitStatus\":%2}").arg(exitCode).arg(int(exitStatus)));
+    DebugEventLog::write(
+        QStringLiteral("LoomraSDK:onBridgeProcessFinished"), QStringLiteral("Bridge process finished"),
+        [&] { return QStringLiteral("{\"exitCode\":%1,\"exitStatus\":%2}").arg(exitCode).arg(int(exitStatus)); });
     fallToDisconnected();
     if (m_shuttingDown) {
         return;
@@ -141,7 +147,7 @@ void LoomraSDK::onBridgeProcessError(QProcess::ProcessError processError)
 {
     qWarning() << "Bridge process error:" << processError;
     DebugEventLog::write(QStringLiteral("LoomraSDK:onBridgeProcessError"), QStringLiteral("Bridge process error"),
-                         QStringLiteral("{\"error\":%1}").arg(int(processError)));
+                         [&] { return QStringLiteral("{\"error\":%1}").arg(int(processError)); });
     Q_EMIT error(QStringLiteral("Bridge process error: %1").arg(int(processError)));
 }
 
@@ -157,8 +163,9 @@ void LoomraSDK::ensureBridgeUserServiceStarted()
         DebugEventLog::write(location, QStringLiteral("systemctl not found"), QStringLiteral("{}"));
         return;
     }
-    DebugEventLog::write(location, QStringLiteral("requested tovi-bridge.service start"),
-                         QStringLiteral("{\"started\":%1}").arg(int(outcome == BridgeUserService::Outcome::Started)));
+    DebugEventLog::write(location, QStringLiteral("requested tovi-bridge.service start"), [&] {
+        return QStringLiteral("{\"started\":%1}").arg(int(outcome == BridgeUserService::Outcome::Started));
+    });
 }
 
 void LoomraSDK::stopBridgeProcess(bool shuttingDown)
