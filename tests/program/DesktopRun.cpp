@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr int s_patience = 20000; // ms
+constexpr int s_patience = 45000; // ms
 
 // The one list of what the program says by itself. Anything else is a warning that a user would find in his journal.
 constexpr const char *s_expectedLines[] = {
