@@ -47,11 +47,11 @@ public Q_SLOTS:
     {
         return {QStringLiteral("actions"), QStringLiteral("body"), QStringLiteral("body-markup")};
     }
-    QString GetServerInformation(QString &vendor, QString &version, QString &specification) const
+    QString GetServerInformation(QString &vendor, QString &version, QString &protocol) const
     {
         vendor = QStringLiteral("test");
         version = QStringLiteral("1");
-        specification = QStringLiteral("1.2");
+        protocol = QStringLiteral("1.2");
         return vendor;
     }
     uint Notify(const QString &application, uint replaces, const QString &icon, const QString &title,
