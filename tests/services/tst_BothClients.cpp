@@ -57,7 +57,14 @@ void tst_BothClients::frames_data()
         R"(errorOccurred("no"))");
     row(R"({"id":1,"error":"no","result":{"response":"hi"}})", R"(error("no"))", R"(errorOccurred("no"))");
     row(R"({"type":"error","id":1,"error":{"message":"no"}})", R"(error("no"))", R"(errorOccurred("no"))");
+    row(R"({"id":1,"error":{"message":"no"},"result":{"response":"hi"}})", R"(chatResponse("hi"))",
+        R"(agentReplied("hi"))"); // in the older form only a text is an error
+    row(R"({"id":1,"error":7,"result":{"response":"hi"}})", R"(chatResponse("hi"))", R"(agentReplied("hi"))");
+    row(R"({"type":"response","id":-1,"payload":{"response":"hi"}})", "", "");
+    row(R"({"type":"response","id":"1","payload":{"response":"hi"}})", "", "");
     row("not JSON", "", "");
+    row("[]", "", ""); // unreadable to the one, an object without keys to the other: nothing comes of either
+    row("7", "", "");
 
     // Where they differ: a code instead of a message ...
     row(R"({"type":"response","id":1,"payload":{"response":"hi"},"error":{"code":"E1"}})", R"(error("E1"))",
