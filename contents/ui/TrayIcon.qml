@@ -68,13 +68,13 @@ Window {
         Accessible.ignored: true
         sourceComponent: Column {
             objectName: "fullForm"
-            topPadding: 8
+            topPadding: 6
             spacing: 4
 
             TrayButton {
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: 40
-                height: 40
+                width: 36
+                height: 36
                 tray: trayView
             }
 

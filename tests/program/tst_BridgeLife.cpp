@@ -98,6 +98,8 @@ private Q_SLOTS:
     void cleanup();
 
     void trayRunsTheBridge();
+    void trayEndsItsBridgeOnSignals_data();
+    void trayEndsItsBridgeOnSignals();
     void trayBringsAKilledBridgeBack();
     void trayClearsThePort();
     void trayClearsWhatAKilledRunLeft();
@@ -176,6 +178,32 @@ void tst_BridgeLife::trayRunsTheBridge()
     QVERIFY(messages.contains(QStringLiteral("Bridge stdout")));
     QVERIFY(messages.contains(QStringLiteral("Received ready message")));
     QCOMPARE(messages.last(), QStringLiteral("Bridge process finished"));
+}
+
+void tst_BridgeLife::trayEndsItsBridgeOnSignals_data()
+{
+    QTest::addColumn<int>("signal");
+
+    QTest::newRow("end of the session") << SIGTERM;
+    QTest::newRow("interrupt key") << SIGINT;
+    QTest::newRow("end of the terminal") << SIGHUP;
+}
+
+void tst_BridgeLife::trayEndsItsBridgeOnSignals()
+{
+    QFETCH(int, signal);
+    DesktopRun run({QStringLiteral("--tray")}, m_environment);
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    qint64 bridge = 0;
+    QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, s_patience);
+
+    run.send(signal);
+
+    QVERIFY(run.waitForEnd());
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+    QVERIFY(!isAlive(bridge));
+    QVERIFY2(run.errors().contains("Bridge process finished with exit code: 0\n"), run.errors().constData());
 }
 
 void tst_BridgeLife::trayBringsAKilledBridgeBack()
