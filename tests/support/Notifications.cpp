@@ -4,6 +4,8 @@
 #include "Notifications.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QJsonDocument>
 #include <QTest>
 
@@ -11,6 +13,16 @@ namespace
 {
 
 constexpr int s_patience = 10000; // ms
+
+//! What the service has answered before is known to this process, too: its answers come in order.
+void hearAnswers()
+{
+    const QDBusMessage question = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("GetServerInformation"));
+    QDBusConnection::sessionBus().call(question, QDBus::BlockWithGui, s_patience);
+    QCoreApplication::processEvents();
+}
 
 } // namespace
 
@@ -41,7 +53,20 @@ QList<QJsonObject> Notifications::calls()
 
 QJsonObject Notifications::take()
 {
-    return QTest::qWaitFor([this] { return !calls().isEmpty(); }, s_patience) ? m_calls.takeFirst() : QJsonObject();
+    if (!QTest::qWaitFor([this] { return !calls().isEmpty(); }, s_patience)) {
+        return {};
+    }
+    hearAnswers();
+    return m_calls.takeFirst();
+}
+
+QJsonObject Notifications::takeShown()
+{
+    QJsonObject call;
+    do {
+        call = take();
+    } while (call.value(QLatin1String("call")) == QLatin1String("CloseNotification"));
+    return call;
 }
 
 void Notifications::invoke(const QJsonObject &notify, const QString &action)

@@ -23,8 +23,10 @@ public:
     //! Calls of the service so far, without those that were taken: "call" (Notify or CloseNotification), "number",
     //! and of a Notify "application", "icon", "title", "body", "actions" (key and label in turn), "event", "component".
     QList<QJsonObject> calls();
-    //! Waits for the next call and takes it; empty when none comes.
+    //! Waits for the next call and takes it; empty when none comes. The caller has heard of its result then.
     QJsonObject take();
+    //! The same for the next notification; what is closed before it is passed over.
+    QJsonObject takeShown();
 
     //! The user picks an action: "default", or "1" for the first of the list.
     void invoke(const QJsonObject &notify, const QString &action);
