@@ -13,6 +13,7 @@ namespace
 {
 
 constexpr int s_patience = 45000; // ms
+constexpr int s_looks = 5;
 
 // The one list of what the program says by itself. Anything else is a warning that a user would find in his journal.
 constexpr const char *s_expectedLines[] = {
@@ -66,10 +67,15 @@ DesktopRun::~DesktopRun()
 
 QList<QByteArray> DesktopRun::windows() const
 {
-    const QByteArray found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                      QStringLiteral("--pid"), QString::number(m_process.processId())});
-    QList<QByteArray> windows = found.split('\n');
-    windows.removeAll({});
+    // A search walks the tree of windows step by step and misses what the window manager moves meanwhile: that there is
+    // none is believed only when it is found several times.
+    QList<QByteArray> windows;
+    for (int i = 0; i < s_looks && windows.isEmpty(); ++i) {
+        const QByteArray found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                          QStringLiteral("--pid"), QString::number(m_process.processId())});
+        windows = found.split('\n');
+        windows.removeAll({});
+    }
     return windows;
 }
 
@@ -80,7 +86,9 @@ QByteArray DesktopRun::window() const
 
 bool DesktopRun::waitForWindow()
 {
-    return QTest::qWaitFor([this] { return !isRunning() || windowCount() > 0; }, s_patience) && isRunning();
+    // Known to the window manager, which tells of its frame: a window that is just mapped comes and goes.
+    return QTest::qWaitFor([this] { return !isRunning() || !property("_NET_FRAME_EXTENTS").isEmpty(); }, s_patience)
+        && isRunning();
 }
 
 int DesktopRun::windowCount() const
