@@ -118,13 +118,13 @@ Application::Application(int &argc, char **argv)
     if (mode == LaunchMode::OmniBar) {
         loadXmlGuiOnMainThread();
     }
+    quitOnSignals(); // before there is a child
     // The OmniBar finds its bridge running as a service; the voice test needs none; the others own theirs.
     if (mode != LaunchMode::VoiceTest) {
         sdk->setConnectOnly(mode == LaunchMode::OmniBar);
         sdk->initialize();
     }
     load();
-    quitOnSignals();
     QObject::connect(&m_application, &QCoreApplication::aboutToQuit, sdk, [sdk] { sdk->stopBridgeProcess(true); });
 }
 
