@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QJsonDocument>
 #include <QTest>
+#include <QWebSocket>
 
 bool ConnectedAgent::begin()
 {
@@ -38,6 +39,15 @@ ScriptedBridge::Request ConnectedAgent::prompt(const QString &text)
     heard.take();
     log.clear();
     return request;
+}
+
+bool ConnectedAgent::disconnectPeer()
+{
+    peer.connection(0)->close();
+    const bool gone = waitUntil([this] { return agent.status() == AgentStatus::Disconnected; });
+    heard.take();
+    log.clear();
+    return gone;
 }
 
 QJsonObject answer(const QString &response, QJsonObject more)

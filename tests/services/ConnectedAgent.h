@@ -25,6 +25,9 @@ public:
     //! Sends a prompt and takes it from the peer. What is heard of that is forgotten.
     ScriptedBridge::Request prompt(const QString &text = QStringLiteral("hello"));
 
+    //! The peer ends the connection. What is heard of that is forgotten.
+    bool disconnectPeer();
+
     MessageLog log; // first, to see everything
     ScriptedBridge peer;
     AgentBridge agent;
