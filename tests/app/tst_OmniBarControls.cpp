@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Looks.h"
+
 #include "services/AgentBridge.h"
 #include "support/OmniBarFixture.h"
 
@@ -45,43 +47,6 @@ const char *s_stillVoice = R"(QtObject {
     signal wakeWordActivated()
 })";
 
-//! A bridge client that writes down what it is asked for.
-const char *s_sdk = R"(QtObject {
-    property bool ready: true
-    property bool workspaceIntelAvailable: true
-    property bool aiRuntimeAvailable: true
-    property var calls: []
-    function listModels() { calls.push("listModels") }
-    function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }
-    function refreshWorkspaceIntelPanel() { calls.push("refreshWorkspaceIntelPanel") }
-    function refreshAiRuntimePanel() { calls.push("refreshAiRuntimePanel") }
-    function refreshRuntimeHealth() { calls.push("refreshRuntimeHealth") }
-    function refreshRuntimeJobs() { calls.push("refreshRuntimeJobs") }
-    function refreshPowerProfile() { calls.push("refreshPowerProfile") }
-    function reminderList() { calls.push("reminderList") }
-})";
-
-QString rgba(double red, double green, double blue, double alpha)
-{
-    return QColor::fromRgbF(red, green, blue, alpha).name(QColor::HexArgb);
-}
-
-QString rgb(const QString &name)
-{
-    return QColor(name).name(QColor::HexArgb);
-}
-
-//! A colour property of an item, rounded as it is drawn.
-QString colourOf(QObject *item, const char *path = "color")
-{
-    return QQmlProperty(item, QString::fromLatin1(path)).read().value<QColor>().name(QColor::HexArgb);
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
 //! The animations that an item holds, running or not.
 QList<QObject *> animationsOf(QObject *item, const char *type = "QQuickAbstractAnimation")
 {
@@ -97,23 +62,6 @@ bool isAnimated(QObject *item)
     const auto animations = animationsOf(item);
     return std::any_of(animations.cbegin(), animations.cend(),
                        [](const QObject *animation) { return animation->property("running").toBool(); });
-}
-
-//! The tooltips in sight.
-QStringList tipsOf(OmniBarFixture &bar)
-{
-    QStringList texts;
-    const auto items = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
-        return QByteArray(item->metaObject()->className()).startsWith("QQuickPopupItem")
-            && OmniBarFixture::isSeen(item);
-    });
-    for (QQuickItem *popup : items) {
-        const auto words = bar.itemsWhere(popup, [](QQuickItem *item) { return item->inherits("QQuickText"); });
-        for (QQuickItem *word : words) {
-            texts.append(word->property("text").toString());
-        }
-    }
-    return texts;
 }
 
 } // namespace
@@ -137,12 +85,6 @@ private Q_SLOTS:
     void connectionDotNamesThePhase();
     void tipOfTheDot();
     void thinkingGlow();
-    void usageRing();
-    void buttonsGrowIntoTheInput();
-    void sendButton();
-    void closeButton();
-    void settingsButton();
-    void settingsButtonWhileConnecting();
     void hintStrip_data();
     void hintStrip();
     void hintStripIsHidden_data();
@@ -486,172 +428,6 @@ void tst_OmniBarControls::thinkingGlow()
 
     bar.bridge.reply(request, QJsonObject {{text("response"), text("hi")}});
     QTRY_VERIFY(!bar.item("thinkingGlow"));
-}
-
-void tst_OmniBarControls::usageRing()
-{
-    OmniBarFixture bar;
-    QVERIFY(bar.open());
-    QVERIFY(!bar.item("usageRing"));
-    Q_EMIT bar.agent()->usageReported(10000, 0);
-    QVERIFY(bar.settle());
-    QQuickItem *ring = bar.item("usageRing");
-    QVERIFY(bar.isSeen(ring));
-    Q_EMIT bar.agent()->usageReported(0, 2500);
-    QCOMPARE(ring->property("tip").toString(), text("Input: 10000 · Output: 2500 · Total: 12500"));
-    QCOMPARE(ring->property("progress").toDouble(), 0.25);
-
-    // A quarter is used: three quarters are drawn, from the bottom by the left and the top to the right.
-    const QPointF centre = bar.place(ring).center();
-    const auto isMagenta = [&](double degrees) {
-        const double angle = qDegreesToRadians(degrees);
-        const double radius = (26 - 2.5) / 2;
-        const QPoint point = (centre + radius * QPointF(std::cos(angle), std::sin(angle))).toPoint();
-        const QImage around = bar.window()->grabWindow().copy(QRect(point - QPoint(1, 1), QSize(3, 3)));
-        for (int i = 0; i < 9; ++i) {
-            const QColor pixel = around.pixelColor(i % 3, i / 3);
-            if (pixel.red() > 200 && pixel.green() < 100 && pixel.blue() > 200) {
-                return true;
-            }
-        }
-        return false;
-    };
-    QTRY_VERIFY(!isMagenta(45)); // lower right
-    bar.screenshot("ring-quarter");
-    QVERIFY(isMagenta(135));
-    QVERIFY(isMagenta(225));
-    QVERIFY(isMagenta(315));
-    Q_EMIT bar.agent()->usageReported(0, 12500);
-    QTRY_VERIFY(!isMagenta(315)); // half of it
-    QVERIFY(isMagenta(135));
-
-    // The budget is spent and more: the ring knows no more than full.
-    Q_EMIT bar.agent()->usageReported(100000, 0);
-    QCOMPARE(ring->property("progress").toDouble(), 1.0);
-    bar.hover(ring);
-    QTRY_COMPARE(tipsOf(bar), QStringList(text("Input: 110000 · Output: 15000 · Total: 125000")));
-    // Not a sum that starts anew with the conversation.
-    bar.invoke("clearConversation");
-    QVERIFY(bar.isSeen(bar.item("usageRing")));
-}
-
-void tst_OmniBarControls::buttonsGrowIntoTheInput()
-{
-    OmniBarFixture bar;
-    QVERIFY(bar.open());
-    QVERIFY(bar.settle()); // the entrance scales
-    const auto row = [&] { return bar.place(bar.item("settingsBtn")->parentItem()); };
-    const auto isInPlace = [&] {
-        return row().right() == bar.place(bar.item("barCard")).right() - 10
-            && bar.place(bar.item("inputField")).right() == row().left() - 10
-            && bar.place(bar.item("barCloseBtn")).right() == row().right();
-    };
-    QVERIFY(isInPlace());
-    const qreal width = row().width();
-    bar.type("hello");
-    QTRY_COMPARE(row().width(), width + 46); // the send button
-    QVERIFY(isInPlace());
-    Q_EMIT bar.agent()->usageReported(100, 100);
-    QTRY_COMPARE(row().width(), width + 46 + 38); // and the ring
-    QVERIFY(isInPlace());
-    bar.screenshot("all-buttons");
-}
-
-void tst_OmniBarControls::sendButton()
-{
-    OmniBarFixture bar;
-    QVERIFY(bar.open());
-    QQuickItem *send = bar.item("sendBtn");
-    QVERIFY(!bar.isSeen(send));
-    bar.type("   ");
-    QVERIFY(!bar.isSeen(send));
-    bar.type("hello ");
-    QVERIFY(bar.isSeen(send));
-    QVERIFY(bar.settle());
-    bar.hover(send);
-    QTRY_COMPARE(send->scale(), 1.08);
-    QCOMPARE(bar.behaviour(send, "scale"), text("120 Linear"));
-    bar.click(send);
-    QCOMPARE(bar.bridge.takeRequest(text("chat")).params.value(text("message")).toString(), text("hello"));
-    QCOMPARE(bar.property("inputField.text").toString(), QString());
-    QVERIFY(!bar.isSeen(send));
-    QVERIFY(bar.item("inputField")->hasActiveFocus());
-}
-
-void tst_OmniBarControls::closeButton()
-{
-    OmniBarFixture bar;
-    QVERIFY(bar.open());
-    QVERIFY(bar.settle());
-    QQuickItem *close = bar.item("barCloseBtn");
-    QCOMPARE(close->property("glyph").toString(), QString(QChar(0x2715)));
-    QCOMPARE(close->property("glyphSize").toInt(), 13);
-    auto *fill = close->property("background").value<QQuickItem *>();
-    QTRY_COMPARE(colourOf(fill), rgba(1, 1, 1, 0.06));
-    bar.hover(close);
-    QTRY_COMPARE(colourOf(fill), rgba(0.95, 0.2, 0.2, 0.35));
-    QCOMPARE(colourOf(close, "iconColor"), rgb(text("#ff6b6b")));
-    QTRY_COMPARE(tipsOf(bar), QStringList(text("Close Tovi")));
-}
-
-void tst_OmniBarControls::settingsButton()
-{
-    OmniBarFixture bar;
-    QObject *sdk = bar.fake(s_sdk);
-    bar.provide("loomraSDK", sdk);
-    QVERIFY(bar.open());
-    QVERIFY(bar.settle());
-    const auto calls = [&] { return sdk->property("calls").toStringList(); };
-    const auto forget = [&] { bar.evaluate("sdk.calls = []"); };
-
-    QQuickItem *button = bar.item("settingsBtn");
-    auto *fill = button->property("background").value<QQuickItem *>();
-    QCOMPARE(bar.behaviour(fill, "color").isEmpty(), true); // nothing hovered it yet
-    bar.hover(button);
-    QTRY_COMPARE(colourOf(fill), rgba(1, 1, 1, 0.15));
-    QCOMPARE(bar.behaviour(fill, "color"), text("120 Linear"));
-
-    forget();
-    bar.invoke("toggleSettings"); // without a turn of the event loop
-    QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
-    // At once; the rest is queued behind the opening.
-    QCOMPARE(calls(), QStringList(text("listModels")));
-    QTRY_COMPARE(calls(),
-                 QStringList({text("listModels"), text("refreshWorkspaceTemplates"), text("refreshWorkspaceIntelPanel"),
-                              text("refreshAiRuntimePanel"), text("refreshRuntimeHealth"), text("refreshRuntimeJobs"),
-                              text("refreshPowerProfile"), text("reminderList")}));
-    QCOMPARE(bar.property("modelsLoading").toBool(), true);
-    QVERIFY(bar.settle());
-
-    forget();
-    bar.click(button);
-    QCOMPARE(bar.property("settingsPanelOpen").toBool(), false);
-    QVERIFY(bar.settle());
-    QCOMPARE(calls(), QStringList());
-
-    // Without the two that a bridge may lack.
-    sdk->setProperty("workspaceIntelAvailable", false);
-    sdk->setProperty("aiRuntimeAvailable", false);
-    bar.click(button);
-    QTRY_COMPARE(calls(),
-                 QStringList({text("listModels"), text("refreshRuntimeHealth"), text("refreshRuntimeJobs"),
-                              text("refreshPowerProfile"), text("reminderList")}));
-    QVERIFY(bar.item("inputField")->hasActiveFocus()); // a click leaves the cursor where it is
-}
-
-void tst_OmniBarControls::settingsButtonWhileConnecting()
-{
-    OmniBarFixture bar;
-    QObject *sdk = bar.fake(s_sdk);
-    sdk->setProperty("ready", false);
-    bar.provide("loomraSDK", sdk);
-    QVERIFY(bar.open());
-    bar.click("settingsBtn");
-    QVERIFY(bar.settle());
-    QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
-    QCOMPARE(bar.property("modelsStatusMessage").toString(), text("SDK is connecting..."));
-    QCOMPARE(bar.property("modelsLoading").toBool(), false);
-    QCOMPARE(sdk->property("calls").toStringList(), QStringList());
 }
 
 void tst_OmniBarControls::hintStrip_data()
