@@ -304,7 +304,8 @@ void addScenes()
 
 Q_DECLARE_METATYPE(Scene)
 
-//! The OmniBar without a mouse, and without eyes.
+//! The OmniBar without a mouse, and without eyes. One long file, as half of it is the walks through the tree and the
+//! states that they start from, which the tests share.
 class tst_Accessibility : public QObject
 {
     Q_OBJECT

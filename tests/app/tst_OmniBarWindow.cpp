@@ -44,7 +44,8 @@ bool collapse(OmniBarFixture &bar)
 
 } // namespace
 
-//! The window itself: what it is, where it is, and how it changes between its surface states.
+//! The window itself: what it is, where it is, and how it changes between its surface states. One long file, as the
+//! states lead to each other and every way between them is to be found in one place.
 class tst_OmniBarWindow : public QObject
 {
     Q_OBJECT

@@ -144,7 +144,8 @@ using Feed = void (*)(Conversation &, const QString &);
 
 Q_DECLARE_METATYPE(Feed)
 
-//! Whatever comes from outside is words: it is never markup, never fetched, never run, and never breaks the window.
+//! Whatever comes from outside is words: it is never markup, never fetched, never run, and never breaks the window. One
+//! long file, so that who adds a place where words are shown finds all that is asked of it together.
 class tst_Safety : public QObject
 {
     Q_OBJECT

@@ -6,6 +6,7 @@ import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
 
+// One long file, as all of it tests one controller with one fake of the bar, which is a part of it.
 TestCase {
     id: test
     name: "ConversationController"
