@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QMetaObject>
+#include <QObject>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+#if defined(__SANITIZE_THREAD__)
+#define TOVICTL_THREAD_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define TOVICTL_THREAD_SANITIZER
+#endif
+#endif
+
+#ifdef TOVICTL_THREAD_SANITIZER
+#include <sanitizer/tsan_interface.h>
+#endif
+
+//! Every crossing from one thread to another goes through here. ThreadSanitizer doesn't see the locks of Qt's event
+//! queues, as distributions build Qt without it, and would report each queued call as a race: it is told of the
+//! hand-over by the receiver's address. In other builds nothing is told, and nothing is paid.
+namespace HandOver
+{
+
+//! What this thread wrote so far is there for whoever acquires the same @p subject afterwards.
+inline void release([[maybe_unused]] const void *subject)
+{
+#ifdef TOVICTL_THREAD_SANITIZER
+    __tsan_release(const_cast<void *>(subject));
+#endif
+}
+
+//! What was written before the release of @p subject is there for this thread.
+inline void acquire([[maybe_unused]] const void *subject)
+{
+#ifdef TOVICTL_THREAD_SANITIZER
+    __tsan_acquire(const_cast<void *>(subject));
+#endif
+}
+
+//! Runs @p work on the thread of @p receiver, later and in the order of the calls; never, where the receiver is gone by
+//! then. The receiver must live while this runs. Any thread.
+template<typename Work>
+void post(QObject *receiver, Work &&work)
+{
+    release(receiver);
+    QMetaObject::invokeMethod(
+        receiver,
+        [receiver, work = std::forward<Work>(work)]() mutable {
+            acquire(receiver);
+            work();
+        },
+        Qt::QueuedConnection);
+}
+
+//! Runs @p work on the thread of @p receiver, which must be another one and have an event loop, and waits for it.
+//! @return what the work returned
+template<typename Work>
+auto call(QObject *receiver, Work &&work)
+{
+    using Result = std::invoke_result_t<Work>;
+    release(receiver);
+    if constexpr (std::is_void_v<Result>) {
+        QMetaObject::invokeMethod(
+            receiver,
+            [receiver, &work] {
+                acquire(receiver);
+                work();
+                release(receiver);
+            },
+            Qt::BlockingQueuedConnection);
+        acquire(receiver);
+    } else {
+        Result result {};
+        QMetaObject::invokeMethod(
+            receiver,
+            [receiver, &work, &result] {
+                acquire(receiver);
+                result = work();
+                release(receiver);
+            },
+            Qt::BlockingQueuedConnection);
+        acquire(receiver);
+        return result;
+    }
+}
+
+//! Connects a signal to a slot of an object on another thread; what an automatic connection does, told to the
+//! sanitizer.
+template<typename Sender, typename Base, typename Receiver, typename... Args>
+QMetaObject::Connection connect(const Sender *sender, void (Base::*signal)(Args...), Receiver *receiver,
+                                void (Receiver::*slot)(Args...))
+{
+    return QObject::connect(
+        sender, signal, receiver,
+        [receiver, slot](Args... args) { post(receiver, [receiver, slot, args...] { (receiver->*slot)(args...); }); },
+        Qt::DirectConnection);
+}
+
+} // namespace HandOver

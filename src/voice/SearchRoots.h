@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+//! Where the searches for programs, models and voices start. They are functions of these two, so that a test can give
+//! them a tree of its own.
+struct SearchRoots
+{
+    //! The user's home directory, absolute, without a slash at its end.
+    QString home;
+    //! What is put before absolute paths such as /usr/share. Empty but in tests.
+    QString system;
+
+    //! Those of this process. The home follows a changed HOME.
+    static SearchRoots ofThisProcess() { return {QDir::homePath(), QString()}; }
+};
