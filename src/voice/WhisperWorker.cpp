@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "WhisperWorker.h"
+
+#include "HandOver.h"
+
+#include <QDebug>
+#include <QtEndian>
+
+#include <algorithm>
+#include <chrono>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#ifdef HAVE_WHISPER
+#include <whisper.h>
+#if __has_include(<ggml-backend.h>)
+#include <ggml-backend.h>
+#define HAVE_GGML_BACKENDS
+#endif
+#endif
+
+namespace
+{
+
+//! Holds the mutex of the context while it lives. A mutex that somebody waits for is locked and let go inside of Qt,
+//! where ThreadSanitizer doesn't see it.
+class ContextLock
+{
+public:
+    explicit ContextLock(QMutex &mutex)
+        : m_mutex(mutex)
+    {
+        m_mutex.lock();
+        HandOver::acquire(&m_mutex);
+    }
+    ~ContextLock()
+    {
+        HandOver::release(&m_mutex);
+        m_mutex.unlock();
+    }
+    Q_DISABLE_COPY_MOVE(ContextLock)
+
+private:
+    QMutex &m_mutex;
+};
+
+#ifdef HAVE_WHISPER
+
+constexpr int s_shortestCapture = 3200; // bytes, 0.1 s
+constexpr unsigned s_mostThreads = 8;
+
+//! Some builds of the library bring what computes as plugins, and abort the process at the first model where nobody
+//! loaded them.
+void loadBackends()
+{
+#ifdef HAVE_GGML_BACKENDS
+    static std::once_flag once;
+    std::call_once(once, [] {
+        if (ggml_backend_reg_count() == 0) {
+            ggml_backend_load_all();
+        }
+    });
+#endif
+}
+
+whisper_context *loadContext(const QString &path)
+{
+    loadBackends();
+    return whisper_init_from_file_with_params(path.toUtf8().constData(), whisper_context_default_params());
+}
+
+void freeContext(whisper_context *context)
+{
+    whisper_free(context);
+}
+
+//! Samples from -1 to just below 1.
+std::vector<float> samplesIn(const QByteArray &pcm16Data)
+{
+    constexpr float scale = 1.0F / 32768.0F;
+    std::vector<float> samples(static_cast<std::size_t>(pcm16Data.size()) / sizeof(qint16));
+    const char *source = pcm16Data.constData();
+    for (float &sample : samples) {
+        sample = static_cast<float>(qFromLittleEndian<qint16>(source)) * scale;
+        source += sizeof(qint16);
+    }
+    return samples;
+}
+
+whisper_full_params parameters()
+{
+    whisper_full_params params = whisper_full_default_params(WHISPER_SAMPLING_GREEDY);
+    params.no_context = true;
+    params.single_segment = true;
+    params.print_special = false;
+    params.print_progress = false;
+    params.print_realtime = false;
+    params.print_timestamps = false;
+    params.language = "en";
+    // Where the number isn't known it is told as 0.
+    params.n_threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, s_mostThreads));
+    return params;
+}
+
+QString textIn(whisper_context *context)
+{
+    QString text;
+    const int count = whisper_full_n_segments(context);
+    for (int i = 0; i < count; ++i) {
+        const char *segment = whisper_full_get_segment_text(context, i);
+        if (segment == nullptr) {
+            continue;
+        }
+        // A blank segment keeps its separator: what a segment holds isn't looked into.
+        if (!text.isEmpty()) {
+            text += QLatin1Char(' ');
+        }
+        text += QString::fromUtf8(segment).trimmed();
+    }
+    return text;
+}
+
+#else
+
+whisper_context *loadContext([[maybe_unused]] const QString &path)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { qWarning("WhisperWorker: built without libwhisper"); });
+    return nullptr;
+}
+
+void freeContext([[maybe_unused]] whisper_context *context)
+{
+}
+
+#endif
+
+} // namespace
+
+WhisperWorker::~WhisperWorker()
+{
+    const ContextLock lock(m_contextMutex);
+    if (m_whisperContext != nullptr) {
+        freeContext(m_whisperContext);
+        m_whisperContext = nullptr;
+    }
+}
+
+bool WhisperWorker::loadModel(const QString &path)
+{
+    const ContextLock lock(m_contextMutex);
+    if (m_whisperContext != nullptr) {
+        freeContext(m_whisperContext);
+        m_whisperContext = nullptr;
+    }
+    m_whisperContext = loadContext(path);
+    return m_whisperContext != nullptr;
+}
+
+void WhisperWorker::transcribe([[maybe_unused]] const QByteArray &pcm16Data)
+{
+    const ContextLock lock(m_contextMutex);
+    if (m_whisperContext == nullptr) {
+        Q_EMIT transcriptionFailed(QStringLiteral("Model not loaded"));
+        return;
+    }
+#ifdef HAVE_WHISPER
+    if (pcm16Data.size() < s_shortestCapture) {
+        Q_EMIT transcriptionFailed(QStringLiteral("Audio too short"));
+        return;
+    }
+    const std::vector<float> samples = samplesIn(pcm16Data);
+    const whisper_full_params params = parameters();
+
+    const auto started = std::chrono::steady_clock::now();
+    const int result = whisper_full(m_whisperContext, params, samples.data(), static_cast<int>(samples.size()));
+    const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - started;
+    if (result != 0) {
+        Q_EMIT transcriptionFailed(QStringLiteral("whisper_full() returned error"));
+        return;
+    }
+
+    const QString text = textIn(m_whisperContext);
+    if (text.isEmpty()) {
+        Q_EMIT transcriptionFailed(QStringLiteral("No speech detected in audio"));
+        return;
+    }
+    Q_EMIT transcriptionReady(text, elapsed.count());
+#endif
+}
+
+// All of the class lies in this one object file. A test that compiles it once more against a stand-in of the library
+// thereby takes the place of the one in the voice library: the linker has no need of that one any more.
+#include "moc_WhisperWorker.cpp"
