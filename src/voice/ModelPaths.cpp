@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ModelPaths.h"
+
+#include <QFileInfo>
+
+namespace
+{
+
+const QLatin1String s_moonshineModel("sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27");
+const QLatin1String s_nemotronModel("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
+
+// Where models lie, and where sherpa-onnx does: packaged, the user's own, a developer's.
+const QLatin1String s_systemModels("/usr/share/tovi-forkeldaos/models/");
+const QLatin1String s_userModels("/.local/share/tovi-forkeldaos/models/");
+const QLatin1String s_sherpaModels("/experiments/whisper-voice-test/models/");
+const QLatin1String s_whisperModels("/experiments/whisper-voice-test/whisper.cpp/models/");
+const QLatin1String s_sherpaPlaces[] = {
+    QLatin1String("/experiments/sherpa-onnx-prebuilt-v1.12.28"),
+    QLatin1String("/experiments/sherpa-onnx/build"),
+};
+
+struct WhisperModel
+{
+    QLatin1String backend;
+    QLatin1String fileName;
+};
+const WhisperModel s_whisperFiles[] = {
+    {QLatin1String("whisper-small-q5"), QLatin1String("ggml-small.en-q5_1.bin")},
+    {QLatin1String("whisper-small"), QLatin1String("ggml-small.en.bin")},
+};
+const QLatin1String s_whisperBaseFile("ggml-base.en.bin");
+
+QLatin1String whisperFileName(const QString &backend)
+{
+    for (const WhisperModel &model : s_whisperFiles) {
+        if (backend == model.backend) {
+            return model.fileName;
+        }
+    }
+    return s_whisperBaseFile;
+}
+
+bool isDirectory(const QString &path)
+{
+    return QFileInfo(path).isDir();
+}
+
+bool isFile(const QString &path)
+{
+    return QFileInfo(path).isFile();
+}
+
+//! The first of the paths that is what is wanted.
+QString firstOf(std::initializer_list<QString> paths, bool (*isWanted)(const QString &))
+{
+    for (const QString &path : paths) {
+        if (isWanted(path)) {
+            return path;
+        }
+    }
+    return QString();
+}
+
+QString resolveModelDir(const QString &candidate, QLatin1String name, const SearchRoots &roots)
+{
+    return firstOf({candidate, roots.home + s_sherpaModels + name, roots.home + s_userModels + name,
+                    roots.system + s_systemModels + name},
+                   isDirectory);
+}
+
+} // namespace
+
+QString ModelPaths::resolveWhisperModelPath(const QString &backend, const SearchRoots &roots)
+{
+    const QLatin1String name = whisperFileName(backend);
+    // The other way round than with the directories of models: here the packaged one goes before the user's own.
+    return firstOf(
+        {roots.system + s_systemModels + name, roots.home + s_userModels + name, roots.home + s_whisperModels + name},
+        isFile);
+}
+
+QString ModelPaths::resolveMoonshineModelDir(const QString &candidate, const SearchRoots &roots)
+{
+    return resolveModelDir(candidate, s_moonshineModel, roots);
+}
+
+QString ModelPaths::resolveNemotronModelDir(const QString &candidate, const SearchRoots &roots)
+{
+    return resolveModelDir(candidate, s_nemotronModel, roots);
+}
+
+QString ModelPaths::resolveStreamingModelDir(const SearchRoots &roots)
+{
+    return firstOf({roots.home + s_sherpaModels + s_nemotronModel, roots.home + s_userModels + s_nemotronModel},
+                   isDirectory);
+}
+
+QString ModelPaths::findSherpaLibDir(const QString &program, const SearchRoots &roots)
+{
+    for (const QLatin1String place : s_sherpaPlaces) {
+        const QString root = roots.home + place + QLatin1Char('/');
+        const QString lib = root + QLatin1String("lib");
+        if (QFileInfo(root + program).isExecutable() && isDirectory(lib)) {
+            return lib;
+        }
+    }
+    return QString();
+}
+
+QString ModelPaths::findSherpaBinary(const QString &program, const SearchRoots &roots)
+{
+    const QString lib = findSherpaLibDir(program, roots);
+    return lib.isEmpty() ? QString() : QFileInfo(lib).path() + QLatin1Char('/') + program;
+}

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "WavFile.h"
+
+#include <QtEndian>
+
+namespace
+{
+
+constexpr quint16 s_pcmFormat = 1;
+constexpr quint16 s_channels = 1;
+constexpr quint32 s_sampleRate = 16000; // Hz
+constexpr quint16 s_bitsPerSample = 16;
+constexpr quint16 s_blockAlign = s_channels * s_bitsPerSample / 8; // bytes
+constexpr quint32 s_byteRate = s_sampleRate * s_blockAlign; // bytes a second
+//! What follows the size of the format's own chunk, in bytes.
+constexpr quint32 s_formatSize = 16;
+//! The header without the name "RIFF" and the size that stands behind it.
+constexpr quint32 s_countedHeader = WavFile::headerSize - 8;
+
+template<typename Number>
+void append(QByteArray &bytes, Number number)
+{
+    const Number little = qToLittleEndian(number);
+    bytes.append(reinterpret_cast<const char *>(&little), sizeof little);
+}
+
+} // namespace
+
+QByteArray WavFile::fromPcm(const QByteArray &pcm16Data)
+{
+    const auto dataSize = static_cast<quint32>(pcm16Data.size());
+    QByteArray file;
+    file.reserve(headerSize + pcm16Data.size());
+    file.append("RIFF");
+    append(file, dataSize + s_countedHeader);
+    file.append("WAVEfmt ");
+    append(file, s_formatSize);
+    append(file, s_pcmFormat);
+    append(file, s_channels);
+    append(file, s_sampleRate);
+    append(file, s_byteRate);
+    append(file, s_blockAlign);
+    append(file, s_bitsPerSample);
+    file.append("data");
+    append(file, dataSize);
+    file.append(pcm16Data);
+    return file;
+}
