@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "EventLogDirectory.h"
+#include "BridgeLogDirectory.h"
 
 #include <QDir>
 
@@ -18,16 +19,9 @@ bool hasLogs(const QString &directory)
 
 } // namespace
 
-QString usualStateHome(const QString &home)
-{
-    return home + QLatin1String("/.local/state");
-}
-
 QString choose(const QString &stateHome, const QString &home, const QString &other)
 {
-    const QString state = stateHome.isEmpty() ? usualStateHome(home) : stateHome;
-    const QString directory = QDir::cleanPath(state + QLatin1String("/loomra-bridge/logs"));
-    QDir().mkpath(directory);
+    const QString directory = BridgeLogDirectory::make(stateHome, home);
     return !hasLogs(directory) && hasLogs(other) ? other : directory;
 }
 

@@ -9,9 +9,6 @@
 namespace EventLogDirectory
 {
 
-//! The directory for state of programs where XDG_STATE_HOME doesn't name another.
-QString usualStateHome(const QString &home);
-
 //! The directory below the user's state, which is made if it is missing; or the other one, if there are log files in
 //! that one and none in the first.
 //! @param stateHome what XDG_STATE_HOME says, empty when it says nothing

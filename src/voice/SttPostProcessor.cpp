@@ -1,0 +1,252 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "SttPostProcessor.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <vector>
+
+namespace
+{
+
+//! Below that many characters too many words are near each other.
+constexpr int s_fuzzyLength = 4;
+
+//! Lower case in which every character keeps its place. The dotted capital I is the one that would grow.
+QString lowered(const QString &text)
+{
+    return QString(text).replace(QChar(0x130), QLatin1Char('i')).toLower();
+}
+
+bool isLetterOrDigit(QChar c)
+{
+    const ushort code = c.unicode();
+    if (code < 128) {
+        return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') || (code >= '0' && code <= '9');
+    }
+    return c.isLetterOrNumber();
+}
+
+bool isPhrase(const QString &variant)
+{
+    return variant.contains(QLatin1Char(' '));
+}
+
+//! Puts @p by in place of each @p what (lower case, not empty) whose end in @p text is accepted. The search goes on
+//! behind what was put in.
+QString replaced(const QString &text, const QString &what, const QString &by,
+                 const std::function<bool(int end)> &accepts)
+{
+    const QString low = lowered(text);
+    QString result;
+    int copied = 0;
+    int hit = low.indexOf(what);
+    while (hit >= 0) {
+        const int end = hit + what.size();
+        if (accepts(end)) {
+            result += text.midRef(copied, hit - copied) + by;
+            copied = end;
+            hit = low.indexOf(what, end);
+        } else {
+            hit = low.indexOf(what, hit + 1);
+        }
+    }
+    return copied == 0 ? text : QString(result + text.midRef(copied));
+}
+
+//! How many letters have to be put in, taken out or changed to make one word of the other.
+int levenshtein(const QString &a, const QString &b)
+{
+    std::vector<int> before(static_cast<size_t>(b.size()) + 1);
+    std::vector<int> now(before.size());
+    std::iota(before.begin(), before.end(), 0);
+    for (int i = 0; i < a.size(); ++i) {
+        now[0] = i + 1;
+        for (int j = 0; j < b.size(); ++j) {
+            const auto column = static_cast<size_t>(j);
+            const int change = before[column] + (a.at(i).toLower() == b.at(j).toLower() ? 0 : 1);
+            now[column + 1] = std::min({change, before[column + 1] + 1, now[column] + 1});
+        }
+        before.swap(now);
+    }
+    return before.back();
+}
+
+bool isNear(const QString &word, const QString &variant)
+{
+    const int limit = variant.size() < 8 ? 1 : variant.size() / 4;
+    return qAbs(word.size() - variant.size()) <= limit && levenshtein(word, variant) <= limit;
+}
+
+bool isHeardFor(const QString &word, const QStringList &variants)
+{
+    const QString low = lowered(word);
+    const auto isExact = [&](const QString &variant) { return !isPhrase(variant) && variant == low; };
+    const auto isFuzzy = [&](const QString &variant) {
+        return !isPhrase(variant) && variant.size() >= s_fuzzyLength && isNear(low, variant);
+    };
+    return std::any_of(variants.cbegin(), variants.cend(), isExact)
+        || (word.size() >= s_fuzzyLength && std::any_of(variants.cbegin(), variants.cend(), isFuzzy));
+}
+
+//! Puts @p canonical in place of single words that are heard for it. What follows them up to the next blank stays.
+QString wordsReplaced(const QString &text, const QString &canonical, const QStringList &variants)
+{
+    QStringList words = text.split(QLatin1Char(' '));
+    for (QString &word : words) {
+        const auto last = std::find_if(word.crbegin(), word.crend(), isLetterOrDigit);
+        const auto length = static_cast<int>(word.crend() - last);
+        const QString core = word.left(length);
+        if (core.size() >= 2 && core != canonical && isHeardFor(core, variants)) {
+            word.replace(0, length, canonical);
+        }
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+void SttPostProcessor::loadInstalledRules()
+{
+    loadRulesFrom(QStringLiteral(":/org/kde/loomra/voice/stt-corrections.json"),
+                  QCoreApplication::applicationDirPath() + QLatin1String("/../src/voice/stt-corrections.json"));
+}
+
+void SttPostProcessor::loadRulesFrom(const QString &resource, const QString &fallback)
+{
+    QFile file(resource);
+    if (!file.open(QIODevice::ReadOnly)) {
+        file.setFileName(fallback);
+        if (!file.exists()) {
+            qWarning("SttPostProcessor: no corrections file found");
+            return;
+        }
+        if (!file.open(QIODevice::ReadOnly)) {
+            qWarning() << "SttPostProcessor: cannot open" << fallback;
+            return;
+        }
+    }
+    loadRules(file.readAll());
+}
+
+void SttPostProcessor::loadRules(const QByteArray &json)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError) {
+        qWarning() << "SttPostProcessor: JSON parse error:" << error.errorString();
+        return;
+    }
+    const QJsonObject root = document.object();
+    readProductNames(root);
+    readCommandAliases(root);
+    readWordReplacements(root);
+    m_loaded = true;
+    qDebug() << "SttPostProcessor: loaded" << m_productNames.size() << "product names," << m_commandAliases.size()
+             << "aliases," << m_wordReplacements.size() << "word replacements";
+}
+
+void SttPostProcessor::readProductNames(const QJsonObject &root)
+{
+    m_productNames.clear();
+    const QJsonArray rows = root.value(QLatin1String("product_names")).toArray();
+    for (const QJsonValue &row : rows) {
+        const QString canonical = row[QLatin1String("canonical")].toString();
+        QStringList variants;
+        const QJsonArray listed = row[QLatin1String("variants")].toArray();
+        for (const QJsonValue &variant : listed) {
+            variants.append(lowered(variant.toString()));
+        }
+        if (!canonical.isEmpty()) {
+            m_productNames.append({canonical, variants});
+        }
+    }
+}
+
+void SttPostProcessor::readCommandAliases(const QJsonObject &root)
+{
+    m_commandAliases.clear();
+    const QJsonArray rows = root.value(QLatin1String("command_aliases")).toArray();
+    for (const QJsonValue &row : rows) {
+        const QRegularExpression pattern(row[QLatin1String("pattern")].toString(),
+                                         QRegularExpression::CaseInsensitiveOption);
+        const QString replacement = row[QLatin1String("replacement")].toString();
+        if (pattern.isValid() && !replacement.isEmpty()) {
+            m_commandAliases.append({pattern, replacement});
+        }
+    }
+}
+
+void SttPostProcessor::readWordReplacements(const QJsonObject &root)
+{
+    m_wordReplacements.clear();
+    const QJsonArray rows = root.value(QLatin1String("word_replacements")).toArray();
+    for (const QJsonValue &row : rows) {
+        const QString from = lowered(row[QLatin1String("from")].toString());
+        if (!from.isEmpty()) {
+            m_wordReplacements.append({from, row[QLatin1String("to")].toString()});
+        }
+    }
+}
+
+QString SttPostProcessor::correctFinal(const QString &text) const
+{
+    QString spoken = text.trimmed();
+    while (spoken.endsWith(QLatin1Char('.')) || spoken.endsWith(QLatin1Char('!'))
+           || spoken.endsWith(QLatin1Char('?'))) {
+        spoken.chop(1);
+    }
+    spoken = spoken.trimmed();
+    if (spoken.isEmpty()) {
+        return text;
+    }
+    const QString low = lowered(spoken).trimmed();
+    const auto alias = std::find_if(m_commandAliases.cbegin(), m_commandAliases.cend(),
+                                    [&](const auto &row) { return row.first.match(low).hasMatch(); });
+    // An alias that changes nothing leaves the rest to the other rules.
+    if (alias != m_commandAliases.cend() && alias->second != spoken) {
+        return alias->second;
+    }
+    return correctPartial(spoken);
+}
+
+QString SttPostProcessor::correctPartial(const QString &text) const
+{
+    // Words first: what they become can still turn into a product name.
+    return text.isEmpty() ? text : applyProductNames(applyWordReplacements(text));
+}
+
+QString SttPostProcessor::applyWordReplacements(const QString &text) const
+{
+    QString result = text;
+    for (const auto &[from, to] : m_wordReplacements) {
+        result = replaced(result, from, to, [](int) { return true; });
+    }
+    return result;
+}
+
+QString SttPostProcessor::applyProductNames(const QString &text) const
+{
+    QString result = text;
+    for (const auto &[canonical, variants] : m_productNames) {
+        for (const QString &variant : variants) {
+            if (isPhrase(variant)) {
+                // Only the right edge must be one of a word: "non the bar" is taken for "on the bar".
+                result = replaced(result, variant, canonical, [&result](int end) {
+                    return end == result.size() || !isLetterOrDigit(result.at(end));
+                });
+            }
+        }
+        result = wordsReplaced(result, canonical, variants);
+    }
+    return result;
+}
