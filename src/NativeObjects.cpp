@@ -7,6 +7,7 @@
 #include "services/AgentBridge.h"
 #include "services/ConfigManager.h"
 #include "services/LoomraSDK.h"
+#include "voice/VoiceBridge.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -30,11 +31,13 @@ LoomraSDK *create(QObject *parent, QQmlEngine *engine)
     auto *configManager = new ConfigManager(parent);
     auto *loomraSDK = new LoomraSDK(configManager, parent);
     auto *agentBridge = new AgentBridge(parent);
+    auto *voiceBridge = new VoiceBridge(parent);
 
     context->setContextProperty(QStringLiteral("toviWiAdvancedUiDefault"), advancedWorkspaceInterface());
     context->setContextProperty(QStringLiteral("configManager"), configManager);
     context->setContextProperty(QStringLiteral("loomraSDK"), loomraSDK);
     context->setContextProperty(QStringLiteral("agentBridge"), agentBridge);
+    context->setContextProperty(QStringLiteral("voiceBridge"), voiceBridge);
     return loomraSDK;
 }
 

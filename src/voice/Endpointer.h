@@ -29,8 +29,8 @@ public:
 
     //! 30 seconds, counted from the first chunk.
     static constexpr int MostChunks = 600;
-    //! A chunk at or above this level is speech. The engines' models were tuned with a single-precision constant, so it
-    //! is that value, which lies a little below 0.008.
+    //! A chunk at or above this level is speech. Meant as a single-precision figure: as a double it lies a trifle above
+    //! 0.008.
     static constexpr double SpeechThreshold = static_cast<double>(0.008f);
 
     //! @param silenceTimeoutMs how long the silence after speech lasts, in whole chunks; below 100 it is one chunk

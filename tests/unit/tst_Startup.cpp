@@ -10,6 +10,7 @@
 #include "services/AgentBridge.h"
 #include "services/ConfigManager.h"
 #include "services/LoomraSDK.h"
+#include "voice/VoiceBridge.h"
 
 #include <QPointer>
 #include <QQmlContext>
@@ -222,9 +223,11 @@ void tst_Startup::objectsOfQml()
     QVERIFY(qobject_cast<ConfigManager *>(named("configManager")));
     QVERIFY(qobject_cast<LoomraSDK *>(named("loomraSDK")));
     QVERIFY(qobject_cast<AgentBridge *>(named("agentBridge")));
+    QVERIFY(qobject_cast<VoiceBridge *>(named("voiceBridge")));
 
     // Children stand in the order in which they were made.
-    const QObjectList inOrder = {named("i18n"), named("configManager"), named("loomraSDK"), named("agentBridge")};
+    const QObjectList inOrder = {named("i18n"), named("configManager"), named("loomraSDK"), named("agentBridge"),
+                                 named("voiceBridge")};
     QCOMPARE(parent.children(), inOrder);
 }
 

@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// How VoiceBridge listens.
+#include "VoiceBridge.h"
+
+#include "Capture.h"
+#include "HandOver.h"
+#include "ModelPaths.h"
+#include "NemotronStreamingWorker.h"
+#include "VoiceSettings.h"
+
+#include <QDebug>
+
+namespace
+{
+
+//! The one copy of an utterance that is made.
+QByteArray bytesOf(const std::vector<qint16> &samples)
+{
+    return QByteArray(reinterpret_cast<const char *>(samples.data()), int(samples.size() * sizeof(qint16)));
+}
+
+} // namespace
+
+bool VoiceBridge::wantsLive() const
+{
+    return m_sttInputMode == VoiceWords::live() && m_liveSttAvailable;
+}
+
+void VoiceBridge::startListening()
+{
+    if (m_isListening || m_isTranscribing) {
+        return;
+    }
+    const bool live = !m_batchSttMode && wantsLive();
+    appendVoiceLog(
+        QStringLiteral("START listening  mode=%1  backend=%2  silenceTimeout=%3ms")
+            .arg(live ? VoiceWords::live() : VoiceWords::batch(), m_sttBackend, QString::number(m_silenceTimeoutMs)));
+    if (live) {
+        if (!prepareLiveSession()) {
+            return;
+        }
+    } else {
+        m_liveSessionActive = false;
+        if (!m_isModelLoaded && !loadModel()) {
+            return;
+        }
+    }
+    setListening(true);
+
+    const bool liveMode = wantsLive() && m_liveSessionActive;
+    QString reason;
+    std::unique_ptr<Microphone> microphone = m_openMicrophone(&reason);
+    if (!microphone) {
+        // Listening stays set, so that nothing tries again before the user has cancelled.
+        Q_EMIT errorOccurred(QStringLiteral("Cannot open microphone: ") + reason);
+        return;
+    }
+    startCapture(std::move(microphone), liveMode);
+}
+
+bool VoiceBridge::prepareLiveSession()
+{
+    if (!m_streamingWorker->isLoaded()) {
+        const QString modelDir = ModelPaths::resolveStreamingModelDir(m_roots);
+        if (modelDir.isEmpty()) {
+            return false;
+        }
+        const bool loaded =
+            HandOver::call(m_streamingWorker, [this, modelDir] { return m_streamingWorker->loadModel(modelDir); });
+        if (!loaded) {
+            Q_EMIT errorOccurred(QStringLiteral("Failed to load Nemotron streaming model"));
+            return false;
+        }
+        setModelLoaded(m_streamingWorker->modelName());
+        qDebug() << "VoiceBridge: live Nemotron streaming model loaded" << m_modelName;
+    } else if (!m_isModelLoaded) {
+        setModelLoaded(m_streamingWorker->modelName());
+    }
+    m_liveSessionActive = true;
+    m_partialTranscript.clear();
+    Q_EMIT partialTranscriptChanged();
+    HandOver::call(m_streamingWorker, [this] { m_streamingWorker->startSession(); });
+    return true;
+}
+
+void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool liveMode)
+{
+    // The capture thread knows this object only through the link, which is cut before it goes.
+    const std::shared_ptr<CaptureLink> link = m_captureLink;
+    Capture::Listener listener;
+    listener.level = [this, link](double rms) {
+        link->pass([this, rms] {
+            storeInputLevel(rms);
+            HandOver::post(this, [this] { Q_EMIT inputLevelChanged(); });
+        });
+    };
+    if (liveMode) {
+        listener.chunk = [this, link](const QByteArray &pcm16Chunk) {
+            link->pass([this, pcm16Chunk] {
+                HandOver::post(m_streamingWorker, [this, pcm16Chunk] { m_streamingWorker->feedChunk(pcm16Chunk); });
+            });
+        };
+    }
+    const std::uint64_t number = ++m_captureNumber;
+    listener.finished = [this, link, number, liveMode](bool speechSeen, int chunks) {
+        link->pass(
+            [=, this] { HandOver::post(this, [=, this] { finishCapture(number, speechSeen, liveMode, chunks); }); });
+    };
+    m_capture = std::make_unique<Capture>(std::move(microphone), m_silenceTimeoutMs, std::move(m_captureBuffer),
+                                          std::move(listener));
+}
+
+void VoiceBridge::stopListening()
+{
+    if (m_isListening && m_capture) {
+        m_capture->stop();
+    }
+}
+
+void VoiceBridge::cancelListening()
+{
+    m_liveSessionActive = false;
+    joinCaptureThread();
+    m_captureBuffer.clear();
+    HandOver::post(m_streamingWorker, [this] { m_streamingWorker->cancelSession(); });
+    if (!m_partialTranscript.isEmpty()) {
+        m_partialTranscript.clear();
+        Q_EMIT partialTranscriptChanged();
+    }
+    if (m_isListening) {
+        setListening(false);
+    } else if (m_isTranscribing) {
+        setTranscribing(false);
+    }
+}
+
+void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool liveMode, int chunks)
+{
+    const int audioMs = chunks * Pcm::ChunkMs;
+    if (number != m_captureNumber) {
+        // One that was cancelled, and another has begun before this was delivered: the newer one's thread, samples and
+        // state aren't touched.
+        tellOfNoSpeech(audioMs);
+        return;
+    }
+    joinCaptureThread();
+    if (!speechSeen || (!liveMode && m_captureBuffer.empty())) {
+        setListening(false);
+        if (liveMode) {
+            HandOver::post(m_streamingWorker, [this] { m_streamingWorker->cancelSession(); });
+        }
+        m_partialTranscript.clear();
+        Q_EMIT partialTranscriptChanged();
+        tellOfNoSpeech(audioMs);
+        return;
+    }
+
+    // In live mode nobody takes the samples, and none are told.
+    const std::size_t samples = liveMode ? 0 : m_captureBuffer.size();
+    appendVoiceLog(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2").arg(audioMs).arg(samples));
+    setListening(false);
+    if (liveMode) {
+        m_liveSessionActive = false;
+        setTranscribing(true);
+        appendVoiceLog(QStringLiteral("TRANSCRIBING (live finalize)"));
+        HandOver::post(m_streamingWorker, [this] { m_streamingWorker->finalizeSession(); });
+        return;
+    }
+    setTranscribing(true);
+    appendVoiceLog(QStringLiteral("TRANSCRIBING (batch)  backend=%1").arg(m_sttBackend));
+    const QByteArray pcm16Data = bytesOf(m_captureBuffer);
+    m_captureBuffer.clear();
+    Q_EMIT requestTranscription(pcm16Data);
+}
+
+void VoiceBridge::tellOfNoSpeech(int audioMs)
+{
+    appendVoiceLog(QStringLiteral("SILENCE  no speech detected after %1 ms").arg(audioMs));
+    Q_EMIT errorOccurred(QStringLiteral("No speech detected"));
+}
+
+void VoiceBridge::joinCaptureThread()
+{
+    if (m_capture) {
+        m_captureBuffer = m_capture->join();
+        m_capture.reset();
+    }
+    m_inputLevel = 0;
+    Q_EMIT inputLevelChanged();
+}
+
+void VoiceBridge::storeInputLevel(double rms)
+{
+    m_inputLevel = rms;
+}
+
+double VoiceBridge::inputLevel() const
+{
+    return m_inputLevel;
+}
+
+void VoiceBridge::setListening(bool listening)
+{
+    m_isListening = listening;
+    Q_EMIT listeningChanged();
+}
+
+void VoiceBridge::setTranscribing(bool transcribing)
+{
+    m_isTranscribing = transcribing;
+    Q_EMIT transcribingChanged();
+}

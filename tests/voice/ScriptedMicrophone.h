@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include "voice/Microphone.h"
+
+#include <QtGlobal>
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+//! A microphone that hears what a test says, as quickly as it is read.
+class ScriptedMicrophone
+{
+public:
+    static constexpr qint16 Loud = 3000;
+    static constexpr qint16 Quiet = 0;
+
+    //! What a read gives when nothing is left of the script.
+    enum class Afterwards
+    {
+        Blocks, //!< until something comes, as with an audio server that has frozen
+        Hisses, //!< quiet chunks, one every few milliseconds, as a room does
+    };
+
+    explicit ScriptedMicrophone(Afterwards afterwards = Afterwards::Hisses);
+    //! Lets go of reads that block.
+    ~ScriptedMicrophone();
+
+    //! Adds chunks whose samples are all the same.
+    void hear(int chunks, qint16 sample);
+    //! Reads fail from here on.
+    void breakDown();
+    //! Chunks that were read so far.
+    int chunksRead() const;
+    //! Streams that are open now.
+    int openStreams() const;
+    //! The thread of the last read.
+    std::thread::id readingThread() const;
+
+    //! To be given to whoever opens a microphone. It may outlive this object.
+    OpenMicrophone opener();
+
+private:
+    struct State;
+    class Stream;
+
+    std::shared_ptr<State> m_state;
+};
