@@ -17,6 +17,7 @@ struct ScriptedMicrophone::State
     Afterwards afterwards;
     int read = 0;
     int open = 0;
+    bool awaited = false;
     std::thread::id reader;
 };
 
@@ -41,7 +42,9 @@ public:
         std::unique_lock lock(m_state->mutex);
         const auto something = [this] { return m_state->broken || !m_state->chunks.empty(); };
         if (m_state->afterwards == Afterwards::Blocks) {
+            m_state->awaited = true;
             m_state->changed.wait(lock, something);
+            m_state->awaited = false;
         } else if (!something()) {
             m_state->changed.wait_for(lock, std::chrono::milliseconds(2), something);
         }
@@ -91,6 +94,12 @@ int ScriptedMicrophone::chunksRead() const
 {
     const std::lock_guard lock(m_state->mutex);
     return m_state->read;
+}
+
+bool ScriptedMicrophone::isAwaited() const
+{
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->awaited && m_state->chunks.empty();
 }
 
 int ScriptedMicrophone::openStreams() const

@@ -38,6 +38,8 @@ public:
     void breakDown();
     //! Chunks that were read so far.
     int chunksRead() const;
+    //! Somebody waits in a read for what comes next.
+    bool isAwaited() const;
     //! Streams that are open now.
     int openStreams() const;
     //! The thread of the last read.

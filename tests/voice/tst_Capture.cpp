@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ScriptedMicrophone.h"
+#include "voice/Capture.h"
+
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+namespace
+{
+
+constexpr int s_silenceMs = 200;
+constexpr int s_silenceChunks = 4;
+
+//! What a capture told from its thread.
+struct Heard
+{
+    std::mutex mutex;
+    std::vector<double> levels;
+    std::vector<QByteArray> chunks;
+    bool speechSeen = false;
+    int count = -1;
+    std::atomic<bool> finished = false;
+    std::thread::id thread;
+
+    Capture::Listener listener(bool live)
+    {
+        Capture::Listener listener;
+        listener.level = [this](double rms) {
+            const std::lock_guard lock(mutex);
+            levels.push_back(rms);
+        };
+        if (live) {
+            listener.chunk = [this](const QByteArray &chunk) {
+                const std::lock_guard lock(mutex);
+                chunks.push_back(chunk);
+            };
+        }
+        listener.finished = [this](bool speech, int chunks) {
+            const std::lock_guard lock(mutex);
+            speechSeen = speech;
+            count = chunks;
+            thread = std::this_thread::get_id();
+            finished = true;
+        };
+        return listener;
+    }
+};
+
+std::unique_ptr<Microphone> opened(ScriptedMicrophone &microphone)
+{
+    return microphone.opener()(nullptr);
+}
+
+} // namespace
+
+class tst_Capture : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsAfterSilence();
+    void stops();
+    void endsWhenReadsFail();
+    void endsAtTheLimit();
+    void tellsEveryFifthLevel();
+    void tellsEveryChunkWhenLive();
+    void readsOnAThreadOfItsOwn();
+    void usesMemoryAgain();
+    void joinsTwice();
+    void leavesAFrozenThreadAlone();
+    void aFrozenThreadTellsNothingButItsEnd();
+};
+
+void tst_Capture::endsAfterSilence()
+{
+    ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
+    microphone.hear(3, ScriptedMicrophone::Quiet);
+    microphone.hear(2, 1000);
+    microphone.hear(s_silenceChunks, 7);
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    QTRY_VERIFY(heard.finished);
+
+    QVERIFY(heard.speechSeen);
+    QCOMPARE(heard.count, 3 + 2 + s_silenceChunks - 1); // the one that ended it isn't counted
+    std::vector<qint16> expected(2 * Pcm::ChunkSamples, 1000);
+    expected.insert(expected.end(), s_silenceChunks * Pcm::ChunkSamples, 7);
+    QCOMPARE(capture.join(), expected);
+    QCOMPARE(microphone.chunksRead(), 3 + 2 + s_silenceChunks);
+    QCOMPARE(microphone.openStreams(), 0);
+}
+
+void tst_Capture::stops()
+{
+    ScriptedMicrophone microphone;
+    microphone.hear(2, ScriptedMicrophone::Loud);
+    Heard heard;
+    Capture capture(opened(microphone), 5000, {}, heard.listener(false));
+    QTRY_VERIFY(microphone.chunksRead() >= 10);
+    QVERIFY(!heard.finished);
+    capture.stop();
+    QTRY_VERIFY(heard.finished);
+    QVERIFY(heard.speechSeen);
+    QCOMPARE(heard.count, microphone.chunksRead());
+    QCOMPARE(capture.join().size(), std::size_t(heard.count) * Pcm::ChunkSamples);
+}
+
+void tst_Capture::endsWhenReadsFail()
+{
+    ScriptedMicrophone microphone;
+    microphone.hear(5, ScriptedMicrophone::Loud);
+    microphone.breakDown();
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    QTRY_VERIFY(heard.finished);
+    QVERIFY(heard.speechSeen);
+    QCOMPARE(heard.count, 5);
+    QCOMPARE(capture.join().size(), std::size_t(5) * Pcm::ChunkSamples);
+}
+
+void tst_Capture::endsAtTheLimit()
+{
+    ScriptedMicrophone microphone;
+    microphone.hear(1000, ScriptedMicrophone::Loud);
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    QTRY_VERIFY(heard.finished);
+    QCOMPARE(heard.count, 600);
+    QCOMPARE(microphone.chunksRead(), 600);
+    const std::vector<qint16> samples = capture.join();
+    QCOMPARE(samples.size() * sizeof(qint16), std::size_t(960000));
+    QCOMPARE(samples.capacity() * sizeof(qint16), std::size_t(960000));
+}
+
+void tst_Capture::tellsEveryFifthLevel()
+{
+    ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
+    for (int i = 0; i < 11; ++i) {
+        microphone.hear(1, qint16(1000 * (i + 1)));
+    }
+    microphone.breakDown();
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    QTRY_VERIFY(heard.finished);
+    // Of the chunks 0, 5 and 10, as measured: neither scaled nor smoothed.
+    QCOMPARE(heard.levels, (std::vector<double> {1000 / 32768.0, 6000 / 32768.0, 11000 / 32768.0}));
+    QVERIFY(heard.chunks.empty());
+}
+
+void tst_Capture::tellsEveryChunkWhenLive()
+{
+    ScriptedMicrophone microphone;
+    microphone.hear(2, ScriptedMicrophone::Quiet);
+    microphone.hear(1, ScriptedMicrophone::Loud);
+    microphone.breakDown();
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(true));
+    QTRY_VERIFY(heard.finished);
+    QCOMPARE(heard.chunks.size(), std::size_t(3)); // silence before the speech too
+    QCOMPARE(heard.chunks.front(), QByteArray(1600, 0));
+    QCOMPARE(heard.chunks.back().size(), 1600);
+    QVERIFY(heard.chunks.back() != heard.chunks.front());
+}
+
+void tst_Capture::readsOnAThreadOfItsOwn()
+{
+    ScriptedMicrophone microphone;
+    microphone.hear(1, ScriptedMicrophone::Loud);
+    microphone.breakDown();
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    QTRY_VERIFY(heard.finished);
+    QVERIFY(microphone.readingThread() != std::this_thread::get_id());
+    QVERIFY(microphone.readingThread() == heard.thread);
+}
+
+void tst_Capture::usesMemoryAgain()
+{
+    std::vector<qint16> samples;
+    const qint16 *memory = nullptr;
+    for (int round = 0; round < 3; ++round) {
+        ScriptedMicrophone microphone;
+        microphone.hear(50 * (round + 1), ScriptedMicrophone::Loud);
+        microphone.breakDown();
+        Heard heard;
+        Capture capture(opened(microphone), s_silenceMs, std::move(samples), heard.listener(false));
+        QTRY_VERIFY(heard.finished);
+        samples = capture.join();
+        QCOMPARE(samples.size(), std::size_t(50 * (round + 1)) * Pcm::ChunkSamples);
+        QVERIFY(!memory || memory == samples.data());
+        memory = samples.data();
+    }
+}
+
+void tst_Capture::joinsTwice()
+{
+    ScriptedMicrophone microphone;
+    Heard heard;
+    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    capture.join();
+    QVERIFY(heard.finished);
+    QVERIFY(!heard.speechSeen);
+    QCOMPARE(capture.join(), std::vector<qint16>());
+}
+
+void tst_Capture::leavesAFrozenThreadAlone()
+{
+    ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
+    microphone.hear(1, ScriptedMicrophone::Loud);
+    Heard heard;
+    {
+        Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+        QTRY_VERIFY(microphone.isAwaited());
+        QCOMPARE(capture.join(1), std::vector<qint16>());
+        QCOMPARE(microphone.openStreams(), 1); // freeing it under a read would abort the process
+    }
+    QVERIFY(!heard.finished);
+    microphone.breakDown();
+    QTRY_VERIFY(heard.finished);
+    QTRY_COMPARE(microphone.openStreams(), 0);
+}
+
+void tst_Capture::aFrozenThreadTellsNothingButItsEnd()
+{
+    ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
+    Heard heard;
+    {
+        Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(true));
+        QTRY_VERIFY(microphone.isAwaited());
+        capture.join(1);
+    }
+    // A later capture may be on by now: its level and its session aren't this one's.
+    microphone.hear(1, ScriptedMicrophone::Loud);
+    QTRY_VERIFY(heard.finished);
+    QVERIFY(heard.levels.empty());
+    QVERIFY(heard.chunks.empty());
+    QCOMPARE(heard.count, 1);
+    QTRY_COMPARE(microphone.openStreams(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_Capture)
+
+#include "tst_Capture.moc"
