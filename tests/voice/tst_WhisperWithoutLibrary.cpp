@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "voice/WhisperWorker.h"
+
+#include "support/MessageLog.h"
+#include "support/SignalLog.h"
+
+#include <QTest>
+
+//! The worker as a build without libwhisper has it, whatever this build has.
+class tst_WhisperWithoutLibrary : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void saysOnceThatItCannotLoad();
+    void saysNothingIsLoaded();
+};
+
+void tst_WhisperWithoutLibrary::saysOnceThatItCannotLoad()
+{
+    const MessageLog log;
+    WhisperWorker worker;
+    WhisperWorker other;
+    QCOMPARE(log.warnings(), QStringList());
+    QVERIFY(!worker.loadModel(QStringLiteral("/dev/null")));
+    QVERIFY(!worker.loadModel(QCoreApplication::applicationFilePath()));
+    QVERIFY(!other.loadModel(QString()));
+    QCOMPARE(log.warnings(), QStringList {QStringLiteral("WhisperWorker: built without libwhisper")});
+}
+
+void tst_WhisperWithoutLibrary::saysNothingIsLoaded()
+{
+    const MessageLog messages;
+    WhisperWorker worker;
+    SignalLog log(&worker);
+    worker.transcribe(QByteArray(3200, '\0'));
+    worker.transcribe(QByteArray());
+    worker.loadModel(QStringLiteral("/dev/null"));
+    worker.transcribe(QByteArray(3200, '\0'));
+    const QString failed = QStringLiteral("transcriptionFailed(\"Model not loaded\")");
+    QCOMPARE(log.take(), (QStringList {failed, failed, failed}));
+}
+
+QTEST_GUILESS_MAIN(tst_WhisperWithoutLibrary)
+#include "tst_WhisperWithoutLibrary.moc"

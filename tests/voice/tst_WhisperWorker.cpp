@@ -1,0 +1,430 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "voice/WhisperWorker.h"
+
+#include "support/MessageLog.h"
+#include "support/SignalLog.h"
+#include "voice/whisper-standin/WhisperStandIn.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include <unistd.h>
+
+using Segments = QList<std::optional<QByteArray>>;
+
+Q_DECLARE_METATYPE(Segments)
+
+namespace
+{
+
+constexpr int s_shortest = 3200; // bytes
+
+QByteArray silence(int bytes = s_shortest)
+{
+    return QByteArray(bytes, '\0');
+}
+
+QString failed(const char *error)
+{
+    return QStringLiteral("transcriptionFailed(\"%1\")").arg(QLatin1String(error));
+}
+
+//! Something done on another thread that is expected to wait for a lock.
+class Contender
+{
+public:
+    explicit Contender(std::function<void()> work)
+        : m_thread([this, work = std::move(work)] {
+            m_id = gettid();
+            work();
+            m_isDone = true;
+        })
+    {
+    }
+    ~Contender() { m_thread.join(); }
+    Q_DISABLE_COPY_MOVE(Contender)
+
+    bool isDone() const { return m_isDone; }
+    //! Asleep, as a thread is that waits for a lock.
+    bool waits() const
+    {
+        QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(m_id));
+        if (m_id == 0 || !stat.open(QIODevice::ReadOnly)) {
+            return false;
+        }
+        const QByteArray line = stat.readAll();
+        return line.mid(line.lastIndexOf(')') + 2, 1) == "S";
+    }
+
+private:
+    std::atomic<pid_t> m_id = 0;
+    std::atomic<bool> m_isDone = false;
+    std::thread m_thread;
+};
+
+} // namespace
+
+//! The worker against a stand-in of the library. Its slots are called directly, as the thread they run on is whoever
+//! calls.
+class tst_WhisperWorker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void isNotLoadedAtFirst();
+    void loadsFiles();
+    void asksForBackendsOnce();
+    void replacesTheModel();
+    void forgetsTheModelWhenTheNextFails();
+    void freesNothingWithoutAModel();
+
+    void wantsATenthOfASecond_data();
+    void wantsATenthOfASecond();
+    void convertsSamples();
+    void setsTheseParameters();
+    void joinsSegments_data();
+    void joinsSegments();
+    void tellsOfAnError();
+    void timesTheRecognitionAlone();
+
+    void loadWaitsForATranscription();
+    void transcriptionWaitsForNobodyAfterwards();
+    void endWaitsForATranscription();
+
+private:
+    QString model(const QString &name = QStringLiteral("model.bin"));
+    std::unique_ptr<WhisperWorker> loaded();
+
+    QTemporaryDir m_directory;
+    std::unique_ptr<MessageLog> m_log;
+};
+
+void tst_WhisperWorker::init()
+{
+    m_log = std::make_unique<MessageLog>();
+    WhisperStandIn::reset();
+}
+
+void tst_WhisperWorker::cleanup()
+{
+    QCOMPARE(m_log->warnings(), QStringList());
+    m_log.reset();
+    QCOMPARE(WhisperStandIn::livingContexts(), 0);
+}
+
+QString tst_WhisperWorker::model(const QString &name)
+{
+    QFile file(m_directory.filePath(name));
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("no file to load can be made");
+    }
+    return file.fileName();
+}
+
+std::unique_ptr<WhisperWorker> tst_WhisperWorker::loaded()
+{
+    auto worker = std::make_unique<WhisperWorker>();
+    if (!worker->loadModel(model())) {
+        qFatal("the stand-in loads nothing");
+    }
+    return worker;
+}
+
+void tst_WhisperWorker::isNotLoadedAtFirst()
+{
+    WhisperWorker worker;
+    QCOMPARE(worker.parent(), nullptr);
+    SignalLog log(&worker);
+    worker.transcribe(silence());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    // That comes before the length.
+    worker.transcribe(QByteArray());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    QCOMPARE(WhisperStandIn::calls(), QStringList());
+}
+
+void tst_WhisperWorker::loadsFiles()
+{
+    WhisperWorker worker;
+    // The path is told in UTF-8, whatever the locale.
+    const QString path = model(QStringLiteral("grün %1 語.bin"));
+    QVERIFY(worker.loadModel(path));
+    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("init ") + path);
+    QVERIFY(WhisperStandIn::contextParamsWereDefault());
+    QCOMPARE(WhisperStandIn::livingContexts(), 1);
+
+    WhisperWorker other;
+    QVERIFY(!other.loadModel(QStringLiteral("/nowhere/model.bin")));
+    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("failed init /nowhere/model.bin"));
+}
+
+void tst_WhisperWorker::asksForBackendsOnce()
+{
+    // A test function before this one may have been the first of the process.
+    const auto first = loaded();
+    const auto second = loaded();
+    QVERIFY(WhisperStandIn::calls().count(QStringLiteral("backends")) <= 1);
+    WhisperStandIn::reset();
+    const auto third = loaded();
+    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("init ") + model()});
+}
+
+void tst_WhisperWorker::replacesTheModel()
+{
+    const auto worker = loaded();
+    WhisperStandIn::reset();
+    const QString other = model(QStringLiteral("other.bin"));
+    QVERIFY(worker->loadModel(other));
+    // Two models at once would need the memory of both.
+    QCOMPARE(WhisperStandIn::calls(), (QStringList {QStringLiteral("free"), QStringLiteral("init ") + other}));
+    SignalLog log(worker.get());
+    worker->transcribe(silence());
+    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
+}
+
+void tst_WhisperWorker::forgetsTheModelWhenTheNextFails()
+{
+    const auto worker = loaded();
+    QVERIFY(!worker->loadModel(QStringLiteral("/nowhere")));
+    QCOMPARE(WhisperStandIn::livingContexts(), 0);
+    SignalLog log(worker.get());
+    worker->transcribe(silence());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    QVERIFY(worker->loadModel(model()));
+    worker->transcribe(silence());
+    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
+}
+
+void tst_WhisperWorker::freesNothingWithoutAModel()
+{
+    std::make_unique<WhisperWorker>().reset();
+    QCOMPARE(WhisperStandIn::calls(), QStringList());
+    auto worker = loaded();
+    WhisperStandIn::reset();
+    worker.reset();
+    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("free")});
+}
+
+void tst_WhisperWorker::wantsATenthOfASecond_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<bool>("isEnough");
+
+    QTest::newRow("nothing") << 0 << false;
+    QTest::newRow("one sample") << 2 << false;
+    QTest::newRow("a byte too few") << 3199 << false;
+    QTest::newRow("just enough") << 3200 << true;
+    QTest::newRow("half a sample more") << 3201 << true;
+}
+
+void tst_WhisperWorker::wantsATenthOfASecond()
+{
+    QFETCH(int, bytes);
+    QFETCH(bool, isEnough);
+    const auto worker = loaded();
+    SignalLog log(worker.get());
+    worker->transcribe(silence(bytes));
+    const QStringList signal = log.take();
+    QCOMPARE(signal.size(), 1);
+    if (isEnough) {
+        QVERIFY(signal.first().startsWith(QLatin1String("transcriptionReady(\"stand-in\", ")));
+        QCOMPARE(WhisperStandIn::lastTranscription().samples.size(), std::size_t(1600));
+    } else {
+        QCOMPARE(signal.first(), failed("Audio too short"));
+        QVERIFY(!WhisperStandIn::calls().contains(QStringLiteral("full begins")));
+    }
+}
+
+void tst_WhisperWorker::convertsSamples()
+{
+    // Every value that there is, little-endian.
+    QByteArray pcm;
+    for (int value = -32768; value <= 32767; ++value) {
+        char bytes[2];
+        qToLittleEndian(static_cast<qint16>(value), bytes);
+        pcm.append(bytes, sizeof bytes);
+    }
+    const auto worker = loaded();
+    worker->transcribe(pcm);
+    const std::vector<float> samples = WhisperStandIn::lastTranscription().samples;
+    QCOMPARE(samples.size(), std::size_t(65536));
+    for (int value = -32768; value <= 32767; ++value) {
+        const float sample = samples.at(static_cast<std::size_t>(value + 32768));
+        // A power of two: nothing is rounded, and equal means equal.
+        if (sample != static_cast<float>(value) / 32768.0F) {
+            QFAIL(qPrintable(QStringLiteral("%1 became %2").arg(value).arg(static_cast<double>(sample))));
+        }
+    }
+}
+
+void tst_WhisperWorker::setsTheseParameters()
+{
+    const auto worker = loaded();
+    worker->transcribe(silence());
+    const WhisperStandIn::Transcription given = WhisperStandIn::lastTranscription();
+    const whisper_full_params defaults = WhisperStandIn::defaults(WHISPER_SAMPLING_GREEDY);
+
+    QCOMPARE(given.params.strategy, WHISPER_SAMPLING_GREEDY);
+    QCOMPARE(int(given.params.strategy), 0);
+    QCOMPARE(given.params.no_context, true);
+    QCOMPARE(given.params.single_segment, true);
+    QCOMPARE(given.params.print_special, false);
+    QCOMPARE(given.params.print_progress, false);
+    QCOMPARE(given.params.print_realtime, false);
+    QCOMPARE(given.params.print_timestamps, false);
+    QCOMPARE(given.language, QByteArray("en"));
+    const int machine = static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN));
+    QVERIFY(given.params.n_threads >= 1);
+    QVERIFY(given.params.n_threads <= qMin(machine, 8));
+    QCOMPARE(given.params.n_threads, qMin(static_cast<int>(std::thread::hardware_concurrency()), 8));
+
+    QCOMPARE(given.params.n_max_text_ctx, defaults.n_max_text_ctx);
+    QCOMPARE(given.params.translate, defaults.translate);
+    QCOMPARE(given.params.no_timestamps, defaults.no_timestamps);
+    QCOMPARE(given.params.detect_language, defaults.detect_language);
+    QCOMPARE(given.params.temperature, defaults.temperature);
+}
+
+void tst_WhisperWorker::joinsSegments_data()
+{
+    QTest::addColumn<Segments>("segments");
+    QTest::addColumn<QString>("text"); // null for silence
+
+    const auto row = [](const char *name, const Segments &segments, const QString &text) {
+        QTest::newRow(name) << segments << text;
+    };
+    row("none", {}, {});
+    row("one", {"open the file"}, QStringLiteral("open the file"));
+    row("trimmed", {" open the file \n"}, QStringLiteral("open the file"));
+    row("blanks within stay", {"a  b"}, QStringLiteral("a  b"));
+    row("two", {" open", " the file"}, QStringLiteral("open the file"));
+    row("no text", {std::nullopt}, {});
+    row("no text among others", {std::nullopt, "open", std::nullopt, "it", std::nullopt}, QStringLiteral("open it"));
+    row("empty", {""}, {});
+    row("blank", {" \t\n"}, {});
+    row("several blank", {" ", "", "\n"}, {});
+    row("blank before", {" ", "open"}, QStringLiteral("open"));
+    row("blank between", {"open", " ", "it"}, QStringLiteral("open  it"));
+    row("blank behind", {"open", ""}, QStringLiteral("open "));
+    row("UTF-8", {" caf\xc3\xa9", "\xe8\xaa\x9e "}, QStringLiteral("café 語"));
+    row("not UTF-8", {"a\xff"}, QStringLiteral("a\uFFFD"));
+    row("markers of noise", {" [BLANK_AUDIO]", "(coughs)"}, QStringLiteral("[BLANK_AUDIO] (coughs)"));
+    row("a placeholder's look", {"%1", "%2"}, QStringLiteral("%1 %2"));
+}
+
+void tst_WhisperWorker::joinsSegments()
+{
+    QFETCH(Segments, segments);
+    QFETCH(QString, text);
+    const auto worker = loaded();
+    WhisperStandIn::say(segments);
+    SignalLog log(worker.get());
+    worker->transcribe(silence());
+    const QStringList signal = log.take();
+    QCOMPARE(signal.size(), 1);
+    if (text.isNull()) {
+        QCOMPARE(signal.first(), failed("No speech detected in audio"));
+    } else {
+        const QString start = QLatin1String("transcriptionReady(\"") + text + QLatin1String("\", ");
+        QCOMPARE(signal.first().left(start.size()), start);
+    }
+}
+
+void tst_WhisperWorker::tellsOfAnError()
+{
+    const auto worker = loaded();
+    SignalLog log(worker.get());
+    for (const int result : {1, -1, 256}) {
+        WhisperStandIn::failWith(result);
+        worker->transcribe(silence());
+        QCOMPARE(log.take(), QStringList {failed("whisper_full() returned error")});
+    }
+    WhisperStandIn::failWith(0);
+    worker->transcribe(silence());
+    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
+}
+
+void tst_WhisperWorker::timesTheRecognitionAlone()
+{
+    const auto worker = loaded();
+    double elapsedMs = -1;
+    connect(worker.get(), &WhisperWorker::transcriptionReady, this,
+            [&elapsedMs](const QString &, double elapsed) { elapsedMs = elapsed; });
+    // Long enough that its conversion would be noticed.
+    worker->transcribe(silence(30 * 32000));
+    const WhisperStandIn::Transcription times = WhisperStandIn::lastTranscription();
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    QVERIFY(elapsedMs >= Milliseconds(times.ended - times.begun).count());
+    QVERIFY(elapsedMs <= Milliseconds(times.read - times.asked).count());
+}
+
+void tst_WhisperWorker::loadWaitsForATranscription()
+{
+    const auto worker = loaded();
+    const QString other = model(QStringLiteral("other.bin"));
+    WhisperStandIn::reset();
+    WhisperStandIn::hold();
+    {
+        const Contender transcription([&worker] { worker->transcribe(silence()); });
+        WhisperStandIn::waitUntilHeld();
+        const Contender load([&worker, &other] { worker->loadModel(other); });
+        QTRY_VERIFY(load.waits() || load.isDone());
+        const bool waited = !load.isDone();
+        WhisperStandIn::letGo();
+        QVERIFY(waited);
+    }
+    QCOMPARE(WhisperStandIn::calls(),
+             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free"),
+                           QStringLiteral("init ") + other}));
+}
+
+void tst_WhisperWorker::transcriptionWaitsForNobodyAfterwards()
+{
+    // Each way out of a call lets the mutex go.
+    const auto worker = loaded();
+    WhisperStandIn::failWith(1);
+    worker->transcribe(silence());
+    WhisperStandIn::failWith(0);
+    WhisperStandIn::say({});
+    worker->transcribe(silence());
+    worker->transcribe(QByteArray());
+    worker->loadModel(QStringLiteral("/nowhere"));
+    worker->transcribe(silence());
+    QVERIFY(worker->loadModel(model()));
+}
+
+void tst_WhisperWorker::endWaitsForATranscription()
+{
+    std::optional<WhisperWorker> worker;
+    worker.emplace();
+    QVERIFY(worker->loadModel(model()));
+    WhisperStandIn::reset();
+    WhisperStandIn::hold();
+    {
+        WhisperWorker *const busy = &*worker;
+        const Contender transcription([busy] { busy->transcribe(silence()); });
+        WhisperStandIn::waitUntilHeld();
+        const Contender end([&worker] { worker.reset(); });
+        QTRY_VERIFY(end.waits() || end.isDone());
+        const bool waited = !end.isDone();
+        WhisperStandIn::letGo();
+        QVERIFY(waited);
+    }
+    QCOMPARE(WhisperStandIn::calls(),
+             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free")}));
+}
+
+QTEST_GUILESS_MAIN(tst_WhisperWorker)
+#include "tst_WhisperWorker.moc"
