@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+#include "voice/VoiceBridge.h"
+
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QTest>
+
+//! What voiceBridge offers to QML, and how it begins.
+class tst_VoiceBridgeMembers : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void properties();
+    void signalsAndOperations();
+    void firstValues();
+    void beginsInItsOrder();
+    void modelsAreLoadedLater();
+};
+
+void tst_VoiceBridgeMembers::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_VoiceBridgeMembers::init()
+{
+    TestSetup::clearSettings();
+}
+
+void tst_VoiceBridgeMembers::properties()
+{
+    const QMetaObject &type = VoiceBridge::staticMetaObject;
+    QStringList properties;
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
+        const QMetaProperty property = type.property(i);
+        properties.append(QString::fromLatin1(property.typeName()) + QLatin1Char(' ')
+                          + QString::fromLatin1(property.name()) + QLatin1Char(' ')
+                          + QString::fromLatin1(property.notifySignal().name())
+                          + (property.isWritable() ? QStringLiteral(" writable") : QString()));
+    }
+    const QStringList expected = {
+        QStringLiteral("bool isListening listeningChanged"),
+        QStringLiteral("bool isTranscribing transcribingChanged"),
+        QStringLiteral("bool isModelLoaded modelLoadedChanged"),
+        QStringLiteral("QString lastTranscript transcriptReady"),
+        QStringLiteral("double lastTranscriptionMs transcriptReady"),
+        QStringLiteral("QString lastError errorOccurred"),
+        QStringLiteral("double inputLevel inputLevelChanged"),
+        QStringLiteral("QString modelName modelLoadedChanged"),
+        QStringLiteral("bool isSpeaking speakingChanged"),
+        QStringLiteral("bool ttsEnabled ttsEnabledChanged writable"),
+        QStringLiteral("bool ttsAvailable ttsAvailableChanged"),
+        QStringLiteral("bool wakeWordEnabled wakeWordEnabledChanged writable"),
+        QStringLiteral("QString sttBackend sttBackendChanged writable"),
+        QStringLiteral("bool whisperSmallAvailable whisperSmallAvailableChanged"),
+        QStringLiteral("bool whisperSmallQ5Available whisperSmallQ5AvailableChanged"),
+        QStringLiteral("bool moonshineAvailable moonshineAvailableChanged"),
+        QStringLiteral("bool nemotronAvailable nemotronAvailableChanged"),
+        QStringLiteral("QString partialTranscript partialTranscriptChanged"),
+        QStringLiteral("bool liveSttAvailable liveSttAvailableChanged"),
+        QStringLiteral("bool liveSttEnabled liveSttEnabledChanged writable"),
+        QStringLiteral("QString sttInputMode sttInputModeChanged writable"),
+        QStringLiteral("QString voiceSubmitMode voiceSubmitModeChanged writable"),
+        QStringLiteral("bool voiceTestActive voiceTestActiveChanged writable"),
+        QStringLiteral("bool batchSttMode batchSttModeChanged writable"),
+        QStringLiteral("int silenceTimeoutMs silenceTimeoutMsChanged writable"),
+        QStringLiteral("int voiceConfirmDelaySec voiceConfirmDelaySecChanged writable"),
+        QStringLiteral("bool voiceLogEnabled voiceLogEnabledChanged writable"),
+        QStringLiteral("QStringList voiceLog voiceLogChanged"),
+    };
+    QCOMPARE(properties, expected);
+}
+
+void tst_VoiceBridgeMembers::signalsAndOperations()
+{
+    const QMetaObject &type = VoiceBridge::staticMetaObject;
+    QStringList signalNames;
+    QStringList operations;
+    QStringList privateSlots;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        const QString text = QString::fromLatin1(method.methodSignature()) + QLatin1Char(' ')
+            + QString::fromLatin1(method.parameterNames().join(','));
+        if (method.methodType() == QMetaMethod::Signal) {
+            signalNames.append(text);
+        } else if (method.access() == QMetaMethod::Public) {
+            operations.append(QString::fromLatin1(method.typeName()) + QLatin1Char(' ') + text);
+        } else {
+            privateSlots.append(text);
+        }
+    }
+    const QStringList expectedSignals = {
+        QStringLiteral("listeningChanged() "),
+        QStringLiteral("transcribingChanged() "),
+        QStringLiteral("modelLoadedChanged() "),
+        QStringLiteral("transcriptReady(QString) text"),
+        QStringLiteral("inputLevelChanged() "),
+        QStringLiteral("errorOccurred(QString) error"),
+        QStringLiteral("speakingChanged() "),
+        QStringLiteral("ttsEnabledChanged() "),
+        QStringLiteral("ttsAvailableChanged() "),
+        QStringLiteral("speakingFinished() "),
+        QStringLiteral("wakeWordEnabledChanged() "),
+        QStringLiteral("wakeWordActivated(QString) phrase"),
+        QStringLiteral("sttBackendChanged() "),
+        QStringLiteral("partialTranscriptChanged() "),
+        QStringLiteral("liveSttAvailableChanged() "),
+        QStringLiteral("liveSttEnabledChanged() "),
+        QStringLiteral("sttInputModeChanged() "),
+        QStringLiteral("voiceSubmitModeChanged() "),
+        QStringLiteral("voiceTestActiveChanged() "),
+        QStringLiteral("batchSttModeChanged() "),
+        QStringLiteral("whisperSmallAvailableChanged() "),
+        QStringLiteral("whisperSmallQ5AvailableChanged() "),
+        QStringLiteral("moonshineAvailableChanged() "),
+        QStringLiteral("nemotronAvailableChanged() "),
+        QStringLiteral("silenceTimeoutMsChanged() "),
+        QStringLiteral("voiceConfirmDelaySecChanged() "),
+        QStringLiteral("voiceLogEnabledChanged() "),
+        QStringLiteral("voiceLogChanged() "),
+        QStringLiteral("requestTranscription(QByteArray) pcm16Data"),
+    };
+    QCOMPARE(signalNames, expectedSignals);
+
+    operations.sort();
+    const QStringList expectedOperations = {
+        QStringLiteral("QString voiceTestLogPath() "),
+        QStringLiteral("bool loadModel() "),
+        QStringLiteral("bool loadModel(QString) path"),
+        QStringLiteral("void appendVoiceLog(QString) entry"),
+        QStringLiteral("void appendVoiceTestFeedback(QString,QString,QString,QString,double,int) "
+                       "sentenceId,category,reference,hypothesis,accuracy,latencyMs"),
+        QStringLiteral("void cancelListening() "),
+        QStringLiteral("void clearVoiceLog() "),
+        QStringLiteral("void speak(QString) text"),
+        QStringLiteral("void startListening() "),
+        QStringLiteral("void stopListening() "),
+        QStringLiteral("void stopSpeaking() "),
+    };
+    QCOMPARE(operations, expectedOperations);
+
+    const QStringList expectedSlots = {
+        QStringLiteral("onTranscriptionReady(QString,double) text,elapsedMs"),
+        QStringLiteral("onTranscriptionFailed(QString) error"),
+        QStringLiteral("onPartialTranscript(QString) text"),
+        QStringLiteral("onWakeWordActivated(QString) phrase"),
+        QStringLiteral("dispatchTranscription(QByteArray) pcm16Data"),
+    };
+    QCOMPARE(privateSlots, expectedSlots);
+}
+
+void tst_VoiceBridgeMembers::firstValues()
+{
+    MessageLog log;
+    const VoiceBridge voice;
+    QCOMPARE(voice.isListening(), false);
+    QCOMPARE(voice.isTranscribing(), false);
+    QCOMPARE(voice.isModelLoaded(), false);
+    QCOMPARE(voice.lastTranscript(), QString());
+    QCOMPARE(voice.lastTranscriptionMs(), 0.0);
+    QCOMPARE(voice.lastError(), QString());
+    QCOMPARE(voice.inputLevel(), 0.0);
+    QCOMPARE(voice.modelName(), QString());
+    QCOMPARE(voice.isSpeaking(), false);
+    QCOMPARE(voice.ttsEnabled(), false);
+    QCOMPARE(voice.ttsAvailable(), false);
+    QCOMPARE(voice.wakeWordEnabled(), false);
+    QCOMPARE(voice.sttBackend(), QStringLiteral("whisper-small-q5"));
+    QCOMPARE(voice.whisperSmallAvailable(), false);
+    QCOMPARE(voice.whisperSmallQ5Available(), false);
+    QCOMPARE(voice.moonshineAvailable(), false);
+    QCOMPARE(voice.nemotronAvailable(), false);
+    QCOMPARE(voice.partialTranscript(), QString());
+    QCOMPARE(voice.liveSttAvailable(), false);
+    QCOMPARE(voice.liveSttEnabled(), true);
+    // A fresh store has the wish for live transcription, which this build can't grant.
+    QCOMPARE(voice.sttInputMode(), QStringLiteral("live"));
+    QCOMPARE(voice.voiceSubmitMode(), QStringLiteral("auto"));
+    QCOMPARE(voice.voiceTestActive(), false);
+    QCOMPARE(voice.batchSttMode(), false);
+    QCOMPARE(voice.silenceTimeoutMs(), 700);
+    QCOMPARE(voice.voiceConfirmDelaySec(), 4);
+    QCOMPARE(voice.voiceLogEnabled(), false);
+    QCOMPARE(voice.voiceLog(), QStringList());
+    QCOMPARE(voice.parent(), nullptr);
+    QCOMPARE(log.warnings(), QStringList());
+}
+
+void tst_VoiceBridgeMembers::beginsInItsOrder()
+{
+    MessageLog log;
+    const VoiceBridge voice;
+    QStringList lines;
+    for (const MessageLog::Line &line : log.lines()) {
+        QCOMPARE(line.type, QtDebugMsg);
+        lines.append(line.text);
+    }
+    const QStringList expected = {
+        QStringLiteral("[VoiceBridge] init  sttBackend=whisper-small-q5 sttInputMode=live voiceSubmitMode=auto "
+                       "silenceTimeout=700ms confirmDelay=4s logEnabled=false"),
+        QStringLiteral("VoiceBridge: TTS unavailable — piper binary not found"),
+        QStringLiteral("VoiceBridge: whisper-small: false q5_1: false"),
+        QStringLiteral("VoiceBridge: moonshine available: false bin: false model: false"),
+        QStringLiteral("VoiceBridge: nemotron available: false bin: false model: false"),
+        QStringLiteral("VoiceBridge: live STT available: false"),
+        QStringLiteral("VoiceBridge: listening for wake word D-Bus signal"),
+        QStringLiteral("SttPostProcessor: loaded 8 product names, 10 aliases, 10 word replacements"),
+    };
+    QCOMPARE(lines, expected);
+}
+
+void tst_VoiceBridgeMembers::modelsAreLoadedLater()
+{
+    QVERIFY(QDir().mkpath(QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models")));
+    QFile model(QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models/ggml-small.en-q5_1.bin"));
+    QVERIFY(model.open(QIODevice::WriteOnly));
+    MessageLog log;
+    const VoiceBridge voice;
+    QVERIFY(voice.whisperSmallQ5Available());
+    QVERIFY(!voice.isModelLoaded());
+    QCOMPARE(log.count(QStringLiteral("VoiceBridge: loading")), 0);
+    QVERIFY(model.remove());
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceBridgeMembers)
+
+#include "tst_VoiceBridgeMembers.moc"
