@@ -53,7 +53,8 @@ QString replaced(const QString &text, const QString &what, const QString &by,
     while (hit >= 0) {
         const int end = hit + what.size();
         if (accepts(end)) {
-            result += text.midRef(copied, hit - copied) + by;
+            result.append(text.midRef(copied, hit - copied));
+            result.append(by);
             copied = end;
             hit = low.indexOf(what, end);
         } else {
