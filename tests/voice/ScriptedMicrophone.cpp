@@ -46,9 +46,9 @@ public:
             m_state->changed.wait(lock, something);
             m_state->awaited = false;
         } else if (!something()) {
-            m_state->changed.wait_for(lock, std::chrono::milliseconds(2), something);
+            m_state->changed.wait_for(lock, std::chrono::milliseconds(10), something);
         }
-        qint16 sample = Quiet;
+        qint16 sample = m_state->afterwards == Afterwards::Talks ? Loud : Quiet;
         if (!m_state->chunks.empty()) {
             sample = m_state->chunks.front();
             m_state->chunks.pop_front();

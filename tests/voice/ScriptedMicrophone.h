@@ -25,7 +25,8 @@ public:
     enum class Afterwards
     {
         Blocks, //!< until something comes, as with an audio server that has frozen
-        Hisses, //!< quiet chunks, one every few milliseconds, as a room does
+        Hisses, //!< quiet chunks, one every 10 ms: a quicker second than that of a room
+        Talks, //!< the same, but loud
     };
 
     explicit ScriptedMicrophone(Afterwards afterwards = Afterwards::Hisses);
