@@ -14,6 +14,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <utility>
+
 namespace
 {
 
@@ -89,8 +91,7 @@ SherpaStandIn::SherpaStandIn(Engine engine, const QString &home)
 
 SherpaStandIn::~SherpaStandIn()
 {
-    // Who still reads finds the end of the file.
-    ::close(m_gate);
+    releaseAll();
     QFile::remove(m_program);
     QDir(m_modelDir).removeRecursively();
 }
@@ -142,6 +143,17 @@ void SherpaStandIn::behaves(const QByteArray &script)
 void SherpaStandIn::release()
 {
     require(::write(m_gate, "\n", 1) == 1, note("gate"));
+}
+
+void SherpaStandIn::releaseAll()
+{
+    // Who opens it from now on finds an empty file, and who reads from the old one finds its end.
+    const QString open = note("open");
+    writeFile(open, QByteArray());
+    require(::rename(QFile::encodeName(open).constData(), QFile::encodeName(note("gate")).constData()) == 0, open);
+    if (m_gate >= 0) {
+        ::close(std::exchange(m_gate, -1));
+    }
 }
 
 QList<qint64> SherpaStandIn::processIds() const

@@ -24,7 +24,7 @@ public:
 
     //! Prints nothing at first.
     explicit SherpaStandIn(Engine engine, const QString &home = QDir::homePath());
-    //! Lets go what still waits, and takes away what was installed, but for the directory of the libraries, which both
+    //! As releaseAll(), and takes away what was installed, but for the directory of the libraries, which both
     //! engines share.
     ~SherpaStandIn();
     Q_DISABLE_COPY_MOVE(SherpaStandIn)
@@ -56,6 +56,8 @@ public:
     void hold() { m_isHeld = true, write(); }
     //! Lets one run go that waits, or the next one that will.
     void release();
+    //! Lets everything go, now and later. Needed before waiting for the end of who may still run one of these.
+    void releaseAll();
 
     // What it was given. Complete once the run is counted, which it is before it waits.
 

@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "SherpaTest.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <sys/resource.h>
+
+#include <cerrno>
+#include <csignal>
+
+namespace
+{
+
+//! While it lives no file of this process grows beyond some bytes: the rest of a write fails.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+        : m_handlerBefore(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit {bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handlerBefore);
+    }
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+
+private:
+    rlimit m_before {};
+    void (*const m_handlerBefore)(int);
+};
+
+} // namespace
+
+//! Every way in which a transcription can fail, but for one without speech.
+class tst_SherpaFailures : public SherpaTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wantsAModel_data() { TestedSherpa::addRows(); }
+    void wantsAModel();
+    void wantsATenthOfASecond_data() { TestedSherpa::addRows(); }
+    void wantsATenthOfASecond();
+    void toldWhenThereIsNoTempFile_data() { TestedSherpa::addRows(); }
+    void toldWhenThereIsNoTempFile();
+    void toldWhenTheDiskIsFull_data();
+    void toldWhenTheDiskIsFull();
+    void toldWhenItCannotStart_data() { TestedSherpa::addRows(); }
+    void toldWhenItCannotStart();
+    void endsWhatTakesTooLong_data() { TestedSherpa::addRows(); }
+    void endsWhatTakesTooLong();
+    void showsTheOutputOfAFailure_data();
+    void showsTheOutputOfAFailure();
+};
+
+void tst_SherpaFailures::wantsAModel()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    const QStringList notLoaded = failed(tested->name + QStringLiteral(" model not loaded"));
+    QCOMPARE(outcomesOf(*worker, s_audio), notLoaded);
+    QCOMPARE(outcomesOf(*worker, QByteArray()), notLoaded);
+}
+
+void tst_SherpaFailures::wantsATenthOfASecond()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    m_standIn->says(QStringLiteral("open"));
+    const QStringList tooShort = failed(QStringLiteral("Audio too short"));
+    QCOMPARE(outcomesOf(*worker, QByteArray()), tooShort);
+    QCOMPARE(outcomesOf(*worker, s_audio.left(3199)), tooShort);
+    QCOMPARE(m_standIn->runs(), 0);
+    QCOMPARE(outcomesOf(*worker, s_audio.left(3200)), ready("open"));
+    QCOMPARE(m_standIn->runs(), 1);
+}
+
+void tst_SherpaFailures::toldWhenThereIsNoTempFile()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    m_standIn->says(QStringLiteral("open"));
+    // There, not even the superuser can make a file.
+    const ChangedVariable temp("TMPDIR", "/proc");
+    QCOMPARE(outcomesOf(*worker, s_audio), failed(QStringLiteral("Cannot create temp WAV file")));
+    QCOMPARE(m_standIn->runs(), 0);
+}
+
+void tst_SherpaFailures::toldWhenTheDiskIsFull_data()
+{
+    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<int>("size");
+    for (const TestedSherpa *tested : TestedSherpa::both()) {
+        // Qt keeps the small one in a buffer for a while, and finds out later.
+        QTest::addRow("%s: small", qPrintable(tested->name)) << tested << s_shortestAudio;
+        QTest::addRow("%s: big", qPrintable(tested->name)) << tested << 960000;
+    }
+}
+
+void tst_SherpaFailures::toldWhenTheDiskIsFull()
+{
+    QFETCH(const TestedSherpa *, tested);
+    QFETCH(int, size);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    m_standIn->says(QStringLiteral("open"));
+    QStringList outcomes;
+    {
+        const FileSizeLimit limit(3000);
+        outcomes = outcomesOf(*worker, QByteArray(size, 'x'));
+    }
+    QCOMPARE(outcomes, failed(QStringLiteral("Failed to write temp WAV")));
+    QCOMPARE(m_standIn->runs(), 0);
+}
+
+void tst_SherpaFailures::toldWhenItCannotStart()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    const QStringList notStarted = failed(QStringLiteral("Failed to start ") + tested->program);
+    m_standIn->cannotStart();
+    QCOMPARE(outcomesOf(*worker, s_audio), notStarted);
+    QVERIFY(QFile::remove(m_standIn->program()));
+    QCOMPARE(outcomesOf(*worker, s_audio), notStarted);
+    // What is there again is found again.
+    m_standIn->says(QStringLiteral("open"));
+    QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
+}
+
+void tst_SherpaFailures::endsWhatTakesTooLong()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    m_standIn->hangs();
+    const std::unique_ptr<SherpaWorker> worker = tested->worker(500);
+    QVERIFY(worker->load(m_standIn->modelDir()));
+    QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" timed out")));
+    // None, where the machine was so busy that the program didn't get as far.
+    for (const qint64 pid : m_standIn->processIds()) {
+        QCOMPARE(::kill(static_cast<pid_t>(pid), 0), -1);
+        QCOMPARE(errno, ESRCH);
+    }
+}
+
+void tst_SherpaFailures::showsTheOutputOfAFailure_data()
+{
+    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<QByteArray>("output");
+    QTest::addColumn<QByteArray>("errors");
+    QTest::addColumn<int>("exitCode"); // -1: a crash
+    QTest::addColumn<QString>("shown");
+    for (const TestedSherpa *tested : TestedSherpa::both()) {
+        const auto row = [&](const char *name, const QByteArray &output, const QByteArray &errors, int exitCode,
+                             const QString &shown) {
+            QTest::addRow("%s: %s", qPrintable(tested->name), name) << tested << output << errors << exitCode << shown;
+        };
+        const auto times = [](int count, char letter) { return QString(count, QLatin1Char(letter)); };
+        row("no output", "", "", 1, QString());
+        row("output, then errors", "one\n", "two\n", 255, QStringLiteral("one\ntwo\n"));
+        row("a transcript doesn't count", "{\"text\": \"open\"}", "", 2, QStringLiteral("{\"text\": \"open\"}"));
+        row("300 characters", QByteArray(300, 'x'), "", 1, times(300, 'x'));
+        row("no more than 300 characters", QByteArray(200, 'x'), QByteArray(200, 'y'), 1,
+            times(200, 'x') + times(100, 'y'));
+        row("characters, not bytes", QByteArray("ü").repeated(301), "", 1, QString::fromUtf8("ü").repeated(300));
+        // The number is fixed, whatever it cuts through.
+        row("a pair is cut", QByteArray(299, 'x') + "🙂", "", 1, times(299, 'x') + QString::fromUtf8("🙂").at(0));
+        row("placeholders", "%1 %2", "%3", 1, QStringLiteral("%1 %2%3"));
+        row("crash", "half\n", "", -1, QStringLiteral("half\n"));
+    }
+}
+
+void tst_SherpaFailures::showsTheOutputOfAFailure()
+{
+    QFETCH(const TestedSherpa *, tested);
+    QFETCH(QByteArray, output);
+    QFETCH(QByteArray, errors);
+    QFETCH(int, exitCode);
+    QFETCH(QString, shown);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    if (exitCode < 0) {
+        m_standIn->crashes(output);
+    } else {
+        m_standIn->prints(output, errors, exitCode);
+    }
+    QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" failed: ") + shown));
+}
+
+QTEST_GUILESS_MAIN(tst_SherpaFailures)
+#include "tst_SherpaFailures.moc"

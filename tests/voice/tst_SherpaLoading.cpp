@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "SherpaTest.h"
+
+#include <QFile>
+#include <QTest>
+
+//! Finding the program and the model, and what is said about them.
+class tst_SherpaLoading : public SherpaTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhatIsThere_data() { TestedSherpa::addRows(); }
+    void tellsWhatIsThere();
+    void searchesTheModel_data() { TestedSherpa::addRows(); }
+    void searchesTheModel();
+    void loads_data() { TestedSherpa::addRows(); }
+    void loads();
+    void loadsFromAnywhere_data() { TestedSherpa::addRows(); }
+    void loadsFromAnywhere();
+    void wantsTheProgram_data() { TestedSherpa::addRows(); }
+    void wantsTheProgram();
+    void wantsTheDirectory_data() { TestedSherpa::addRows(); }
+    void wantsTheDirectory();
+    void wantsEachFile_data();
+    void wantsEachFile();
+    void forgetsTheModelBefore_data() { TestedSherpa::addRows(); }
+    void forgetsTheModelBefore();
+    void hasTextsForTheUser();
+    void hasPatience();
+
+private:
+    //! The name of the worker, as in the log.
+    static QString worker(const TestedSherpa *tested) { return tested->name + QStringLiteral("Worker"); }
+};
+
+void tst_SherpaLoading::tellsWhatIsThere()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    const auto shown = [&] {
+        const SherpaWorker::Availability there = worker->availability();
+        return QList<bool> {there.program, there.model, there.available()};
+    };
+    QCOMPARE(shown(), (QList<bool> {false, false, false}));
+    m_standIn.emplace(tested->engine);
+    QCOMPARE(shown(), (QList<bool> {true, true, true}));
+    // The directory counts, whatever is in it.
+    QVERIFY(QFile::remove(m_standIn->modelDir() + QLatin1Char('/') + m_standIn->modelFiles().first()));
+    QCOMPARE(shown(), (QList<bool> {true, true, true}));
+    QVERIFY(QDir(m_standIn->modelDir()).removeRecursively());
+    QCOMPARE(shown(), (QList<bool> {true, false, false}));
+    QVERIFY(QDir().mkpath(m_standIn->modelDir()));
+    QVERIFY(QDir(m_standIn->libDir()).removeRecursively());
+    QCOMPARE(shown(), (QList<bool> {false, true, false}));
+    QVERIFY(QDir().mkpath(m_standIn->libDir()));
+    QVERIFY(QFile::setPermissions(m_standIn->program(), QFile::ReadOwner | QFile::WriteOwner));
+    QCOMPARE(shown(), (QList<bool> {false, true, false}));
+}
+
+void tst_SherpaLoading::searchesTheModel()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    QCOMPARE(worker->resolveModelDir(QString()), m_standIn->modelDir());
+    QCOMPARE(worker->resolveModelDir(m_standIn->libDir()), m_standIn->libDir());
+    QCOMPARE(worker->resolveModelDir(m_standIn->program()), m_standIn->modelDir());
+}
+
+void tst_SherpaLoading::loads()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    QVERIFY(!worker->isLoaded());
+    QCOMPARE(worker->modelName(), QString());
+
+    QVERIFY(worker->load(m_standIn->modelDir()));
+    QVERIFY(worker->isLoaded());
+    QCOMPARE(worker->modelName(), m_standIn->modelDir().section(QLatin1Char('/'), -1));
+    QVERIFY(m_log->has(QtDebugMsg,
+                       QStringLiteral("%1: loaded \"%2\" sherpa: \"%3\"")
+                           .arg(this->worker(tested), worker->modelName(), m_standIn->program())));
+    // It is the program that reads the model, at each run.
+    QCOMPARE(m_standIn->runs(), 0);
+}
+
+void tst_SherpaLoading::loadsFromAnywhere()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    m_standIn->says(QStringLiteral("open"));
+    const QTemporaryDir home(QDir::homePath() + QStringLiteral("/XXXXXX"));
+    const QString mine = home.filePath(QStringLiteral("my %1 'model'"));
+    QVERIFY(QFile::rename(m_standIn->modelDir(), mine));
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    QVERIFY(worker->load(mine + QLatin1Char('/')));
+    QCOMPARE(worker->modelName(), QStringLiteral("my %1 'model'"));
+    QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
+    QVERIFY(m_standIn->arguments().at(2).endsWith(QLatin1Char('=') + mine + QLatin1Char('/')
+                                                  + m_standIn->modelFiles().at(2)));
+}
+
+void tst_SherpaLoading::wantsTheProgram()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    QVERIFY(QFile::remove(m_standIn->program()));
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    QVERIFY(!worker->load(m_standIn->modelDir()));
+    QVERIFY(!worker->isLoaded());
+    const QStringList warning {QStringLiteral("%1: %2 not found").arg(this->worker(tested), tested->program)};
+    QCOMPARE(m_log->takeWarnings(), warning);
+    // The program is missed before anything else is.
+    QVERIFY(!worker->load(QStringLiteral("/nonexistent")));
+    QCOMPARE(m_log->takeWarnings(), warning);
+}
+
+void tst_SherpaLoading::wantsTheDirectory()
+{
+    QFETCH(const TestedSherpa *, tested);
+    m_standIn.emplace(tested->engine);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    for (const QString &dir : {QStringLiteral("/nonexistent/model"), m_standIn->program(), QString()}) {
+        QVERIFY(!worker->load(dir));
+        QVERIFY(!worker->isLoaded());
+        QCOMPARE(m_log->takeWarnings(),
+                 QStringList {QStringLiteral("%1: model dir missing: \"%2\"").arg(this->worker(tested), dir)});
+    }
+}
+
+void tst_SherpaLoading::wantsEachFile_data()
+{
+    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<QString>("file");
+    for (const TestedSherpa *tested : TestedSherpa::both()) {
+        for (const QString &file : SherpaStandIn(tested->engine).modelFiles()) {
+            QTest::addRow("%s: %s", qPrintable(tested->name), qPrintable(file)) << tested << file;
+        }
+    }
+}
+
+void tst_SherpaLoading::wantsEachFile()
+{
+    QFETCH(const TestedSherpa *, tested);
+    QFETCH(QString, file);
+    m_standIn.emplace(tested->engine);
+    const std::unique_ptr<SherpaWorker> worker = tested->worker();
+    QVERIFY(QFile::remove(m_standIn->modelDir() + QLatin1Char('/') + file));
+    QVERIFY(!worker->load(m_standIn->modelDir()));
+    QVERIFY(!worker->isLoaded());
+    QCOMPARE(worker->modelName(), QString());
+    QCOMPARE(m_log->takeWarnings(),
+             QStringList {
+                 QStringLiteral("%1: incomplete model in \"%2\"").arg(this->worker(tested), m_standIn->modelDir())});
+}
+
+void tst_SherpaLoading::forgetsTheModelBefore()
+{
+    QFETCH(const TestedSherpa *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    QVERIFY(worker->isLoaded());
+    QVERIFY(!worker->load(QStringLiteral("/nonexistent")));
+    QCOMPARE(m_log->takeWarnings().size(), 1);
+    QVERIFY(!worker->isLoaded());
+    QCOMPARE(worker->modelName(), QString());
+    QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->name + QStringLiteral(" model not loaded")));
+}
+
+void tst_SherpaLoading::hasTextsForTheUser()
+{
+    const SherpaEngine &moonshine = SherpaEngine::moonshine();
+    QCOMPARE(QString(moonshine.unavailable),
+             QStringLiteral("Moonshine unavailable. Install sherpa-onnx-offline and download the tiny-en model (see "
+                            "~/experiments/whisper-voice-test/setup-moonshine.sh)"));
+    QCOMPARE(QString(moonshine.dirNotFound), QStringLiteral("Moonshine model dir not found"));
+    QCOMPARE(QString(moonshine.loadFailed), QStringLiteral("Failed to load Moonshine model: "));
+    QCOMPARE(moonshine.loading, "VoiceBridge: loading moonshine model");
+    QCOMPARE(moonshine.available, "VoiceBridge: moonshine available:");
+
+    const SherpaEngine &nemotron = SherpaEngine::nemotron();
+    QCOMPARE(QString(nemotron.unavailable),
+             QStringLiteral("Nemotron unavailable. Install sherpa-onnx and download the 560ms INT8 model (see "
+                            "~/experiments/whisper-voice-test/setup-nemotron.sh)"));
+    QCOMPARE(QString(nemotron.dirNotFound), QStringLiteral("Nemotron model dir not found"));
+    QCOMPARE(QString(nemotron.loadFailed), QStringLiteral("Failed to load Nemotron model: "));
+    QCOMPARE(nemotron.loading, "VoiceBridge: loading nemotron model");
+    QCOMPARE(nemotron.available, "VoiceBridge: nemotron available:");
+}
+
+void tst_SherpaLoading::hasPatience()
+{
+    QCOMPARE(SherpaEngine::moonshine().runTimeout, 120000);
+    QCOMPARE(SherpaEngine::nemotron().runTimeout, 180000);
+    QCOMPARE(&TestedSherpa::moonshine().worker()->engine(), &SherpaEngine::moonshine());
+    QCOMPARE(&TestedSherpa::nemotron().worker()->engine(), &SherpaEngine::nemotron());
+}
+
+QTEST_GUILESS_MAIN(tst_SherpaLoading)
+#include "tst_SherpaLoading.moc"

@@ -1,0 +1,186 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "SherpaTest.h"
+#include "voice/HandOver.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTest>
+#include <QThread>
+
+namespace
+{
+
+constexpr int s_patience = 30000; // ms
+
+} // namespace
+
+//! What comes of transcriptions in another thread.
+class Listener : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList outcomes;
+    QList<double> times; // ms
+
+public Q_SLOTS:
+    void onReady(const QString &text, double elapsedMs)
+    {
+        outcomes.append(QStringLiteral("ready: ") + text);
+        times.append(elapsedMs);
+    }
+    void onFailed(const QString &error) { outcomes.append(QStringLiteral("failed: ") + error); }
+};
+
+//! A worker in a thread of its own that goes with the thread, and is listened to.
+class RunningWorker
+{
+public:
+    RunningWorker(std::unique_ptr<SherpaWorker> worker, std::optional<SherpaStandIn> &standIn)
+        : m_worker(worker.release())
+        , m_standIn(standIn)
+    {
+        m_worker->moveToThread(&thread);
+        QObject::connect(&thread, &QThread::finished, m_worker, &QObject::deleteLater);
+        HandOver::connect(m_worker.data(), &SherpaWorker::transcriptionReady, &listener, &Listener::onReady);
+        HandOver::connect(m_worker.data(), &SherpaWorker::transcriptionFailed, &listener, &Listener::onFailed);
+        thread.start();
+    }
+    ~RunningWorker()
+    {
+        m_standIn->releaseAll();
+        thread.quit();
+        thread.wait();
+    }
+    Q_DISABLE_COPY_MOVE(RunningWorker)
+
+    SherpaWorker *operator->() const { return m_worker.data(); }
+    bool isGone() const { return m_worker.isNull(); }
+    void transcribe(const QByteArray &pcm16Data)
+    {
+        HandOver::post(m_worker, [worker = m_worker.data(), pcm16Data] { worker->transcribe(pcm16Data); });
+    }
+
+    QThread thread;
+    Listener listener;
+
+private:
+    const QPointer<SherpaWorker> m_worker;
+    std::optional<SherpaStandIn> &m_standIn;
+};
+
+//! The worker in a thread of its own, as in the program.
+class tst_SherpaThread : public SherpaTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leavesTheOtherThreadsAlone_data() { TestedSherpa::addRows(); }
+    void leavesTheOtherThreadsAlone();
+    void tellsOfFailures_data() { TestedSherpa::addRows(); }
+    void tellsOfFailures();
+    void workInTurn_data() { TestedSherpa::addRows(); }
+    void workInTurn();
+    void loadsWhileATranscriptionWaits_data() { TestedSherpa::addRows(); }
+    void loadsWhileATranscriptionWaits();
+    void endsWithItsThread_data() { TestedSherpa::addRows(); }
+    void endsWithItsThread();
+};
+
+void tst_SherpaThread::leavesTheOtherThreadsAlone()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->says(QStringLiteral("open the file"));
+    m_standIn->hold();
+
+    QElapsedTimer sincePost;
+    sincePost.start();
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QElapsedTimer sinceRun;
+    sinceRun.start();
+    QCOMPARE(tempFiles().size(), 1);
+    QCOMPARE(m_standIn->arguments().last(), m_temp->filePath(tempFiles().first()));
+    QCOMPARE(m_standIn->wav().mid(44), s_audio);
+    QCOMPARE(worker.listener.outcomes, QStringList());
+
+    const double runTime = static_cast<double>(sinceRun.nsecsElapsed()) / 1e6;
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open the file"), s_patience);
+    const double wholeTime = static_cast<double>(sincePost.nsecsElapsed()) / 1e6;
+    // All of the run is counted, and nothing else.
+    QVERIFY2(worker.listener.times.first() >= runTime && worker.listener.times.first() <= wholeTime,
+             qPrintable(QStringLiteral("%1 %2 %3").arg(runTime).arg(worker.listener.times.first()).arg(wholeTime)));
+    QCOMPARE(tempFiles(), QStringList());
+}
+
+void tst_SherpaThread::tellsOfFailures()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->prints("no model\n", QByteArray(), 1);
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, failed(tested->program + QStringLiteral(" failed: no model\n")),
+                              s_patience);
+}
+
+void tst_SherpaThread::workInTurn()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->says(QStringLiteral("open"));
+    m_standIn->hold();
+    worker.transcribe(s_audio);
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QCOMPARE(tempFiles().size(), 1);
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_patience);
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_patience);
+}
+
+void tst_SherpaThread::loadsWhileATranscriptionWaits()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->says(QStringLiteral("open"));
+    m_standIn->hold();
+    worker.transcribe(s_audio);
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    // Whoever cancelled may load again at once: what runs has what it needs, and what waits gets the new model.
+    const QString other = m_standIn->modelDir() + QStringLiteral("-2");
+    QVERIFY(QFile::rename(m_standIn->modelDir(), other));
+    QVERIFY(worker->load(other));
+    QVERIFY(!m_standIn->arguments().first().contains(other));
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_patience);
+    QVERIFY(m_standIn->arguments().first().contains(other));
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_patience);
+    QVERIFY(QDir(other).removeRecursively());
+}
+
+void tst_SherpaThread::endsWithItsThread()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->says(QStringLiteral("open"));
+    m_standIn->hold();
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    // The transcription that runs is waited for.
+    worker.thread.quit();
+    m_standIn->release();
+    QVERIFY(worker.thread.wait(s_patience));
+    QVERIFY(worker.isGone());
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_patience);
+}
+
+QTEST_GUILESS_MAIN(tst_SherpaThread)
+#include "tst_SherpaThread.moc"
