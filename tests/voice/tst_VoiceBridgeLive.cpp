@@ -1,0 +1,380 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "VoiceRig.h"
+#include "support/MessageLog.h"
+#include "support/SignalLog.h"
+#include "support/TestSetup.h"
+#include "voice/Endpointer.h"
+#include "voice/MoonshineWorker.h"
+#include "voice/NemotronStreamingWorker.h"
+#include "voice/NemotronWorker.h"
+#include "voice/WhisperWorker.h"
+#include "whisper-standin/WhisperStandIn.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <mutex>
+
+namespace
+{
+
+const QString s_modelName = QStringLiteral("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
+
+//! A live engine that a test plays. It writes down what is asked of it, and says what it is told to.
+class ScriptedStreaming : public NemotronStreamingWorker
+{
+public:
+    bool loadModel(const QString &modelDir) override
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.append(QStringLiteral("load ") + QDir(modelDir).dirName());
+        m_loaded = m_loads;
+        m_modelName = m_loads ? QStringLiteral("streaming model") : QString();
+        return m_loads;
+    }
+
+    void startSession() override { note("start"); }
+
+    void feedChunk(const QByteArray &chunk) override
+    {
+        QString partial;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_fed += chunk;
+            if (m_partials.isEmpty()) {
+                return;
+            }
+            partial = m_partials.takeFirst();
+        }
+        Q_EMIT partialReady(partial);
+    }
+
+    void finalizeSession() override
+    {
+        note("finalize");
+        if (m_fails) {
+            Q_EMIT transcriptionFailed(QStringLiteral("engine gave up"));
+        } else {
+            Q_EMIT transcriptionReady(QStringLiteral("open the dolphine."), 12.5);
+        }
+    }
+
+    void cancelSession() override { note("cancel"); }
+
+    QStringList calls() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+    QByteArray fed() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_fed;
+    }
+
+    // To be set before the first use.
+    bool m_loads = true;
+    bool m_fails = false;
+    QStringList m_partials;
+
+private:
+    void note(const char *call)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.append(QLatin1String(call));
+    }
+
+    mutable std::mutex m_mutex;
+    QStringList m_calls;
+    QByteArray m_fed;
+};
+
+//! A voice path that has a live engine.
+struct Rig
+{
+    explicit Rig(bool available = true)
+    {
+        auto worker = std::make_unique<ScriptedStreaming>();
+        streaming = worker.get();
+        VoiceParts parts = VoiceRig::partsWith(microphone);
+        parts.streaming = std::move(worker);
+        parts.liveSttAvailable = available;
+        voice = std::make_unique<VoiceBridge>(std::move(parts), nullptr);
+        voice->setSilenceTimeoutMs(200);
+        voice->setVoiceLogEnabled(true);
+    }
+
+    void hearSentence()
+    {
+        microphone.hear(2, ScriptedMicrophone::Quiet);
+        microphone.hear(5, ScriptedMicrophone::Loud);
+        microphone.hear(4, ScriptedMicrophone::Quiet);
+    }
+
+    QStringList log() const { return VoiceRig::logEntries(*voice); }
+
+    MessageLog messages;
+    ScriptedMicrophone microphone;
+    ScriptedStreaming *streaming = nullptr;
+    std::unique_ptr<VoiceBridge> voice;
+};
+
+//! The directory of the live model, in the test's home.
+class StreamingModel
+{
+public:
+    StreamingModel() { QDir().mkpath(path()); }
+    ~StreamingModel() { QDir().rmdir(path()); }
+
+private:
+    static QString path()
+    {
+        return QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models/") + s_modelName;
+    }
+};
+
+} // namespace
+
+//! Live transcription. No engine is in this build, so that one of the test's own is put in.
+class tst_VoiceBridgeLive : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void workerWithoutAnEngine();
+    void showsWordsWhileTheyAreSpoken();
+    void loadsTheModelOnce();
+    void takesUpALoadedModel();
+    void failsInTheEngine();
+    void failsToLoad();
+    void missingModelIsSilent();
+    void noSpeechCancelsTheSession();
+    void cancels();
+    void batchWhereItIsForced();
+    void batchWhereItIsWanted();
+    void batchWithoutAnEngine();
+    void laterBatchKeepsTheStreamingModel();
+};
+
+void tst_VoiceBridgeLive::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_VoiceBridgeLive::init()
+{
+    TestSetup::clearSettings();
+    WhisperStandIn::reset();
+}
+
+void tst_VoiceBridgeLive::workerWithoutAnEngine()
+{
+    MessageLog messages;
+    NemotronStreamingWorker worker;
+    SignalLog heard(&worker);
+    QVERIFY(!worker.loadModel(QDir::homePath()));
+    QVERIFY(!worker.isLoaded());
+    QCOMPARE(worker.modelName(), QString());
+    worker.startSession();
+    worker.feedChunk(QByteArray(Pcm::ChunkBytes, 1));
+    worker.finalizeSession();
+    worker.cancelSession();
+    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(messages.warnings(),
+             QStringList {QStringLiteral("NemotronStreamingWorker: built without HAVE_SHERPA_ONNX")});
+}
+
+void tst_VoiceBridgeLive::showsWordsWhileTheyAreSpoken()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.streaming->m_partials =
+        QStringList {QStringLiteral("open"), QStringLiteral("open"), QStringLiteral("open dolphine")};
+    QVERIFY(rig.voice->liveSttAvailable());
+    QVERIFY(rig.messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: live STT available: true")));
+    QSignalSpy partials(rig.voice.get(), &VoiceBridge::partialTranscriptChanged);
+    QStringList shown;
+    connect(rig.voice.get(), &VoiceBridge::partialTranscriptChanged, this,
+            [&] { shown.append(rig.voice->partialTranscript()); });
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
+
+    // Cleared at the start, shown when they change and corrected, and cleared at the end.
+    QCOMPARE(shown, (QStringList {QString(), QStringLiteral("open"), QStringLiteral("open Dolphin"), QString()}));
+    QCOMPARE(rig.voice->lastTranscriptionMs(), 12.5);
+    QCOMPARE(
+        rig.streaming->calls(),
+        (QStringList {QStringLiteral("load ") + s_modelName, QStringLiteral("start"), QStringLiteral("finalize")}));
+    // Every chunk, silence too.
+    QCOMPARE(rig.streaming->fed().size(), (2 + 5 + 4) * Pcm::ChunkBytes);
+    const QStringList log = rig.log();
+    QCOMPARE(log.mid(0, 3),
+             (QStringList {
+                 QStringLiteral("START listening  mode=live  backend=whisper-small-q5  silenceTimeout=200ms"),
+                 QStringLiteral("CAPTURE done  audio=500ms  samples=0"),
+                 QStringLiteral("TRANSCRIBING (live finalize)"),
+             }));
+    QVERIFY(rig.messages.has(QtDebugMsg,
+                             QStringLiteral("VoiceBridge: live Nemotron streaming model loaded \"streaming model\"")));
+    QCOMPARE(rig.voice->modelName(), QStringLiteral("streaming model"));
+    QVERIFY(!rig.voice->isTranscribing());
+}
+
+void tst_VoiceBridgeLive::loadsTheModelOnce()
+{
+    const StreamingModel model;
+    Rig rig;
+    QSignalSpy transcripts(rig.voice.get(), &VoiceBridge::transcriptReady);
+    for (int round = 1; round <= 2; ++round) {
+        rig.hearSentence();
+        rig.voice->startListening();
+        QTRY_COMPARE(transcripts.size(), round);
+    }
+    QCOMPARE(rig.streaming->calls().filter(QStringLiteral("load")).size(), 1);
+    QCOMPARE(rig.streaming->calls().count(QStringLiteral("start")), 2);
+}
+
+void tst_VoiceBridgeLive::takesUpALoadedModel()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
+    QVERIFY(!rig.voice->loadModel()); // no whisper model is there
+    QVERIFY(!rig.voice->isModelLoaded());
+    rig.voice->startListening();
+    QVERIFY(rig.voice->isModelLoaded());
+    QCOMPARE(rig.voice->modelName(), QStringLiteral("streaming model"));
+    QCOMPARE(rig.streaming->calls().filter(QStringLiteral("load")).size(), 1);
+}
+
+void tst_VoiceBridgeLive::failsInTheEngine()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.streaming->m_fails = true;
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->lastError(), QStringLiteral("engine gave up"));
+    QVERIFY(!rig.voice->isTranscribing());
+    QCOMPARE(rig.log().constLast(), QStringLiteral("ERROR engine gave up"));
+}
+
+void tst_VoiceBridgeLive::failsToLoad()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.streaming->m_loads = false;
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Failed to load Nemotron streaming model"));
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(rig.microphone.openStreams(), 0);
+}
+
+void tst_VoiceBridgeLive::missingModelIsSilent()
+{
+    Rig rig;
+    SignalLog heard(rig.voice.get());
+    rig.voice->startListening();
+    QCOMPARE(heard.entries(), QStringList {QStringLiteral("voiceLogChanged()")}); // START
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(rig.streaming->calls(), QStringList());
+}
+
+void tst_VoiceBridgeLive::noSpeechCancelsTheSession()
+{
+    const StreamingModel model;
+    Rig rig;
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    QTRY_VERIFY(rig.microphone.chunksRead() >= 2);
+    rig.voice->stopListening();
+    QTRY_COMPARE(errors.size(), 1);
+    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
+    QVERIFY(!rig.voice->isTranscribing());
+}
+
+void tst_VoiceBridgeLive::cancels()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.streaming->m_partials = QStringList {QStringLiteral("open")};
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->partialTranscript(), QStringLiteral("open"));
+    SignalLog heard(rig.voice.get());
+    rig.voice->cancelListening();
+    QCOMPARE(heard.entries(),
+             (QStringList {QStringLiteral("inputLevelChanged()"), QStringLiteral("partialTranscriptChanged()"),
+                           QStringLiteral("listeningChanged()")}));
+    QCOMPARE(rig.voice->partialTranscript(), QString());
+    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
+}
+
+void tst_VoiceBridgeLive::batchWhereItIsForced()
+{
+    const StreamingModel model;
+    const WhisperModelFile whisper;
+    Rig rig;
+    rig.voice->setBatchSttMode(true);
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("stand-in"));
+    QVERIFY(rig.log().constFirst().contains(QStringLiteral("mode=batch")));
+    QCOMPARE(rig.streaming->calls(), QStringList());
+    QCOMPARE(rig.streaming->fed(), QByteArray());
+}
+
+void tst_VoiceBridgeLive::batchWhereItIsWanted()
+{
+    const StreamingModel model;
+    const WhisperModelFile whisper;
+    Rig rig;
+    rig.voice->setSttInputMode(QStringLiteral("batch"));
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("stand-in"));
+    QCOMPARE(rig.streaming->calls(), QStringList());
+}
+
+void tst_VoiceBridgeLive::batchWithoutAnEngine()
+{
+    const StreamingModel model;
+    const WhisperModelFile whisper;
+    Rig rig(false);
+    QCOMPARE(rig.voice->sttInputMode(), QStringLiteral("live"));
+    rig.voice->startListening();
+    QVERIFY(rig.log().constLast().contains(QStringLiteral("mode=batch")));
+    // A capture that isn't live ends the session all the same; there is none.
+    rig.voice->cancelListening();
+    QTRY_COMPARE(rig.streaming->calls(), QStringList {QStringLiteral("cancel")});
+}
+
+void tst_VoiceBridgeLive::laterBatchKeepsTheStreamingModel()
+{
+    const StreamingModel model;
+    const WhisperModelFile whisper;
+    Rig rig;
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
+    rig.voice->setSttInputMode(QStringLiteral("batch"));
+    rig.hearSentence();
+    rig.voice->startListening();
+    // The loaded model counts for both, so that none is loaded for this one.
+    QTRY_COMPARE(rig.voice->lastError(), QStringLiteral("Model not loaded"));
+    QVERIFY(!WhisperStandIn::calls().contains(QStringLiteral("init ") + whisper.path()));
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceBridgeLive)
+
+#include "tst_VoiceBridgeLive.moc"
