@@ -10,7 +10,6 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
-#include <QMutexLocker>
 #include <QProcess>
 #include <QTemporaryFile>
 
@@ -164,12 +163,12 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
 
 SherpaWorker::Model SherpaWorker::model() const
 {
-    const QMutexLocker locker(&m_modelMutex);
+    const std::lock_guard lock(m_modelMutex);
     return m_model;
 }
 
 void SherpaWorker::setModel(const Model &model)
 {
-    const QMutexLocker locker(&m_modelMutex);
+    const std::lock_guard lock(m_modelMutex);
     m_model = model;
 }

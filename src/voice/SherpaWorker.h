@@ -7,10 +7,11 @@
 #include "voice/SherpaEngine.h"
 
 #include <QByteArray>
-#include <QMutex>
 #include <QObject>
 #include <QString>
 #include <QStringList>
+
+#include <mutex>
 
 //! Turns speech to text by one run of a sherpa-onnx program for each utterance. What the engines differ in is a row of
 //! a table.
@@ -80,7 +81,8 @@ private:
     const SearchRoots m_roots;
     const int m_runTimeout;
 
-    // After a cancel a transcription may still be waiting for its turn when the next model is loaded.
-    mutable QMutex m_modelMutex;
+    // After a cancel a transcription may still be waiting for its turn when the next model is loaded. ThreadSanitizer
+    // knows of this kind of mutex only.
+    mutable std::mutex m_modelMutex;
     Model m_model;
 };

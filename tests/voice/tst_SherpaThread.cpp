@@ -85,6 +85,8 @@ private Q_SLOTS:
     void workInTurn();
     void loadsWhileATranscriptionWaits_data() { TestedSherpa::addRows(); }
     void loadsWhileATranscriptionWaits();
+    void loadsAndTakesAtOnce_data() { TestedSherpa::addRows(); }
+    void loadsAndTakesAtOnce();
     void endsWithItsThread_data() { TestedSherpa::addRows(); }
     void endsWithItsThread();
 };
@@ -164,6 +166,24 @@ void tst_SherpaThread::loadsWhileATranscriptionWaits()
     m_standIn->release();
     QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_patience);
     QVERIFY(QDir(other).removeRecursively());
+}
+
+void tst_SherpaThread::loadsAndTakesAtOnce()
+{
+    QFETCH(const TestedSherpa *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    constexpr int times = 200;
+    for (int i = 0; i < times; ++i) {
+        // Too short to get further than to the model.
+        worker.transcribe(QByteArray());
+        QVERIFY(worker->load(m_standIn->modelDir()));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes.size(), times, s_patience);
+    const QStringList possible =
+        failed(QStringLiteral("Audio too short")) + failed(tested->name + QStringLiteral(" model not loaded"));
+    for (const QString &outcome : qAsConst(worker.listener.outcomes)) {
+        QVERIFY2(possible.contains(outcome), qPrintable(outcome));
+    }
 }
 
 void tst_SherpaThread::endsWithItsThread()
