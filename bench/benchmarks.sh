@@ -5,7 +5,7 @@
 # What bench/run and bench/profile share. To be sourced after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup prompt requests rows idle)
+readonly benchmarks=(version startup prompt requests rows idle whisper)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
@@ -22,7 +22,7 @@ prepare_benchmarks() {
 in_surroundings() {
     local needs=(display net)
     case $1 in
-    version) needs=(home) ;;
+    version | whisper) needs=(home) ;;
     requests) needs=(net) ;;
     esac
     shift
@@ -34,5 +34,9 @@ in_surroundings() {
 run_benchmark() {
     local name=$1
     shift
+    if [[ $name == whisper && ! -x $bench_programs/bench_whisper ]]; then
+        scripts/test-whisper --bench
+        return
+    fi
     in_surroundings "$name" "$bench_programs/bench_$name" "$@"
 }
