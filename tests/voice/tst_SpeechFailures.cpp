@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "PiperStandIn.h"
+#include "SpeechStory.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+using namespace SpeechWords;
+
+namespace
+{
+
+const QString s_text = QStringLiteral("hello");
+
+//! The line that tells why a program can't be started, in the words that Qt finds for it.
+QString startErrorOf(const QString &program)
+{
+    QProcess process;
+    process.start(program, QStringList());
+    process.waitForStarted();
+    return QStringLiteral("VoiceBridge: piper process error: \"%1\"").arg(process.errorString());
+}
+
+} // namespace
+
+//! Piper and paplay in all their moods.
+class tst_SpeechFailures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void piperDoesNotStart_data();
+    void piperDoesNotStart();
+    void piperFails_data();
+    void piperFails();
+    void piperCrashes();
+    void piperDoesNotRead();
+    void paplayFails_data();
+    void paplayFails();
+    void paplayEndsFirst();
+    void paplayIsMissing();
+    void paplayIsMissingAndPiperGoesOn();
+};
+
+void tst_SpeechFailures::initTestCase()
+{
+    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
+}
+
+void tst_SpeechFailures::piperDoesNotStart_data()
+{
+    QTest::addColumn<bool>("isThere");
+    QTest::newRow("gone") << false;
+    QTest::newRow("unfit") << true;
+}
+
+void tst_SpeechFailures::piperDoesNotStart()
+{
+    QFETCH(bool, isThere);
+    PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    isThere ? piper.cannotStart() : piper.vanishes();
+    speech->speak(s_text);
+    QVERIFY(!speech->isSpeaking());
+    QCOMPARE(speech.take(), (QStringList {begins, ends, startErrorOf(piper.program()), notStarted, ends}));
+    // The player was started all the same, and ends as nothing comes.
+    QTRY_COMPARE(speech.told(), (QStringList {ends, finished}));
+    speech.take();
+    QTRY_COMPARE(speech->children().size(), 0);
+    speech->stop();
+    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(paplay.sound(), QByteArray());
+}
+
+void tst_SpeechFailures::piperFails_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::newRow("silent") << 0;
+    QTest::newRow("failed") << 3;
+}
+
+void tst_SpeechFailures::piperFails()
+{
+    QFETCH(int, code);
+    PiperStandIn piper;
+    const PaplayStandIn paplay;
+    piper.exits(code);
+    SpeechStory speech;
+    speech->speak(s_text);
+    // An exit code is no error of the process.
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(paplay.sound(), QByteArray());
+}
+
+void tst_SpeechFailures::piperCrashes()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.crashes();
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+    speech.take();
+    QVERIFY(!speech->isSpeaking());
+    // The player is left to a stop.
+    QCOMPARE(speech->children().size(), 2);
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechFailures::piperDoesNotRead()
+{
+    PiperStandIn piper;
+    const PaplayStandIn paplay;
+    piper.behaves(QByteArrayLiteral("exec sleep 1000"));
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(piper.runs(), 1);
+    QVERIFY(speech->isSpeaking());
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed, ends, finished}));
+}
+
+void tst_SpeechFailures::paplayFails_data()
+{
+    QTest::addColumn<bool>("isCrash");
+    QTest::newRow("exit code") << false;
+    QTest::newRow("crash") << true;
+}
+
+void tst_SpeechFailures::paplayFails()
+{
+    QFETCH(bool, isCrash);
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.exits(0);
+    isCrash ? paplay.crashes() : paplay.exits(1);
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechFailures::paplayEndsFirst()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.exits(0);
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    // Piper is ended with it, and nothing is said of that. It is let go when it has ended.
+    QTRY_COMPARE(speech->children().size(), 0);
+    speech->stop();
+    speech.destroy();
+    QCOMPARE(speech.told(), (QStringList {begins, ends, finished}));
+}
+
+void tst_SpeechFailures::paplayIsMissing()
+{
+    PiperStandIn piper;
+    const FakePath nothing(FakePath::Rest::Hidden);
+    piper.behaves(QByteArrayLiteral("read -r _; while :; do echo sound; done"));
+    SpeechStory speech;
+    speech->speak(s_text);
+    // Nobody reads what piper writes, of which it dies. Nothing has been said, so nothing is finished.
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+    QVERIFY(!speech->isSpeaking());
+    speech->stop();
+    QTRY_COMPARE(speech->children().size(), 0);
+    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+}
+
+void tst_SpeechFailures::paplayIsMissingAndPiperGoesOn()
+{
+    PiperStandIn piper;
+    const FakePath nothing(FakePath::Rest::Hidden);
+    piper.behaves(QByteArrayLiteral("trap '' PIPE; read -r _\n"
+                                    "while echo sound; do :; done 2> /dev/null\n"
+                                    ": > \"$notes/refused\"\n"
+                                    "exec /bin/sleep 1000"));
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_VERIFY(QFile::exists(piper.note(QStringLiteral("refused"))));
+    QVERIFY(speech->isSpeaking());
+    QCOMPARE(speech.take(), QStringList {begins});
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, crashed}));
+    QVERIFY(!speech->isSpeaking());
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_SpeechFailures)
+#include "tst_SpeechFailures.moc"

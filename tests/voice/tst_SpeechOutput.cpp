@@ -1,0 +1,291 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "PiperStandIn.h"
+#include "SpeechStory.h"
+#include "support/SignalLog.h"
+
+#include <QTest>
+
+using namespace SpeechWords;
+
+namespace
+{
+
+const QString s_text = QStringLiteral("Grüße, %1 😀");
+
+} // namespace
+
+//! Speech from its beginning to its end, with stand-ins that do what they should.
+class tst_SpeechOutput : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void detects_data();
+    void detects();
+    void detectsAgain();
+    void isSilentBeforeDetection();
+    void speaks();
+    void speaksWithoutMarks();
+    void speaksNoMoreThanThatMuch();
+    void ignoresBlankText_data();
+    void ignoresBlankText();
+    void codeAloneSilencesTheOneBefore();
+    void cutsOffTheOneBefore();
+    void stopsInTheMiddle();
+    void stopsBeforeTheFirstEvent();
+    void stopsWhatPlaysOn();
+    void stopsNothing();
+    void endsWithItsOwner();
+};
+
+void tst_SpeechOutput::initTestCase()
+{
+    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
+}
+
+void tst_SpeechOutput::detects_data()
+{
+    QTest::addColumn<bool>("hasPiper");
+    QTest::addColumn<bool>("hasVoice");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("nothing") << false << false << "VoiceBridge: TTS unavailable — piper binary not found";
+    QTest::newRow("voice alone") << false << true << "VoiceBridge: TTS unavailable — piper binary not found";
+    QTest::newRow("piper alone") << true << false << "VoiceBridge: TTS unavailable — no voice model found";
+    QTest::newRow("both") << true << true << "VoiceBridge: TTS available — piper: \"%1\" voice: \"%2\"";
+}
+
+void tst_SpeechOutput::detects()
+{
+    QFETCH(bool, hasPiper);
+    QFETCH(bool, hasVoice);
+    QFETCH(QString, line);
+    const PiperStandIn piper;
+    if (!hasPiper) {
+        QVERIFY(QFile::remove(piper.program()));
+    }
+    if (!hasVoice) {
+        QVERIFY(QFile::remove(piper.voice()));
+    }
+    const MessageLog log;
+    SpeechOutput speech;
+    QVERIFY(!speech.isAvailable());
+    int linesAtSignal = -1;
+    connect(&speech, &SpeechOutput::availableChanged, &speech, [&] { linesAtSignal = log.lines().size(); });
+    speech.detect();
+    QCOMPARE(speech.isAvailable(), hasPiper && hasVoice);
+    QCOMPARE(speech.piperPath(), hasPiper ? piper.program() : QString());
+    QCOMPARE(speech.piperVoicePath(), hasVoice ? piper.voice() : QString());
+    QCOMPARE(linesAtSignal, hasPiper && hasVoice ? 0 : -1);
+    QCOMPARE(log.lines().size(), 1);
+    const bool takesPaths = line.contains(QLatin1String("%1"));
+    QVERIFY(log.has(QtDebugMsg, takesPaths ? line.arg(piper.program(), piper.voice()) : line));
+}
+
+void tst_SpeechOutput::detectsAgain()
+{
+    const PiperStandIn piper;
+    const MessageLog log;
+    SpeechOutput speech;
+    SignalLog told(&speech);
+    speech.detect();
+    QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
+    speech.detect();
+    QCOMPARE(told.take(), QStringList());
+    QVERIFY(QFile::remove(piper.program()));
+    speech.detect();
+    QVERIFY(!speech.isAvailable());
+    QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
+}
+
+void tst_SpeechOutput::isSilentBeforeDetection()
+{
+    const PiperStandIn piper;
+    const MessageLog log;
+    SpeechOutput speech;
+    SignalLog told(&speech);
+    speech.speak(s_text);
+    QVERIFY(!speech.isSpeaking());
+    QCOMPARE(told.entries(), QStringList());
+    QCOMPARE(log.lines().size(), 0);
+    QCOMPARE(speech.children().size(), 0);
+}
+
+void tst_SpeechOutput::speaks()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    speech->speak(s_text);
+    QVERIFY(speech->isSpeaking());
+    QCOMPARE(speech.told(), QStringList {begins});
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QVERIFY(!speech->isSpeaking());
+    QCOMPARE(piper.arguments(),
+             (QStringList {QStringLiteral("--model"), piper.voice(), QStringLiteral("--output-raw")}));
+    QCOMPARE(paplay.arguments(),
+             (QStringList {QStringLiteral("--raw"), QStringLiteral("--rate=22050"), QStringLiteral("--channels=1"),
+                           QStringLiteral("--format=s16le")}));
+    QCOMPARE(piper.text(), s_text);
+    QCOMPARE(paplay.sound(), s_text.toUtf8());
+    QCOMPARE(piper.runs(), 1);
+    QCOMPARE(paplay.runs(), 1);
+    QTRY_COMPARE(speech->children().size(), 0);
+    speech->stop();
+    speech.destroy();
+    QCOMPARE(speech.told(), (QStringList {begins, ends, finished}));
+}
+
+void tst_SpeechOutput::speaksWithoutMarks()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    speech->speak(QStringLiteral("# Title\n\n\n\nSee **bold** [label](target), `code`\n```\nx\n```\n## Part "));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(piper.text(), QStringLiteral("Title\n\nSee bold label, \n\n## Part"));
+}
+
+void tst_SpeechOutput::speaksNoMoreThanThatMuch()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    speech->speak(QString(1001, QLatin1Char('x')));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(piper.text(), QString(QString(1000, QLatin1Char('x')) + QLatin1String("...")));
+}
+
+void tst_SpeechOutput::ignoresBlankText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << "";
+    QTest::newRow("white space") << " \n\t";
+}
+
+void tst_SpeechOutput::ignoresBlankText()
+{
+    QFETCH(QString, text);
+    const PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    speech.take();
+    // What is being said goes on.
+    speech->speak(text);
+    QCOMPARE(speech.told(), QStringList());
+    QVERIFY(speech->isSpeaking());
+}
+
+void tst_SpeechOutput::codeAloneSilencesTheOneBefore()
+{
+    const PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(piper.text(), s_text);
+    QTRY_VERIFY(isGone(piper.processIds().constFirst()));
+    speech.take();
+    speech->speak(QStringLiteral("```\ncode\n```"));
+    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+    QVERIFY(!speech->isSpeaking());
+    QCOMPARE(piper.runs(), 1);
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechOutput::cutsOffTheOneBefore()
+{
+    const PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(piper.text(), QStringLiteral("first"));
+    QTRY_VERIFY(isGone(piper.processIds().constFirst()));
+    QTRY_COMPARE(paplay.runs(), 1);
+    speech->speak(QStringLiteral("second"));
+    QVERIFY(isGone(paplay.processIds().constFirst()));
+    QTRY_COMPARE(piper.text(), QStringLiteral("second"));
+    QCOMPARE(speech.told(), (QStringList {begins, ends, finished, begins}));
+    QVERIFY(speech->isSpeaking());
+}
+
+void tst_SpeechOutput::stopsInTheMiddle()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(piper.runs(), 1);
+    QTRY_COMPARE(paplay.runs(), 1);
+    speech.take();
+    speech->stop();
+    QVERIFY(isGone(piper.processIds().constFirst()));
+    QVERIFY(isGone(paplay.processIds().constFirst()));
+    // To be killed is a crash to piper, so it is told twice.
+    QCOMPARE(speech.take(), (QStringList {ends, crashed, ends, finished}));
+    QTRY_COMPARE(speech->children().size(), 0);
+    speech.destroy();
+    QCOMPARE(speech.told(), QStringList());
+}
+
+void tst_SpeechOutput::stopsBeforeTheFirstEvent()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed, ends, finished}));
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechOutput::stopsWhatPlaysOn()
+{
+    const PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(piper.text(), s_text);
+    QTRY_VERIFY(isGone(piper.processIds().constFirst()));
+    speech.take();
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+}
+
+void tst_SpeechOutput::stopsNothing()
+{
+    const PiperStandIn piper;
+    const SpeechStory speech;
+    speech->stop();
+    QCOMPARE(speech.told(), QStringList());
+}
+
+void tst_SpeechOutput::endsWithItsOwner()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.playsOn();
+    SpeechStory speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(piper.runs(), 1);
+    QTRY_COMPARE(paplay.runs(), 1);
+    speech.take();
+    speech.destroy();
+    QVERIFY(isGone(piper.processIds().constFirst()));
+    QVERIFY(isGone(paplay.processIds().constFirst()));
+    QCOMPARE(speech.told(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_SpeechOutput)
+#include "tst_SpeechOutput.moc"

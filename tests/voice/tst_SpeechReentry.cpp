@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "PiperStandIn.h"
+#include "SpeechStory.h"
+
+#include <QTest>
+
+using namespace SpeechWords;
+
+//! Slots that speak and stop while speech tells of itself.
+class tst_SpeechReentry : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void speaksAgainWhenFinished();
+    void speaksAgainWhenStopped();
+    void speaksAgainWhenSilent();
+    void speaksAgainWhenPiperIsKilled();
+    void theLastOneToSpeakIsHeard();
+    void stoppedAtItsBeginning();
+    void overtakenAtItsBeginning();
+    void stoppedInItsError();
+    void speaksAgainWhenPiperDoesNotStart();
+};
+
+namespace
+{
+
+//! Runs something at the first time of a signal after which there is silence.
+template<typename Signal, typename Work>
+void once(const SpeechStory &speech, Signal signal, Work work)
+{
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = QObject::connect(speech.get(), signal, speech.get(), [&speech, connection, work] {
+        if (!speech->isSpeaking()) {
+            QObject::disconnect(*connection);
+            work();
+        }
+    });
+}
+
+} // namespace
+
+void tst_SpeechReentry::initTestCase()
+{
+    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
+}
+
+void tst_SpeechReentry::speaksAgainWhenFinished()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("second")); });
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished, begins, ends, finished}));
+    QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
+    QCOMPARE(paplay.runs(), 2);
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechReentry::speaksAgainWhenStopped()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.playsOn();
+    SpeechStory speech;
+    once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("second")); });
+    speech->speak(QStringLiteral("first"));
+    speech->stop();
+    QCOMPARE(speech.take(), (QStringList {begins, ends, crashed, ends, finished, begins}));
+    // The stop was for the first alone.
+    QVERIFY(speech->isSpeaking());
+    QTRY_COMPARE(speech->children().size(), 2);
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+}
+
+void tst_SpeechReentry::speaksAgainWhenSilent()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    // Before the end of the first was told as a whole.
+    once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, begins, finished, ends, finished}));
+    QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechReentry::speaksAgainWhenPiperIsKilled()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.hangs();
+    paplay.playsOn();
+    SpeechStory speech;
+    // The player of the first still runs then: it ends before the second begins.
+    once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
+    speech->speak(QStringLiteral("first"));
+    speech->stop();
+    QCOMPARE(speech.take(), (QStringList {begins, ends, ends, finished, begins, crashed}));
+    QVERIFY(speech->isSpeaking());
+    QTRY_COMPARE(speech->children().size(), 2);
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+}
+
+void tst_SpeechReentry::theLastOneToSpeakIsHeard()
+{
+    const PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("third")); });
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(piper.text(), QStringLiteral("first"));
+    QTRY_VERIFY(isGone(piper.processIds().constFirst()));
+    // The third is asked for while the second cuts off the first.
+    speech->speak(QStringLiteral("second"));
+    QCOMPARE(speech.told(), (QStringList {begins, ends, finished, begins}));
+    QVERIFY(speech->isSpeaking());
+    QTRY_COMPARE(piper.text(), QStringLiteral("third"));
+    QCOMPARE(piper.runs(), 2);
+    QTRY_COMPARE(speech->children().size(), 2);
+}
+
+void tst_SpeechReentry::stoppedAtItsBeginning()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    connect(speech.get(), &SpeechOutput::speakingChanged, speech.get(), [&] {
+        if (speech->isSpeaking()) {
+            speech->stop();
+        }
+    });
+    speech->speak(QStringLiteral("first"));
+    QCOMPARE(speech.told(), (QStringList {begins, ends}));
+    QVERIFY(!speech->isSpeaking());
+    QCOMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechReentry::overtakenAtItsBeginning()
+{
+    const PiperStandIn piper;
+    const PaplayStandIn paplay;
+    SpeechStory speech;
+    bool isFirst = true;
+    connect(speech.get(), &SpeechOutput::speakingChanged, speech.get(), [&] {
+        if (std::exchange(isFirst, false)) {
+            speech->speak(QStringLiteral("second"));
+        }
+    });
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, begins, ends, finished}));
+    QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
+    QCOMPARE(piper.runs(), 1);
+}
+
+void tst_SpeechReentry::stoppedInItsError()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    piper.crashes();
+    paplay.playsOn();
+    SpeechStory speech;
+    once(speech, &SpeechOutput::speakingChanged, [&] { speech->stop(); });
+    speech->speak(QStringLiteral("first"));
+    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, ends, finished, crashed}));
+    QTRY_COMPARE(speech->children().size(), 0);
+}
+
+void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
+{
+    PiperStandIn piper;
+    PaplayStandIn paplay;
+    paplay.playsOn();
+    SpeechStory speech;
+    piper.cannotStart();
+    once(speech, &SpeechOutput::speakingChanged, [&] {
+        piper.hangs();
+        speech->speak(QStringLiteral("second"));
+    });
+    speech->speak(QStringLiteral("first"));
+    // Its failure is told to the end, but isn't one of the second.
+    const QStringList told = speech.take();
+    QCOMPARE(told.mid(0, 5), (QStringList {begins, ends, ends, finished, begins}));
+    QCOMPARE(told.size(), 7);
+    QCOMPARE(told.constLast(), notStarted);
+    QVERIFY(speech->isSpeaking());
+    QTRY_COMPARE(piper.runs(), 1);
+    QTRY_COMPARE(speech->children().size(), 2);
+    speech->stop();
+    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+}
+
+QTEST_GUILESS_MAIN(tst_SpeechReentry)
+#include "tst_SpeechReentry.moc"
