@@ -4,13 +4,21 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! What all buttons share: Return clicks like Space, and only Tab takes the focus, so that a click leaves the cursor in
-//! the prompt. "text" is the accessible name.
+//! What all buttons share: Return clicks like Space, a key that is held clicks once, and only Tab takes the focus, so
+//! that a click leaves the cursor in the prompt. "text" is the accessible name.
 T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: if (!event.isAutoRepeat) clicked()
+    Keys.onEnterPressed: if (!event.isAutoRepeat) clicked()
+    Keys.onPressed: keepRepeatOfSpace(event)
+    Keys.onReleased: keepRepeatOfSpace(event)
+
+    //! From the base, to which each repetition is a click.
+    function keepRepeatOfSpace(event) {
+        if (event.isAutoRepeat && event.key === Qt.Key_Space)
+            event.accepted = true;
+    }
 }
