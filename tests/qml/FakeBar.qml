@@ -14,6 +14,8 @@ QtObject {
 
     readonly property QtObject inputField: QtObject {
         property string text: ""
+        readonly property int length: text.length
+        property int cursorPosition: 0
         property bool visible: true
 
         function forceActiveFocus() { bar.note("inputField.forceActiveFocus", []); }
@@ -36,6 +38,7 @@ QtObject {
     property string lastInputMode: "text"
     property string wiNotifyBarLine: ""
     property bool voiceConfirmPending: false
+    property bool compactMode: false
     property bool slashMenuVisible: false
     property bool workspaceSuggestionDialogOpen: false
     property bool suggestionsShown: false

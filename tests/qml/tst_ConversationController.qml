@@ -423,6 +423,23 @@ TestCase {
                 ["speakReply(Done.)", "speakReply(Before\n\nafter)"]);
     }
 
+    function test_whatTheRowShowsIsSpoken_data() {
+        return [
+            { tag: "tool and words", reply: "[TOOL: x] [STATUS: success] [RESULT: ok] It is open.", spoken: "It is open." },
+            { tag: "tool alone", reply: "[TOOL: x] [STATUS: success] [RESULT: ok]", spoken: "Action completed." },
+            { tag: "structured", ui: { "blocks": [{ "type": "list", "items": ["a"] }, { "type": "text", "content": "b" }] },
+              reply: "One thing: a", spoken: "One thing: a" }
+        ];
+    }
+
+    function test_whatTheRowShowsIsSpoken(data) {
+        if (data.ui)
+            bridge.structuredReplyReceived(JSON.stringify(data.ui));
+        bridge.agentReplied(data.reply);
+        compare(row(0).text, data.spoken);
+        compare(bar.takeCalls().filter(call => call.startsWith("speakReply")), ["speakReply(" + data.spoken + ")"]);
+    }
+
     function test_themeByWording_data() {
         return [
             { tag: "light", before: false, text: "The LIGHT theme is Applied.", after: true },

@@ -114,11 +114,62 @@ TestCase {
         compareEnded();
     }
 
+    function test_aTranscriptGoesIntoTheInput_data() {
+        return [
+            { tag: "words", words: "open the file manager", taken: true },
+            { tag: "as they are", words: "  two  blanks ", taken: true },
+            { tag: "a command for the bar", words: "/clear", taken: true },
+            { tag: "nothing", words: "", taken: false },
+            { tag: "batch of a test", words: "open", batchSttMode: true, taken: false },
+            { tag: "test in the settings", words: "open", voiceTestActive: true, taken: false },
+            { tag: "both", words: "open", batchSttMode: true, voiceTestActive: true, taken: false }
+        ];
+    }
+
+    function test_aTranscriptGoesIntoTheInput(data) {
+        const fake = withVoice();
+        fake.batchSttMode = Boolean(data.batchSttMode);
+        fake.voiceTestActive = Boolean(data.voiceTestActive);
+        bar.inputField.text = "typed";
+        fake.transcriptReady(data.words);
+        compare(bar.inputField.text, data.taken ? data.words : "typed");
+        compare(bar.inputField.cursorPosition, data.taken ? data.words.length : 0);
+        compare(bar.takeCalls(), data.taken ? ["inputField.forceActiveFocus()"] : []);
+        compare(fake.takeCalls(), []);
+    }
+
+    function test_inTheBubbleTheInputDoesNotTakeTheKeys() {
+        const fake = withVoice();
+        bar.compactMode = true;
+        fake.transcriptReady("open");
+        compare(bar.inputField.text, "open");
+        compare(bar.takeCalls(), []);
+    }
+
+    function test_aTestThatEndsGivesTheInputBack() {
+        const fake = withVoice();
+        fake.voiceTestActive = true;
+        fake.transcriptReady("for the test");
+        fake.voiceTestActive = false;
+        fake.transcriptReady("for the bar");
+        compare(bar.inputField.text, "for the bar");
+    }
+
+    function test_errorsAreLogged() {
+        const fake = withVoice();
+        bar.inputField.text = "typed";
+        ignoreWarning("[OmniBar] voice: No %1 speech <b>detected</b>");
+        fake.errorOccurred("No %1 speech <b>detected</b>");
+        compare(bar.inputField.text, "typed");
+        compare(bar.takeCalls(), []);
+    }
+
     function test_repliesAreSpoken_data() {
         return [
-            { tag: "on", enabled: true, available: true, spoken: ["hello"] },
-            { tag: "switched off", enabled: false, available: true, spoken: [] },
-            { tag: "not there", enabled: true, available: false, spoken: [] }
+            { tag: "on", enabled: true, available: true, calls: ["speak(hello)"] },
+            { tag: "switched off", enabled: false, available: true, calls: [] },
+            { tag: "not there", enabled: true, available: false, calls: [] },
+            { tag: "neither", enabled: false, available: false, calls: [] }
         ];
     }
 
@@ -127,7 +178,7 @@ TestCase {
         fake.ttsEnabled = data.enabled;
         fake.ttsAvailable = data.available;
         voice.speakReply("hello");
-        compare(fake.spoken, data.spoken);
+        compare(fake.takeCalls(), data.calls);
     }
 
     function test_withoutAVoiceNothingIsSpoken() {

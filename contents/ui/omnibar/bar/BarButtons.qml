@@ -44,6 +44,14 @@ Row {
         bar: buttons.bar
     }
 
+    SpeakerButton {
+        id: speakerBtn
+
+        anchors.verticalCenter: parent.verticalCenter
+        bar: buttons.bar
+        visible: buttons.bar.voice ? buttons.bar.voice.ttsAvailable : false
+    }
+
     SendButton {
         id: sendBtn
 

@@ -41,12 +41,10 @@ Rectangle {
         text: dot.look.tip
     }
 
-    SequentialAnimation {
+    Pulse {
+        target: dot
+        low: 0.3
+        duration: 800
         running: dot.status === "disconnected"
-        loops: Animation.Infinite
-        onStopped: dot.opacity = 1.0
-
-        NumberAnimation { target: dot; property: "opacity"; from: 1.0; to: 0.3; duration: 800; easing.type: Easing.InOutSine }
-        NumberAnimation { target: dot; property: "opacity"; from: 0.3; to: 1.0; duration: 800; easing.type: Easing.InOutSine }
     }
 }

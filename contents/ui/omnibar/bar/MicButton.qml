@@ -19,10 +19,14 @@ RoundButton {
     readonly property bool active: listening || transcribing
 
     text: bar.tr("Voice input")
-    tip: active ? "" : voice ? bar.tr("Voice input (click to speak)") : bar.tr("Voice input unavailable")
+    tip: listening ? bar.tr("Listening... (click to stop)") : transcribing ? bar.tr("Transcribing... (click to cancel)") : voice ? bar.tr("Voice input (click to speak)") : bar.tr("Voice input unavailable")
+    // While it is active the placeholder tells as much; who can't see it is told here.
+    tipShown: !active
+    Accessible.description: tip
     fill: active ? Qt.rgba(0.92, 0.15, 0.15, 0.85) : Qt.rgba(1, 1, 1, 0.06)
     hoverFill: active ? fill : Qt.rgba(1, 1, 1, 0.15)
     hoverDuration: 150
+    borderColor: active ? Qt.rgba(1, 0.3, 0.3, 0.6) : "transparent"
     iconName: transcribing ? "view-refresh" : "audio-input-microphone"
     onClicked: {
         if (listening) {
@@ -36,4 +40,37 @@ RoundButton {
         }
     }
     onPressAndHold: Native.call(voice, "cancelListening")
+
+    Pulse {
+        target: mic
+        low: 0.55
+        duration: 600
+        running: mic.listening
+    }
+
+    RotationAnimation {
+        target: mic.contentItem
+        from: 0
+        to: 360
+        duration: 1000
+        loops: Animation.Infinite
+        running: mic.transcribing
+        onStopped: mic.contentItem.rotation = 0
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: mic.listening
+        Accessible.ignored: true
+        sourceComponent: Arc {
+            objectName: "levelRing"
+
+            // Loud speech is far below full scale.
+            readonly property real level: Math.min(mic.voice.inputLevel * 20, 1.0)
+
+            radius: (36 - 3) / 2
+            color: mic.bar.toviMagenta
+            to: from + 2 * Math.PI * level
+        }
+    }
 }

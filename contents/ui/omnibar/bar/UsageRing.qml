@@ -28,32 +28,18 @@ Item {
     Accessible.role: Accessible.ProgressBar
     Accessible.name: bar.tr("Tokens used")
     Accessible.description: tip
-    onProgressChanged: canvas.requestPaint()
 
-    Canvas {
-        id: canvas
-
-        readonly property real line: 2.5
-
+    Arc {
         anchors.centerIn: parent
         width: 26
         height: 26
-        onPaint: {
-            const context = getContext("2d");
-            const radius = (width - line) / 2;
-            context.reset();
-            context.lineWidth = line;
-            context.strokeStyle = Qt.rgba(1, 1, 1, 0.2);
-            context.beginPath();
-            context.arc(width / 2, height / 2, radius, 0, 2 * Math.PI);
-            context.stroke();
-            // From the bottom of the circle. The direction is the canvas's own and meant: with the end angle running
-            // backwards the arc is what is left of the budget, full at first and shorter with every reply.
-            context.strokeStyle = ring.bar.toviMagenta;
-            context.beginPath();
-            context.arc(width / 2, height / 2, radius, Math.PI / 2, Math.PI / 2 - 2 * Math.PI * ring.progress);
-            context.stroke();
-        }
+        radius: (width - line) / 2
+        color: ring.bar.toviMagenta
+        track: Qt.rgba(1, 1, 1, 0.2)
+        // From the bottom of the circle. The direction is the canvas's own and meant: with the end angle running
+        // backwards the arc is what is left of the budget, full at first and shorter with every reply.
+        from: Math.PI / 2
+        to: from - 2 * Math.PI * ring.progress
     }
 
     HoverHandler {

@@ -12,7 +12,9 @@ PlainButton {
     property color hoverFill: fill
     property color ring: "#e9d5ff"
     property real radius: height / 2
+    property color borderColor: "transparent"
     property string tip: text
+    property bool tipShown: true
 
     property string iconName
     property string iconFallback
@@ -33,6 +35,9 @@ PlainButton {
     background: Rectangle {
         radius: button.radius
         color: button.highlighted ? button.hoverFill : button.fill
+        // A border that can't be seen would make the fill smaller all the same.
+        border.width: button.borderColor.a > 0 ? 1 : 0
+        border.color: button.borderColor
 
         Behavior on color {
             ColorAnimation {
@@ -70,5 +75,6 @@ PlainButton {
     HoverTip {
         control: button
         text: button.tip
+        enabledHere: button.tipShown
     }
 }

@@ -226,7 +226,8 @@ Controller {
         appendAgentMessage(text);
         scrollToBottom();
         bar.refreshResponseSuggestions(followUps);
-        bar.speakReply(text);
+        // What the row shows, without the tag of a tool.
+        bar.speakReply(plainTextOf(chatModel.count - 1));
     }
 
     //! A reply that says that a dark or light theme was applied takes the window along. The wording is all there is to

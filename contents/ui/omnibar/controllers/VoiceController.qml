@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../logic/Native.js" as Native
 
-//! What the bar knows of the voice path: a transcript that waits in the input to be confirmed, and spoken replies.
+//! What the bar knows of the voice path: a transcript in the input, where it may wait to be confirmed, and spoken replies.
 Controller {
     id: voice
 
@@ -55,6 +55,20 @@ Controller {
         endConfirmation();
     }
 
+    //! A test of the microphone keeps its transcripts to itself.
+    function isTested() {
+        return voiceBridgeObject.batchSttMode || voiceBridgeObject.voiceTestActive;
+    }
+
+    function takeTranscript(text) {
+        const input = bar.inputField;
+        input.text = text;
+        input.cursorPosition = input.length;
+        // The bubble keeps the keys; the input has them again as soon as it is in sight.
+        if (!bar.compactMode)
+            input.forceActiveFocus();
+    }
+
     function speakReply(text) {
         if (voiceBridgeObject && voiceBridgeObject.ttsEnabled && voiceBridgeObject.ttsAvailable)
             Native.call(voiceBridgeObject, "speak", text);
@@ -63,6 +77,14 @@ Controller {
     Connections {
         target: voice.voiceBridgeObject
 
+        function onTranscriptReady(text) {
+            if (text !== "" && !voice.isTested())
+                voice.takeTranscript(text);
+        }
+        //! The user sees the microphone return to idle.
+        function onErrorOccurred(error) {
+            console.warn("[OmniBar] voice:", error);
+        }
         //! The one way to bring a minimised window back from inside the program.
         function onWakeWordActivated() {
             voice.bar.summon();

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../common"
+import "../logic/Native.js" as Native
+
+//! Whether replies are read aloud; while one is, the way to silence it.
+RoundButton {
+    id: speaker
+    objectName: "speakerBtn"
+
+    required property var bar
+
+    readonly property var voice: bar.voice
+    readonly property bool speaking: voice ? voice.isSpeaking : false
+    readonly property bool readsAloud: voice ? voice.ttsEnabled : false
+
+    text: bar.tr("Read replies aloud")
+    tip: speaking ? bar.tr("Speaking... (click to stop)") : readsAloud ? bar.tr("Read replies aloud (on)") : bar.tr("Read replies aloud (off)")
+    fill: speaking ? Qt.rgba(0.15, 0.55, 0.92, 0.85) : readsAloud ? Qt.rgba(0.15, 0.55, 0.92, 0.35) : Qt.rgba(1, 1, 1, 0.08)
+    hoverFill: speaking ? fill : Qt.rgba(1, 1, 1, 0.12)
+    borderColor: readsAloud ? Qt.rgba(0.2, 0.6, 1.0, 0.5) : "transparent"
+    iconName: readsAloud ? "audio-volume-high" : "audio-volume-muted"
+    Accessible.description: tip
+    Accessible.checkable: true
+    Accessible.checked: readsAloud
+    onClicked: {
+        if (speaking)
+            Native.call(voice, "stopSpeaking");
+        else if (voice)
+            voice.ttsEnabled = !voice.ttsEnabled;
+    }
+
+    Pulse {
+        target: speaker
+        low: 0.6
+        duration: 500
+        running: speaker.speaking
+    }
+}
