@@ -43,3 +43,60 @@ QStringList tipsOf(OmniBarFixture &bar)
     }
     return texts;
 }
+
+QStringList iconsIn(QQuickItem *root)
+{
+    QStringList names;
+    const auto icons = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) {
+        // Kirigami's icon; what wraps it has a name, not a source.
+        return item->metaObject()->indexOfProperty("source") >= 0 && item->metaObject()->indexOfProperty("isMask") >= 0
+            && OmniBarFixture::isSeen(item);
+    });
+    for (QQuickItem *icon : icons) {
+        names.append(icon->property("source").toString());
+    }
+    return names;
+}
+
+QQuickItem *backgroundOf(QQuickItem *button)
+{
+    return button->property("background").value<QQuickItem *>();
+}
+
+QString borderOf(QQuickItem *button)
+{
+    QQuickItem *background = backgroundOf(button);
+    const int width = QQmlProperty::read(background, QStringLiteral("border.width")).toInt();
+    return width == 0 ? QString() : QStringLiteral("%1 %2").arg(width).arg(colourOf(background, "border.color"));
+}
+
+QStringList runningIn(const QObject *item)
+{
+    QStringList found;
+    const auto steps = item->findChildren<QObject *>();
+    for (const QObject *step : steps) {
+        if (!step->inherits("QQuickPropertyAnimation")) {
+            continue;
+        }
+        // A step of a sequence runs with it.
+        const QObject *sequence = step->parent();
+        const QObject *whole = sequence->inherits("QQuickAnimationGroup") ? sequence : step;
+        if (whole->property("running").toBool()) {
+            found.append(QStringLiteral("%1 to %2, %3")
+                             .arg(step->property("from").toString(), step->property("to").toString(),
+                                  OmniBarFixture::pace(step)));
+        }
+    }
+    return found;
+}
+
+void haltPulses(QQuickItem *item)
+{
+    const auto parts = item->findChildren<QObject *>();
+    for (QObject *part : parts) {
+        if (part->inherits("QQuickSequentialAnimation") && part->property("running").toBool()) {
+            part->setProperty("paused", true);
+        }
+    }
+    item->setOpacity(1.0);
+}

@@ -8,6 +8,7 @@
 
 class OmniBarFixture;
 class QObject;
+class QQuickItem;
 
 // How the window looks, in words that can be compared.
 
@@ -20,3 +21,13 @@ QString colourOf(QObject *item, const char *path = "color");
 QString text(const char *utf8);
 //! The tooltips in sight.
 QStringList tipsOf(OmniBarFixture &bar);
+//! The names of the icons that are drawn in an item.
+QStringList iconsIn(QQuickItem *root);
+//! What a button is drawn on.
+QQuickItem *backgroundOf(QQuickItem *button);
+//! Width and colour of a button's border, as "1 #80ff0000"; empty where there is none.
+QString borderOf(QQuickItem *button);
+//! The animations in an item that run, as "1 to 0.55, 600 InOutSine".
+QStringList runningIn(const QObject *item);
+//! Halts the pulses of an item in full sight, so that its picture can be compared.
+void haltPulses(QQuickItem *item);

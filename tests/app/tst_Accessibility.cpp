@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Conversation.h"
+#include "ScriptedVoice.h"
 
 #include "services/AgentBridge.h"
 
@@ -288,6 +289,25 @@ bool compact(Conversation &bar)
     return bar.property("compactMode").toBool();
 }
 
+bool listening(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("voiceBridge.isListening = true"));
+    bar.evaluate(QStringLiteral("voiceBridge.partialTranscript = 'open the'"));
+    return true;
+}
+
+bool transcribing(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("voiceBridge.isTranscribing = true"));
+    return true;
+}
+
+bool speaking(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("voiceBridge.isSpeaking = true"));
+    return bar.isSeen(bar.item(QStringLiteral("speakerBtn")));
+}
+
 void addScenes()
 {
     QTest::addColumn<Scene>("scene");
@@ -298,6 +318,9 @@ void addScenes()
     QTest::newRow("conversation") << Scene(conversation);
     QTest::newRow("settings") << Scene(settings);
     QTest::newRow("compact") << Scene(compact);
+    QTest::newRow("listening") << Scene(listening);
+    QTest::newRow("transcribing") << Scene(transcribing);
+    QTest::newRow("speaking") << Scene(speaking);
 }
 
 } // namespace
@@ -335,6 +358,8 @@ void tst_Accessibility::namesAndRoles()
     QFETCH(Scene, scene);
 
     Conversation bar;
+    ScriptedVoice voice(bar);
+    voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
@@ -347,6 +372,8 @@ void tst_Accessibility::everyWordIsTold()
     QFETCH(Scene, scene);
 
     Conversation bar;
+    ScriptedVoice voice(bar);
+    voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
@@ -359,6 +386,8 @@ void tst_Accessibility::wayOfTheTabKey()
     QFETCH(Scene, scene);
 
     Conversation bar;
+    ScriptedVoice voice(bar);
+    voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Conversation.h"
+#include "ScriptedVoice.h"
 
 #include "services/AgentBridge.h"
 
@@ -81,6 +82,8 @@ private Q_SLOTS:
     void atRest();
     void thinkingMoves();
     void disconnectedMoves();
+    void voiceMoves_data();
+    void voiceMoves();
 };
 
 void tst_Idle::atRest_data()
@@ -124,6 +127,8 @@ void tst_Idle::atRest()
     QFETCH(Scene, scene);
 
     Conversation bar;
+    ScriptedVoice voice(bar);
+    voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
@@ -156,6 +161,38 @@ void tst_Idle::disconnectedMoves()
     QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"), 15000);
     QTRY_COMPARE(running(bar), QStringList());
     QCOMPARE(bar.item(QStringLiteral("connectionDot"))->opacity(), 1.0);
+}
+
+void tst_Idle::voiceMoves_data()
+{
+    QTest::addColumn<QString>("state");
+
+    QTest::newRow("listening") << QStringLiteral("isListening");
+    QTest::newRow("transcribing") << QStringLiteral("isTranscribing");
+    QTest::newRow("speaking") << QStringLiteral("isSpeaking");
+}
+
+void tst_Idle::voiceMoves()
+{
+    QFETCH(QString, state);
+
+    Conversation bar;
+    ScriptedVoice voice(bar);
+    voice.set("ttsAvailable", true);
+    QVERIFY(bar.begin());
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(running(bar), QStringList());
+    voice.set(state.toLatin1().constData(), true);
+    QVERIFY(!running(bar).isEmpty());
+    voice.set(state.toLatin1().constData(), false);
+    QTRY_COMPARE(running(bar), QStringList());
+    QTRY_COMPARE(framesOverRoundTrips(bar, 40), 0);
+    // A switch and a transcript change the picture, and that is all.
+    voice.set("ttsEnabled", true);
+    voice.tell("transcriptReady", QStringLiteral("open the browser"));
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(running(bar), QStringList());
+    QTRY_COMPARE(framesOverRoundTrips(bar, 40), 0);
 }
 
 QTEST_MAIN(tst_Idle)

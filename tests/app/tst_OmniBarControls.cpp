@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Looks.h"
+#include "ScriptedVoice.h"
 
 #include "services/AgentBridge.h"
 #include "support/OmniBarFixture.h"
@@ -36,15 +37,6 @@ const char *s_stillBridge = R"(QtObject {
     signal planStepChanged()
     function sendIntent(text) {}
     function cancelRequest() {}
-})";
-
-const char *s_stillVoice = R"(QtObject {
-    property bool isListening: false
-    property bool isTranscribing: false
-    property bool isSpeaking: false
-    property string partialTranscript: ""
-    property int voiceConfirmDelaySec: 4
-    signal wakeWordActivated()
 })";
 
 //! The animations that an item holds, running or not.
@@ -190,9 +182,8 @@ void tst_OmniBarControls::placeholder()
     QFETCH(QString, expected);
 
     OmniBarFixture bar;
-    QObject *voice = bar.fake(s_stillVoice);
+    ScriptedVoice voice(bar);
     QObject *bridge = bar.fake(s_stillBridge);
-    bar.provide("voiceBridge", voice);
     bar.provide("agentBridge", bridge);
     QVERIFY(bar.open());
     // Set one by one, as they happen, so that the text has to follow.
@@ -204,9 +195,9 @@ void tst_OmniBarControls::placeholder()
     }
     bar.setProperty("slashAttachedFiles", attached);
     bridge->setProperty("status", status);
-    voice->setProperty("isTranscribing", transcribing);
-    voice->setProperty("partialTranscript", partial);
-    voice->setProperty("isListening", listening);
+    voice.set("isTranscribing", transcribing);
+    voice.set("partialTranscript", partial);
+    voice.set("isListening", listening);
 
     QQuickItem *input = bar.item("inputField");
     QCOMPARE(input->property("placeholderText").toString(), expected);

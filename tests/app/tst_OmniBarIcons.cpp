@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Looks.h"
+
 #include "services/AgentBridge.h"
 #include "support/IconTheme.h"
 #include "support/OmniBarFixture.h"
@@ -8,31 +10,6 @@
 #include <QIcon>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace
-{
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-//! The names of the icons that are drawn in an item.
-QStringList drawnIn(QQuickItem *root)
-{
-    QStringList names;
-    const auto icons = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) {
-        // Kirigami's icon; what wraps it has a name, not a source.
-        return item->metaObject()->indexOfProperty("source") >= 0 && item->metaObject()->indexOfProperty("isMask") >= 0
-            && OmniBarFixture::isSeen(item);
-    });
-    for (QQuickItem *icon : icons) {
-        names.append(icon->property("source").toString());
-    }
-    return names;
-}
-
-} // namespace
 
 //! Icons that a theme lacks: each has another name to try.
 class tst_OmniBarIcons : public QObject
@@ -94,7 +71,7 @@ void tst_OmniBarIcons::drawsWhatTheThemeHas()
     bar.type("hello");
     QVERIFY(bar.settle());
     QCOMPARE(
-        drawnIn(bar.item("barCard")),
+        iconsIn(bar.item("barCard")),
         QStringList({star, text("settings-configure"), text("audio-input-microphone"), name("go-up", "arrow-up")}));
 
     bar.key(Qt::Key_Return);
@@ -102,23 +79,23 @@ void tst_OmniBarIcons::drawsWhatTheThemeHas()
     QTRY_COMPARE(bar.items("messageRow").size(), 2);
     QVERIFY(bar.settle());
     // The header's star is the panel's first icon, and the reply has one as its avatar.
-    QCOMPARE(drawnIn(bar.item("chatPanel")).value(0), star);
-    QCOMPARE(drawnIn(bar.items("messageRow").at(1)).value(0), star);
-    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
+    QCOMPARE(iconsIn(bar.item("chatPanel")).value(0), star);
+    QCOMPARE(iconsIn(bar.items("messageRow").at(1)).value(0), star);
+    QTRY_COMPARE(iconsIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
     bar.click("expandBtn");
-    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-restore", "window-restore")));
+    QTRY_COMPARE(iconsIn(bar.item("expandBtn")), QStringList(name("view-restore", "window-restore")));
     bar.click("expandBtn");
-    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
+    QTRY_COMPARE(iconsIn(bar.item("expandBtn")), QStringList(name("view-fullscreen", "window-maximize")));
 
     QVERIFY(bar.settle());
     QTRY_VERIFY(bar.item("copyBtn"));
-    QTRY_COMPARE(drawnIn(bar.item("copyBtn")), QStringList(text("edit-copy")));
+    QTRY_COMPARE(iconsIn(bar.item("copyBtn")), QStringList(text("edit-copy")));
     bar.click("copyBtn");
-    QTRY_COMPARE(drawnIn(bar.item("copyBtn")), QStringList(name("checkmark", "dialog-ok")));
+    QTRY_COMPARE(iconsIn(bar.item("copyBtn")), QStringList(name("checkmark", "dialog-ok")));
 
     bar.invoke("shrinkToCompactBubble");
     QVERIFY(bar.settle());
-    QCOMPARE(drawnIn(bar.item("compactBubble")), QStringList(name("dialog-messages", "chat")));
+    QCOMPARE(iconsIn(bar.item("compactBubble")), QStringList(name("dialog-messages", "chat")));
 }
 
 void tst_OmniBarIcons::anotherNameIsTriedAnew()
@@ -129,10 +106,10 @@ void tst_OmniBarIcons::anotherNameIsTriedAnew()
     bar.invoke("appendUserMessage", {text("hello")});
     QTRY_VERIFY(bar.item("expandBtn"));
     QVERIFY(bar.settle());
-    QTRY_COMPARE(drawnIn(bar.item("expandBtn")), QStringList(text("window-maximize")));
+    QTRY_COMPARE(iconsIn(bar.item("expandBtn")), QStringList(text("window-maximize")));
     bar.setProperty("chatExpanded", true);
     QVERIFY(bar.settle());
-    QCOMPARE(drawnIn(bar.item("expandBtn")), QStringList(text("view-restore")));
+    QCOMPARE(iconsIn(bar.item("expandBtn")), QStringList(text("view-restore")));
 }
 
 QTEST_MAIN(tst_OmniBarIcons)

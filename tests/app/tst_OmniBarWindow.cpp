@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "ScriptedVoice.h"
+
 #include "services/AgentBridge.h"
 #include "support/OmniBarFixture.h"
 #include "support/TestSetup.h"
@@ -40,6 +42,17 @@ bool collapse(OmniBarFixture &bar)
 {
     bar.invoke("shrinkToCompactBubble");
     return bar.settle() && QTest::qWaitFor([&] { return bar.window()->geometry() == s_bubble; });
+}
+
+//! At once out of the bubble as if by the user's own hand, and then over the whole screen with the cursor in the
+//! prompt.
+void verifyExpandedByHand(OmniBarFixture &bar)
+{
+    QCOMPARE(bar.property("compactMode").toBool(), false);
+    QCOMPARE(bar.property("userExpanded").toBool(), true);
+    QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(bar.window()->geometry(), s_screen);
 }
 
 } // namespace
@@ -247,11 +260,7 @@ void tst_OmniBarWindow::clickOnTheBubbleExpands()
     bar.type("half a prompt");
     QVERIFY(collapse(bar));
     bar.click("compactBubble");
-    QCOMPARE(bar.property("compactMode").toBool(), false);
-    QCOMPARE(bar.property("userExpanded").toBool(), true);
-    QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
-    QVERIFY(bar.settle());
-    QTRY_COMPARE(bar.window()->geometry(), s_screen);
+    verifyExpandedByHand(bar);
     QCOMPARE(bar.item("rootContainer")->scale(), 1.0);
     QCOMPARE(bar.item("rootContainer")->opacity(), 1.0);
     QVERIFY(!bar.isSeen(bar.item("compactBubble")));
@@ -356,18 +365,11 @@ void tst_OmniBarWindow::userExpandedKeepsItOpen()
 void tst_OmniBarWindow::wakeWordExpands()
 {
     OmniBarFixture bar;
-    QObject *voice = bar.fake("QtObject { property bool isListening: false; property bool isTranscribing: false;"
-                              " property string partialTranscript; property int voiceConfirmDelaySec: 4;"
-                              " signal wakeWordActivated() }");
-    bar.provide("voiceBridge", voice);
+    ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
-    QVERIFY(QMetaObject::invokeMethod(voice, "wakeWordActivated"));
-    QCOMPARE(bar.property("compactMode").toBool(), false);
-    QCOMPARE(bar.property("userExpanded").toBool(), true);
-    QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
-    QVERIFY(bar.settle());
-    QTRY_COMPARE(bar.window()->geometry(), s_screen);
+    voice.tell("wakeWordActivated", QStringLiteral("tovi"));
+    verifyExpandedByHand(bar);
 }
 
 void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
@@ -376,10 +378,7 @@ void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.setProperty("compactMode", false);
-    QCOMPARE(bar.property("userExpanded").toBool(), true);
-    QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
-    QVERIFY(bar.settle());
-    QTRY_COMPARE(bar.window()->geometry(), s_screen);
+    verifyExpandedByHand(bar);
 }
 
 void tst_OmniBarWindow::minimiseButton()
@@ -400,15 +399,12 @@ void tst_OmniBarWindow::minimiseButton()
 void tst_OmniBarWindow::wakeWordRestoresAMinimisedWindow()
 {
     OmniBarFixture bar;
-    QObject *voice = bar.fake("QtObject { property bool isListening: false; property bool isTranscribing: false;"
-                              " property string partialTranscript; property int voiceConfirmDelaySec: 4;"
-                              " signal wakeWordActivated() }");
-    bar.provide("voiceBridge", voice);
+    ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.invoke("minimise");
     QTRY_VERIFY(!bar.window()->isExposed());
-    QVERIFY(QMetaObject::invokeMethod(voice, "wakeWordActivated"));
+    voice.tell("wakeWordActivated", QStringLiteral("tovi"));
     QTRY_VERIFY(bar.window()->isExposed());
     QVERIFY(QTest::qWaitForWindowActive(bar.window()));
     QCOMPARE(bar.window()->windowState(), Qt::WindowNoState);

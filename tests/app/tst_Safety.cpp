@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Conversation.h"
+#include "ScriptedVoice.h"
 
 #include "services/AgentBridge.h"
 
@@ -140,6 +141,17 @@ QQuickItem *firstSuggestion(Conversation &bar)
 
 using Feed = void (*)(Conversation &, const QString &);
 
+//! The tooltip of an item shows the words, and takes them for nothing but words.
+void verifyPlainTip(Conversation &bar, QQuickItem *item, const QString &words, Listener &listener)
+{
+    QVERIFY(bar.settle());
+    bar.hover(item);
+    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
+    QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
+    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Feed)
@@ -252,12 +264,7 @@ void tst_Safety::tooltipOfTheDot()
     const QString words = hostileWords(listener);
     bar.ask();
     tellPhase(bar, words);
-    QVERIFY(bar.settle());
-    bar.hover(bar.item(QStringLiteral("connectionDot")));
-    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
-    QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
-    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
-    QCOMPARE(fetched(bar, listener), QStringList());
+    verifyPlainTip(bar, bar.item(QStringLiteral("connectionDot")), words, listener);
 }
 
 void tst_Safety::tooltipOfASuggestion()
@@ -269,12 +276,7 @@ void tst_Safety::tooltipOfASuggestion()
     const QString words = hostileWords(listener);
     suggest(bar, {{QStringLiteral("prompt"), words}, {QStringLiteral("title"), QStringLiteral("Harmless")}});
     QTRY_VERIFY(firstSuggestion(bar));
-    QVERIFY(bar.settle());
-    bar.hover(firstSuggestion(bar));
-    QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
-    QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
-    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
-    QCOMPARE(fetched(bar, listener), QStringList());
+    verifyPlainTip(bar, firstSuggestion(bar), words, listener);
     // It is sent as it came.
     bar.click(firstSuggestion(bar));
     QCOMPARE(bar.bridge.takeRequest(QStringLiteral("chat")).params.value(QStringLiteral("message")).toString(), words);
@@ -308,23 +310,12 @@ void tst_Safety::partialTranscript()
     Listener listener;
     Conversation bar;
     bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
-    QObject *voice = bar.fake(QStringLiteral(R"(
-        QtObject {
-            property bool isListening: true
-            property bool isTranscribing: false
-            property bool isSpeaking: false
-            property string partialTranscript: ""
-            property bool ttsEnabled: false
-            property bool ttsAvailable: false
-            property int voiceConfirmDelaySec: 4
-            signal wakeWordActivated(string word)
-        })"));
-    QVERIFY(voice);
-    bar.provide(QStringLiteral("voiceBridge"), QVariant::fromValue(voice));
+    ScriptedVoice voice(bar);
+    voice.set("isListening", true);
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     QVERIFY(bar.textItem(QStringLiteral("Listening...")));
-    voice->setProperty("partialTranscript", words);
+    voice.set("partialTranscript", words);
     QTRY_VERIFY(bar.textItem(words));
     QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
     QCOMPARE(fetched(bar, listener), QStringList());

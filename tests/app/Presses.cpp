@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Presses.h"
+
+#include "support/OmniBarFixture.h"
+
+#include <QAccessible>
+
+void press(OmniBarFixture &bar, QQuickItem *button, By by)
+{
+    if (by == By::Mouse) {
+        bar.click(button);
+        return;
+    }
+    if (by == By::Assistance) {
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+        accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        return;
+    }
+    bar.focus(button);
+    bar.key(by == By::Return ? Qt::Key_Return : by == By::Enter ? Qt::Key_Enter : Qt::Key_Space);
+}

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ScriptedVoice.h"
+
+#include "support/OmniBarFixture.h"
+
+#include <QTest>
+#include <QUrl>
+
+namespace
+{
+
+//! A word that the stand-in doesn't know would make a test that proves nothing.
+void require(bool isKnown, const char *name)
+{
+    if (!isKnown) {
+        QTest::qFail(name, __FILE__, __LINE__);
+    }
+}
+
+} // namespace
+
+ScriptedVoice::ScriptedVoice(OmniBarFixture &bar)
+    : m_object(
+        bar.fake(QStringLiteral("import \"%1\"\nFakeVoiceBridge {}")
+                     .arg(QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tests/qml"))
+                              .toString())))
+{
+    bar.provide("voiceBridge", m_object);
+}
+
+void ScriptedVoice::set(const char *property, const QVariant &value)
+{
+    require(m_object->metaObject()->indexOfProperty(property) >= 0 && m_object->setProperty(property, value), property);
+}
+
+void ScriptedVoice::tell(const char *signal, const QString &text)
+{
+    require(QMetaObject::invokeMethod(m_object, signal, Q_ARG(QString, text)), signal);
+}
+
+bool ScriptedVoice::ttsEnabled() const
+{
+    return m_object->property("ttsEnabled").toBool();
+}
+
+QStringList ScriptedVoice::calls() const
+{
+    return m_object->property("calls").toStringList();
+}
+
+QStringList ScriptedVoice::takeCalls()
+{
+    const QStringList taken = calls();
+    set("calls", QStringList());
+    return taken;
+}
