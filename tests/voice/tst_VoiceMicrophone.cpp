@@ -1,0 +1,411 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "PulseDaemon.h"
+#include "SherpaStandIn.h"
+#include "VoiceRig.h"
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+#include "voice/Endpointer.h"
+#include "voice/VoiceBridge.h"
+
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace
+{
+
+constexpr int s_wavHeader = 44; // bytes
+constexpr int s_silenceChunks = 14; // of 700 ms
+
+bool run(const QString &program, const QStringList &arguments)
+{
+    return QProcess::execute(program, arguments) == 0;
+}
+
+//! A sentence as somebody would say it into the microphone.
+class Sentence
+{
+public:
+    explicit Sentence(const QString &words)
+        : m_file(m_directory.filePath(QStringLiteral("sentence.wav")))
+    {
+        const QString spoken = m_directory.filePath(QStringLiteral("spoken.wav"));
+        // In the microphone's own format, so that nothing is resampled on the way.
+        m_isMade = run(QStringLiteral("espeak-ng"), {QStringLiteral("-w"), spoken, words})
+            && run(QStringLiteral("sox"),
+                   {QStringLiteral("-D"), spoken, QStringLiteral("-r"), QStringLiteral("16000"), QStringLiteral("-c"),
+                    QStringLiteral("1"), QStringLiteral("-b"), QStringLiteral("16"), m_file});
+    }
+
+    ~Sentence()
+    {
+        if (m_player.state() != QProcess::NotRunning) {
+            m_player.kill();
+            m_player.waitForFinished();
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Sentence)
+
+    bool isMade() const { return m_isMade; }
+
+    void speak()
+    {
+        m_player.start(QStringLiteral("paplay"), {QStringLiteral("--device=mic"), m_file});
+        QVERIFY(m_player.waitForStarted());
+    }
+
+    //! As long as it lasts.
+    void speakToTheEnd()
+    {
+        speak();
+        QTRY_COMPARE(m_player.state(), QProcess::NotRunning);
+    }
+
+    std::vector<qint16> samples() const
+    {
+        QFile file(m_file);
+        if (!file.open(QIODevice::ReadOnly)) {
+            return {};
+        }
+        return samplesIn(file.readAll());
+    }
+
+    static std::vector<qint16> samplesIn(const QByteArray &wav)
+    {
+        const QByteArray data = wav.mid(s_wavHeader);
+        std::vector<qint16> samples(std::size_t(data.size()) / sizeof(qint16));
+        std::memcpy(samples.data(), data.constData(), samples.size() * sizeof(qint16));
+        return samples;
+    }
+
+private:
+    const QTemporaryDir m_directory;
+    const QString m_file;
+    bool m_isMade = false;
+    QProcess m_player;
+};
+
+//! Where in what was said the heard part begins, or -1 where they differ anywhere. What is heard may go on in silence.
+int beginningOf(const std::vector<qint16> &heard, const std::vector<qint16> &said)
+{
+    std::vector<qint16> room(heard.size(), 0); // before and after the sentence
+    std::vector<qint16> all = room;
+    all.insert(all.end(), said.begin(), said.end());
+    all.insert(all.end(), room.begin(), room.end());
+    const auto found = std::search(all.begin(), all.end(), heard.begin(), heard.end());
+    return found == all.end() ? -1 : int(found - all.begin()) - int(room.size());
+}
+
+//! The loudest of all chunks that can be cut out of it.
+double loudest(const std::vector<qint16> &samples)
+{
+    std::vector<qint16> padded(samples);
+    padded.insert(padded.begin(), Pcm::ChunkSamples, 0);
+    double loudest = 0;
+    for (std::size_t at = 0; at + Pcm::ChunkSamples <= padded.size(); at += Pcm::ChunkSamples / 8) {
+        loudest = std::max(loudest, Endpointer::rms(padded.data() + at));
+    }
+    return loudest;
+}
+
+//! A voice path that uses a stand-in engine and the real microphone.
+struct Rig
+{
+    //! Waits until somebody speaks, and then for as much of it as an engine wants.
+    bool hearsSpeech()
+    {
+        const auto loud = [this] { return voice->inputLevel() > Endpointer::SpeechThreshold; };
+        if (!QTest::qWaitFor(loud)) {
+            return false;
+        }
+        const QSignalSpy levels(voice.get(), &VoiceBridge::inputLevelChanged);
+        return QTest::qWaitFor([&levels] { return levels.size() >= 2; });
+    }
+
+    Rig()
+    {
+        moonshine.says(QStringLiteral("open the file manager"));
+        voice = std::make_unique<VoiceBridge>();
+        voice->setVoiceLogEnabled(true);
+        voice->setSttBackend(QStringLiteral("moonshine"));
+    }
+
+    MessageLog messages;
+    SherpaStandIn moonshine {SherpaStandIn::Engine::Moonshine};
+    std::unique_ptr<VoiceBridge> voice;
+};
+
+} // namespace
+
+//! The real microphone of a real audio daemon.
+class tst_VoiceMicrophone : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void hearsASentence();
+    void hearsTwoSentences();
+    void stopsInTheMiddle();
+    void cancelsAtEveryStage();
+    void silentRoom();
+    void readsArePrompt();
+    void environmentIsAsBefore_data();
+    void environmentIsAsBefore();
+    void noServer();
+    void noSource();
+    void daemonDies();
+    void daemonFreezes();
+};
+
+void tst_VoiceMicrophone::initTestCase()
+{
+    TestSetup::setAboutData();
+    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
+}
+
+void tst_VoiceMicrophone::init()
+{
+    TestSetup::clearSettings();
+}
+
+void tst_VoiceMicrophone::hearsASentence()
+{
+    Sentence sentence(QStringLiteral("Open the file manager"));
+    QVERIFY(sentence.isMade());
+    Rig rig;
+    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
+    rig.voice->startListening();
+    QVERIFY(rig.voice->isListening());
+    QTRY_VERIFY(levels.size() > 0); // it reads
+    sentence.speak();
+    QTRY_VERIFY(rig.voice->inputLevel() > Endpointer::SpeechThreshold);
+    QTRY_COMPARE_WITH_TIMEOUT(rig.voice->lastTranscript(), QStringLiteral("open the file manager"), 20000);
+
+    const std::vector<qint16> heard = Sentence::samplesIn(rig.moonshine.wav());
+    const std::vector<qint16> said = sentence.samples();
+    const int begin = beginningOf(heard, said);
+    QVERIFY2(begin > -Pcm::ChunkSamples, "what was heard isn't what was said");
+    // What is missing at the beginning was too quiet to be speech, and nothing is missing at the end.
+    if (begin > 0) {
+        QVERIFY(loudest(std::vector<qint16>(said.begin(), said.begin() + begin)) < Endpointer::SpeechThreshold);
+    }
+    QVERIFY(heard.size() > said.size() - std::size_t(std::max(begin, 0)));
+    const std::vector<qint16> end(heard.end() - s_silenceChunks * Pcm::ChunkSamples, heard.end());
+    QVERIFY(loudest(end) < Endpointer::SpeechThreshold);
+    QVERIFY(VoiceRig::logEntries(*rig.voice)
+                .filter(QStringLiteral("CAPTURE done"))
+                .constFirst()
+                .endsWith(QStringLiteral("samples=%1").arg(heard.size())));
+    QCOMPARE(rig.messages.warnings(), QStringList());
+}
+
+void tst_VoiceMicrophone::hearsTwoSentences()
+{
+    Sentence first(QStringLiteral("Undo that"));
+    Sentence second(QStringLiteral("What time is it"));
+    QVERIFY(first.isMade() && second.isMade());
+    Rig rig;
+    QSignalSpy transcripts(rig.voice.get(), &VoiceBridge::transcriptReady);
+    for (Sentence *sentence : {&first, &second}) {
+        rig.voice->startListening();
+        sentence->speak();
+        const int count = transcripts.size() + 1;
+        QTRY_COMPARE_WITH_TIMEOUT(transcripts.size(), count, 20000);
+        QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence->samples()) > -Pcm::ChunkSamples);
+    }
+}
+
+void tst_VoiceMicrophone::stopsInTheMiddle()
+{
+    Sentence sentence(QStringLiteral("Search for all documents that were modified in the last week"));
+    QVERIFY(sentence.isMade());
+    Rig rig;
+    rig.voice->startListening();
+    sentence.speak();
+    QVERIFY(rig.hearsSpeech());
+    rig.voice->stopListening();
+    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
+    QVERIFY(Sentence::samplesIn(rig.moonshine.wav()).size() < sentence.samples().size());
+    QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()) > -Pcm::ChunkSamples);
+}
+
+void tst_VoiceMicrophone::cancelsAtEveryStage()
+{
+    Sentence sentence(QStringLiteral("Cancel"));
+    QVERIFY(sentence.isMade());
+    Rig rig;
+    rig.moonshine.hold();
+    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
+
+    rig.voice->startListening(); // before anything was read
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isListening());
+
+    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
+    rig.voice->startListening(); // while nobody speaks
+    QTRY_VERIFY(levels.size() > 1);
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isListening());
+
+    rig.voice->startListening(); // while somebody does
+    sentence.speak();
+    QTRY_VERIFY(rig.voice->inputLevel() > Endpointer::SpeechThreshold);
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(requests.size(), 0);
+
+    rig.voice->startListening(); // while the engine works
+    sentence.speakToTheEnd();
+    QTRY_COMPARE(rig.moonshine.runs(), 1);
+    QVERIFY(rig.voice->isTranscribing());
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isTranscribing());
+    rig.moonshine.release();
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
+    QVERIFY(!rig.voice->isListening());
+}
+
+void tst_VoiceMicrophone::silentRoom()
+{
+    Rig rig;
+    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    QTRY_VERIFY(levels.size() >= 3);
+    QCOMPARE(rig.voice->inputLevel(), 0.0);
+    rig.voice->stopListening();
+    QTRY_COMPARE(errors.size(), 1);
+    QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("No speech detected"));
+}
+
+void tst_VoiceMicrophone::readsArePrompt()
+{
+    // Without a latency the server would give the first chunks of a quiet source all at once, some 40 of them.
+    QString reason;
+    const std::unique_ptr<Microphone> microphone = openPulseMicrophone(&reason);
+    QVERIFY2(microphone, qPrintable(reason));
+    QProcess sources;
+    sources.start(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("source-outputs")});
+    QVERIFY(sources.waitForFinished());
+    const QString text = QString::fromUtf8(sources.readAll());
+    QVERIFY2(text.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(text));
+    QVERIFY2(text.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(text));
+    QVERIFY2(text.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(text));
+    const QRegularExpression latency(QStringLiteral("Source Latency: (\\d+) usec"));
+    const QRegularExpressionMatch match = latency.match(text);
+    QVERIFY2(match.hasMatch(), qPrintable(text));
+    QVERIFY2(match.captured(1).toInt() <= 50000, qPrintable(text));
+    std::vector<qint16> chunk(Pcm::ChunkSamples, 1);
+    QVERIFY(microphone->read(chunk.data(), Pcm::ChunkBytes));
+    QCOMPARE(chunk, std::vector<qint16>(Pcm::ChunkSamples, 0));
+}
+
+void tst_VoiceMicrophone::environmentIsAsBefore_data()
+{
+    QTest::addColumn<QByteArray>("latency");
+    QTest::newRow("not set") << QByteArray();
+    QTest::newRow("set") << QByteArray("30");
+}
+
+void tst_VoiceMicrophone::environmentIsAsBefore()
+{
+    // It would reach every child process.
+    QFETCH(QByteArray, latency);
+    if (!latency.isNull()) {
+        qputenv("PULSE_LATENCY_MSEC", latency);
+    }
+    QString reason;
+    QVERIFY(openPulseMicrophone(&reason));
+    QCOMPARE(qgetenv("PULSE_LATENCY_MSEC"), latency);
+    QCOMPARE(qEnvironmentVariableIsSet("PULSE_LATENCY_MSEC"), !latency.isNull());
+    qunsetenv("PULSE_LATENCY_MSEC");
+}
+
+void tst_VoiceMicrophone::noServer()
+{
+    const QByteArray server = qgetenv("PULSE_SERVER");
+    qputenv("PULSE_SERVER", "unix:/nonexistent/native");
+    Rig rig;
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    qputenv("PULSE_SERVER", server);
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Cannot open microphone: Connection refused"));
+    QVERIFY(rig.voice->isListening());
+    QCOMPARE(rig.voice->lastError(), QString());
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isListening());
+
+    // It comes back.
+    rig.voice->startListening();
+    rig.voice->cancelListening();
+    QTRY_COMPARE(errors.size(), 2);
+    QCOMPARE(errors.constLast().constFirst().toString(), QStringLiteral("No speech detected"));
+}
+
+void tst_VoiceMicrophone::noSource()
+{
+    qputenv("PULSE_SOURCE", "no-such-source");
+    Rig rig;
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    qunsetenv("PULSE_SOURCE");
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Cannot open microphone: No such entity"));
+}
+
+void tst_VoiceMicrophone::daemonDies()
+{
+    Sentence sentence(QStringLiteral("Search for all documents that were modified in the last week"));
+    QVERIFY(sentence.isMade());
+    PulseDaemon daemon;
+    Rig rig;
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    sentence.speak();
+    QVERIFY(rig.hearsSpeech());
+    daemon.kill();
+    // What was heard so far is used.
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
+    QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()) > -Pcm::ChunkSamples);
+    QCOMPARE(errors.size(), 0);
+}
+
+void tst_VoiceMicrophone::daemonFreezes()
+{
+    PulseDaemon daemon;
+    Rig rig;
+    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
+    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
+    rig.voice->startListening();
+    QTRY_VERIFY(levels.size() > 0);
+    daemon.freeze();
+    rig.voice->cancelListening(); // waits, and lets the thread be
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(errors.size(), 0);
+    daemon.thaw();
+    QTRY_COMPARE(errors.size(), 1);
+    QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("No speech detected"));
+
+    // The same once more, and the object ends before the daemon does.
+    levels.clear();
+    rig.voice->startListening();
+    QTRY_VERIFY(levels.size() > 0);
+    daemon.freeze();
+    rig.voice.reset();
+    daemon.thaw();
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceMicrophone)
+
+#include "tst_VoiceMicrophone.moc"
