@@ -17,6 +17,7 @@ public:
     //! Before the window opens.
     explicit ScriptedVoice(OmniBarFixture &bar);
 
+    const QObject *object() const { return m_object; }
     void set(const char *property, const QVariant &value);
     //! Emits a signal that takes a text.
     void tell(const char *signal, const QString &text);
