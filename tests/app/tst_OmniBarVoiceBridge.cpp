@@ -136,7 +136,7 @@ void tst_OmniBarVoiceBridge::speechBecomesAPrompt()
     QTRY_COMPARE(runningIn(button), QStringList(text("0 to 360, 1000 Linear")));
     WhisperStandIn::letGo();
     QTRY_COMPARE(bar.property("inputField.text").toString(), text("Open the Dolphin"));
-    QTRY_COMPARE(colourOf(backgroundOf(button)), rgba(1, 1, 1, 0.15)); // the pointer is still there
+    QTRY_COMPARE(colourOf(backgroundOf(button)), rgba(1, 1, 1, 0.06));
     QTRY_COMPARE(runningIn(button), QStringList());
 
     bar.key(Qt::Key_Return);
