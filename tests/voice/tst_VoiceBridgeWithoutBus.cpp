@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+#include "voice/VoiceBridge.h"
+
+#include <QTest>
+
+//! The voice path where there is no session bus.
+class tst_VoiceBridgeWithoutBus : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wakeWordStaysDead();
+};
+
+void tst_VoiceBridgeWithoutBus::wakeWordStaysDead()
+{
+    TestSetup::setAboutData();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    MessageLog messages;
+    VoiceBridge voice;
+    QCOMPARE(messages.warnings(),
+             QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
+    QCOMPARE(messages.count(QStringLiteral("VoiceBridge: listening for wake word")), 0);
+    voice.setVoiceLogEnabled(true); // all else works
+    QVERIFY(voice.voiceLogEnabled());
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceBridgeWithoutBus)
+
+#include "tst_VoiceBridgeWithoutBus.moc"
