@@ -89,7 +89,7 @@ void tst_SherpaFailures::toldWhenThereIsNoTempFile()
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
     // There, not even the superuser can make a file.
-    const ChangedVariable temp("TMPDIR", "/proc");
+    const ChangedVariable temp("TMPDIR", "/dev/null");
     QCOMPARE(outcomesOf(*worker, s_audio), failed(QStringLiteral("Cannot create temp WAV file")));
     QCOMPARE(m_standIn->runs(), 0);
 }
