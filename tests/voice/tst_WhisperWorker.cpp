@@ -1,19 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/WhisperWorker.h"
+#include "WhisperTest.h"
 
-#include "support/MessageLog.h"
 #include "support/SignalLog.h"
-#include "voice/whisper-standin/WhisperStandIn.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
 
-#include <atomic>
-#include <memory>
 #include <optional>
 #include <thread>
 
@@ -23,75 +17,12 @@ using Segments = QList<std::optional<QByteArray>>;
 
 Q_DECLARE_METATYPE(Segments)
 
-namespace
-{
-
-constexpr int s_shortest = 3200; // bytes
-
-QByteArray silence(int bytes = s_shortest)
-{
-    return QByteArray(bytes, '\0');
-}
-
-QString failed(const char *error)
-{
-    return QStringLiteral("transcriptionFailed(\"%1\")").arg(QLatin1String(error));
-}
-
-//! Something done on another thread that is expected to wait for a lock.
-class Contender
-{
-public:
-    explicit Contender(std::function<void()> work)
-        : m_thread([this, work = std::move(work)] {
-            m_id = gettid();
-            work();
-            m_isDone = true;
-        })
-    {
-    }
-    ~Contender() { m_thread.join(); }
-    Q_DISABLE_COPY_MOVE(Contender)
-
-    bool isDone() const { return m_isDone; }
-    //! Whether it can be told that a thread waits.
-    static bool canBeWatched() { return QFile::exists(QStringLiteral("/proc/self/task")); }
-    //! Asleep, as a thread is that waits for a lock.
-    bool waits() const
-    {
-        QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(m_id));
-        if (m_id == 0 || !stat.open(QIODevice::ReadOnly)) {
-            return false;
-        }
-        const QByteArray line = stat.readAll();
-        return line.mid(line.lastIndexOf(')') + 2, 1) == "S";
-    }
-
-private:
-    std::atomic<pid_t> m_id = 0;
-    std::atomic<bool> m_isDone = false;
-    std::thread m_thread;
-};
-
-} // namespace
-
-//! The worker against a stand-in of the library. Its slots are called directly, as the thread they run on is whoever
-//! calls.
-class tst_WhisperWorker : public QObject
+//! What becomes of an utterance.
+class tst_WhisperWorker : public WhisperTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void isNotLoadedAtFirst();
-    void loadsFiles();
-    void asksForBackendsOnce();
-    void replacesTheModel();
-    void forgetsTheModelWhenTheNextFails();
-    void freesNothingWithoutAModel();
-
     void wantsATenthOfASecond_data();
     void wantsATenthOfASecond();
     void convertsSamples();
@@ -100,124 +31,7 @@ private Q_SLOTS:
     void joinsSegments();
     void tellsOfAnError();
     void timesTheRecognitionAlone();
-
-    void loadWaitsForATranscription();
-    void transcriptionWaitsForNobodyAfterwards();
-    void endWaitsForATranscription();
-
-private:
-    QString model(const QString &name = QStringLiteral("model.bin"));
-    std::unique_ptr<WhisperWorker> loaded();
-
-    QTemporaryDir m_directory;
-    std::unique_ptr<MessageLog> m_log;
 };
-
-void tst_WhisperWorker::init()
-{
-    m_log = std::make_unique<MessageLog>();
-    WhisperStandIn::reset();
-}
-
-void tst_WhisperWorker::cleanup()
-{
-    QCOMPARE(m_log->warnings(), QStringList());
-    m_log.reset();
-    QCOMPARE(WhisperStandIn::livingContexts(), 0);
-}
-
-QString tst_WhisperWorker::model(const QString &name)
-{
-    QFile file(m_directory.filePath(name));
-    if (!file.open(QIODevice::WriteOnly)) {
-        qFatal("no file to load can be made");
-    }
-    return file.fileName();
-}
-
-std::unique_ptr<WhisperWorker> tst_WhisperWorker::loaded()
-{
-    auto worker = std::make_unique<WhisperWorker>();
-    if (!worker->loadModel(model())) {
-        qFatal("the stand-in loads nothing");
-    }
-    return worker;
-}
-
-void tst_WhisperWorker::isNotLoadedAtFirst()
-{
-    WhisperWorker worker;
-    QCOMPARE(worker.parent(), nullptr);
-    SignalLog log(&worker);
-    worker.transcribe(silence());
-    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
-    // That comes before the length.
-    worker.transcribe(QByteArray());
-    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
-    QCOMPARE(WhisperStandIn::calls(), QStringList());
-}
-
-void tst_WhisperWorker::loadsFiles()
-{
-    WhisperWorker worker;
-    // The path is told in UTF-8, whatever the locale.
-    const QString path = model(QStringLiteral("grün %1 語.bin"));
-    QVERIFY(worker.loadModel(path));
-    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("init ") + path);
-    QVERIFY(WhisperStandIn::contextParamsWereDefault());
-    QCOMPARE(WhisperStandIn::livingContexts(), 1);
-
-    WhisperWorker other;
-    QVERIFY(!other.loadModel(QStringLiteral("/nowhere/model.bin")));
-    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("failed init /nowhere/model.bin"));
-}
-
-void tst_WhisperWorker::asksForBackendsOnce()
-{
-    // A test function before this one may have been the first of the process.
-    const auto first = loaded();
-    const auto second = loaded();
-    QVERIFY(WhisperStandIn::calls().count(QStringLiteral("backends")) <= 1);
-    WhisperStandIn::reset();
-    const auto third = loaded();
-    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("init ") + model()});
-}
-
-void tst_WhisperWorker::replacesTheModel()
-{
-    const auto worker = loaded();
-    WhisperStandIn::reset();
-    const QString other = model(QStringLiteral("other.bin"));
-    QVERIFY(worker->loadModel(other));
-    // Two models at once would need the memory of both.
-    QCOMPARE(WhisperStandIn::calls(), (QStringList {QStringLiteral("free"), QStringLiteral("init ") + other}));
-    SignalLog log(worker.get());
-    worker->transcribe(silence());
-    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
-}
-
-void tst_WhisperWorker::forgetsTheModelWhenTheNextFails()
-{
-    const auto worker = loaded();
-    QVERIFY(!worker->loadModel(QStringLiteral("/nowhere")));
-    QCOMPARE(WhisperStandIn::livingContexts(), 0);
-    SignalLog log(worker.get());
-    worker->transcribe(silence());
-    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
-    QVERIFY(worker->loadModel(model()));
-    worker->transcribe(silence());
-    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
-}
-
-void tst_WhisperWorker::freesNothingWithoutAModel()
-{
-    std::make_unique<WhisperWorker>().reset();
-    QCOMPARE(WhisperStandIn::calls(), QStringList());
-    auto worker = loaded();
-    WhisperStandIn::reset();
-    worker.reset();
-    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("free")});
-}
 
 void tst_WhisperWorker::wantsATenthOfASecond_data()
 {
@@ -370,68 +184,6 @@ void tst_WhisperWorker::timesTheRecognitionAlone()
     using Milliseconds = std::chrono::duration<double, std::milli>;
     QVERIFY(elapsedMs >= Milliseconds(times.ended - times.begun).count());
     QVERIFY(elapsedMs <= Milliseconds(times.read - times.asked).count());
-}
-
-void tst_WhisperWorker::loadWaitsForATranscription()
-{
-    if (!Contender::canBeWatched()) {
-        QSKIP("there is no /proc");
-    }
-    const auto worker = loaded();
-    const QString other = model(QStringLiteral("other.bin"));
-    WhisperStandIn::reset();
-    WhisperStandIn::hold();
-    {
-        const Contender transcription([&worker] { worker->transcribe(silence()); });
-        WhisperStandIn::waitUntilHeld();
-        const Contender load([&worker, &other] { worker->loadModel(other); });
-        QTRY_VERIFY(load.waits() || load.isDone());
-        const bool waited = !load.isDone();
-        WhisperStandIn::letGo();
-        QVERIFY(waited);
-    }
-    QCOMPARE(WhisperStandIn::calls(),
-             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free"),
-                           QStringLiteral("init ") + other}));
-}
-
-void tst_WhisperWorker::transcriptionWaitsForNobodyAfterwards()
-{
-    // Each way out of a call lets the mutex go.
-    const auto worker = loaded();
-    WhisperStandIn::failWith(1);
-    worker->transcribe(silence());
-    WhisperStandIn::failWith(0);
-    WhisperStandIn::say({});
-    worker->transcribe(silence());
-    worker->transcribe(QByteArray());
-    worker->loadModel(QStringLiteral("/nowhere"));
-    worker->transcribe(silence());
-    QVERIFY(worker->loadModel(model()));
-}
-
-void tst_WhisperWorker::endWaitsForATranscription()
-{
-    if (!Contender::canBeWatched()) {
-        QSKIP("there is no /proc");
-    }
-    std::optional<WhisperWorker> worker;
-    worker.emplace();
-    QVERIFY(worker->loadModel(model()));
-    WhisperStandIn::reset();
-    WhisperStandIn::hold();
-    {
-        WhisperWorker *const busy = &*worker;
-        const Contender transcription([busy] { busy->transcribe(silence()); });
-        WhisperStandIn::waitUntilHeld();
-        const Contender end([&worker] { worker.reset(); });
-        QTRY_VERIFY(end.waits() || end.isDone());
-        const bool waited = !end.isDone();
-        WhisperStandIn::letGo();
-        QVERIFY(waited);
-    }
-    QCOMPARE(WhisperStandIn::calls(),
-             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free")}));
 }
 
 QTEST_GUILESS_MAIN(tst_WhisperWorker)

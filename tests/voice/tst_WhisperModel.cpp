@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "WhisperTest.h"
+
+#include "support/SignalLog.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include <unistd.h>
+
+namespace
+{
+
+//! Something done on another thread that is expected to wait for a lock.
+class Contender
+{
+public:
+    explicit Contender(std::function<void()> work)
+        : m_thread([this, work = std::move(work)] {
+            m_id = gettid();
+            work();
+            m_isDone = true;
+        })
+    {
+    }
+    ~Contender() { m_thread.join(); }
+    Q_DISABLE_COPY_MOVE(Contender)
+
+    bool isDone() const { return m_isDone; }
+    //! Whether it can be told that a thread waits.
+    static bool canBeWatched() { return QFile::exists(QStringLiteral("/proc/self/task")); }
+    //! Asleep, as a thread is that waits for a lock.
+    bool waits() const
+    {
+        QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(m_id));
+        if (m_id == 0 || !stat.open(QIODevice::ReadOnly)) {
+            return false;
+        }
+        const QByteArray line = stat.readAll();
+        return line.mid(line.lastIndexOf(')') + 2, 1) == "S";
+    }
+
+private:
+    std::atomic<pid_t> m_id = 0;
+    std::atomic<bool> m_isDone = false;
+    std::thread m_thread;
+};
+
+} // namespace
+
+//! The model that the worker has, and who may have it.
+class tst_WhisperModel : public WhisperTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isNotLoadedAtFirst();
+    void loadsFiles();
+    void asksForBackendsOnce();
+    void replacesTheModel();
+    void forgetsTheModelWhenTheNextFails();
+    void freesNothingWithoutAModel();
+    void loadWaitsForATranscription();
+    void transcriptionWaitsForNobodyAfterwards();
+    void endWaitsForATranscription();
+};
+
+void tst_WhisperModel::isNotLoadedAtFirst()
+{
+    WhisperWorker worker;
+    QCOMPARE(worker.parent(), nullptr);
+    SignalLog log(&worker);
+    worker.transcribe(silence());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    // That comes before the length.
+    worker.transcribe(QByteArray());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    QCOMPARE(WhisperStandIn::calls(), QStringList());
+}
+
+void tst_WhisperModel::loadsFiles()
+{
+    WhisperWorker worker;
+    // The path is told in UTF-8, whatever the locale.
+    const QString path = model(QStringLiteral("grün %1 語.bin"));
+    QVERIFY(worker.loadModel(path));
+    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("init ") + path);
+    QVERIFY(WhisperStandIn::contextParamsWereDefault());
+    QCOMPARE(WhisperStandIn::livingContexts(), 1);
+
+    WhisperWorker other;
+    QVERIFY(!other.loadModel(QStringLiteral("/nowhere/model.bin")));
+    QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("failed init /nowhere/model.bin"));
+}
+
+void tst_WhisperModel::asksForBackendsOnce()
+{
+    // A test function before this one may have been the first of the process.
+    const auto first = loaded();
+    const auto second = loaded();
+    QVERIFY(WhisperStandIn::calls().count(QStringLiteral("backends")) <= 1);
+    WhisperStandIn::reset();
+    const auto third = loaded();
+    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("init ") + model()});
+}
+
+void tst_WhisperModel::replacesTheModel()
+{
+    const auto worker = loaded();
+    WhisperStandIn::reset();
+    const QString other = model(QStringLiteral("other.bin"));
+    QVERIFY(worker->loadModel(other));
+    // Two models at once would need the memory of both.
+    QCOMPARE(WhisperStandIn::calls(), (QStringList {QStringLiteral("free"), QStringLiteral("init ") + other}));
+    SignalLog log(worker.get());
+    worker->transcribe(silence());
+    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
+}
+
+void tst_WhisperModel::forgetsTheModelWhenTheNextFails()
+{
+    const auto worker = loaded();
+    QVERIFY(!worker->loadModel(QStringLiteral("/nowhere")));
+    QCOMPARE(WhisperStandIn::livingContexts(), 0);
+    SignalLog log(worker.get());
+    worker->transcribe(silence());
+    QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
+    QVERIFY(worker->loadModel(model()));
+    worker->transcribe(silence());
+    QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
+}
+
+void tst_WhisperModel::freesNothingWithoutAModel()
+{
+    std::make_unique<WhisperWorker>().reset();
+    QCOMPARE(WhisperStandIn::calls(), QStringList());
+    auto worker = loaded();
+    WhisperStandIn::reset();
+    worker.reset();
+    QCOMPARE(WhisperStandIn::calls(), QStringList {QStringLiteral("free")});
+}
+
+void tst_WhisperModel::loadWaitsForATranscription()
+{
+    if (!Contender::canBeWatched()) {
+        QSKIP("there is no /proc");
+    }
+    const auto worker = loaded();
+    const QString other = model(QStringLiteral("other.bin"));
+    WhisperStandIn::reset();
+    WhisperStandIn::hold();
+    {
+        const Contender transcription([&worker] { worker->transcribe(silence()); });
+        WhisperStandIn::waitUntilHeld();
+        const Contender load([&worker, &other] { worker->loadModel(other); });
+        QTRY_VERIFY(load.waits() || load.isDone());
+        const bool waited = !load.isDone();
+        WhisperStandIn::letGo();
+        QVERIFY(waited);
+    }
+    QCOMPARE(WhisperStandIn::calls(),
+             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free"),
+                           QStringLiteral("init ") + other}));
+}
+
+void tst_WhisperModel::transcriptionWaitsForNobodyAfterwards()
+{
+    // Each way out of a call lets the mutex go.
+    const auto worker = loaded();
+    WhisperStandIn::failWith(1);
+    worker->transcribe(silence());
+    WhisperStandIn::failWith(0);
+    WhisperStandIn::say({});
+    worker->transcribe(silence());
+    worker->transcribe(QByteArray());
+    worker->loadModel(QStringLiteral("/nowhere"));
+    worker->transcribe(silence());
+    QVERIFY(worker->loadModel(model()));
+}
+
+void tst_WhisperModel::endWaitsForATranscription()
+{
+    if (!Contender::canBeWatched()) {
+        QSKIP("there is no /proc");
+    }
+    std::optional<WhisperWorker> worker;
+    worker.emplace();
+    QVERIFY(worker->loadModel(model()));
+    WhisperStandIn::reset();
+    WhisperStandIn::hold();
+    {
+        WhisperWorker *const busy = &*worker;
+        const Contender transcription([busy] { busy->transcribe(silence()); });
+        WhisperStandIn::waitUntilHeld();
+        const Contender end([&worker] { worker.reset(); });
+        QTRY_VERIFY(end.waits() || end.isDone());
+        const bool waited = !end.isDone();
+        WhisperStandIn::letGo();
+        QVERIFY(waited);
+    }
+    QCOMPARE(WhisperStandIn::calls(),
+             (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free")}));
+}
+
+QTEST_GUILESS_MAIN(tst_WhisperModel)
+#include "tst_WhisperModel.moc"
