@@ -5,13 +5,13 @@
 # What bench/run and bench/profile share. To be sourced after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup prompt requests rows idle whisper)
+readonly benchmarks=(version startup prompt requests rows idle voice whisper)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
 
 prepare_benchmarks() {
-    scripts/install-packages build run display
+    scripts/install-packages build run display test
     lock_build
     build_preset bench
     unlock_build
@@ -24,6 +24,7 @@ in_surroundings() {
     case $1 in
     version | whisper) needs=(home) ;;
     requests) needs=(net) ;;
+    voice) needs=(bus audio) ;;
     esac
     shift
     # shellcheck disable=SC2016 # for the shell inside

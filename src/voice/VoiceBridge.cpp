@@ -92,6 +92,7 @@ VoiceBridge::~VoiceBridge()
     m_captureLink->cut();
     m_workerThread.quit();
     m_workerThread.wait();
+    HandOver::acquire(&m_workerThread);
 }
 
 template<typename Worker>
@@ -99,6 +100,8 @@ void VoiceBridge::adoptWorker(Worker *worker)
 {
     worker->moveToThread(&m_workerThread);
     connect(&m_workerThread, &QThread::finished, worker, &QObject::deleteLater);
+    // The last that is heard of the thread.
+    connect(worker, &QObject::destroyed, [thread = &m_workerThread] { HandOver::release(thread); });
     HandOver::connect(worker, &Worker::transcriptionReady, this, &VoiceBridge::onTranscriptionReady);
     HandOver::connect(worker, &Worker::transcriptionFailed, this, &VoiceBridge::onTranscriptionFailed);
 }

@@ -62,26 +62,26 @@ void VoiceBridge::startListening()
 
 bool VoiceBridge::prepareLiveSession()
 {
-    if (!m_streamingWorker->isLoaded()) {
+    NemotronStreamingWorker *const worker = m_streamingWorker;
+    if (!worker->isLoaded()) {
         const QString modelDir = ModelPaths::resolveStreamingModelDir(m_roots);
         if (modelDir.isEmpty()) {
             return false;
         }
-        const bool loaded =
-            HandOver::call(m_streamingWorker, [this, modelDir] { return m_streamingWorker->loadModel(modelDir); });
+        const bool loaded = HandOver::call(worker, [worker, modelDir] { return worker->loadModel(modelDir); });
         if (!loaded) {
             Q_EMIT errorOccurred(QStringLiteral("Failed to load Nemotron streaming model"));
             return false;
         }
-        setModelLoaded(m_streamingWorker->modelName());
+        setModelLoaded(worker->modelName());
         qDebug() << "VoiceBridge: live Nemotron streaming model loaded" << m_modelName;
     } else if (!m_isModelLoaded) {
-        setModelLoaded(m_streamingWorker->modelName());
+        setModelLoaded(worker->modelName());
     }
     m_liveSessionActive = true;
     m_partialTranscript.clear();
     Q_EMIT partialTranscriptChanged();
-    HandOver::call(m_streamingWorker, [this] { m_streamingWorker->startSession(); });
+    HandOver::call(worker, [worker] { worker->startSession(); });
     return true;
 }
 
@@ -97,9 +97,9 @@ void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool live
         });
     };
     if (liveMode) {
-        listener.chunk = [this, link](const QByteArray &pcm16Chunk) {
-            link->pass([this, pcm16Chunk] {
-                HandOver::post(m_streamingWorker, [this, pcm16Chunk] { m_streamingWorker->feedChunk(pcm16Chunk); });
+        listener.chunk = [worker = m_streamingWorker, link](const QByteArray &pcm16Chunk) {
+            link->pass([worker, pcm16Chunk] {
+                HandOver::post(worker, [worker, pcm16Chunk] { worker->feedChunk(pcm16Chunk); });
             });
         };
     }
@@ -124,7 +124,7 @@ void VoiceBridge::cancelListening()
     m_liveSessionActive = false;
     joinCaptureThread();
     m_captureBuffer.clear();
-    HandOver::post(m_streamingWorker, [this] { m_streamingWorker->cancelSession(); });
+    HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
     if (!m_partialTranscript.isEmpty()) {
         m_partialTranscript.clear();
         Q_EMIT partialTranscriptChanged();
@@ -149,7 +149,7 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
     if (!speechSeen || (!liveMode && m_captureBuffer.empty())) {
         setListening(false);
         if (liveMode) {
-            HandOver::post(m_streamingWorker, [this] { m_streamingWorker->cancelSession(); });
+            HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
         }
         m_partialTranscript.clear();
         Q_EMIT partialTranscriptChanged();
@@ -165,7 +165,7 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         m_liveSessionActive = false;
         setTranscribing(true);
         appendVoiceLog(QStringLiteral("TRANSCRIBING (live finalize)"));
-        HandOver::post(m_streamingWorker, [this] { m_streamingWorker->finalizeSession(); });
+        HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->finalizeSession(); });
         return;
     }
     setTranscribing(true);

@@ -1,0 +1,405 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+// What the voice path takes: to be made, to begin and end listening, to listen, and to correct what was heard.
+
+#include "support/Child.h"
+#include "support/Clock.h"
+#include "support/EventLoop.h"
+#include "support/Figures.h"
+#include "support/Statistics.h"
+#include "voice/Endpointer.h"
+#include "voice/SherpaEngine.h"
+#include "voice/SttPostProcessor.h"
+#include "voice/VoiceBridge.h"
+#include "voice/WakeWord.h"
+
+#include <KAboutData>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <ctime>
+#include <vector>
+
+namespace
+{
+
+constexpr int s_runs = 50;
+constexpr int s_constructions = 40;
+constexpr int s_warmUps = 3;
+constexpr int s_listenMs = 10000;
+constexpr int s_correctionRuns = 20;
+
+constexpr double s_stopAtMost = Pcm::ChunkMs;
+constexpr double s_wakeAtMost = 1.2;
+constexpr double s_coreAtMost = 2; // %
+constexpr double s_constructionAtMost = 1.5;
+
+//! The real microphone, in which somebody speaks if that is wanted. Tells when chunks were read.
+class WatchedMicrophone : public Microphone
+{
+public:
+    //! Shared with whoever watches.
+    struct Watch
+    {
+        std::atomic<bool> speaks = false;
+        std::atomic<int> chunks = 0;
+        std::atomic<qint64> firstRead = 0; // by Clock
+    };
+
+    WatchedMicrophone(std::unique_ptr<Microphone> microphone, Watch &watch)
+        : m_microphone(std::move(microphone))
+        , m_watch(watch)
+    {
+        m_watch.chunks = 0;
+    }
+
+    bool read(void *data, std::size_t bytes) override
+    {
+        if (!m_microphone->read(data, bytes)) {
+            return false;
+        }
+        if (m_watch.chunks == 0) {
+            m_watch.firstRead = Clock::now();
+        }
+        if (m_watch.speaks) {
+            std::fill_n(static_cast<qint16 *>(data), bytes / sizeof(qint16), qint16(3000));
+        }
+        ++m_watch.chunks;
+        return true;
+    }
+
+    static OpenMicrophone opener(Watch &watch)
+    {
+        return [&watch](QString *reason) -> std::unique_ptr<Microphone> {
+            std::unique_ptr<Microphone> microphone = openPulseMicrophone(reason);
+            if (!microphone) {
+                notMeasured("no microphone: " + reason->toUtf8());
+            }
+            return std::make_unique<WatchedMicrophone>(std::move(microphone), watch);
+        };
+    }
+
+private:
+    const std::unique_ptr<Microphone> m_microphone;
+    Watch &m_watch;
+};
+
+void touch(const QString &path)
+{
+    QFile file(path);
+    if (!QDir().mkpath(path.section(QLatin1Char('/'), 0, -2)) || !file.open(QIODevice::WriteOnly)
+        || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+        notMeasured("an engine can't be put into the home");
+    }
+}
+
+//! An engine that is there and does nothing: it is never asked.
+void installEngine()
+{
+    const SherpaEngine &engine = SherpaEngine::moonshine();
+    const QString root = QDir::homePath() + QStringLiteral("/experiments/sherpa-onnx-prebuilt-v1.12.28/");
+    const QString model = QDir::homePath()
+        + QStringLiteral("/.local/share/tovi-forkeldaos/models/sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27/");
+    touch(root + engine.program);
+    touch(root + QStringLiteral("lib/library"));
+    for (const SherpaEngine::ModelFile &file : engine.modelFiles) {
+        touch(model + file.name);
+    }
+}
+
+//! A voice path that is ready to listen.
+class Listener
+{
+public:
+    explicit Listener(WatchedMicrophone::Watch &watch)
+        : m_voice(parts(watch), nullptr)
+    {
+        m_voice.setSttBackend(QStringLiteral("moonshine"));
+        if (!m_voice.isModelLoaded()) {
+            notMeasured("the engine's model isn't found");
+        }
+        m_voice.disconnect(SIGNAL(requestTranscription(QByteArray)));
+    }
+
+    VoiceBridge *operator->() { return &m_voice; }
+
+    //! Ends whatever goes on, and what comes of it.
+    void cancel()
+    {
+        m_voice.cancelListening();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    static VoiceParts parts(WatchedMicrophone::Watch &watch)
+    {
+        VoiceParts parts;
+        parts.openMicrophone = WatchedMicrophone::opener(watch);
+        return parts;
+    }
+
+    VoiceBridge m_voice;
+};
+
+//! From stopListening() until the engine is asked.
+void measureStop()
+{
+    WatchedMicrophone::Watch watch;
+    watch.speaks = true;
+    Listener voice(watch);
+    qint64 requested = 0;
+    QObject::connect(voice.operator->(), &VoiceBridge::requestTranscription, voice.operator->(),
+                     [&requested] { requested = Clock::now(); });
+    std::vector<double> times;
+    for (int run = -s_warmUps; run < s_runs; ++run) {
+        requested = 0;
+        voice->startListening();
+        if (!EventLoop::until([&watch] { return watch.chunks >= 3; })) {
+            notMeasured("nothing is heard");
+        }
+        // Users stop at any time within a chunk.
+        EventLoop::run((run + s_warmUps) * 7 % Pcm::ChunkMs);
+        const qint64 stopped = Clock::now();
+        voice->stopListening();
+        if (!EventLoop::until([&requested] { return requested != 0; })) {
+            notMeasured("the end of a capture does not come");
+        }
+        if (run >= 0) {
+            times.push_back(Clock::milliseconds(requested - stopped));
+        }
+        voice.cancel();
+    }
+    Figures::bounded("voice.stop-to-request", Statistics::median(times), "ms", s_stopAtMost);
+    Figures::plain("voice.stop-to-request.99th", Statistics::percentile(times, 0.99), "ms");
+}
+
+//! Opens the same stream and reads one chunk when the signal comes, and does nothing else.
+class BareListener : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BareListener(WatchedMicrophone::Watch &watch)
+        : m_open(WatchedMicrophone::opener(watch))
+    {
+        WakeWord::connectSignal(this);
+    }
+
+    bool isOn = false;
+
+public Q_SLOTS:
+    void onWakeWordActivated(const QString &)
+    {
+        if (isOn) {
+            QString reason;
+            char chunk[Pcm::ChunkBytes];
+            m_open(&reason)->read(chunk, sizeof(chunk));
+        }
+    }
+
+private:
+    const OpenMicrophone m_open;
+};
+
+//! From the signal on the bus until the first chunk was read.
+void measureWakeWord()
+{
+    WatchedMicrophone::Watch watch;
+    QDBusConnection detector = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("detector"));
+    const auto wake = [&] {
+        watch.firstRead = 0;
+        QDBusMessage signal =
+            QDBusMessage::createSignal(QStringLiteral("/org/kde/loomra/WakeWord"),
+                                       QStringLiteral("org.kde.loomra.WakeWord"), QStringLiteral("Activated"));
+        signal << QStringLiteral("hey");
+        const qint64 sent = Clock::now();
+        detector.send(signal);
+        if (!EventLoop::until([&watch] { return watch.firstRead != 0; })) {
+            notMeasured("nothing is heard after the wake word");
+        }
+        return Clock::milliseconds(watch.firstRead - sent);
+    };
+
+    std::vector<double> programTimes;
+    std::vector<double> bareTimes;
+    BareListener bare(watch);
+    for (int run = -s_warmUps; run < s_runs; ++run) {
+        double programTime = 0;
+        {
+            Listener voice(watch);
+            programTime = wake();
+            voice.cancel();
+        }
+        bare.isOn = true;
+        const double bareTime = wake();
+        bare.isOn = false;
+        if (run >= 0) {
+            programTimes.push_back(programTime);
+            bareTimes.push_back(bareTime);
+        }
+    }
+    const double programTime = Statistics::median(programTimes);
+    const double bareTime = Statistics::median(bareTimes);
+    Figures::plain("voice.wake-to-first-chunk", programTime, "ms");
+    Figures::plain("voice.wake-to-first-chunk.bare", bareTime, "ms");
+    Figures::bounded("voice.wake-to-first-chunk.ratio", programTime / bareTime, "x", s_wakeAtMost);
+}
+
+//! Processor time of all threads while a quiet room is listened to.
+void measureListening()
+{
+    const auto work = [] {
+        timespec time {};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+    };
+    WatchedMicrophone::Watch watch;
+    Listener voice(watch);
+    voice->startListening();
+    if (!EventLoop::until([&watch] { return watch.chunks >= 3; })) {
+        notMeasured("nothing is heard");
+    }
+    const double before = work();
+    const qint64 begun = Clock::now();
+    EventLoop::run(s_listenMs);
+    const double spent = work() - before;
+    const auto lasted = static_cast<double>(Clock::now() - begun);
+    if (!voice->isListening()) {
+        notMeasured("the capture ended too early");
+    }
+    Figures::bounded("voice.listening", spent / lasted * 100, "% of a core", s_coreAtMost);
+    voice.cancel();
+}
+
+//! A thousand sentences as people say them to an assistant, some of them misheard. Always the same.
+QStringList sentences()
+{
+    const char *const beginnings[] = {"open the",       "close the",    "switch to",
+                                      "hey tovvi open", "please start", "what is the"};
+    const char *const middles[] = {"console",     "dolphine",     "omni bar",      "browser",        "doc mode",
+                                   "said things", "file manager", "lumra session", "katie settings", "origami window"};
+    const char *const ends[] = {"",
+                                "now.",
+                                "and go to downloads",
+                                "on the second monitor",
+                                "and summarize the last reply in one sentence",
+                                "for fifteen minutes?",
+                                "then re factor this function",
+                                "in san francisco",
+                                "and undo that!"};
+    QStringList all;
+    while (all.size() < 1000) {
+        const int i = all.size();
+        all.append(QStringLiteral("%1 %2 %3")
+                       .arg(QLatin1String(beginnings[i % std::size(beginnings)]),
+                            QLatin1String(middles[i / 2 % std::size(middles)]),
+                            QLatin1String(ends[i / 3 % std::size(ends)])));
+    }
+    return all;
+}
+
+void measureCorrections()
+{
+    SttPostProcessor processor;
+    processor.loadInstalledRules();
+    if (!processor.isLoaded()) {
+        notMeasured("there are no rules");
+    }
+    const QStringList all = sentences();
+    std::vector<double> perSecond;
+    int changed = 0;
+    for (int run = -s_warmUps; run < s_correctionRuns; ++run) {
+        changed = 0;
+        const qint64 begun = Clock::now();
+        for (const QString &sentence : all) {
+            changed += processor.correctFinal(sentence) != sentence ? 1 : 0;
+        }
+        if (run >= 0) {
+            perSecond.push_back(all.size() / static_cast<double>(Clock::now() - begun) * 1e9);
+        }
+    }
+    Figures::plain("voice.corrections", Statistics::median(perSecond), "per second");
+    Figures::plain("voice.corrections.changed", changed, "of 1000");
+}
+
+// Construction is measured in processes of their own, as the connection to the bus is made once in each.
+
+void construct()
+{
+    const qint64 begun = Clock::now();
+    const VoiceBridge voice;
+    std::printf("time %lld\n", static_cast<long long>(Clock::now() - begun));
+}
+
+//! What can't be done without.
+void constructBare()
+{
+    const qint64 begun = Clock::now();
+    QThread thread;
+    thread.start();
+    WatchedMicrophone::Watch watch;
+    const BareListener listener(watch);
+    SttPostProcessor processor;
+    processor.loadInstalledRules();
+    std::printf("time %lld\n", static_cast<long long>(Clock::now() - begun));
+    thread.quit();
+    thread.wait();
+}
+
+void measureConstruction()
+{
+    const auto timeOf = [](const char *task) {
+        const Child::Result result = Child::run({Child::beside("bench_voice"), task});
+        return Clock::milliseconds(Child::valuesOf(result).value("time").value(0).toLongLong());
+    };
+    std::vector<double> programTimes;
+    std::vector<double> bareTimes;
+    for (int run = -s_warmUps; run < s_constructions; ++run) {
+        const double programTime = timeOf("construct");
+        const double bareTime = timeOf("construct-bare");
+        if (run >= 0) {
+            programTimes.push_back(programTime);
+            bareTimes.push_back(bareTime);
+        }
+    }
+    const double programTime = Statistics::median(programTimes);
+    const double bareTime = Statistics::median(bareTimes);
+    Figures::plain("voice.construction", programTime, "ms");
+    Figures::plain("voice.construction.bare", bareTime, "ms");
+    Figures::bounded("voice.construction.ratio", programTime / bareTime, "x", s_constructionAtMost);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    KAboutData::setApplicationData(KAboutData(QStringLiteral("loomra-kde")));
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    const QByteArray task(argc > 1 ? argv[1] : "");
+    if (task == "construct") {
+        construct();
+        return 0;
+    }
+    if (task == "construct-bare") {
+        constructBare();
+        return 0;
+    }
+    measureConstruction();
+    measureCorrections();
+    installEngine();
+    measureStop();
+    measureWakeWord();
+    measureListening();
+}
+
+#include "voice.moc"
