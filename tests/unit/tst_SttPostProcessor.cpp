@@ -41,11 +41,12 @@ private Q_SLOTS:
 void tst_SttPostProcessor::correctsFinals_data()
 {
     textColumns();
-    const QByteArray json = SttRules::json({SttRules::name("Dolphin", {"dolphin"})},
-                                           {alias("^i did that[.!]?$", "undo that"), alias("did", "second"),
-                                            alias("^same$", "same"), alias("^same$", "never"),
-                                            alias("^find dolphin$", "find dolphin dot mode"), alias("^a.c$", "dotted")},
-                                           {word("dot mode", "dark mode"), word("dolfin", "dolphin")});
+    const QByteArray json =
+        SttRules::json({SttRules::name("Dolphin", {"dolphin"})},
+                       {alias("^i did that[.!]?$", "undo that"), alias("did", "second"), alias("^same$", "same"),
+                        alias("^same$", "never"), alias("^find dolphin$", "find dolphin dot mode"),
+                        alias("^a.c$", "dotted"), alias("^dot mode$", "dot mode"), alias("(?-i)^low$", "lower")},
+                       {word("dot mode", "dark mode"), word("dolfin", "dolphin")});
     const auto row = [&](const char *name, const char *text, const char *result) {
         QTest::newRow(name) << json << QString::fromUtf8(text) << QString::fromUtf8(result);
     };
@@ -69,6 +70,8 @@ void tst_SttPostProcessor::correctsFinals_data()
     row("an alias ends the work", "find dolphin", "find dolphin dot mode");
     row("an alias that changes nothing hides the later ones", "same", "same");
     row("its case counts", "Same", "same");
+    row("and leaves the rest to the others", "dot mode.", "dark mode");
+    row("aliases see lower case", "LOW", "lower");
     row("a dot of a pattern", "abc", "dotted");
     row("words, then names", "the dolfin in dot mode.", "the Dolphin in dark mode");
 }

@@ -82,7 +82,7 @@ void tst_SttProductNames::replacesNames_data()
         SttRules::json({SttRules::name("KDE", {"kd", "KATY"}), SttRules::name("Plasma", {"plasma", "plaza"}),
                         SttRules::name("Kirigami", {"kirigami"}), SttRules::name("Loudspeaker", {"loudspeakers"}),
                         SttRules::name("%1", {"percent"}), SttRules::name("Chained", {"kde"}),
-                        SttRules::name("Zoë", {"zoë", "zöëy"})});
+                        SttRules::name("Short", {"x", "www"}), SttRules::name("Zoë", {"zoë", "zöëy"})});
     const auto row = [&](const char *name, const char *text, const char *result) {
         QTest::newRow(name) << json << QString::fromUtf8(text) << QString::fromUtf8(result);
     };
@@ -105,6 +105,8 @@ void tst_SttProductNames::replacesNames_data()
     row("three letters aren't fuzzy", "kdx", "kdx");
     row("three letters next to a longer variant", "kat", "kat");
     row("four letters next to a shorter variant", "kdxy", "kdxy");
+    row("four letters next to a variant of three", "wwww", "wwww");
+    row("one character isn't even exact", "x.", "x.");
     row("four letters are fuzzy", "katz", "Chained");
     row("one more", "plazas", "Plasma");
     row("one less", "plaz", "Plasma");
