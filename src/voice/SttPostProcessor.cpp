@@ -9,11 +9,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <functional>
 #include <numeric>
-#include <vector>
 
 namespace
 {
@@ -21,10 +21,22 @@ namespace
 //! Below that many characters too many words are near each other.
 constexpr int s_fuzzyLength = 4;
 
-//! Lower case in which every character keeps its place. The dotted capital I is the one that would grow.
+//! Lower case in which every character keeps its place. QString::toLower() lets the dotted capital I grow to two
+//! characters, and takes half a surrogate pair for a whole one.
 QString lowered(const QString &text)
 {
-    return QString(text).replace(QChar(0x130), QLatin1Char('i')).toLower();
+    QString result = text;
+    QChar *const end = result.end();
+    for (QChar *c = result.begin(); c < end; ++c) {
+        if (c->isHighSurrogate() && c + 1 < end && c[1].isLowSurrogate()) {
+            const uint low = QChar::toLower(QChar::surrogateToUcs4(c[0], c[1]));
+            *c = QChar(QChar::highSurrogate(low));
+            *++c = QChar(QChar::lowSurrogate(low));
+        } else {
+            *c = *c == QChar(0x130) ? QChar(u'i') : c->toLower();
+        }
+    }
+    return result;
 }
 
 bool isLetterOrDigit(QChar c)
@@ -67,19 +79,18 @@ QString replaced(const QString &text, const QString &what, const QString &by,
 //! How many letters have to be put in, taken out or changed to make one word of the other.
 int levenshtein(const QString &a, const QString &b)
 {
-    std::vector<int> before(static_cast<size_t>(b.size()) + 1);
-    std::vector<int> now(before.size());
+    QVarLengthArray<int, 32> before(b.size() + 1);
+    QVarLengthArray<int, 32> now(b.size() + 1);
     std::iota(before.begin(), before.end(), 0);
     for (int i = 0; i < a.size(); ++i) {
         now[0] = i + 1;
         for (int j = 0; j < b.size(); ++j) {
-            const auto column = static_cast<size_t>(j);
-            const int change = before[column] + (a.at(i).toLower() == b.at(j).toLower() ? 0 : 1);
-            now[column + 1] = std::min({change, before[column + 1] + 1, now[column] + 1});
+            const int change = before[j] + (a.at(i).toLower() == b.at(j).toLower() ? 0 : 1);
+            now[j + 1] = std::min({change, before[j + 1] + 1, now[j] + 1});
         }
-        before.swap(now);
+        std::swap(before, now);
     }
-    return before.back();
+    return before.last();
 }
 
 bool isNear(const QString &word, const QString &variant)

@@ -124,14 +124,10 @@ private Q_SLOTS:
 void tst_SttCorrections::holdsTheProductNames()
 {
     const QStringList rows = rowsOf(QStringLiteral("product_names"), {"canonical", "variants"});
-    const QStringList expected = texts({
-        "OmniBar | omni bar, omnibar, on the bar, omni part, arm the bar",
-        "KDE | kde, kd, k d e, katie, katy",
-        "Plasma | plasma, plaza, plazma",
-        "Dolphin | dolphin, dolphine, dolphen",
-        "Konsole | console, konsole, kon soul, consul",
-        "Kirigami | kirigami, origami, kiri gami, carry gummy",
-    });
+    const QStringList expected =
+        texts({"OmniBar | omni bar, omnibar, on the bar, omni part, arm the bar", "KDE | kde, kd, k d e, katie, katy",
+               "Plasma | plasma, plaza, plazma", "Dolphin | dolphin, dolphine, dolphen",
+               "Konsole | console, konsole, kon soul, consul", "Kirigami | kirigami, origami, kiri gami, carry gummy"});
     QCOMPARE(rows.mid(s_ownRows), expected);
     QVERIFY(rows.at(0).startsWith(QLatin1String("Tovi | ")));
     QVERIFY(rows.at(1).startsWith(QLatin1String("Loomra | ")));
@@ -146,35 +142,20 @@ void tst_SttCorrections::holdsTheProductNames()
 
 void tst_SttCorrections::holdsTheCommandAliases()
 {
-    const QStringList expected = texts({
-        "^i did that[.!]?$ | undo that",
-        "^i'm duped[.!]?$ | undo that",
-        "^and do that[.!]?$ | undo that",
-        "^under[.!]?$ | undo that",
-        "^i will do that[.!]?$ | undo that",
-        "^cancel now[.!]?$ | cancel that",
-        "^we're back[.!]?$ | go back",
-        "^we are back[.!]?$ | go back",
-        "^trucking[.!]?$ | try again",
-        "^consultant[.!]?$ | cancel that",
-    });
+    const QStringList expected =
+        texts({"^i did that[.!]?$ | undo that", "^i'm duped[.!]?$ | undo that", "^and do that[.!]?$ | undo that",
+               "^under[.!]?$ | undo that", "^i will do that[.!]?$ | undo that", "^cancel now[.!]?$ | cancel that",
+               "^we're back[.!]?$ | go back", "^we are back[.!]?$ | go back", "^trucking[.!]?$ | try again",
+               "^consultant[.!]?$ | cancel that"});
     QCOMPARE(rowsOf(QStringLiteral("command_aliases"), {"pattern", "replacement"}), expected);
 }
 
 void tst_SttCorrections::holdsTheWordReplacements()
 {
-    const QStringList expected = texts({
-        "dot mode | dark mode",
-        "dude mode | dark mode",
-        "dark moot | dark mode",
-        "doc mode | dark mode",
-        "sadbing | settings",
-        "sapping | settings",
-        "said things | settings",
-        "refractor | refactor",
-        "three-factor | refactor",
-        "re factor | refactor",
-    });
+    const QStringList expected =
+        texts({"dot mode | dark mode", "dude mode | dark mode", "dark moot | dark mode", "doc mode | dark mode",
+               "sadbing | settings", "sapping | settings", "said things | settings", "refractor | refactor",
+               "three-factor | refactor", "re factor | refactor"});
     QCOMPARE(rowsOf(QStringLiteral("word_replacements"), {"from", "to"}), expected);
 }
 
@@ -285,25 +266,11 @@ void tst_SttCorrections::ownVariantsSpareEverydayWords()
 void tst_SttCorrections::whatEverydayWordsBecome()
 {
     // The price of the rows that are fixed.
-    const QStringList expected = texts({
-        "console > Konsole",
-        "consoles > Konsole",
-        "consul > Konsole",
-        "consult > Konsole",
-        "consultant > cancel that",
-        "dolphin > Dolphin",
-        "dolphins > Dolphin",
-        "kate > KDE",
-        "katie > KDE",
-        "katy > KDE",
-        "origami > Kirigami",
-        "plasma > Plasma",
-        "plaza > Plasma",
-        "refractor > refactor",
-        "sapping > settings",
-        "trucking > try again",
-        "under > undo that",
-    });
+    const QStringList expected =
+        texts({"console > Konsole", "consoles > Konsole", "consul > Konsole", "consult > Konsole",
+               "consultant > cancel that", "dolphin > Dolphin", "dolphins > Dolphin", "kate > KDE", "katie > KDE",
+               "katy > KDE", "origami > Kirigami", "plasma > Plasma", "plaza > Plasma", "refractor > refactor",
+               "sapping > settings", "trucking > try again", "under > undo that"});
     const SttPostProcessor processor = installed();
     QStringList changed;
     const QStringList words = everydayWords();
