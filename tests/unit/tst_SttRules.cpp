@@ -3,7 +3,10 @@
 
 #include "SttRules.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -41,6 +44,7 @@ private Q_SLOTS:
     void fallbackServes();
     void missesBothFiles();
     void cannotOpenFallback();
+    void fallbackLiesBesideTheProgram();
 };
 
 void tst_SttRules::takesRows_data()
@@ -184,5 +188,19 @@ void tst_SttRules::cannotOpenFallback()
     QVERIFY(!processor.isLoaded());
 }
 
-QTEST_APPLESS_MAIN(tst_SttRules)
+void tst_SttRules::fallbackLiesBesideTheProgram()
+{
+    // This program has no resources, and is built to a place of the same form as an uninstalled tovictl.
+    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/../src/voice/stt-corrections.json");
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()) && write(path, s_dolphin));
+    const auto cleanUp = qScopeGuard([&path] { QFile::remove(path); });
+    const MessageLog log;
+    SttPostProcessor processor;
+    processor.loadInstalledRules();
+    QVERIFY(processor.isLoaded());
+    QCOMPARE(processor.correctFinal(QStringLiteral("plaza")), QStringLiteral("Dolphin"));
+}
+
+QTEST_GUILESS_MAIN(tst_SttRules)
 #include "tst_SttRules.moc"
