@@ -124,7 +124,7 @@ public:
         : m_voice(parts(watch), nullptr)
     {
         m_voice.setSttBackend(QStringLiteral("moonshine"));
-        if (!m_voice.isModelLoaded()) {
+        if (!m_voice.loadModel()) {
             notMeasured("the engine's model isn't found");
         }
         m_voice.disconnect(SIGNAL(requestTranscription(QByteArray)));
