@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr int s_patience = 30000; // ms
+constexpr int s_patience = 20000; // ms
 
 } // namespace
 
