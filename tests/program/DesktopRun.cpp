@@ -19,6 +19,12 @@ constexpr int s_looks = 5;
 constexpr const char *s_expectedLines[] = {
     R"(^\[AgentBridge\] )",
     R"(^LoomraSDK::\w+\(\) called, )",
+    R"(^\[VoiceBridge\] init  )",
+    R"(^VoiceBridge: (TTS (un)?available|whisper-small:|(moonshine|nemotron|live STT) available:|listening for wake word) )",
+    R"(^SttPostProcessor: loaded )",
+    // An utterance.
+    R"(^(VoiceBridge: loading moonshine model|MoonshineWorker: loaded|VoiceBridge: transcribed in) )",
+    R"(^VoiceBridge: wake word activated: )",
     R"(^Connect-only mode: connecting to existing bridge on port 8765$)",
     R"(^Checking for stale processes on port 8765$)",
     R"(^No stale processes found on port$)",

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PulseDaemon.h"
+#include "Sentence.h"
 #include "SherpaStandIn.h"
 #include "VoiceRig.h"
 #include "support/MessageLog.h"
@@ -11,86 +12,15 @@
 
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 namespace
 {
 
-constexpr int s_wavHeader = 44; // bytes
 constexpr int s_silenceChunks = 14; // of 700 ms
-
-bool run(const QString &program, const QStringList &arguments)
-{
-    return QProcess::execute(program, arguments) == 0;
-}
-
-//! A sentence as somebody would say it into the microphone.
-class Sentence
-{
-public:
-    explicit Sentence(const QString &words)
-        : m_file(m_directory.filePath(QStringLiteral("sentence.wav")))
-    {
-        const QString spoken = m_directory.filePath(QStringLiteral("spoken.wav"));
-        // In the microphone's own format, so that nothing is resampled on the way.
-        m_isMade = run(QStringLiteral("espeak-ng"), {QStringLiteral("-w"), spoken, words})
-            && run(QStringLiteral("sox"),
-                   {QStringLiteral("-D"), spoken, QStringLiteral("-r"), QStringLiteral("16000"), QStringLiteral("-c"),
-                    QStringLiteral("1"), QStringLiteral("-b"), QStringLiteral("16"), m_file});
-    }
-
-    ~Sentence()
-    {
-        if (m_player.state() != QProcess::NotRunning) {
-            m_player.kill();
-            m_player.waitForFinished();
-        }
-    }
-    Q_DISABLE_COPY_MOVE(Sentence)
-
-    bool isMade() const { return m_isMade; }
-
-    void speak()
-    {
-        m_player.start(QStringLiteral("paplay"), {QStringLiteral("--device=mic"), m_file});
-        QVERIFY(m_player.waitForStarted());
-    }
-
-    //! As long as it lasts.
-    void speakToTheEnd()
-    {
-        speak();
-        QTRY_COMPARE(m_player.state(), QProcess::NotRunning);
-    }
-
-    std::vector<qint16> samples() const
-    {
-        QFile file(m_file);
-        if (!file.open(QIODevice::ReadOnly)) {
-            return {};
-        }
-        return samplesIn(file.readAll());
-    }
-
-    static std::vector<qint16> samplesIn(const QByteArray &wav)
-    {
-        const QByteArray data = wav.mid(s_wavHeader);
-        std::vector<qint16> samples(std::size_t(data.size()) / sizeof(qint16));
-        std::memcpy(samples.data(), data.constData(), samples.size() * sizeof(qint16));
-        return samples;
-    }
-
-private:
-    const QTemporaryDir m_directory;
-    const QString m_file;
-    bool m_isMade = false;
-    QProcess m_player;
-};
 
 //! Where in what was said the heard part begins, or -1 where they differ anywhere. What is heard may go on in silence.
 int beginningOf(const std::vector<qint16> &heard, const std::vector<qint16> &said)

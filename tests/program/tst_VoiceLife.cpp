@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "DesktopRun.h"
+
+#include "voice/Sentence.h"
+#include "voice/SherpaStandIn.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+namespace
+{
+
+//! For a busy machine, in ms.
+constexpr int s_patience = 30000;
+
+const QByteArray s_transcribed = QByteArrayLiteral("VoiceBridge: transcribed in ");
+
+//! The stored choices of a user who has the engine.
+void chooseEngine()
+{
+    const QString directory = QDir::homePath() + QStringLiteral("/.config/kde.org");
+    QVERIFY(QDir().mkpath(directory));
+    QFile settings(directory + QStringLiteral("/loomra-kde.conf"));
+    QVERIFY(settings.open(QIODevice::WriteOnly));
+    settings.write("[voice]\nsttBackend=moonshine\nsilenceTimeoutMs=500\n");
+}
+
+//! What the detector of the wake word does.
+bool wake()
+{
+    QDBusMessage signal =
+        QDBusMessage::createSignal(QStringLiteral("/org/kde/loomra/WakeWord"),
+                                   QStringLiteral("org.kde.loomra.WakeWord"), QStringLiteral("Activated"));
+    signal << QStringLiteral("hey");
+    return QDBusConnection::sessionBus().send(signal);
+}
+
+//! Programs that read the microphone now.
+int readers()
+{
+    QList<QByteArray> lines =
+        Program::run({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("source-outputs")},
+                     QProcessEnvironment::systemEnvironment(), QStringLiteral("pactl"))
+            .output.split('\n');
+    lines.removeAll({});
+    return lines.size();
+}
+
+} // namespace
+
+//! The built program with a microphone, a wake word and a stand-in for an engine.
+class tst_VoiceLife : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void hearsASentenceAfterTheWakeWord();
+    void microphoneIsFreeWhenIdle();
+    void endsWhileListening_data();
+    void endsWhileListening();
+    void endsWhileTranscribing();
+    void ownsNoMicrophoneWithoutADaemon();
+};
+
+void tst_VoiceLife::init()
+{
+    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
+    chooseEngine();
+}
+
+void tst_VoiceLife::hearsASentenceAfterTheWakeWord()
+{
+    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    moonshine.says(QStringLiteral("Open the dolphine."));
+    Sentence sentence(QStringLiteral("Open the dolphin"));
+    QVERIFY(sentence.isMade());
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(wake());
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    sentence.speak();
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(s_transcribed), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("ms: \"Open the Dolphin\"\n"), s_patience);
+    QCOMPARE(moonshine.runs(), 1);
+    QCOMPARE(readers(), 0);
+    QVERIFY(run.errors().contains("SttPostProcessor: \"Open the dolphine.\" -> \"Open the Dolphin\"\n"));
+    QVERIFY2(run.closeWindow(), run.errors().constData());
+}
+
+void tst_VoiceLife::microphoneIsFreeWhenIdle()
+{
+    const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("VoiceBridge: listening for wake word D-Bus signal\n"), s_patience);
+    QCOMPARE(readers(), 0);
+    QVERIFY(!run.errors().contains("MoonshineWorker: loaded")); // the model neither
+    QVERIFY2(run.closeWindow(), run.errors().constData());
+    QCOMPARE(run.unexpectedWords(), QString());
+}
+
+void tst_VoiceLife::endsWhileListening_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("closed by the user") << 0;
+    QTest::newRow("end of the session") << SIGTERM;
+}
+
+void tst_VoiceLife::endsWhileListening()
+{
+    QFETCH(int, signal);
+    const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(wake());
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    if (signal == 0) {
+        QVERIFY2(run.closeWindow(), run.errors().constData());
+    } else {
+        run.send(signal);
+        QVERIFY(run.waitForEnd());
+    }
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+    QCOMPARE(run.unexpectedWords(), QString());
+    QTRY_COMPARE(readers(), 0);
+    QCOMPARE(moonshine.runs(), 0);
+}
+
+void tst_VoiceLife::endsWhileTranscribing()
+{
+    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    moonshine.says(QStringLiteral("too late"));
+    moonshine.hold();
+    Sentence sentence(QStringLiteral("Open the dolphin"));
+    QVERIFY(sentence.isMade());
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(wake());
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    sentence.speak();
+    QTRY_COMPARE_WITH_TIMEOUT(moonshine.runs(), 1, s_patience);
+    run.send(SIGTERM);
+    moonshine.release(); // it waits for its engine
+    QVERIFY(run.waitForEnd());
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+}
+
+void tst_VoiceLife::ownsNoMicrophoneWithoutADaemon()
+{
+    const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent/native"));
+    DesktopRun run({}, environment);
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(wake());
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Cannot open microphone: Connection refused"), s_patience);
+    QVERIFY2(run.closeWindow(), run.errors().constData());
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceLife)
+
+#include "tst_VoiceLife.moc"
