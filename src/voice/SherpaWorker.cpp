@@ -30,7 +30,8 @@ constexpr int s_startPatience = 5000; // ms
 constexpr int s_endPatience = 500;
 constexpr int s_shownOutput = 300; // characters of a failed program's output
 
-//! The surroundings of this process, with the libraries in front.
+//! The surroundings of this process, with the libraries in front. Main thread: opening the microphone changes a
+//! variable of this process for a moment, and the list of them knows no lock.
 QProcessEnvironment surroundings(const QString &libDir)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -96,6 +97,7 @@ bool SherpaWorker::load(const QString &modelDir)
         }
         model.arguments.append(file.option + path);
     }
+    model.environment = surroundings(model.sherpaLibDir);
     model.name = dir.dirName();
     setModel(model);
     qDebug() << m_engine.loaded << model.name << "sherpa:" << model.sherpaBinary;
@@ -135,7 +137,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     QProcess sherpa;
     sherpa.setProgram(model.sherpaBinary);
     sherpa.setArguments(model.arguments + QStringList {wavFile.fileName()});
-    sherpa.setProcessEnvironment(surroundings(model.sherpaLibDir));
+    sherpa.setProcessEnvironment(model.environment);
     const auto start = std::chrono::steady_clock::now();
     sherpa.start(QIODevice::ReadWrite);
     if (!sherpa.waitForStarted(s_startPatience)) {

@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QObject>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -68,6 +69,7 @@ private:
         QString sherpaLibDir;
         //! The program's arguments but the last one.
         QStringList arguments;
+        QProcessEnvironment environment;
 
         bool isLoaded() const { return !sherpaBinary.isEmpty(); }
     };

@@ -83,9 +83,9 @@ void tst_SherpaWorker::putsTheLibrariesFirst()
     QFETCH(const TestedSherpa *, tested);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, behind);
+    const ChangedVariable libraries("LD_LIBRARY_PATH", before);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
-    const ChangedVariable libraries("LD_LIBRARY_PATH", before);
     QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
     QCOMPARE(m_standIn->libraryPath(), QByteArray(QFile::encodeName(m_standIn->libDir()) + behind));
     QCOMPARE(qgetenv("LD_LIBRARY_PATH"), before);

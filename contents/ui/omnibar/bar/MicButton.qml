@@ -27,8 +27,11 @@ RoundButton {
     hoverFill: active ? fill : Qt.rgba(1, 1, 1, 0.15)
     hoverDuration: 150
     borderColor: active ? Qt.rgba(1, 0.3, 0.3, 0.6) : "transparent"
+    spaceHolds: true
     iconName: transcribing ? "view-refresh" : "audio-input-microphone"
     onClicked: {
+        if (heldBySpace)
+            return;
         if (listening) {
             Native.call(voice, "stopListening");
         } else if (transcribing) {

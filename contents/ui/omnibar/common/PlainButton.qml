@@ -7,6 +7,11 @@ import QtQuick.Templates 2.15 as T
 //! What all buttons share: Return clicks like Space, a key that is held clicks once, and only Tab takes the focus, so
 //! that a click leaves the cursor in the prompt. "text" is the accessible name.
 T.AbstractButton {
+    //! A held Space is a held pointer: it leads to pressAndHold, and its end is no click. For buttons that have a meaning
+    //! for that, which is in heldBySpace for onClicked to ask.
+    property bool spaceHolds: false
+    property bool heldBySpace: false
+
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
@@ -16,9 +21,16 @@ T.AbstractButton {
     Keys.onPressed: keepRepeatOfSpace(event)
     Keys.onReleased: keepRepeatOfSpace(event)
 
+    onPressed: heldBySpace = false
+
     //! From the base, to which each repetition is a click.
     function keepRepeatOfSpace(event) {
-        if (event.isAutoRepeat && event.key === Qt.Key_Space)
-            event.accepted = true;
+        if (!event.isAutoRepeat || event.key !== Qt.Key_Space)
+            return;
+        event.accepted = true;
+        if (spaceHolds && !heldBySpace) {
+            heldBySpace = true;
+            pressAndHold();
+        }
     }
 }
