@@ -27,6 +27,7 @@
 #include <atomic>
 #include <cstdio>
 #include <ctime>
+#include <functional>
 #include <vector>
 
 namespace
@@ -182,6 +183,27 @@ void measureStop()
     Figures::plain("voice.stop-to-request.99th", Statistics::percentile(times, 0.99), "ms");
 }
 
+//! Medians of what the program and something bare take, in ms and in turn, and the one divided by the other.
+void measureInTurn(const QByteArray &name, int runs, double atMost, const std::function<double()> &program,
+                   const std::function<double()> &bare)
+{
+    std::vector<double> programTimes;
+    std::vector<double> bareTimes;
+    for (int run = -s_warmUps; run < runs; ++run) {
+        const double programTime = program();
+        const double bareTime = bare();
+        if (run >= 0) {
+            programTimes.push_back(programTime);
+            bareTimes.push_back(bareTime);
+        }
+    }
+    const double programTime = Statistics::median(programTimes);
+    const double bareTime = Statistics::median(bareTimes);
+    Figures::plain(name, programTime, "ms");
+    Figures::plain(name + ".bare", bareTime, "ms");
+    Figures::bounded(name + ".ratio", programTime / bareTime, "x", atMost);
+}
+
 //! Opens the same stream and reads one chunk when the signal comes, and does nothing else.
 class BareListener : public QObject
 {
@@ -229,29 +251,21 @@ void measureWakeWord()
         return Clock::milliseconds(watch.firstRead - sent);
     };
 
-    std::vector<double> programTimes;
-    std::vector<double> bareTimes;
     BareListener bare(watch);
-    for (int run = -s_warmUps; run < s_runs; ++run) {
-        double programTime = 0;
-        {
+    measureInTurn(
+        "voice.wake-to-first-chunk", s_runs, s_wakeAtMost,
+        [&] {
             Listener voice(watch);
-            programTime = wake();
+            const double time = wake();
             voice.cancel();
-        }
-        bare.isOn = true;
-        const double bareTime = wake();
-        bare.isOn = false;
-        if (run >= 0) {
-            programTimes.push_back(programTime);
-            bareTimes.push_back(bareTime);
-        }
-    }
-    const double programTime = Statistics::median(programTimes);
-    const double bareTime = Statistics::median(bareTimes);
-    Figures::plain("voice.wake-to-first-chunk", programTime, "ms");
-    Figures::plain("voice.wake-to-first-chunk.bare", bareTime, "ms");
-    Figures::bounded("voice.wake-to-first-chunk.ratio", programTime / bareTime, "x", s_wakeAtMost);
+            return time;
+        },
+        [&] {
+            bare.isOn = true;
+            const double time = wake();
+            bare.isOn = false;
+            return time;
+        });
 }
 
 //! Processor time of all threads while a quiet room is listened to.
@@ -361,21 +375,9 @@ void measureConstruction()
         const Child::Result result = Child::run({Child::beside("bench_voice"), task});
         return Clock::milliseconds(Child::valuesOf(result).value("time").value(0).toLongLong());
     };
-    std::vector<double> programTimes;
-    std::vector<double> bareTimes;
-    for (int run = -s_warmUps; run < s_constructions; ++run) {
-        const double programTime = timeOf("construct");
-        const double bareTime = timeOf("construct-bare");
-        if (run >= 0) {
-            programTimes.push_back(programTime);
-            bareTimes.push_back(bareTime);
-        }
-    }
-    const double programTime = Statistics::median(programTimes);
-    const double bareTime = Statistics::median(bareTimes);
-    Figures::plain("voice.construction", programTime, "ms");
-    Figures::plain("voice.construction.bare", bareTime, "ms");
-    Figures::bounded("voice.construction.ratio", programTime / bareTime, "x", s_constructionAtMost);
+    measureInTurn(
+        "voice.construction", s_constructions, s_constructionAtMost, [&] { return timeOf("construct"); },
+        [&] { return timeOf("construct-bare"); });
 }
 
 } // namespace

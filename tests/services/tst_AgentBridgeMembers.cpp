@@ -3,16 +3,18 @@
 
 #include "AgentBridgeParts.h"
 #include "services/AgentBridge.h"
+#include "support/Members.h"
 #include "support/MessageLog.h"
 #include "support/SignalLog.h"
 #include "support/TestSetup.h"
 
 #include <QFile>
-#include <QMetaProperty>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
 #include <QWebSocket>
+
+using Members::Kind;
 
 namespace
 {
@@ -89,15 +91,7 @@ void tst_AgentBridgeMembers::offersItsMembersToQml()
 {
     const QMetaObject &type = AgentBridge::staticMetaObject;
 
-    QStringList properties;
-    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
-        const QMetaProperty property = type.property(i);
-        properties.append(QStringLiteral("%1 %2 %3%4")
-                              .arg(QString::fromLatin1(property.typeName()), QString::fromLatin1(property.name()),
-                                   QString::fromLatin1(property.notifySignal().methodSignature()),
-                                   property.isWritable() ? QStringLiteral(" writable") : QString()));
-    }
-    QCOMPARE(properties,
+    QCOMPARE(Members::properties(type),
              (QStringList {
                  QStringLiteral("bool isThinking thinkingChanged(bool)"),
                  QStringLiteral("QString status statusChanged(QString)"),
@@ -112,20 +106,7 @@ void tst_AgentBridgeMembers::offersItsMembersToQml()
                  QStringLiteral("QString inputMode inputModeChanged(QString) writable"),
              }));
 
-    QStringList signalNames;
-    QStringList operations;
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        const QMetaMethod method = type.method(i);
-        const QString text = QString::fromLatin1(method.methodSignature()) + QLatin1Char(' ')
-            + QString::fromLatin1(method.parameterNames().join(','));
-        if (method.methodType() == QMetaMethod::Signal) {
-            signalNames.append(text);
-        } else if (method.access() == QMetaMethod::Public) {
-            operations.append(QString::fromLatin1(method.typeName()) + QLatin1Char(' ') + text);
-        }
-    }
-    // In the order of their declaration; QML knows the arguments by these names.
-    QCOMPARE(signalNames,
+    QCOMPARE(Members::methods(type, Kind::Signal),
              (QStringList {
                  QStringLiteral("agentReplied(QString) response"),
                  QStringLiteral("structuredReplyReceived(QString) uiJson"),
@@ -142,22 +123,24 @@ void tst_AgentBridgeMembers::offersItsMembersToQml()
                  QStringLiteral("currentModelChanged(QString) model"),
                  QStringLiteral("activePhaseChanged(QString) phase"),
                  QStringLiteral("routedAgentChanged(QString) agent"),
-                 QStringLiteral("planStepChanged() "),
+                 QStringLiteral("planStepChanged()"),
                  QStringLiteral("inputModeChanged(QString) mode"),
              }));
+    QStringList operations = Members::methods(type, Kind::Operation);
     operations.sort();
-    QCOMPARE(operations,
-             (QStringList {
-                 QStringLiteral("bool isServiceAvailable() "),
-                 QStringLiteral("void cancelRequest() "),
-                 QStringLiteral("void copyToClipboard(QString) text"),
-                 QStringLiteral("void handleUiAction(QString,int,QString) actionType,messageIndex,data"),
-                 QStringLiteral("void rephraseText(QString) text"),
-                 QStringLiteral("void sendIntent(QString) text"),
-                 QStringLiteral("void sendMessageFeedback(QString,int,QString) vote,messageIndex,messageText"),
-                 QStringLiteral(
-                     "void sendMessageFeedback(QString,int,QString,QString) vote,messageIndex,messageText,userQuery"),
-             }));
+    QCOMPARE(
+        operations,
+        (QStringList {
+            QStringLiteral("cancelRequest()"),
+            QStringLiteral("copyToClipboard(QString) text"),
+            QStringLiteral("handleUiAction(QString,int,QString) actionType,messageIndex,data"),
+            QStringLiteral("isServiceAvailable()"),
+            QStringLiteral("rephraseText(QString) text"),
+            QStringLiteral("sendIntent(QString) text"),
+            QStringLiteral("sendMessageFeedback(QString,int,QString) vote,messageIndex,messageText"),
+            QStringLiteral("sendMessageFeedback(QString,int,QString,QString) vote,messageIndex,messageText,userQuery"),
+        }));
+    QCOMPARE(Members::answers(type), QStringList {QStringLiteral("bool isServiceAvailable()")});
 }
 
 void tst_AgentBridgeMembers::takesStoredChoices_data()

@@ -3,13 +3,15 @@
 
 #include "services/ConfigManager.h"
 #include "services/LoomraSDK.h"
+#include "support/Members.h"
 #include "support/MessageLog.h"
 #include "support/TestSetup.h"
 
-#include <QMetaProperty>
 #include <QTest>
 
 #include <initializer_list>
+
+using Members::Kind;
 
 namespace
 {
@@ -24,21 +26,10 @@ QStringList sorted(std::initializer_list<const char *> lines)
     return list;
 }
 
-//! "name(Type,Type) argument,argument" of the class's own methods for which the condition holds.
-template<typename Condition>
-QStringList methodsWhere(Condition condition)
+QStringList sorted(QStringList list)
 {
-    const QMetaObject &type = LoomraSDK::staticMetaObject;
-    QStringList methods;
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        const QMetaMethod method = type.method(i);
-        if (condition(method)) {
-            methods.append(
-                QString::fromLatin1(method.methodSignature() + ' ' + method.parameterNames().join(',')).trimmed());
-        }
-    }
-    methods.sort();
-    return methods;
+    list.sort();
+    return list;
 }
 
 } // namespace
@@ -67,18 +58,7 @@ void tst_LoomraSDKMembers::initTestCase()
 
 void tst_LoomraSDKMembers::properties()
 {
-    const QMetaObject &type = LoomraSDK::staticMetaObject;
-    QStringList properties;
-    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
-        const QMetaProperty property = type.property(i);
-        QVERIFY(property.isReadable());
-        properties.append(QStringLiteral("%1 %2 %3%4")
-                              .arg(QString::fromLatin1(property.typeName()), QString::fromLatin1(property.name()),
-                                   QString::fromLatin1(property.notifySignal().methodSignature()),
-                                   property.isWritable() ? QStringLiteral(" writable") : QString()));
-    }
-    properties.sort();
-    QCOMPARE(properties,
+    QCOMPARE(sorted(Members::properties(LoomraSDK::staticMetaObject)),
              sorted({
                  "bool connected connectedChanged()",
                  "bool ready readyChanged()",
@@ -95,11 +75,8 @@ void tst_LoomraSDKMembers::properties()
 
 void tst_LoomraSDKMembers::operations()
 {
-    const QStringList operations = methodsWhere([](const QMetaMethod &method) {
-        return method.methodType() != QMetaMethod::Signal && method.access() == QMetaMethod::Public;
-    });
     // An argument with a default may be left out, which makes an entry without it.
-    QCOMPARE(operations,
+    QCOMPARE(sorted(Members::methods(LoomraSDK::staticMetaObject, Kind::Operation)),
              sorted({
                  "initialize()",
                  "reconnectBridge()",
@@ -174,21 +151,13 @@ void tst_LoomraSDKMembers::operations()
              }));
 
     // All are one-way, but for the one that only looks at the disk.
-    const QStringList answering = methodsWhere([](const QMetaMethod &method) {
-        return method.methodType() != QMetaMethod::Signal && method.access() == QMetaMethod::Public
-            && method.returnType() != QMetaType::Void;
-    });
-    QCOMPARE(answering, sorted({"eventLogDir()"}));
-    const int answer = LoomraSDK::staticMetaObject.indexOfMethod("eventLogDir()");
-    QCOMPARE(LoomraSDK::staticMetaObject.method(answer).returnType(), int(QMetaType::QString));
+    QCOMPARE(Members::answers(LoomraSDK::staticMetaObject), QStringList {QStringLiteral("QString eventLogDir()")});
 }
 
 void tst_LoomraSDKMembers::theirSignals()
 {
-    const QStringList signalNames =
-        methodsWhere([](const QMetaMethod &method) { return method.methodType() == QMetaMethod::Signal; });
     // QML's handlers know the arguments by these names.
-    QCOMPARE(signalNames,
+    QCOMPARE(sorted(Members::methods(LoomraSDK::staticMetaObject, Kind::Signal)),
              sorted({
                  "error(QString) error",
                  "connectedChanged()",

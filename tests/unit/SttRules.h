@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTest>
 
 //! Rules for tests, and what corrects by them.
 namespace SttRules
@@ -49,6 +50,14 @@ inline SttPostProcessor processor(const QByteArray &json)
     SttPostProcessor result;
     result.loadRules(json);
     return result;
+}
+
+//! Of a test whose rows are a text and what becomes of it.
+inline void textColumns()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("result");
 }
 
 } // namespace SttRules

@@ -7,19 +7,8 @@
 
 using SttRules::alias;
 using SttRules::processor;
+using SttRules::textColumns;
 using SttRules::word;
-
-namespace
-{
-
-void textColumns()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("result");
-}
-
-} // namespace
 
 class tst_SttPostProcessor : public QObject
 {

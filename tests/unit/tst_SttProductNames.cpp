@@ -6,18 +6,7 @@
 #include <QTest>
 
 using SttRules::processor;
-
-namespace
-{
-
-void textColumns()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("result");
-}
-
-} // namespace
+using SttRules::textColumns;
 
 class tst_SttProductNames : public QObject
 {

@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "support/Members.h"
 #include "support/MessageLog.h"
 #include "support/TestSetup.h"
 #include "voice/VoiceBridge.h"
 
-#include <QMetaMethod>
-#include <QMetaProperty>
+#include <QDir>
+#include <QFile>
 #include <QTest>
+
+using Members::Kind;
 
 //! What voiceBridge offers to QML, and how it begins.
 class tst_VoiceBridgeMembers : public QObject
@@ -37,113 +40,90 @@ void tst_VoiceBridgeMembers::init()
 
 void tst_VoiceBridgeMembers::properties()
 {
-    const QMetaObject &type = VoiceBridge::staticMetaObject;
-    QStringList properties;
-    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
-        const QMetaProperty property = type.property(i);
-        properties.append(QString::fromLatin1(property.typeName()) + QLatin1Char(' ')
-                          + QString::fromLatin1(property.name()) + QLatin1Char(' ')
-                          + QString::fromLatin1(property.notifySignal().name())
-                          + (property.isWritable() ? QStringLiteral(" writable") : QString()));
-    }
     const QStringList expected = {
-        QStringLiteral("bool isListening listeningChanged"),
-        QStringLiteral("bool isTranscribing transcribingChanged"),
-        QStringLiteral("bool isModelLoaded modelLoadedChanged"),
-        QStringLiteral("QString lastTranscript transcriptReady"),
-        QStringLiteral("double lastTranscriptionMs transcriptReady"),
-        QStringLiteral("QString lastError errorOccurred"),
-        QStringLiteral("double inputLevel inputLevelChanged"),
-        QStringLiteral("QString modelName modelLoadedChanged"),
-        QStringLiteral("bool isSpeaking speakingChanged"),
-        QStringLiteral("bool ttsEnabled ttsEnabledChanged writable"),
-        QStringLiteral("bool ttsAvailable ttsAvailableChanged"),
-        QStringLiteral("bool wakeWordEnabled wakeWordEnabledChanged writable"),
-        QStringLiteral("QString sttBackend sttBackendChanged writable"),
-        QStringLiteral("bool whisperSmallAvailable whisperSmallAvailableChanged"),
-        QStringLiteral("bool whisperSmallQ5Available whisperSmallQ5AvailableChanged"),
-        QStringLiteral("bool moonshineAvailable moonshineAvailableChanged"),
-        QStringLiteral("bool nemotronAvailable nemotronAvailableChanged"),
-        QStringLiteral("QString partialTranscript partialTranscriptChanged"),
-        QStringLiteral("bool liveSttAvailable liveSttAvailableChanged"),
-        QStringLiteral("bool liveSttEnabled liveSttEnabledChanged writable"),
-        QStringLiteral("QString sttInputMode sttInputModeChanged writable"),
-        QStringLiteral("QString voiceSubmitMode voiceSubmitModeChanged writable"),
-        QStringLiteral("bool voiceTestActive voiceTestActiveChanged writable"),
-        QStringLiteral("bool batchSttMode batchSttModeChanged writable"),
-        QStringLiteral("int silenceTimeoutMs silenceTimeoutMsChanged writable"),
-        QStringLiteral("int voiceConfirmDelaySec voiceConfirmDelaySecChanged writable"),
-        QStringLiteral("bool voiceLogEnabled voiceLogEnabledChanged writable"),
-        QStringLiteral("QStringList voiceLog voiceLogChanged"),
+        QStringLiteral("bool isListening listeningChanged()"),
+        QStringLiteral("bool isTranscribing transcribingChanged()"),
+        QStringLiteral("bool isModelLoaded modelLoadedChanged()"),
+        QStringLiteral("QString lastTranscript transcriptReady(QString)"),
+        QStringLiteral("double lastTranscriptionMs transcriptReady(QString)"),
+        QStringLiteral("QString lastError errorOccurred(QString)"),
+        QStringLiteral("double inputLevel inputLevelChanged()"),
+        QStringLiteral("QString modelName modelLoadedChanged()"),
+        QStringLiteral("bool isSpeaking speakingChanged()"),
+        QStringLiteral("bool ttsEnabled ttsEnabledChanged() writable"),
+        QStringLiteral("bool ttsAvailable ttsAvailableChanged()"),
+        QStringLiteral("bool wakeWordEnabled wakeWordEnabledChanged() writable"),
+        QStringLiteral("QString sttBackend sttBackendChanged() writable"),
+        QStringLiteral("bool whisperSmallAvailable whisperSmallAvailableChanged()"),
+        QStringLiteral("bool whisperSmallQ5Available whisperSmallQ5AvailableChanged()"),
+        QStringLiteral("bool moonshineAvailable moonshineAvailableChanged()"),
+        QStringLiteral("bool nemotronAvailable nemotronAvailableChanged()"),
+        QStringLiteral("QString partialTranscript partialTranscriptChanged()"),
+        QStringLiteral("bool liveSttAvailable liveSttAvailableChanged()"),
+        QStringLiteral("bool liveSttEnabled liveSttEnabledChanged() writable"),
+        QStringLiteral("QString sttInputMode sttInputModeChanged() writable"),
+        QStringLiteral("QString voiceSubmitMode voiceSubmitModeChanged() writable"),
+        QStringLiteral("bool voiceTestActive voiceTestActiveChanged() writable"),
+        QStringLiteral("bool batchSttMode batchSttModeChanged() writable"),
+        QStringLiteral("int silenceTimeoutMs silenceTimeoutMsChanged() writable"),
+        QStringLiteral("int voiceConfirmDelaySec voiceConfirmDelaySecChanged() writable"),
+        QStringLiteral("bool voiceLogEnabled voiceLogEnabledChanged() writable"),
+        QStringLiteral("QStringList voiceLog voiceLogChanged()"),
     };
-    QCOMPARE(properties, expected);
+    QCOMPARE(Members::properties(VoiceBridge::staticMetaObject), expected);
 }
 
 void tst_VoiceBridgeMembers::signalsAndOperations()
 {
     const QMetaObject &type = VoiceBridge::staticMetaObject;
-    QStringList signalNames;
-    QStringList operations;
-    QStringList privateSlots;
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        const QMetaMethod method = type.method(i);
-        const QString text = QString::fromLatin1(method.methodSignature()) + QLatin1Char(' ')
-            + QString::fromLatin1(method.parameterNames().join(','));
-        if (method.methodType() == QMetaMethod::Signal) {
-            signalNames.append(text);
-        } else if (method.access() == QMetaMethod::Public) {
-            operations.append(QString::fromLatin1(method.typeName()) + QLatin1Char(' ') + text);
-        } else {
-            privateSlots.append(text);
-        }
-    }
     const QStringList expectedSignals = {
-        QStringLiteral("listeningChanged() "),
-        QStringLiteral("transcribingChanged() "),
-        QStringLiteral("modelLoadedChanged() "),
+        QStringLiteral("listeningChanged()"),
+        QStringLiteral("transcribingChanged()"),
+        QStringLiteral("modelLoadedChanged()"),
         QStringLiteral("transcriptReady(QString) text"),
-        QStringLiteral("inputLevelChanged() "),
+        QStringLiteral("inputLevelChanged()"),
         QStringLiteral("errorOccurred(QString) error"),
-        QStringLiteral("speakingChanged() "),
-        QStringLiteral("ttsEnabledChanged() "),
-        QStringLiteral("ttsAvailableChanged() "),
-        QStringLiteral("speakingFinished() "),
-        QStringLiteral("wakeWordEnabledChanged() "),
+        QStringLiteral("speakingChanged()"),
+        QStringLiteral("ttsEnabledChanged()"),
+        QStringLiteral("ttsAvailableChanged()"),
+        QStringLiteral("speakingFinished()"),
+        QStringLiteral("wakeWordEnabledChanged()"),
         QStringLiteral("wakeWordActivated(QString) phrase"),
-        QStringLiteral("sttBackendChanged() "),
-        QStringLiteral("partialTranscriptChanged() "),
-        QStringLiteral("liveSttAvailableChanged() "),
-        QStringLiteral("liveSttEnabledChanged() "),
-        QStringLiteral("sttInputModeChanged() "),
-        QStringLiteral("voiceSubmitModeChanged() "),
-        QStringLiteral("voiceTestActiveChanged() "),
-        QStringLiteral("batchSttModeChanged() "),
-        QStringLiteral("whisperSmallAvailableChanged() "),
-        QStringLiteral("whisperSmallQ5AvailableChanged() "),
-        QStringLiteral("moonshineAvailableChanged() "),
-        QStringLiteral("nemotronAvailableChanged() "),
-        QStringLiteral("silenceTimeoutMsChanged() "),
-        QStringLiteral("voiceConfirmDelaySecChanged() "),
-        QStringLiteral("voiceLogEnabledChanged() "),
-        QStringLiteral("voiceLogChanged() "),
+        QStringLiteral("sttBackendChanged()"),
+        QStringLiteral("partialTranscriptChanged()"),
+        QStringLiteral("liveSttAvailableChanged()"),
+        QStringLiteral("liveSttEnabledChanged()"),
+        QStringLiteral("sttInputModeChanged()"),
+        QStringLiteral("voiceSubmitModeChanged()"),
+        QStringLiteral("voiceTestActiveChanged()"),
+        QStringLiteral("batchSttModeChanged()"),
+        QStringLiteral("whisperSmallAvailableChanged()"),
+        QStringLiteral("whisperSmallQ5AvailableChanged()"),
+        QStringLiteral("moonshineAvailableChanged()"),
+        QStringLiteral("nemotronAvailableChanged()"),
+        QStringLiteral("silenceTimeoutMsChanged()"),
+        QStringLiteral("voiceConfirmDelaySecChanged()"),
+        QStringLiteral("voiceLogEnabledChanged()"),
+        QStringLiteral("voiceLogChanged()"),
         QStringLiteral("requestTranscription(QByteArray) pcm16Data"),
     };
-    QCOMPARE(signalNames, expectedSignals);
+    QCOMPARE(Members::methods(type, Kind::Signal), expectedSignals);
 
+    QStringList operations = Members::methods(type, Kind::Operation);
     operations.sort();
     const QStringList expectedOperations = {
-        QStringLiteral("QString voiceTestLogPath() "),
-        QStringLiteral("bool loadModel() "),
-        QStringLiteral("bool loadModel(QString) path"),
-        QStringLiteral("void appendVoiceLog(QString) entry"),
-        QStringLiteral("void appendVoiceTestFeedback(QString,QString,QString,QString,double,int) "
+        QStringLiteral("appendVoiceLog(QString) entry"),
+        QStringLiteral("appendVoiceTestFeedback(QString,QString,QString,QString,double,int) "
                        "sentenceId,category,reference,hypothesis,accuracy,latencyMs"),
-        QStringLiteral("void cancelListening() "),
-        QStringLiteral("void clearVoiceLog() "),
-        QStringLiteral("void speak(QString) text"),
-        QStringLiteral("void startListening() "),
-        QStringLiteral("void stopListening() "),
-        QStringLiteral("void stopSpeaking() "),
+        QStringLiteral("cancelListening()"),
+        QStringLiteral("clearVoiceLog()"),
+        QStringLiteral("loadModel()"),
+        QStringLiteral("loadModel(QString) path"),
+        QStringLiteral("speak(QString) text"),
+        QStringLiteral("startListening()"),
+        QStringLiteral("stopListening()"),
+        QStringLiteral("stopSpeaking()"),
+        QStringLiteral("voiceTestLogPath()"),
     };
     QCOMPARE(operations, expectedOperations);
 
@@ -154,7 +134,12 @@ void tst_VoiceBridgeMembers::signalsAndOperations()
         QStringLiteral("onWakeWordActivated(QString) phrase"),
         QStringLiteral("dispatchTranscription(QByteArray) pcm16Data"),
     };
-    QCOMPARE(privateSlots, expectedSlots);
+    QCOMPARE(Members::methods(type, Kind::PrivateSlot), expectedSlots);
+    QStringList answers = Members::answers(type);
+    answers.sort();
+    QCOMPARE(answers,
+             (QStringList {QStringLiteral("QString voiceTestLogPath()"), QStringLiteral("bool loadModel()"),
+                           QStringLiteral("bool loadModel(QString)")}));
 }
 
 void tst_VoiceBridgeMembers::firstValues()

@@ -14,6 +14,24 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+
+namespace
+{
+
+//! A voice path that speaks through stand-ins, and is to do so.
+struct Rig
+{
+    Rig() { voice->setTtsEnabled(true); }
+
+    MessageLog messages;
+    PiperStandIn piper;
+    const PaplayStandIn paplay;
+    std::unique_ptr<VoiceBridge> voice = std::make_unique<VoiceBridge>();
+};
+
+} // namespace
+
 //! What VoiceBridge adds to the parts that speak and that keep the voice test's log.
 class tst_VoiceBridgeSpeech : public QObject
 {
@@ -27,8 +45,8 @@ private Q_SLOTS:
     void isSilentWhenItIsOff();
     void isSilentWithoutAVoice();
     void isSilentForBlanks();
-    void codeAloneStopsWhatPlays();
-    void stops();
+    void stopsWhatPlays_data();
+    void stopsWhatPlays();
     void endsWhileSpeaking();
     void keepsTheVoiceTestsLog();
 };
@@ -46,17 +64,13 @@ void tst_VoiceBridgeSpeech::init()
 
 void tst_VoiceBridgeSpeech::speaks()
 {
-    PiperStandIn piper;
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    VoiceBridge voice;
-    QVERIFY(voice.ttsAvailable());
-    voice.setTtsEnabled(true);
-    SignalLog heard(&voice);
-    voice.speak(QStringLiteral("Say **this** to `nobody`"));
-    QVERIFY(voice.isSpeaking());
-    QTRY_VERIFY(!voice.isSpeaking());
-    QCOMPARE(piper.text(), QStringLiteral("Say this to"));
+    const Rig rig;
+    QVERIFY(rig.voice->ttsAvailable());
+    SignalLog heard(rig.voice.get());
+    rig.voice->speak(QStringLiteral("Say **this** to `nobody`"));
+    QVERIFY(rig.voice->isSpeaking());
+    QTRY_VERIFY(!rig.voice->isSpeaking());
+    QCOMPARE(rig.piper.text(), QStringLiteral("Say this to"));
     QCOMPARE(heard.entries(),
              (QStringList {QStringLiteral("speakingChanged()"), QStringLiteral("speakingChanged()"),
                            QStringLiteral("speakingFinished()")}));
@@ -64,15 +78,13 @@ void tst_VoiceBridgeSpeech::speaks()
 
 void tst_VoiceBridgeSpeech::isSilentWhenItIsOff()
 {
-    PiperStandIn piper;
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    VoiceBridge voice;
-    SignalLog heard(&voice);
-    voice.speak(QStringLiteral("hello"));
+    const Rig rig;
+    rig.voice->setTtsEnabled(false);
+    SignalLog heard(rig.voice.get());
+    rig.voice->speak(QStringLiteral("hello"));
     QCOMPARE(heard.entries(), QStringList());
-    QVERIFY(!voice.isSpeaking());
-    QCOMPARE(piper.runs(), 0);
+    QVERIFY(!rig.voice->isSpeaking());
+    QCOMPARE(rig.piper.runs(), 0);
 }
 
 void tst_VoiceBridgeSpeech::isSilentWithoutAVoice()
@@ -88,66 +100,45 @@ void tst_VoiceBridgeSpeech::isSilentWithoutAVoice()
 
 void tst_VoiceBridgeSpeech::isSilentForBlanks()
 {
-    PiperStandIn piper;
-    piper.hangs();
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    VoiceBridge voice;
-    voice.setTtsEnabled(true);
-    voice.speak(QStringLiteral("hello"));
-    QVERIFY(voice.isSpeaking());
-    SignalLog heard(&voice);
-    voice.speak(QStringLiteral(" \n\t")); // not even what plays is stopped
+    Rig rig;
+    rig.piper.hangs();
+    rig.voice->speak(QStringLiteral("hello"));
+    SignalLog heard(rig.voice.get());
+    rig.voice->speak(QStringLiteral(" \n\t")); // not even what plays is stopped
     QCOMPARE(heard.entries(), QStringList());
-    QVERIFY(voice.isSpeaking());
+    QVERIFY(rig.voice->isSpeaking());
 }
 
-void tst_VoiceBridgeSpeech::codeAloneStopsWhatPlays()
+void tst_VoiceBridgeSpeech::stopsWhatPlays_data()
 {
-    PiperStandIn piper;
-    piper.hangs();
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    VoiceBridge voice;
-    voice.setTtsEnabled(true);
-    voice.speak(QStringLiteral("hello"));
-    QTRY_COMPARE(piper.runs(), 1);
-    QSignalSpy finished(&voice, &VoiceBridge::speakingFinished);
-    voice.speak(QStringLiteral("```\nrm -rf /\n```"));
-    QVERIFY(!voice.isSpeaking());
-    QCOMPARE(finished.size(), 1);
-    QCOMPARE(piper.runs(), 1);
+    QTest::addColumn<QString>("nextReply");
+    QTest::newRow("by the user") << QString();
+    QTest::newRow("for code alone, of which nothing is said") << "```\nrm -rf /\n```";
 }
 
-void tst_VoiceBridgeSpeech::stops()
+void tst_VoiceBridgeSpeech::stopsWhatPlays()
 {
-    PiperStandIn piper;
-    piper.hangs();
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    VoiceBridge voice;
-    voice.setTtsEnabled(true);
-    voice.speak(QStringLiteral("hello"));
-    QSignalSpy finished(&voice, &VoiceBridge::speakingFinished);
-    voice.stopSpeaking();
-    QVERIFY(!voice.isSpeaking());
+    QFETCH(QString, nextReply);
+    Rig rig;
+    rig.piper.hangs();
+    rig.voice->speak(QStringLiteral("hello"));
+    QTRY_COMPARE(rig.piper.runs(), 1);
+    QSignalSpy finished(rig.voice.get(), &VoiceBridge::speakingFinished);
+    nextReply.isEmpty() ? rig.voice->stopSpeaking() : rig.voice->speak(nextReply);
+    QVERIFY(!rig.voice->isSpeaking());
     QCOMPARE(finished.size(), 1);
+    QCOMPARE(rig.piper.runs(), 1);
 }
 
 void tst_VoiceBridgeSpeech::endsWhileSpeaking()
 {
-    PiperStandIn piper;
-    piper.hangs();
-    const PaplayStandIn paplay;
-    MessageLog messages;
-    {
-        VoiceBridge voice;
-        voice.setTtsEnabled(true);
-        voice.speak(QStringLiteral("hello"));
-        QTRY_COMPARE(piper.runs(), 1);
-    }
+    Rig rig;
+    rig.piper.hangs();
+    rig.voice->speak(QStringLiteral("hello"));
+    QTRY_COMPARE(rig.piper.runs(), 1);
+    rig.voice.reset();
     // The kill counts as a crash; Qt has nothing to add about a process that still runs.
-    QCOMPARE(messages.warnings(),
+    QCOMPARE(rig.messages.warnings(),
              QStringList {QStringLiteral("VoiceBridge: piper process error: \"Process crashed\"")});
 }
 
