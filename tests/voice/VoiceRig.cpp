@@ -44,3 +44,17 @@ QStringList VoiceRig::logEntries(const VoiceBridge &voice)
     }
     return entries;
 }
+
+ListeningRig::ListeningRig(ScriptedMicrophone::Afterwards afterwards)
+    : microphone(afterwards)
+    , voice(std::make_unique<VoiceBridge>(VoiceRig::partsWith(microphone), nullptr))
+{
+    voice->setSilenceTimeoutMs(200);
+    voice->setVoiceLogEnabled(true);
+}
+
+void ListeningRig::hearSentence()
+{
+    microphone.hear(5, ScriptedMicrophone::Loud);
+    microphone.hear(SilenceChunks, ScriptedMicrophone::Quiet);
+}

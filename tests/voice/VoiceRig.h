@@ -4,10 +4,13 @@
 #pragma once
 
 #include "ScriptedMicrophone.h"
+#include "support/MessageLog.h"
 #include "voice/VoiceBridge.h"
 
 #include <QFile>
 #include <QString>
+
+#include <memory>
 
 //! A file where a whisper model is looked for, in the test's home. It is there as long as this.
 class WhisperModelFile
@@ -33,3 +36,21 @@ VoiceParts partsWith(ScriptedMicrophone &microphone);
 QStringList logEntries(const VoiceBridge &voice);
 
 } // namespace VoiceRig
+
+//! A voice path with a scripted microphone and a whisper model, whose engine the test plays. The shortest silence that
+//! can be set ends an utterance.
+struct ListeningRig
+{
+    static constexpr int SilenceChunks = 4; // of 200 ms
+
+    explicit ListeningRig(ScriptedMicrophone::Afterwards afterwards = ScriptedMicrophone::Afterwards::Hisses);
+
+    //! Speech, and the silence behind it.
+    void hearSentence();
+    QStringList log() const { return VoiceRig::logEntries(*voice); }
+
+    MessageLog messages;
+    const WhisperModelFile model;
+    ScriptedMicrophone microphone;
+    std::unique_ptr<VoiceBridge> voice;
+};

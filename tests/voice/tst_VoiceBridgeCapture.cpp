@@ -20,7 +20,7 @@ namespace
 const QString s_start = QStringLiteral("START listening  mode=batch  backend=whisper-small-q5  silenceTimeout=200ms");
 const QString s_noSpeech = QStringLiteral("No speech detected");
 
-constexpr int s_silenceChunks = 4; // of 200 ms
+constexpr int s_silenceChunks = ListeningRig::SilenceChunks;
 
 QString silenceAfter(int ms)
 {
@@ -35,35 +35,9 @@ QStringList withoutLevel(const QStringList &entries)
     return rest;
 }
 
-//! A voice path with a scripted microphone and a scripted engine, whose model is there. The shortest silence that can
-//! be set ends an utterance.
-struct Rig
-{
-    explicit Rig(Afterwards afterwards = Afterwards::Hisses)
-        : microphone(afterwards)
-        , voice(std::make_unique<VoiceBridge>(VoiceRig::partsWith(microphone), nullptr))
-    {
-        voice->setSilenceTimeoutMs(200);
-        voice->setVoiceLogEnabled(true);
-    }
-
-    void hearSentence(int loudChunks = 5)
-    {
-        microphone.hear(loudChunks, ScriptedMicrophone::Loud);
-        microphone.hear(s_silenceChunks, ScriptedMicrophone::Quiet);
-    }
-
-    QStringList log() const { return VoiceRig::logEntries(*voice); }
-
-    MessageLog messages;
-    const WhisperModelFile model;
-    ScriptedMicrophone microphone;
-    std::unique_ptr<VoiceBridge> voice;
-};
-
 } // namespace
 
-//! Listening, from the microphone to the engine and at every stage on the way.
+//! Listening, from the microphone to the engine.
 class tst_VoiceBridgeCapture : public QObject
 {
     Q_OBJECT
@@ -90,10 +64,6 @@ private Q_SLOTS:
     void cancelsWhileTranscribing();
     void cancelsWhenIdle();
     void startsAnewAfterACancelInTheSameTurn();
-    void frozenMicrophone();
-    void endsWhileListening();
-    void endsWhileTranscribing();
-    void endsWhileFrozen();
 };
 
 void tst_VoiceBridgeCapture::initTestCase()
@@ -110,7 +80,7 @@ void tst_VoiceBridgeCapture::init()
 
 void tst_VoiceBridgeCapture::hearsASentence()
 {
-    Rig rig;
+    ListeningRig rig;
     SignalLog heard(rig.voice.get());
     rig.microphone.hear(3, ScriptedMicrophone::Quiet);
     rig.hearSentence();
@@ -151,7 +121,7 @@ void tst_VoiceBridgeCapture::hearsASentence()
 
 void tst_VoiceBridgeCapture::givesTheEngineWhatWasSaid()
 {
-    Rig rig;
+    ListeningRig rig;
     QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
     rig.microphone.hear(2, 7); // below the threshold
     rig.microphone.hear(1, 1000);
@@ -172,7 +142,7 @@ void tst_VoiceBridgeCapture::givesTheEngineWhatWasSaid()
 
 void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
 {
-    Rig rig;
+    ListeningRig rig;
     rig.voice->startListening();
     QVERIFY(rig.voice->isListening());
     const auto doesNothing = [&rig] {
@@ -195,7 +165,7 @@ void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
 
 void tst_VoiceBridgeCapture::stopEndsWithWhatWasHeard()
 {
-    Rig rig(Afterwards::Talks);
+    ListeningRig rig(Afterwards::Talks);
     rig.microphone.hear(5, ScriptedMicrophone::Loud);
     rig.voice->startListening();
     QTRY_VERIFY(rig.microphone.chunksRead() >= 7);
@@ -211,7 +181,7 @@ void tst_VoiceBridgeCapture::stopEndsWithWhatWasHeard()
 
 void tst_VoiceBridgeCapture::stopBeforeSpeech()
 {
-    Rig rig;
+    ListeningRig rig;
     rig.voice->startListening();
     QTRY_VERIFY(rig.microphone.chunksRead() >= 3);
     SignalLog heard(rig.voice.get());
@@ -228,7 +198,7 @@ void tst_VoiceBridgeCapture::stopBeforeSpeech()
 
 void tst_VoiceBridgeCapture::stopWhenIdleDoesNothing()
 {
-    Rig rig;
+    ListeningRig rig;
     SignalLog heard(rig.voice.get());
     rig.voice->stopListening();
     QCoreApplication::processEvents();
@@ -237,7 +207,7 @@ void tst_VoiceBridgeCapture::stopWhenIdleDoesNothing()
 
 void tst_VoiceBridgeCapture::cutsAtTheLimit()
 {
-    Rig rig;
+    ListeningRig rig;
     rig.microphone.hear(20, ScriptedMicrophone::Quiet);
     rig.microphone.hear(700, ScriptedMicrophone::Loud);
     rig.voice->startListening();
@@ -248,7 +218,7 @@ void tst_VoiceBridgeCapture::cutsAtTheLimit()
 
 void tst_VoiceBridgeCapture::quietRoomEndsAtTheLimit()
 {
-    Rig rig;
+    ListeningRig rig;
     QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
     rig.microphone.hear(600, ScriptedMicrophone::Quiet);
     rig.voice->startListening();
@@ -274,7 +244,7 @@ void tst_VoiceBridgeCapture::oddTimeoutOfTheStoreEndsAfterOneChunk()
 
 void tst_VoiceBridgeCapture::brokenMicrophoneEndsAsIfStopped()
 {
-    Rig rig;
+    ListeningRig rig;
     QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
     rig.microphone.hear(6, ScriptedMicrophone::Loud);
     rig.microphone.breakDown();
@@ -286,7 +256,7 @@ void tst_VoiceBridgeCapture::brokenMicrophoneEndsAsIfStopped()
 
 void tst_VoiceBridgeCapture::brokenMicrophoneBeforeSpeech()
 {
-    Rig rig;
+    ListeningRig rig;
     QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
     rig.microphone.breakDown();
     rig.voice->startListening();
@@ -348,7 +318,7 @@ void tst_VoiceBridgeCapture::missingModel()
 
 void tst_VoiceBridgeCapture::levelIsTold()
 {
-    Rig rig(Afterwards::Blocks);
+    ListeningRig rig(Afterwards::Blocks);
     QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
     rig.microphone.hear(1, 16384);
     rig.voice->startListening();
@@ -368,7 +338,7 @@ void tst_VoiceBridgeCapture::levelIsTold()
 
 void tst_VoiceBridgeCapture::cancelsWhileListening()
 {
-    Rig rig(Afterwards::Talks);
+    ListeningRig rig(Afterwards::Talks);
     rig.microphone.hear(3, ScriptedMicrophone::Loud);
     rig.voice->startListening();
     QTRY_VERIFY(rig.microphone.chunksRead() >= 3);
@@ -390,7 +360,7 @@ void tst_VoiceBridgeCapture::cancelsWhileListening()
 
 void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
 {
-    Rig rig;
+    ListeningRig rig;
     WhisperStandIn::hold();
     rig.hearSentence();
     rig.voice->startListening();
@@ -406,7 +376,7 @@ void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
 
 void tst_VoiceBridgeCapture::cancelsWhenIdle()
 {
-    Rig rig;
+    ListeningRig rig;
     SignalLog heard(rig.voice.get());
     rig.voice->cancelListening();
     QCoreApplication::processEvents();
@@ -416,7 +386,7 @@ void tst_VoiceBridgeCapture::cancelsWhenIdle()
 
 void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
 {
-    Rig rig(Afterwards::Talks);
+    ListeningRig rig(Afterwards::Talks);
     QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
     rig.microphone.hear(3, ScriptedMicrophone::Loud);
     rig.voice->startListening();
@@ -435,76 +405,6 @@ void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
     rig.voice->stopListening();
     QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
     QCOMPARE(errors.size(), 1);
-}
-
-void tst_VoiceBridgeCapture::frozenMicrophone()
-{
-    auto frozen = std::make_unique<ScriptedMicrophone>(Afterwards::Blocks);
-    ScriptedMicrophone sound;
-    OpenMicrophone open = frozen->opener();
-    MessageLog messages;
-    const WhisperModelFile model;
-    VoiceParts parts;
-    parts.openMicrophone = [&open](QString *reason) { return open(reason); };
-    VoiceBridge voice(std::move(parts), nullptr);
-    voice.setSilenceTimeoutMs(200);
-    QSignalSpy errors(&voice, &VoiceBridge::errorOccurred);
-
-    voice.startListening();
-    QTRY_VERIFY(frozen->isAwaited());
-    voice.cancelListening(); // waits its three seconds
-    QVERIFY(!voice.isListening());
-    QCOMPARE(frozen->openStreams(), 1);
-    QCOMPARE(errors.size(), 0);
-
-    // Another one goes on beside it.
-    open = sound.opener();
-    voice.startListening();
-    QTRY_VERIFY(sound.chunksRead() > 0);
-    frozen->hear(1, ScriptedMicrophone::Loud);
-    QTRY_COMPARE(errors.size(), 1); // it tells its end, late
-    QTRY_COMPARE(frozen->openStreams(), 0);
-    QVERIFY(voice.isListening());
-    sound.hear(5, ScriptedMicrophone::Loud);
-    QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("hello world"));
-    QCOMPARE(errors.size(), 1);
-}
-
-void tst_VoiceBridgeCapture::endsWhileListening()
-{
-    Rig rig;
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() > 0);
-    rig.voice.reset();
-    QCOMPARE(rig.microphone.openStreams(), 0);
-    QCOMPARE(WhisperStandIn::livingContexts(), 0);
-}
-
-void tst_VoiceBridgeCapture::endsWhileTranscribing()
-{
-    Rig rig;
-    WhisperStandIn::hold();
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.voice->isTranscribing());
-    WhisperStandIn::waitUntilHeld();
-    // It waits for the engine, whose end comes from another thread meanwhile.
-    std::thread release([] { WhisperStandIn::letGo(); });
-    rig.voice.reset();
-    release.join();
-    QCOMPARE(WhisperStandIn::livingContexts(), 0);
-    QVERIFY(WhisperStandIn::calls().contains(QStringLiteral("full ends")));
-}
-
-void tst_VoiceBridgeCapture::endsWhileFrozen()
-{
-    Rig rig(Afterwards::Blocks);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.isAwaited());
-    rig.voice.reset();
-    // Its thread comes back after it: there is nobody to tell, and the stream goes.
-    rig.microphone.hear(1, ScriptedMicrophone::Loud);
-    QTRY_COMPARE(rig.microphone.openStreams(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_VoiceBridgeCapture)

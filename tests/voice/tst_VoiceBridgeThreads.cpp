@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "VoiceRig.h"
+#include "support/MessageLog.h"
+#include "support/TestSetup.h"
+#include "whisper-standin/WhisperStandIn.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <thread>
+
+using Afterwards = ScriptedMicrophone::Afterwards;
+
+//! Threads that outlast what they were made for: a microphone that freezes, and an object that ends in the middle.
+class tst_VoiceBridgeThreads : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void frozenMicrophone();
+    void endsWhileListening();
+    void endsWhileTranscribing();
+    void endsWhileFrozen();
+};
+
+void tst_VoiceBridgeThreads::initTestCase()
+{
+    TestSetup::setAboutData();
+}
+
+void tst_VoiceBridgeThreads::init()
+{
+    TestSetup::clearSettings();
+    WhisperStandIn::reset();
+    WhisperStandIn::say({QByteArray("hello world")});
+}
+
+void tst_VoiceBridgeThreads::frozenMicrophone()
+{
+    auto frozen = std::make_unique<ScriptedMicrophone>(Afterwards::Blocks);
+    ScriptedMicrophone sound;
+    OpenMicrophone open = frozen->opener();
+    MessageLog messages;
+    const WhisperModelFile model;
+    VoiceParts parts;
+    parts.openMicrophone = [&open](QString *reason) { return open(reason); };
+    VoiceBridge voice(std::move(parts), nullptr);
+    voice.setSilenceTimeoutMs(200);
+    QSignalSpy errors(&voice, &VoiceBridge::errorOccurred);
+
+    voice.startListening();
+    QTRY_VERIFY(frozen->isAwaited());
+    voice.cancelListening(); // waits its three seconds
+    QVERIFY(!voice.isListening());
+    QCOMPARE(frozen->openStreams(), 1);
+    QCOMPARE(errors.size(), 0);
+
+    // Another one goes on beside it.
+    open = sound.opener();
+    voice.startListening();
+    QTRY_VERIFY(sound.chunksRead() > 0);
+    frozen->hear(1, ScriptedMicrophone::Loud);
+    QTRY_COMPARE(errors.size(), 1); // it tells its end, late
+    QTRY_COMPARE(frozen->openStreams(), 0);
+    QVERIFY(voice.isListening());
+    sound.hear(5, ScriptedMicrophone::Loud);
+    QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("hello world"));
+    QCOMPARE(errors.size(), 1);
+}
+
+void tst_VoiceBridgeThreads::endsWhileListening()
+{
+    ListeningRig rig;
+    rig.voice->startListening();
+    QTRY_VERIFY(rig.microphone.chunksRead() > 0);
+    rig.voice.reset();
+    QCOMPARE(rig.microphone.openStreams(), 0);
+    QCOMPARE(WhisperStandIn::livingContexts(), 0);
+}
+
+void tst_VoiceBridgeThreads::endsWhileTranscribing()
+{
+    ListeningRig rig;
+    WhisperStandIn::hold();
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_VERIFY(rig.voice->isTranscribing());
+    WhisperStandIn::waitUntilHeld();
+    // It waits for the engine, whose end comes from another thread meanwhile.
+    std::thread release([] { WhisperStandIn::letGo(); });
+    rig.voice.reset();
+    release.join();
+    QCOMPARE(WhisperStandIn::livingContexts(), 0);
+    QVERIFY(WhisperStandIn::calls().contains(QStringLiteral("full ends")));
+}
+
+void tst_VoiceBridgeThreads::endsWhileFrozen()
+{
+    ListeningRig rig(Afterwards::Blocks);
+    rig.voice->startListening();
+    QTRY_VERIFY(rig.microphone.isAwaited());
+    rig.voice.reset();
+    // Its thread comes back after it: there is nobody to tell, and the stream goes.
+    rig.microphone.hear(1, ScriptedMicrophone::Loud);
+    QTRY_COMPARE(rig.microphone.openStreams(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceBridgeThreads)
+
+#include "tst_VoiceBridgeThreads.moc"
