@@ -26,8 +26,10 @@ struct Capture::State
     std::vector<qint16> samples; // the thread's while it runs, then the capture's
     const Listener listener;
     std::atomic<bool> running = true;
-    //! Nobody waits for it any more: it must not touch what a later capture uses.
-    std::atomic<bool> abandoned = false;
+    //! Nobody waits for it any more: it must not touch what a later capture uses. Under the mutex, as is what it tells
+    //! before its end.
+    bool abandoned = false;
+    std::mutex mutex {};
 };
 
 Capture::Capture(std::unique_ptr<Microphone> microphone, int silenceTimeoutMs, std::vector<qint16> samples,
@@ -62,7 +64,10 @@ std::vector<qint16> Capture::join(int timeoutMs)
     QThread *thread = std::exchange(m_thread, nullptr);
     thread->quit();
     if (!thread->wait(timeoutMs)) {
-        m_state->abandoned = true;
+        {
+            const std::lock_guard lock(m_state->mutex);
+            m_state->abandoned = true;
+        }
         QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
         // It may have ended between the two lines above, and then it won't tell any more.
         if (thread->isFinished()) {
@@ -84,11 +89,12 @@ void Capture::run(State &state)
 
     while (state.running && !endpointer.isAtLimit() && state.microphone->read(chunk.data(), sizeof(chunk))) {
         const double rms = Endpointer::rms(chunk.data());
-        if (!state.abandoned) {
-            if (endpointer.chunkIndex() % levelEvery == 0) {
+        {
+            const std::lock_guard lock(state.mutex);
+            if (!state.abandoned && endpointer.chunkIndex() % levelEvery == 0) {
                 state.listener.level(rms);
             }
-            if (state.listener.chunk) {
+            if (!state.abandoned && state.listener.chunk) {
                 state.listener.chunk(QByteArray(reinterpret_cast<const char *>(chunk.data()), sizeof(chunk)));
             }
         }
@@ -100,8 +106,11 @@ void Capture::run(State &state)
             break;
         }
     }
-    if (state.abandoned) {
-        state.microphone.reset();
+    {
+        const std::lock_guard lock(state.mutex);
+        if (state.abandoned) {
+            state.microphone.reset();
+        }
     }
     state.listener.finished(endpointer.speechSeen(), endpointer.chunkIndex());
 }

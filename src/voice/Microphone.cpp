@@ -43,7 +43,8 @@ private:
 std::unique_ptr<Microphone> openPulseMicrophone(QString *reason)
 {
     // Without buffer attributes the server delivers fragments of up to two seconds, and the end of speech would be seen
-    // as late. This tells it the length of ours, for as long as the stream is made; no child process is to inherit it.
+    // as late. This tells it the length of ours, for as long as the stream is made: no child process is to inherit it.
+    // An engine that still works after a cancel has taken what it needs of the environment before, on this thread.
     constexpr auto latency = "PULSE_LATENCY_MSEC";
     const bool wasSet = qEnvironmentVariableIsSet(latency);
     const QByteArray old = qgetenv(latency);

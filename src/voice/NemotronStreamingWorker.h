@@ -11,9 +11,9 @@
 //! sessions do nothing, and VoiceBridge never starts one, as live transcription isn't available. An engine is a
 //! subclass that overrides the slots; everything around it stands.
 //!
-//! Without a parent, as it is moved to the workers' thread, where all slots run. A session ends by exactly one of
-//! finalizeSession(), which must lead to exactly one of transcriptionReady() and transcriptionFailed(), and
-//! cancelSession(), after which nothing is emitted.
+//! Without a parent, as it is moved to the workers' thread, where all slots run. finalizeSession() must always lead to
+//! exactly one of transcriptionReady() and transcriptionFailed(), also when it follows a cancelSession(), as it does
+//! where a capture with speech was cancelled. cancelSession() comes without a session too, and leads to no signal.
 class NemotronStreamingWorker : public QObject
 {
     Q_OBJECT

@@ -48,6 +48,10 @@ void VoiceBridge::startListening()
         }
     }
     setListening(true);
+    // Whoever heard of that may have cancelled already.
+    if (!m_isListening) {
+        return;
+    }
 
     const bool liveMode = wantsLive() && m_liveSessionActive;
     QString reason;
@@ -81,6 +85,9 @@ bool VoiceBridge::prepareLiveSession()
     m_liveSessionActive = true;
     m_partialTranscript.clear();
     Q_EMIT partialTranscriptChanged();
+    if (!m_liveSessionActive) {
+        return false; // cancelled by whoever heard of that
+    }
     HandOver::call(worker, [worker] { worker->startSession(); });
     return true;
 }
@@ -146,7 +153,14 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         return;
     }
     joinCaptureThread();
-    if (!speechSeen || (!liveMode && m_captureBuffer.empty())) {
+    // Taken before anybody is told of anything, as whoever hears of the end may start the next capture. In live mode
+    // the engine has had it all, and none is left to be told of.
+    QByteArray pcm16Data;
+    if (!liveMode) {
+        pcm16Data = bytesOf(m_captureBuffer);
+        m_captureBuffer.clear();
+    }
+    if (!speechSeen || (!liveMode && pcm16Data.isEmpty())) {
         setListening(false);
         if (liveMode) {
             HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
@@ -157,9 +171,11 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         return;
     }
 
-    // In live mode nobody takes the samples, and none are told.
-    const std::size_t samples = liveMode ? 0 : m_captureBuffer.size();
-    appendVoiceLog(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2").arg(audioMs).arg(samples));
+    // A live capture that was cancelled after it had heard speech comes here as well. That isn't to be mended: its
+    // session leads to a transcript or a failure, which ends what begins here.
+    appendVoiceLog(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2")
+                       .arg(audioMs)
+                       .arg(pcm16Data.size() / int(sizeof(qint16))));
     setListening(false);
     if (liveMode) {
         m_liveSessionActive = false;
@@ -170,8 +186,6 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
     }
     setTranscribing(true);
     appendVoiceLog(QStringLiteral("TRANSCRIBING (batch)  backend=%1").arg(m_sttBackend));
-    const QByteArray pcm16Data = bytesOf(m_captureBuffer);
-    m_captureBuffer.clear();
     Q_EMIT requestTranscription(pcm16Data);
 }
 

@@ -32,6 +32,11 @@ Sentence::Sentence(const QString &words)
 
 Sentence::~Sentence()
 {
+    fallSilent();
+}
+
+void Sentence::fallSilent()
+{
     if (m_player.state() != QProcess::NotRunning) {
         m_player.kill();
         m_player.waitForFinished();
@@ -40,6 +45,7 @@ Sentence::~Sentence()
 
 void Sentence::speak()
 {
+    fallSilent();
     m_player.start(QStringLiteral("paplay"), {QStringLiteral("--device=mic"), m_file});
     QVERIFY(m_player.waitForStarted());
 }

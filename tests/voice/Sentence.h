@@ -23,6 +23,7 @@ public:
     //! Whether there is something to speak.
     bool isMade() const { return m_isMade; }
 
+    //! From the beginning.
     void speak();
     //! Returns when it was spoken.
     void speakToTheEnd();
@@ -32,6 +33,8 @@ public:
     static std::vector<qint16> samplesIn(const QByteArray &wav);
 
 private:
+    void fallSilent();
+
     const QTemporaryDir m_directory;
     const QString m_file;
     bool m_isMade = false;

@@ -64,6 +64,8 @@ private Q_SLOTS:
     void cancelsWhileTranscribing();
     void cancelsWhenIdle();
     void startsAnewAfterACancelInTheSameTurn();
+    void startsAnewWhenTheEndIsHeard();
+    void cancelsWhenTheStartIsHeard();
 };
 
 void tst_VoiceBridgeCapture::initTestCase()
@@ -405,6 +407,37 @@ void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
     rig.voice->stopListening();
     QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
     QCOMPARE(errors.size(), 1);
+}
+
+void tst_VoiceBridgeCapture::startsAnewWhenTheEndIsHeard()
+{
+    ListeningRig rig;
+    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
+    connect(rig.voice.get(), &VoiceBridge::listeningChanged, this, [&rig, isFirst = true]() mutable {
+        if (isFirst && !rig.voice->isListening()) {
+            isFirst = false;
+            rig.voice->startListening();
+        }
+    });
+    rig.hearSentence();
+    rig.voice->startListening();
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
+    // The next capture has not taken the utterance away.
+    QCOMPARE(requests.constFirst().constFirst().toByteArray().size(), (5 + s_silenceChunks) * Pcm::ChunkBytes);
+    QVERIFY(rig.voice->isListening());
+}
+
+void tst_VoiceBridgeCapture::cancelsWhenTheStartIsHeard()
+{
+    ListeningRig rig;
+    connect(rig.voice.get(), &VoiceBridge::listeningChanged, this, [&rig] {
+        if (rig.voice->isListening()) {
+            rig.voice->cancelListening();
+        }
+    });
+    rig.voice->startListening();
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(rig.microphone.openStreams(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_VoiceBridgeCapture)

@@ -156,6 +156,8 @@ private Q_SLOTS:
     void missingModelIsSilent();
     void noSpeechCancelsTheSession();
     void cancels();
+    void cancelsAfterSpeech();
+    void cancelsBeforeTheSession();
     void batchWhereItIsForced();
     void batchWhereItIsWanted();
     void batchWithoutAnEngine();
@@ -318,6 +320,34 @@ void tst_VoiceBridgeLive::cancels()
                            QStringLiteral("listeningChanged()")}));
     QCOMPARE(rig.voice->partialTranscript(), QString());
     QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
+}
+
+void tst_VoiceBridgeLive::cancelsAfterSpeech()
+{
+    const StreamingModel model;
+    Rig rig;
+    rig.microphone.hear(3, ScriptedMicrophone::Loud);
+    rig.voice->setSilenceTimeoutMs(5000);
+    rig.voice->startListening();
+    QTRY_VERIFY(rig.microphone.chunksRead() >= 4);
+    rig.voice->cancelListening();
+    QVERIFY(!rig.voice->isListening());
+    // The end that was on its way doesn't know of that: it is a transcription, which the engine ends.
+    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
+    QCOMPARE(rig.streaming->calls().mid(2), (QStringList {QStringLiteral("cancel"), QStringLiteral("finalize")}));
+    QVERIFY(!rig.voice->isTranscribing());
+}
+
+void tst_VoiceBridgeLive::cancelsBeforeTheSession()
+{
+    const StreamingModel model;
+    Rig rig;
+    connect(rig.voice.get(), &VoiceBridge::partialTranscriptChanged, rig.voice.get(), &VoiceBridge::cancelListening);
+    rig.voice->startListening();
+    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(rig.microphone.openStreams(), 0);
+    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
+    QVERIFY(!rig.streaming->calls().contains(QStringLiteral("start")));
 }
 
 void tst_VoiceBridgeLive::batchWhereItIsForced()

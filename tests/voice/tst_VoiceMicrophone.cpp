@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace
@@ -22,15 +23,23 @@ namespace
 
 constexpr int s_silenceChunks = 14; // of 700 ms
 
-//! Where in what was said the heard part begins, or -1 where they differ anywhere. What is heard may go on in silence.
-int beginningOf(const std::vector<qint16> &heard, const std::vector<qint16> &said)
+//! Where in what was said the heard part begins, below zero for silence before it; nothing where they differ anywhere.
+//! What is heard may go on in silence.
+std::optional<int> beginningOf(const std::vector<qint16> &heard, const std::vector<qint16> &said)
 {
-    std::vector<qint16> room(heard.size(), 0); // before and after the sentence
+    const std::vector<qint16> room(heard.size(), 0); // before and after the sentence
     std::vector<qint16> all = room;
     all.insert(all.end(), said.begin(), said.end());
     all.insert(all.end(), room.begin(), room.end());
     const auto found = std::search(all.begin(), all.end(), heard.begin(), heard.end());
-    return found == all.end() ? -1 : int(found - all.begin()) - int(room.size());
+    return found == all.end() ? std::nullopt : std::optional(int(found - all.begin()) - int(room.size()));
+}
+
+//! Whether just that was heard, from its first loud chunk on.
+bool isHeardFrom(const std::vector<qint16> &heard, const std::vector<qint16> &said)
+{
+    const std::optional<int> begin = beginningOf(heard, said);
+    return !heard.empty() && begin && *begin > -Pcm::ChunkSamples;
 }
 
 //! The loudest of all chunks that can be cut out of it.
@@ -123,8 +132,8 @@ void tst_VoiceMicrophone::hearsASentence()
 
     const std::vector<qint16> heard = Sentence::samplesIn(rig.moonshine.wav());
     const std::vector<qint16> said = sentence.samples();
-    const int begin = beginningOf(heard, said);
-    QVERIFY2(begin > -Pcm::ChunkSamples, "what was heard isn't what was said");
+    QVERIFY2(isHeardFrom(heard, said), "what was heard isn't what was said");
+    const int begin = beginningOf(heard, said).value();
     // What is missing at the beginning was too quiet to be speech, and nothing is missing at the end.
     if (begin > 0) {
         QVERIFY(loudest(std::vector<qint16>(said.begin(), said.begin() + begin)) < Endpointer::SpeechThreshold);
@@ -151,7 +160,7 @@ void tst_VoiceMicrophone::hearsTwoSentences()
         sentence->speak();
         const int count = transcripts.size() + 1;
         QTRY_COMPARE_WITH_TIMEOUT(transcripts.size(), count, 20000);
-        QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence->samples()) > -Pcm::ChunkSamples);
+        QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence->samples()));
     }
 }
 
@@ -166,7 +175,7 @@ void tst_VoiceMicrophone::stopsInTheMiddle()
     rig.voice->stopListening();
     QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
     QVERIFY(Sentence::samplesIn(rig.moonshine.wav()).size() < sentence.samples().size());
-    QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()) > -Pcm::ChunkSamples);
+    QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()));
 }
 
 void tst_VoiceMicrophone::cancelsAtEveryStage()
@@ -203,6 +212,7 @@ void tst_VoiceMicrophone::cancelsAtEveryStage()
     rig.moonshine.release();
     QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
     QVERIFY(!rig.voice->isListening());
+    QCOMPARE(rig.messages.warnings(), QStringList());
 }
 
 void tst_VoiceMicrophone::silentRoom()
@@ -220,24 +230,31 @@ void tst_VoiceMicrophone::silentRoom()
 
 void tst_VoiceMicrophone::readsArePrompt()
 {
-    // Without a latency the server would give the first chunks of a quiet source all at once, some 40 of them.
+    // A sink as desktops have it: without a wish of ours its monitor gives fragments of two seconds.
+    QCOMPARE(QProcess::execute(QStringLiteral("pactl"),
+                               {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
+                                QStringLiteral("sink_name=plain")}),
+             0);
+    qputenv("PULSE_SOURCE", "plain.monitor");
     QString reason;
     const std::unique_ptr<Microphone> microphone = openPulseMicrophone(&reason);
+    qunsetenv("PULSE_SOURCE");
     QVERIFY2(microphone, qPrintable(reason));
-    QProcess sources;
-    sources.start(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("source-outputs")});
-    QVERIFY(sources.waitForFinished());
-    const QString text = QString::fromUtf8(sources.readAll());
-    QVERIFY2(text.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(text));
-    const QRegularExpression latency(QStringLiteral("Source Latency: (\\d+) usec"));
-    const QRegularExpressionMatch match = latency.match(text);
-    QVERIFY2(match.hasMatch(), qPrintable(text));
-    QVERIFY2(match.captured(1).toInt() <= 50000, qPrintable(text));
     std::vector<qint16> chunk(Pcm::ChunkSamples, 1);
     QVERIFY(microphone->read(chunk.data(), Pcm::ChunkBytes));
     QCOMPARE(chunk, std::vector<qint16>(Pcm::ChunkSamples, 0));
+
+    QProcess list;
+    list.start(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("source-outputs")});
+    QVERIFY(list.waitForFinished());
+    const QString text = QString::fromUtf8(list.readAll());
+    QVERIFY2(text.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(text));
+    QVERIFY2(text.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(text));
+    QVERIFY2(text.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(text));
+    // What the server still holds behind one chunk: as good as nothing, or the rest of a fragment.
+    const QRegularExpressionMatch held = QRegularExpression(QStringLiteral("Buffer Latency: (\\d+) usec")).match(text);
+    QVERIFY2(held.hasMatch(), qPrintable(text));
+    QVERIFY2(held.captured(1).toInt() < 500000, qPrintable(text));
 }
 
 void tst_VoiceMicrophone::environmentIsAsBefore_data()
@@ -307,7 +324,7 @@ void tst_VoiceMicrophone::daemonDies()
     daemon.kill();
     // What was heard so far is used.
     QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
-    QVERIFY(beginningOf(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()) > -Pcm::ChunkSamples);
+    QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()));
     QCOMPARE(errors.size(), 0);
 }
 

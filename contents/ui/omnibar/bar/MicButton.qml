@@ -30,8 +30,10 @@ RoundButton {
     spaceHolds: true
     iconName: transcribing ? "view-refresh" : "audio-input-microphone"
     onClicked: {
-        if (heldBySpace)
+        if (heldBySpace) {
+            heldBySpace = false;
             return;
+        }
         if (listening) {
             Native.call(voice, "stopListening");
         } else if (transcribing) {

@@ -8,7 +8,7 @@ import QtQuick.Templates 2.15 as T
 //! that a click leaves the cursor in the prompt. "text" is the accessible name.
 T.AbstractButton {
     //! A held Space is a held pointer: it leads to pressAndHold, and its end is no click. For buttons that have a meaning
-    //! for that, which is in heldBySpace for onClicked to ask.
+    //! for that: their onClicked has to pass over the click that comes with heldBySpace.
     property bool spaceHolds: false
     property bool heldBySpace: false
 
@@ -22,6 +22,7 @@ T.AbstractButton {
     Keys.onReleased: keepRepeatOfSpace(event)
 
     onPressed: heldBySpace = false
+    onCanceled: heldBySpace = false
 
     //! From the base, to which each repetition is a click.
     function keepRepeatOfSpace(event) {

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "VoiceRig.h"
+#include "support/TestSetup.h"
+#include "voice/Capture.h"
+#include "whisper-standin/WhisperStandIn.h"
+
+#include <QTest>
+
+#include <atomic>
+#include <cstdlib>
+
+// The sanitizers have a malloc of their own.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define COUNTS_MALLOC
+#endif
+
+namespace
+{
+
+constexpr std::size_t s_utterance = Capture::MostSamples * sizeof(qint16); // bytes
+//! What a container adds to it, in bytes. An engine's samples in another format are far larger.
+constexpr std::size_t s_overhead = 4096;
+
+std::atomic<int> s_utterances = 0;
+
+} // namespace
+
+#ifdef COUNTS_MALLOC
+extern "C" void *__libc_malloc(std::size_t size);
+
+//! In place of the C library's, for all of this process.
+extern "C" void *malloc(std::size_t size)
+{
+    if (size >= s_utterance && size <= s_utterance + s_overhead) {
+        ++s_utterances;
+    }
+    return __libc_malloc(size);
+}
+#endif
+
+//! What the longest utterances take.
+class tst_VoiceBridgeMemory : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void isTakenOnce();
+};
+
+void tst_VoiceBridgeMemory::initTestCase()
+{
+    TestSetup::setAboutData();
+    TestSetup::clearSettings();
+}
+
+void tst_VoiceBridgeMemory::isTakenOnce()
+{
+#ifndef COUNTS_MALLOC
+    QSKIP("allocations aren't counted under a sanitizer");
+#endif
+    ListeningRig rig;
+    for (int round = 1; round <= 3; ++round) {
+        WhisperStandIn::say({QByteArray::number(round)});
+        rig.microphone.hear(700, ScriptedMicrophone::Loud);
+        rig.voice->startListening();
+        QTRY_COMPARE(rig.voice->lastTranscript(), QString::number(round));
+        // The buffer, once for all, and for each utterance one copy that goes to the engine.
+        QCOMPARE(s_utterances.load(), 1 + round);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_VoiceBridgeMemory)
+
+#include "tst_VoiceBridgeMemory.moc"
