@@ -151,6 +151,7 @@ void tst_VoiceBridgeSettings::survivesARestart()
     {
         VoiceBridge voice;
         voice.setTtsEnabled(true);
+        voice.setWakeWordEnabled(true);
         voice.setSttInputMode(QStringLiteral("batch"));
         voice.setVoiceSubmitMode(QStringLiteral("manual"));
         voice.setSilenceTimeoutMs(1200);
@@ -161,6 +162,7 @@ void tst_VoiceBridgeSettings::survivesARestart()
     }
     const VoiceBridge voice;
     QCOMPARE(voice.ttsEnabled(), true);
+    QCOMPARE(voice.wakeWordEnabled(), true);
     QCOMPARE(voice.sttInputMode(), QStringLiteral("batch"));
     QCOMPARE(voice.liveSttEnabled(), false);
     QCOMPARE(voice.voiceSubmitMode(), QStringLiteral("manual"));
@@ -188,6 +190,8 @@ void tst_VoiceBridgeSettings::sets_data()
     };
     const auto text = [](const char *value) { return QVariant(QString::fromLatin1(value)); };
     row("speech", "ttsEnabled", true, true, "ttsEnabledChanged()", "", "");
+    row("wake word", "wakeWordEnabled", true, true, "wakeWordEnabledChanged()",
+        "VoiceBridge: requested tovi-wakeword.service start", "");
     row("submit mode", "voiceSubmitMode", text("manual"), text("manual"), "voiceSubmitModeChanged()",
         "[VoiceBridge] voiceSubmitMode -> manual", "Setting changed: submit mode = manual");
     row("submit mode, by ear", "voiceSubmitMode", text(" MANUAL\n"), text("manual"), "voiceSubmitModeChanged()",
