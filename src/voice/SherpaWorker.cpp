@@ -26,8 +26,9 @@ const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 
 constexpr int s_shortestAudio = 3200; // bytes, which are 0.1 s
 constexpr int s_startPatience = 5000; // ms
-//! For a program that was killed, in ms.
-constexpr int s_endPatience = 500;
+//! For a program that was killed, in ms. It always ends, so the wait is as short as it can be; this much only a very
+//! busy machine takes.
+constexpr int s_endPatience = 10000;
 constexpr int s_shownOutput = 300; // characters of a failed program's output
 
 //! The surroundings of this process, with the libraries in front. Main thread: opening the microphone changes a

@@ -51,7 +51,7 @@ public:
 
 public Q_SLOTS:
     //! Ends with exactly one of the two signals. Blocks until the program has ended, at most for the run's time-out
-    //! and some seconds.
+    //! and 15 seconds.
     //! @param pcm16Data 16 kHz, mono, signed 16 bit, little-endian
     void transcribe(const QByteArray &pcm16Data);
 
