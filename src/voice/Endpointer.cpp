@@ -7,7 +7,8 @@
 
 namespace
 {
-//! Below this a time-out is no whole number of chunks that could be told from the pauses between words.
+//! Below this a time-out is one chunk. From 50 on it would be that anyway; what is shorter must not become none, which
+//! would end an utterance with the first chunk of speech.
 constexpr int leastTimeoutMs = 100;
 } // namespace
 

@@ -36,7 +36,8 @@ public:
     //! Reads a reply aloud, without its markdown, in place of the one before. Does nothing where speech isn't available
     //! or @p text is blank; where nothing of it can be spoken, the one before ends all the same.
     void speak(const QString &text);
-    //! Ends what is being said; speakingFinished() comes before it returns.
+    //! Ends what is being said. speakingFinished() comes before it returns, but never where paplay could not be started
+    //! or takes longer than the wait to end.
     void stop();
 
 Q_SIGNALS:
