@@ -3,16 +3,9 @@
 
 #pragma once
 
-#include <QtGlobal>
+#include "Pcm.h"
 
-//! The one sound format between microphone and engines: 16 kHz, mono, signed 16 bit, little-endian, read in chunks.
-namespace Pcm
-{
-constexpr int SampleRate = 16000; // Hz
-constexpr int ChunkMs = 50;
-constexpr int ChunkSamples = SampleRate / 1000 * ChunkMs;
-constexpr int ChunkBytes = ChunkSamples * int(sizeof(qint16));
-} // namespace Pcm
+#include <QtGlobal>
 
 //! Decides by level alone where an utterance begins and ends: one chunk in, one decision out. There is no pre-roll and
 //! no least length of speech; before speech has begun nothing but the limit ends a capture. Knows neither audio nor

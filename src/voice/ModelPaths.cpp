@@ -3,6 +3,8 @@
 
 #include "ModelPaths.h"
 
+#include "SttBackends.h"
+
 #include <QFileInfo>
 
 namespace
@@ -11,9 +13,7 @@ namespace
 const QLatin1String s_moonshineModel("sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27");
 const QLatin1String s_nemotronModel("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
 
-// Where models lie, and where sherpa-onnx does: packaged, the user's own, a developer's.
-const QLatin1String s_systemModels("/usr/share/tovi-forkeldaos/models/");
-const QLatin1String s_userModels("/.local/share/tovi-forkeldaos/models/");
+// Where a developer has models, and where sherpa-onnx lies.
 const QLatin1String s_sherpaModels("/experiments/whisper-voice-test/models/");
 const QLatin1String s_whisperModels("/experiments/whisper-voice-test/whisper.cpp/models/");
 const QLatin1String s_sherpaPlaces[] = {
@@ -21,25 +21,11 @@ const QLatin1String s_sherpaPlaces[] = {
     QLatin1String("/experiments/sherpa-onnx/build"),
 };
 
-struct WhisperModel
-{
-    QLatin1String backend;
-    QLatin1String fileName;
-};
-const WhisperModel s_whisperFiles[] = {
-    {QLatin1String("whisper-small-q5"), QLatin1String("ggml-small.en-q5_1.bin")},
-    {QLatin1String("whisper-small"), QLatin1String("ggml-small.en.bin")},
-};
-const QLatin1String s_whisperBaseFile("ggml-base.en.bin");
-
 QLatin1String whisperFileName(const QString &backend)
 {
-    for (const WhisperModel &model : s_whisperFiles) {
-        if (backend == model.backend) {
-            return model.fileName;
-        }
-    }
-    return s_whisperBaseFile;
+    return backend == SttBackends::whisperSmallQ5() ? QLatin1String("ggml-small.en-q5_1.bin")
+        : backend == SttBackends::whisperSmall()    ? QLatin1String("ggml-small.en.bin")
+                                                    : QLatin1String("ggml-base.en.bin");
 }
 
 bool isDirectory(const QString &path)
@@ -63,11 +49,16 @@ QString firstOf(std::initializer_list<QString> paths, bool (*isWanted)(const QSt
     return QString();
 }
 
+QString in(const QString &directory, QLatin1String name)
+{
+    return directory + QLatin1Char('/') + name;
+}
+
 QString resolveModelDir(const QString &candidate, QLatin1String name, const SearchRoots &roots)
 {
-    return firstOf({candidate, roots.home + s_sherpaModels + name, roots.home + s_userModels + name,
-                    roots.system + s_systemModels + name},
-                   isDirectory);
+    return firstOf(
+        {candidate, roots.home + s_sherpaModels + name, in(roots.ownModels(), name), in(roots.packagedModels(), name)},
+        isDirectory);
 }
 
 } // namespace
@@ -76,9 +67,8 @@ QString ModelPaths::resolveWhisperModelPath(const QString &backend, const Search
 {
     const QLatin1String name = whisperFileName(backend);
     // The other way round than with the directories of models: here the packaged one goes before the user's own.
-    return firstOf(
-        {roots.system + s_systemModels + name, roots.home + s_userModels + name, roots.home + s_whisperModels + name},
-        isFile);
+    return firstOf({in(roots.packagedModels(), name), in(roots.ownModels(), name), roots.home + s_whisperModels + name},
+                   isFile);
 }
 
 QString ModelPaths::resolveMoonshineModelDir(const QString &candidate, const SearchRoots &roots)
@@ -93,7 +83,7 @@ QString ModelPaths::resolveNemotronModelDir(const QString &candidate, const Sear
 
 QString ModelPaths::resolveStreamingModelDir(const SearchRoots &roots)
 {
-    return firstOf({roots.home + s_sherpaModels + s_nemotronModel, roots.home + s_userModels + s_nemotronModel},
+    return firstOf({roots.home + s_sherpaModels + s_nemotronModel, in(roots.ownModels(), s_nemotronModel)},
                    isDirectory);
 }
 

@@ -17,15 +17,16 @@ QStringList programs(const SearchRoots &roots)
         roots.system + QLatin1String("/usr/local/bin/piper"),
         roots.home + QLatin1String("/.local/bin/piper"),
         roots.home + QLatin1String("/piper/piper"),
-        roots.system + QLatin1String("/usr/share/tovi-forkeldaos/models/../bin/piper"),
+        // Told and logged with the dots in it.
+        roots.packagedModels() + QLatin1String("/../bin/piper"),
     };
 }
 
 QStringList voiceDirectories(const SearchRoots &roots)
 {
     return {
-        roots.system + QLatin1String("/usr/share/tovi-forkeldaos/models"),
-        roots.home + QLatin1String("/.local/share/tovi-forkeldaos/models"),
+        roots.packagedModels(),
+        roots.ownModels(),
         roots.home + QLatin1String("/.local/share/piper/voices"),
         roots.system + QLatin1String("/usr/share/piper-voices"),
         roots.home + QLatin1String("/piper/voices"),

@@ -15,6 +15,10 @@ struct SearchRoots
     //! What is put before absolute paths such as /usr/share. Empty but in tests.
     QString system;
 
+    //! Where models and voices lie: the packaged ones, and the user's own.
+    QString packagedModels() const { return system + QLatin1String("/usr/share/tovi-forkeldaos/models"); }
+    QString ownModels() const { return home + QLatin1String("/.local/share/tovi-forkeldaos/models"); }
+
     //! Those of this process. The home follows a changed HOME.
     static SearchRoots ofThisProcess() { return {QDir::homePath(), QString()}; }
 };

@@ -5,6 +5,7 @@
 
 #include "ModelPaths.h"
 #include "SherpaOutput.h"
+#include "Transcription.h"
 #include "WavFile.h"
 
 #include <QDebug>
@@ -18,13 +19,10 @@
 namespace
 {
 
-const QLatin1String s_audioTooShort("Audio too short");
 const QLatin1String s_noTempFile("Cannot create temp WAV file");
 const QLatin1String s_writeFailed("Failed to write temp WAV");
-const QLatin1String s_noSpeech("No speech detected in audio");
 const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 
-constexpr int s_shortestAudio = 3200; // bytes, which are 0.1 s
 constexpr int s_startPatience = 5000; // ms
 //! For a program that was killed, in ms. It always ends, so the wait is as short as it can be; this much only a very
 //! busy machine takes.
@@ -120,8 +118,8 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     if (!model.isLoaded()) {
         return {m_engine.notLoaded};
     }
-    if (pcm16Data.size() < s_shortestAudio) {
-        return {s_audioTooShort};
+    if (pcm16Data.size() < Transcription::shortestAudio) {
+        return {Transcription::audioTooShort};
     }
 
     QTemporaryFile wavFile(QDir::tempPath() + m_engine.wavPattern);
@@ -159,7 +157,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     }
     const QString text = SherpaOutput::transcriptIn(output, m_engine.logWord);
     if (text.isEmpty()) {
-        return {s_noSpeech};
+        return {Transcription::noSpeech};
     }
     return {QString(), text, elapsed.count()};
 }

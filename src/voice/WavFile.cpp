@@ -3,6 +3,8 @@
 
 #include "WavFile.h"
 
+#include "Pcm.h"
+
 #include <QtEndian>
 
 namespace
@@ -10,9 +12,9 @@ namespace
 
 constexpr quint16 s_pcmFormat = 1;
 constexpr quint16 s_channels = 1;
-constexpr quint32 s_sampleRate = 16000; // Hz
-constexpr quint16 s_bitsPerSample = 16;
-constexpr quint16 s_blockAlign = s_channels * s_bitsPerSample / 8; // bytes
+constexpr quint32 s_sampleRate = Pcm::SampleRate;
+constexpr quint16 s_bitsPerSample = Pcm::SampleBytes * 8;
+constexpr quint16 s_blockAlign = s_channels * Pcm::SampleBytes; // bytes
 constexpr quint32 s_byteRate = s_sampleRate * s_blockAlign; // bytes a second
 //! What follows the size of the format's own chunk, in bytes.
 constexpr quint32 s_formatSize = 16;

@@ -4,6 +4,7 @@
 #include "WhisperWorker.h"
 
 #include "HandOver.h"
+#include "Transcription.h"
 
 #include <QDebug>
 #include <QtEndian>
@@ -49,7 +50,6 @@ private:
 
 #ifdef HAVE_WHISPER
 
-constexpr int s_shortestCapture = 3200; // bytes, 0.1 s
 constexpr unsigned s_mostThreads = 8;
 
 //! Some builds of the library bring what computes as plugins, and abort the process at the first model where nobody
@@ -168,8 +168,8 @@ void WhisperWorker::transcribe([[maybe_unused]] const QByteArray &pcm16Data)
         return;
     }
 #ifdef HAVE_WHISPER
-    if (pcm16Data.size() < s_shortestCapture) {
-        Q_EMIT transcriptionFailed(QStringLiteral("Audio too short"));
+    if (pcm16Data.size() < Transcription::shortestAudio) {
+        Q_EMIT transcriptionFailed(Transcription::audioTooShort);
         return;
     }
     const std::vector<float> samples = samplesIn(pcm16Data);
@@ -185,7 +185,7 @@ void WhisperWorker::transcribe([[maybe_unused]] const QByteArray &pcm16Data)
 
     const QString text = textIn(m_whisperContext);
     if (text.isEmpty()) {
-        Q_EMIT transcriptionFailed(QStringLiteral("No speech detected in audio"));
+        Q_EMIT transcriptionFailed(Transcription::noSpeech);
         return;
     }
     Q_EMIT transcriptionReady(text, elapsed.count());
