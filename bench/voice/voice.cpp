@@ -22,6 +22,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
+#include <QSet>
 
 #include <algorithm>
 #include <atomic>
@@ -38,6 +39,7 @@ constexpr int s_constructions = 40;
 constexpr int s_warmUps = 3;
 constexpr int s_listenMs = 10000;
 constexpr int s_correctionRuns = 20;
+constexpr int s_sentences = 1000;
 
 constexpr double s_stopAtMost = Pcm::ChunkMs;
 constexpr double s_wakeAtMost = 1.2;
@@ -294,11 +296,12 @@ void measureListening()
     voice.cancel();
 }
 
-//! A thousand sentences as people say them to an assistant, some of them misheard. Always the same.
+//! A thousand different sentences as people say them to an assistant, some of them misheard. Always the same.
 QStringList sentences()
 {
-    const char *const beginnings[] = {"open the",       "close the",    "switch to",
-                                      "hey tovvi open", "please start", "what is the"};
+    const char *const beginnings[] = {"open the",       "close the",   "switch to",   "hey tovvi open",
+                                      "please start",   "what is the", "show me the", "ask loom raw for the",
+                                      "move away from", "go back to",  "search for",  "remind me of the"};
     const char *const middles[] = {"console",     "dolphine",     "omni bar",      "browser",        "doc mode",
                                    "said things", "file manager", "lumra session", "katie settings", "origami window"};
     const char *const ends[] = {"",
@@ -311,12 +314,17 @@ QStringList sentences()
                                 "in san francisco",
                                 "and undo that!"};
     QStringList all;
-    while (all.size() < 1000) {
-        const int i = all.size();
-        all.append(QStringLiteral("%1 %2 %3")
-                       .arg(QLatin1String(beginnings[i % std::size(beginnings)]),
-                            QLatin1String(middles[i / 2 % std::size(middles)]),
-                            QLatin1String(ends[i / 3 % std::size(ends)])));
+    for (const char *end : ends) {
+        for (const char *middle : middles) {
+            for (const char *beginning : beginnings) {
+                all.append(QStringLiteral("%1 %2 %3")
+                               .arg(QLatin1String(beginning), QLatin1String(middle), QLatin1String(end)));
+            }
+        }
+    }
+    all = all.mid(0, s_sentences);
+    if (QSet<QString>(all.cbegin(), all.cend()).size() != s_sentences) {
+        notMeasured("the sentences aren't a thousand different ones");
     }
     return all;
 }
