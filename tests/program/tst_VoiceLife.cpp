@@ -10,6 +10,7 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -68,7 +69,11 @@ private Q_SLOTS:
     void endsWhileListening_data();
     void endsWhileListening();
     void endsWhileTranscribing();
-    void ownsNoMicrophoneWithoutADaemon();
+    void tellsWhyThereIsNoMicrophone_data();
+    void tellsWhyThereIsNoMicrophone();
+
+private:
+    const QTemporaryDir m_brokenLibraries;
 };
 
 void tst_VoiceLife::init()
@@ -156,15 +161,31 @@ void tst_VoiceLife::endsWhileTranscribing()
     QCOMPARE(run.exitCode(), 0);
 }
 
-void tst_VoiceLife::ownsNoMicrophoneWithoutADaemon()
+void tst_VoiceLife::tellsWhyThereIsNoMicrophone_data()
 {
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("no daemon") << QByteArray("PULSE_SERVER") << "unix:/nonexistent/native"
+                               << QByteArray("Cannot open microphone: Connection refused");
+    QTest::newRow("broken library") << QByteArray("LD_LIBRARY_PATH") << m_brokenLibraries.path()
+                                    << QByteArray("Cannot open microphone: Cannot load library ");
+}
+
+void tst_VoiceLife::tellsWhyThereIsNoMicrophone()
+{
+    QFETCH(QByteArray, variable);
+    QFETCH(QString, value);
+    QFETCH(QByteArray, reason);
+    QFile library(m_brokenLibraries.filePath(QStringLiteral("libpulse-simple.so.0")));
+    QVERIFY(library.open(QIODevice::WriteOnly));
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent/native"));
+    environment.insert(QString::fromLatin1(variable), value);
     DesktopRun run({}, environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(wake());
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Cannot open microphone: Connection refused"), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(reason), s_patience);
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
