@@ -69,7 +69,7 @@ std::vector<qint16> Capture::join(int timeoutMs)
             m_state->abandoned = true;
         }
         QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-        // It may have ended between the two lines above, and then it won't tell any more.
+        // It may have ended before it was connected, and then it won't tell any more.
         if (thread->isFinished()) {
             thread->deleteLater();
         }

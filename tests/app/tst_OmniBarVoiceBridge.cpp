@@ -119,7 +119,7 @@ void tst_OmniBarVoiceBridge::speechBecomesAPrompt()
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     WhisperStandIn::say({QByteArray(" Open the dolphine. ")});
-    WhisperStandIn::hold();
+    const WhisperStandIn::Held held;
     QQuickItem *button = bar.item("micBtn");
     const auto placeholder = [&] { return bar.property("inputField.placeholderText").toString(); };
 

@@ -155,7 +155,7 @@ void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
     };
     QVERIFY(doesNothing());
 
-    WhisperStandIn::hold();
+    const WhisperStandIn::Held held;
     rig.hearSentence();
     QTRY_VERIFY(rig.voice->isTranscribing());
     QVERIFY(doesNothing());
@@ -363,7 +363,7 @@ void tst_VoiceBridgeCapture::cancelsWhileListening()
 void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
 {
     ListeningRig rig;
-    WhisperStandIn::hold();
+    const WhisperStandIn::Held held;
     rig.hearSentence();
     rig.voice->startListening();
     QTRY_VERIFY(rig.voice->isTranscribing());

@@ -86,7 +86,7 @@ void tst_VoiceBridgeThreads::endsWhileListening()
 void tst_VoiceBridgeThreads::endsWhileTranscribing()
 {
     ListeningRig rig;
-    WhisperStandIn::hold();
+    const WhisperStandIn::Held held;
     rig.hearSentence();
     rig.voice->startListening();
     QTRY_VERIFY(rig.voice->isTranscribing());

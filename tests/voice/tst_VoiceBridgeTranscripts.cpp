@@ -9,6 +9,7 @@
 #include "voice/VoiceBridge.h"
 #include "whisper-standin/WhisperStandIn.h"
 
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -159,6 +160,7 @@ void tst_VoiceBridgeTranscripts::choosesAnotherEngineWhileOneWorks()
     nemotron.says(QStringLiteral("new words"));
     MessageLog messages;
     VoiceBridge voice;
+    const auto letGo = qScopeGuard([&moonshine] { moonshine.releaseAll(); }); // the voice path waits for its engine
     voice.setSttBackend(QStringLiteral("moonshine"));
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(moonshine.runs(), 1);

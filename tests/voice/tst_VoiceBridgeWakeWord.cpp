@@ -12,7 +12,6 @@
 #include <QDBusMessage>
 #include <QFile>
 #include <QRegularExpression>
-#include <QScopeGuard>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
@@ -184,8 +183,7 @@ void tst_VoiceBridgeWakeWord::duringATranscription()
     ScriptedMicrophone microphone;
     VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
     voice.setSilenceTimeoutMs(200);
-    WhisperStandIn::hold();
-    const auto release = qScopeGuard(&WhisperStandIn::letGo); // the voice path waits for it when it ends
+    const WhisperStandIn::Held held;
     microphone.hear(5, ScriptedMicrophone::Loud);
     voice.startListening();
     QTRY_VERIFY(voice.isTranscribing());

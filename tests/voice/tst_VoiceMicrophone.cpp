@@ -75,6 +75,9 @@ struct Rig
         voice->setVoiceLogEnabled(true);
         voice->setSttBackend(QStringLiteral("moonshine"));
     }
+    //! A test that failed in the middle may have left the engine held, for which the voice path would wait.
+    ~Rig() { moonshine.releaseAll(); }
+    Q_DISABLE_COPY_MOVE(Rig)
 
     MessageLog messages;
     SherpaStandIn moonshine {SherpaStandIn::Engine::Moonshine};

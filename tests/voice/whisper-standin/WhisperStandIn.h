@@ -33,6 +33,17 @@ void hold();
 void waitUntilHeld();
 void letGo();
 
+//! Holds as long as it lives, or until letGo(). Who waits for the engine at the end then doesn't wait for ever where a
+//! test fails: it must go before them.
+class Held
+{
+public:
+    Held() { hold(); }
+    ~Held() { letGo(); }
+    Held(const Held &) = delete;
+    Held &operator=(const Held &) = delete;
+};
+
 //! The calls that were made, in order: "backends", "init PATH", "failed init PATH", "free", "full begins", "full ends".
 //! A path that is no file fails to init.
 QStringList calls();
