@@ -3,7 +3,7 @@
 
 // What the program adds to a prompt and to its reply.
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
 #include "support/Clock.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"

@@ -3,9 +3,9 @@
 
 // What the client of the windows adds to a request and its reply.
 
-#include "services/ConfigManager.h"
-#include "services/DebugEventLog.h"
-#include "services/LoomraSDK.h"
+#include "ConfigManager.h"
+#include "DebugEventLog.h"
+#include "LoomraSDK.h"
 #include "support/Clock.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"

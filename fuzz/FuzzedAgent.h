@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
 
 #include <QString>
 

@@ -5,7 +5,7 @@
 
 #include "Feeding.h"
 #include "Require.h"
-#include "services/SdkOperations.h"
+#include "SdkOperations.h"
 
 #include <QJsonDocument>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
 
 #include <QString>
 

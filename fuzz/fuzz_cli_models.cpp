@@ -5,8 +5,8 @@
 //
 // The first line of an input is JSON, the bridge's rows; the rest is what the CLI prints.
 
+#include "CliModels.h"
 #include "Require.h"
-#include "services/CliModels.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

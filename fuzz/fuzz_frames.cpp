@@ -6,11 +6,11 @@
 // The first byte of an input chooses the request that is open when the frame comes, the rest is the frame. It listens
 // on the bridge's port itself, so it runs where that is free: scripts/fuzz sees to it.
 
+#include "BridgeFrame.h"
 #include "Feeding.h"
 #include "FuzzedAgent.h"
 #include "FuzzedSdk.h"
 #include "Require.h"
-#include "services/BridgeFrame.h"
 
 #include <QCoreApplication>
 #include <QEvent>

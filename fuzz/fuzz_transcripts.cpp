@@ -7,9 +7,9 @@
 // byte. The rest is what the engine prints.
 
 #include "Require.h"
-#include "voice/SherpaOutput.h"
-#include "voice/SpeechText.h"
-#include "voice/SttPostProcessor.h"
+#include "SherpaOutput.h"
+#include "SpeechText.h"
+#include "SttPostProcessor.h"
 
 #include <QLoggingCategory>
 

@@ -4,8 +4,8 @@
 #include "Application.h"
 
 #include "DataDirectories.h"
+#include "LoomraSDK.h"
 #include "NativeObjects.h"
-#include "services/LoomraSDK.h"
 
 #include <KLocalizedString>
 #include <KSignalHandler>

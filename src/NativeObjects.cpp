@@ -3,11 +3,11 @@
 
 #include "NativeObjects.h"
 
+#include "AgentBridge.h"
+#include "ConfigManager.h"
 #include "I18nHelper.h"
-#include "services/AgentBridge.h"
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "voice/VoiceBridge.h"
+#include "LoomraSDK.h"
+#include "VoiceBridge.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>

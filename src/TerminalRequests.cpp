@@ -3,7 +3,7 @@
 
 #include "TerminalRequests.h"
 
-#include "services/CliModels.h"
+#include "CliModels.h"
 
 #include <QProcess>
 

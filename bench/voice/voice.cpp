@@ -3,16 +3,16 @@
 
 // What the voice path takes: to be made, to begin and end listening, to listen, and to correct what was heard.
 
+#include "Endpointer.h"
+#include "SherpaEngine.h"
+#include "SttPostProcessor.h"
+#include "VoiceBridge.h"
+#include "WakeWord.h"
 #include "support/Child.h"
 #include "support/Clock.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"
 #include "support/Statistics.h"
-#include "voice/Endpointer.h"
-#include "voice/SherpaEngine.h"
-#include "voice/SttPostProcessor.h"
-#include "voice/VoiceBridge.h"
-#include "voice/WakeWord.h"
 
 #include <KAboutData>
 

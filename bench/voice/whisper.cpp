@@ -8,8 +8,8 @@
 #include "support/Figures.h"
 #include "support/Statistics.h"
 
-#include "voice/TinyModel.h"
-#include "voice/WhisperWorker.h"
+#include "TinyModel.h"
+#include "WhisperWorker.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -3,8 +3,9 @@
 
 #include "Bar.h"
 
+#include "AgentBridge.h"
+#include "ResourceTree.h"
 #include "WindowTask.h"
-#include "services/AgentBridge.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"
 
@@ -44,7 +45,7 @@ qreal shownOpacity(const QQuickItem *item)
 } // namespace
 
 Bar::Bar(int &argc, char **argv)
-    : m_application((Application::prepareEnvironment(), argc), argv)
+    : m_application((ResourceTree::init(), Application::prepareEnvironment(), argc), argv)
     , m_window(WindowTask::openedWindow())
     , m_frames(std::make_unique<FrameWatch>(m_window))
 {

@@ -5,6 +5,7 @@
 
 #include "Application.h"
 #include "Marks.h"
+#include "ResourceTree.h"
 #include "TerminalRequests.h"
 #include "WindowTask.h"
 
@@ -13,6 +14,7 @@
 int main(int argc, char **argv)
 {
     Marks::note("linked");
+    ResourceTree::init();
     if (const auto exitCode = TerminalRequests::answer(argc, argv)) {
         return *exitCode;
     }

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "EventLogDirectory.h"
-#include "BridgeLogDirectory.h"
+#include "LogDirectory.h"
 
 #include <QDir>
 
-namespace EventLogDirectory
+namespace LogDirectory
 {
 
 namespace
@@ -19,15 +18,29 @@ bool hasLogs(const QString &directory)
 
 } // namespace
 
-QString choose(const QString &stateHome, const QString &home, const QString &other)
+QString defaultStateHome(const QString &home)
 {
-    const QString directory = BridgeLogDirectory::make(stateHome, home);
-    return !hasLogs(directory) && hasLogs(other) ? other : directory;
+    return home + QLatin1String("/.local/state");
 }
 
-QString path()
+QString create(const QString &stateHome, const QString &home)
 {
-    return choose(qEnvironmentVariable("XDG_STATE_HOME"), QDir::homePath(), QStringLiteral("/tmp/loomra-bridge/logs"));
+    const QString state = stateHome.isEmpty() ? defaultStateHome(home) : stateHome;
+    const QString directory = QDir::cleanPath(state + QLatin1String("/loomra-bridge/logs"));
+    QDir().mkpath(directory);
+    return directory;
 }
 
-} // namespace EventLogDirectory
+QString ofBridge(const QString &stateHome, const QString &home, const QString &fallback)
+{
+    const QString directory = create(stateHome, home);
+    return !hasLogs(directory) && hasLogs(fallback) ? fallback : directory;
+}
+
+QString ofBridge()
+{
+    return ofBridge(qEnvironmentVariable("XDG_STATE_HOME"), QDir::homePath(),
+                    QStringLiteral("/tmp/loomra-bridge/logs"));
+}
+
+} // namespace LogDirectory

@@ -3,28 +3,25 @@
 
 #pragma once
 
-#include <QDir>
 #include <QString>
 
-//! The directory below the user's state in which all logs about the bridge and the assistant lie. Services and voice
-//! path share it and nothing else.
-namespace BridgeLogDirectory
+//! The directory below the user's state in which the bridge and the assistant keep their logs.
+namespace LogDirectory
 {
 
-//! The directory for state of programs where XDG_STATE_HOME doesn't name another.
-inline QString usualStateHome(const QString &home)
-{
-    return home + QLatin1String("/.local/state");
-}
+//! The base directory for state that programs use when XDG_STATE_HOME is not set.
+QString defaultStateHome(const QString &home);
 
-//! Its clean path. It is made if it is missing; where that fails, using it will.
-//! @param stateHome what XDG_STATE_HOME says, empty when it says nothing
-inline QString make(const QString &stateHome, const QString &home)
-{
-    const QString state = stateHome.isEmpty() ? usualStateHome(home) : stateHome;
-    const QString directory = QDir::cleanPath(state + QLatin1String("/loomra-bridge/logs"));
-    QDir().mkpath(directory);
-    return directory;
-}
+//! Creates the log directory if it is missing and returns its clean path. A failure shows when the path is used.
+//! @param stateHome value of XDG_STATE_HOME, empty when unset
+QString create(const QString &stateHome, const QString &home);
 
-} // namespace BridgeLogDirectory
+//! Where to look for the bridge's own logs: the directory that create() returns, or @p fallback if only that one has
+//! log files.
+//! @param fallback where a bridge without a home directory writes
+QString ofBridge(const QString &stateHome, const QString &home, const QString &fallback);
+
+//! The same with the environment, home and temporary directory of this process.
+QString ofBridge();
+
+} // namespace LogDirectory

@@ -4,12 +4,12 @@
 #include "VoiceBridge.h"
 
 #include "Capture.h"
-#include "HandOver.h"
 #include "MoonshineWorker.h"
 #include "NemotronStreamingWorker.h"
 #include "NemotronWorker.h"
 #include "SpeechOutput.h"
 #include "SttBackends.h"
+#include "ThreadHandover.h"
 #include "VoiceSettings.h"
 #include "WakeWord.h"
 #include "WhisperWorker.h"
@@ -65,8 +65,8 @@ VoiceBridge::VoiceBridge(VoiceParts parts, QObject *parent)
     adoptWorker(m_nemotronWorker);
     adoptWorker(m_streamingWorker);
     connect(this, &VoiceBridge::requestTranscription, this, &VoiceBridge::dispatchTranscription);
-    HandOver::connect(m_streamingWorker, &NemotronStreamingWorker::partialReady, this,
-                      &VoiceBridge::onPartialTranscript);
+    ThreadHandover::connect(m_streamingWorker, &NemotronStreamingWorker::partialReady, this,
+                            &VoiceBridge::onPartialTranscript);
     connect(m_speechOutput, &SpeechOutput::availableChanged, this, &VoiceBridge::ttsAvailableChanged);
     connect(m_speechOutput, &SpeechOutput::speakingChanged, this, &VoiceBridge::speakingChanged);
     connect(m_speechOutput, &SpeechOutput::speakingFinished, this, &VoiceBridge::speakingFinished);
@@ -92,7 +92,7 @@ VoiceBridge::~VoiceBridge()
     m_captureLink->cut();
     m_workerThread.quit();
     m_workerThread.wait();
-    HandOver::acquire(&m_workerThread);
+    ThreadHandover::acquire(&m_workerThread);
 }
 
 template<typename Worker>
@@ -101,9 +101,9 @@ void VoiceBridge::adoptWorker(Worker *worker)
     worker->moveToThread(&m_workerThread);
     connect(&m_workerThread, &QThread::finished, worker, &QObject::deleteLater);
     // The last that is heard of the thread.
-    connect(worker, &QObject::destroyed, [thread = &m_workerThread] { HandOver::release(thread); });
-    HandOver::connect(worker, &Worker::transcriptionReady, this, &VoiceBridge::onTranscriptionReady);
-    HandOver::connect(worker, &Worker::transcriptionFailed, this, &VoiceBridge::onTranscriptionFailed);
+    connect(worker, &QObject::destroyed, [thread = &m_workerThread] { ThreadHandover::release(thread); });
+    ThreadHandover::connect(worker, &Worker::transcriptionReady, this, &VoiceBridge::onTranscriptionReady);
+    ThreadHandover::connect(worker, &Worker::transcriptionFailed, this, &VoiceBridge::onTranscriptionFailed);
 }
 
 void VoiceBridge::readSettings()

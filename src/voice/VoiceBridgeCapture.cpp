@@ -5,9 +5,9 @@
 #include "VoiceBridge.h"
 
 #include "Capture.h"
-#include "HandOver.h"
 #include "ModelPaths.h"
 #include "NemotronStreamingWorker.h"
+#include "ThreadHandover.h"
 #include "VoiceSettings.h"
 
 #include <QDebug>
@@ -72,7 +72,7 @@ bool VoiceBridge::prepareLiveSession()
         if (modelDir.isEmpty()) {
             return false;
         }
-        const bool loaded = HandOver::call(worker, [worker, modelDir] { return worker->loadModel(modelDir); });
+        const bool loaded = ThreadHandover::call(worker, [worker, modelDir] { return worker->loadModel(modelDir); });
         if (!loaded) {
             Q_EMIT errorOccurred(QStringLiteral("Failed to load Nemotron streaming model"));
             return false;
@@ -88,7 +88,7 @@ bool VoiceBridge::prepareLiveSession()
     if (!m_liveSessionActive) {
         return false; // cancelled by whoever heard of that
     }
-    HandOver::call(worker, [worker] { worker->startSession(); });
+    ThreadHandover::call(worker, [worker] { worker->startSession(); });
     return true;
 }
 
@@ -100,20 +100,21 @@ void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool live
     listener.level = [this, link](double rms) {
         link->pass([this, rms] {
             storeInputLevel(rms);
-            HandOver::post(this, [this] { Q_EMIT inputLevelChanged(); });
+            ThreadHandover::post(this, [this] { Q_EMIT inputLevelChanged(); });
         });
     };
     if (liveMode) {
         listener.chunk = [worker = m_streamingWorker, link](const QByteArray &pcm16Chunk) {
             link->pass([worker, pcm16Chunk] {
-                HandOver::post(worker, [worker, pcm16Chunk] { worker->feedChunk(pcm16Chunk); });
+                ThreadHandover::post(worker, [worker, pcm16Chunk] { worker->feedChunk(pcm16Chunk); });
             });
         };
     }
     const std::uint64_t number = ++m_captureNumber;
     listener.finished = [this, link, number, liveMode](bool speechSeen, int chunks) {
-        link->pass(
-            [=, this] { HandOver::post(this, [=, this] { finishCapture(number, speechSeen, liveMode, chunks); }); });
+        link->pass([=, this] {
+            ThreadHandover::post(this, [=, this] { finishCapture(number, speechSeen, liveMode, chunks); });
+        });
     };
     m_capture = std::make_unique<Capture>(std::move(microphone), m_silenceTimeoutMs, std::move(m_captureBuffer),
                                           std::move(listener));
@@ -131,7 +132,7 @@ void VoiceBridge::cancelListening()
     m_liveSessionActive = false;
     joinCaptureThread();
     m_captureBuffer.clear();
-    HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
+    ThreadHandover::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
     if (!m_partialTranscript.isEmpty()) {
         m_partialTranscript.clear();
         Q_EMIT partialTranscriptChanged();
@@ -163,7 +164,7 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
     if (!speechSeen || (!liveMode && pcm16Data.isEmpty())) {
         setListening(false);
         if (liveMode) {
-            HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
+            ThreadHandover::post(m_streamingWorker, [worker = m_streamingWorker] { worker->cancelSession(); });
         }
         m_partialTranscript.clear();
         Q_EMIT partialTranscriptChanged();
@@ -181,7 +182,7 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         m_liveSessionActive = false;
         setTranscribing(true);
         appendVoiceLog(QStringLiteral("TRANSCRIBING (live finalize)"));
-        HandOver::post(m_streamingWorker, [worker = m_streamingWorker] { worker->finalizeSession(); });
+        ThreadHandover::post(m_streamingWorker, [worker = m_streamingWorker] { worker->finalizeSession(); });
         return;
     }
     setTranscribing(true);

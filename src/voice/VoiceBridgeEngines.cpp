@@ -4,11 +4,11 @@
 // How VoiceBridge chooses an engine, loads its model, and what becomes of its text.
 #include "VoiceBridge.h"
 
-#include "HandOver.h"
 #include "ModelPaths.h"
 #include "MoonshineWorker.h"
 #include "NemotronWorker.h"
 #include "SttBackends.h"
+#include "ThreadHandover.h"
 #include "VoiceSettings.h"
 #include "WhisperWorker.h"
 
@@ -150,9 +150,9 @@ void VoiceBridge::setModelLoaded(const QString &name)
 void VoiceBridge::dispatchTranscription(const QByteArray &pcm16Data)
 {
     if (SherpaWorker *const worker = sherpaWorker(m_sttBackend)) {
-        HandOver::post(worker, [worker, pcm16Data] { worker->transcribe(pcm16Data); });
+        ThreadHandover::post(worker, [worker, pcm16Data] { worker->transcribe(pcm16Data); });
     } else {
-        HandOver::post(m_whisperWorker, [worker = m_whisperWorker, pcm16Data] { worker->transcribe(pcm16Data); });
+        ThreadHandover::post(m_whisperWorker, [worker = m_whisperWorker, pcm16Data] { worker->transcribe(pcm16Data); });
     }
 }
 

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "VoiceTestLog.h"
-#include "BridgeLogDirectory.h"
+#include "LogDirectory.h"
 
 #include <QDateTime>
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,7 +20,7 @@ const QLatin1String s_sentenceId("sentenceId");
 
 QString VoiceTestLog::path(const QString &stateHome, const QString &home)
 {
-    return BridgeLogDirectory::make(stateHome, home) + QLatin1String("/voice-test-feedback.log");
+    return LogDirectory::create(stateHome, home) + QLatin1String("/voice-test-feedback.log");
 }
 
 QString VoiceTestLog::path()

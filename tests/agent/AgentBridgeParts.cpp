@@ -3,7 +3,7 @@
 
 #include "AgentBridgeParts.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
 
 #include <QTest>
 #include <QTimer>

@@ -3,8 +3,8 @@
 
 #include "ConnectedAgent.h"
 
-#include "support/TestSetup.h"
-#include "support/WaitUntil.h"
+#include "TestSetup.h"
+#include "WaitUntil.h"
 
 #include <QDebug>
 #include <QJsonDocument>

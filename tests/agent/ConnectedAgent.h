@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "services/AgentBridge.h"
-#include "support/MessageLog.h"
-#include "support/ScriptedBridge.h"
-#include "support/SignalLog.h"
+#include "AgentBridge.h"
+#include "MessageLog.h"
+#include "ScriptedBridge.h"
+#include "SignalLog.h"
 
 #include <QObject>
 

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/AgentBridge.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
+#include "AgentBridge.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -47,12 +48,14 @@ void tst_AgentBridgeClipboard::copies()
     QCOMPARE(log.lines().size(), 1);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "minimal"); // a clipboard of this process alone
     QGuiApplication application(argc, argv);
     tst_AgentBridgeClipboard test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_AgentBridgeClipboard, run)
 
 #include "tst_AgentBridgeClipboard.moc"

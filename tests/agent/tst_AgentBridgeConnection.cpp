@@ -3,7 +3,8 @@
 
 #include "AgentBridgeParts.h"
 #include "ConnectedAgent.h"
-#include "support/TestSetup.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QPointer>
 #include <QTcpServer>
@@ -362,5 +363,5 @@ void tst_AgentBridgeConnection::vanishesQuietly()
     QCOMPARE(log.warnings(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeConnection)
+REGISTER_TEST(tst_AgentBridgeConnection, QCoreApplication)
 #include "tst_AgentBridgeConnection.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -190,5 +191,5 @@ void tst_AgentBridgeEvents::errorKeepsTheProgress()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeEvents)
+REGISTER_TEST(tst_AgentBridgeEvents, QCoreApplication)
 #include "tst_AgentBridgeEvents.moc"

@@ -3,7 +3,8 @@
 
 #include "AgentBridgeParts.h"
 #include "ConnectedAgent.h"
-#include "support/TestSetup.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -128,5 +129,5 @@ void tst_AgentBridgeFrames::survivesBinaryFrames()
     QCOMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeFrames)
+REGISTER_TEST(tst_AgentBridgeFrames, QCoreApplication)
 #include "tst_AgentBridgeFrames.moc"

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
-#include "support/WaitUntil.h"
+#include "TestRegistry.h"
+#include "WaitUntil.h"
 
 #include <QDebug>
 #include <QSettings>
@@ -325,5 +326,5 @@ void tst_AgentBridgeIntents::leavesTheClipboardAloneWithoutOne()
     QCOMPARE(c->log.lines().size(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeIntents)
+REGISTER_TEST(tst_AgentBridgeIntents, QCoreApplication)
 #include "tst_AgentBridgeIntents.moc"

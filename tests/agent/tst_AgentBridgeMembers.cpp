@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "AgentBridge.h"
 #include "AgentBridgeParts.h"
-#include "services/AgentBridge.h"
-#include "support/Members.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
+#include "Members.h"
+#include "MessageLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QFile>
 #include <QSettings>
@@ -226,5 +227,5 @@ void tst_AgentBridgeMembers::writingTheSameValueDoesNothing()
     QVERIFY(!QSettings().contains(QStringLiteral("omniBar/currentModel")));
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeMembers)
+REGISTER_TEST(tst_AgentBridgeMembers, QCoreApplication)
 #include "tst_AgentBridgeMembers.moc"

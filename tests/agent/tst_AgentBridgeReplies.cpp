@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -281,5 +282,5 @@ void tst_AgentBridgeReplies::keepsTheSessionOfAnEmptyReply()
     QCOMPARE(c->prompt().params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeReplies)
+REGISTER_TEST(tst_AgentBridgeReplies, QCoreApplication)
 #include "tst_AgentBridgeReplies.moc"

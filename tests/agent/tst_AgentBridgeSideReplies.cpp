@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -159,5 +160,5 @@ void tst_AgentBridgeSideReplies::rephraseFails()
     QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeSideReplies)
+REGISTER_TEST(tst_AgentBridgeSideReplies, QCoreApplication)
 #include "tst_AgentBridgeSideReplies.moc"

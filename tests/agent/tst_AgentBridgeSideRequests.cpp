@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
+#include "TestRegistry.h"
 
 #include <QDebug>
 #include <QTest>
@@ -181,5 +182,5 @@ void tst_AgentBridgeSideRequests::sendsNoFeedbackWithoutConnection()
     QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Cannot send feedback: not connected")));
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeSideRequests)
+REGISTER_TEST(tst_AgentBridgeSideRequests, QCoreApplication)
 #include "tst_AgentBridgeSideRequests.moc"

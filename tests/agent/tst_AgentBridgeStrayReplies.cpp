@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedAgent.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -168,5 +169,5 @@ void tst_AgentBridgeStrayReplies::takesAStreamForAReply()
     QCOMPARE(c->log.takeWarnings().size(), 2);
 }
 
-QTEST_GUILESS_MAIN(tst_AgentBridgeStrayReplies)
+REGISTER_TEST(tst_AgentBridgeStrayReplies, QCoreApplication)
 #include "tst_AgentBridgeStrayReplies.moc"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/AgentReply.h"
+#include "AgentReply.h"
+#include "TestRegistry.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -245,5 +246,5 @@ void tst_AgentReply::dropsOnePairOfQuotationMarks()
     QTEST(withoutQuotationMarks(response), "text");
 }
 
-QTEST_GUILESS_MAIN(tst_AgentReply)
+REGISTER_TEST(tst_AgentReply, QCoreApplication)
 #include "tst_AgentReply.moc"

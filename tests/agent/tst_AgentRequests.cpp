@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/AgentRequests.h"
+#include "AgentRequests.h"
+#include "TestRegistry.h"
 
 #include <QJsonDocument>
 #include <QTest>
@@ -245,5 +246,5 @@ void tst_AgentRequests::feedbackCutsLongTexts()
     QCOMPARE(params.value(QStringLiteral("userQuery")).toString(), query.left(querySent));
 }
 
-QTEST_GUILESS_MAIN(tst_AgentRequests)
+REGISTER_TEST(tst_AgentRequests, QCoreApplication)
 #include "tst_AgentRequests.moc"

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Application.h"
-#include "support/IconTheme.h"
+#include "IconTheme.h"
+#include "TestRegistry.h"
 
 #include <QIcon>
 #include <QQuickItem>
@@ -63,7 +64,7 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
     QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     // An icon to be found, from the first moment on.
     const QTemporaryDir themes;
@@ -79,5 +80,7 @@ int main(int argc, char **argv)
     tst_Application test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_Application, run)
 
 #include "tst_Application.moc"

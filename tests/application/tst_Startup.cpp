@@ -1,17 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "AgentBridge.h"
 #include "Application.h"
+#include "ConfigManager.h"
 #include "DataDirectories.h"
 #include "I18nHelper.h"
 #include "LaunchMode.h"
+#include "LoomraSDK.h"
 #include "NativeObjects.h"
 #include "TerminalRequests.h"
-#include "services/AgentBridge.h"
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "voice/VoiceBridge.h"
+#include "TestRegistry.h"
+#include "VoiceBridge.h"
 
+#include <QGuiApplication>
 #include <QPointer>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -243,6 +245,6 @@ void tst_Startup::objectsOutliveTheEngine()
     QVERIFY(agent);
 }
 
-QTEST_MAIN(tst_Startup)
+REGISTER_TEST(tst_Startup, QGuiApplication)
 
 #include "tst_Startup.moc"

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/AgentBridge.h"
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "support/MessageLog.h"
-#include "support/ScriptedBridge.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
+#include "AgentBridge.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
+#include "MessageLog.h"
+#include "ScriptedBridge.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QJsonObject>
 #include <QTest>
@@ -121,6 +122,6 @@ void tst_BothClients::frames()
     QCOMPARE(heard.join(s_line), agent);
 }
 
-QTEST_GUILESS_MAIN(tst_BothClients)
+REGISTER_TEST(tst_BothClients, QCoreApplication)
 
 #include "tst_BothClients.moc"

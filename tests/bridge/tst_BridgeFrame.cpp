@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/BridgeFrame.h"
+#include "BridgeFrame.h"
+#include "TestRegistry.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -161,5 +162,5 @@ void tst_BridgeFrame::survivesAnyDepth()
              Kind::Unreadable);
 }
 
-QTEST_GUILESS_MAIN(tst_BridgeFrame)
+REGISTER_TEST(tst_BridgeFrame, QCoreApplication)
 #include "tst_BridgeFrame.moc"

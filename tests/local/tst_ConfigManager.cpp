@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConfigFile.h"
-#include "services/ConfigManager.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
+#include "ConfigManager.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QDir>
 #include <QMetaProperty>
@@ -252,5 +253,5 @@ void tst_ConfigManager::minutesAreTakenAsTheyAreSet()
     QVERIFY(!QFile::exists(ConfigFile::path()));
 }
 
-QTEST_GUILESS_MAIN(tst_ConfigManager)
+REGISTER_TEST(tst_ConfigManager, QCoreApplication)
 #include "tst_ConfigManager.moc"

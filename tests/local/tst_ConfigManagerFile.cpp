@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConfigFile.h"
-#include "services/ConfigManager.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
+#include "ConfigManager.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QDir>
 #include <QFile>
@@ -178,7 +179,8 @@ void tst_ConfigManagerFile::savesWhenItEnds()
 {
     // As a child of the application it ends after everything else, in the last moments of a process.
     QProcess run;
-    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument), QStringLiteral("last")});
+    run.start(QCoreApplication::applicationFilePath(),
+              {QStringLiteral("tst_ConfigManagerFile"), QLatin1String(s_childArgument), QStringLiteral("last")});
     QVERIFY(run.waitForFinished());
     QCOMPARE(run.exitCode(), 0);
     QCOMPARE(run.readAllStandardError(), QByteArray());
@@ -191,13 +193,14 @@ void tst_ConfigManagerFile::keepsQuietWhenItCannotSave()
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("/dev/null"));
     QProcess run;
     run.setProcessEnvironment(environment);
-    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument), QStringLiteral("lost")});
+    run.start(QCoreApplication::applicationFilePath(),
+              {QStringLiteral("tst_ConfigManagerFile"), QLatin1String(s_childArgument), QStringLiteral("lost")});
     QVERIFY(run.waitForFinished());
     QCOMPARE(run.exitStatus(), QProcess::NormalExit);
     QCOMPARE(run.exitCode(), 0);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     if (argc == 3 && qstrcmp(argv[1], s_childArgument) == 0) {
         return runWithKey(argc, argv);
@@ -206,5 +209,7 @@ int main(int argc, char **argv)
     tst_ConfigManagerFile test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_ConfigManagerFile, run)
 
 #include "tst_ConfigManagerFile.moc"

@@ -3,7 +3,7 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
 
 #include <QQmlProperty>
 #include <QTest>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
 
 #include <QColor>
 #include <QJsonArray>

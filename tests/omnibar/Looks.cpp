@@ -3,7 +3,7 @@
 
 #include "Looks.h"
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
 
 #include <QColor>
 #include <QQmlProperty>

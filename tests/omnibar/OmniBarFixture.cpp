@@ -3,10 +3,10 @@
 
 #include "OmniBarFixture.h"
 
+#include "AgentBridge.h"
 #include "Application.h"
 #include "NativeObjects.h"
 #include "TestSetup.h"
-#include "services/AgentBridge.h"
 
 #include <QDir>
 #include <QEasingCurve>

@@ -3,7 +3,7 @@
 
 #include "Presses.h"
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
 
 #include <QAccessible>
 

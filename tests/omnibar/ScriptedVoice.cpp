@@ -3,7 +3,7 @@
 
 #include "ScriptedVoice.h"
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
 
 #include <QTest>
 #include <QUrl>
@@ -22,10 +22,10 @@ void require(bool isKnown, const char *name)
 } // namespace
 
 ScriptedVoice::ScriptedVoice(OmniBarFixture &bar)
-    : m_object(
-        bar.fake(QStringLiteral("import \"%1\"\nFakeVoiceBridge {}")
-                     .arg(QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tests/qml"))
-                              .toString())))
+    : m_object(bar.fake(QStringLiteral("import \"%1\"\nFakeVoiceBridge {}")
+                            .arg(QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
+                                                     + QStringLiteral("/tests/omnibar/controllers"))
+                                     .toString())))
 {
     bar.provide("voiceBridge", m_object);
 }

@@ -4,7 +4,8 @@
 #include "Conversation.h"
 #include "ScriptedVoice.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -667,6 +668,6 @@ void tst_Accessibility::controlsThatGoLeaveTheFocusToThePrompt()
     QTRY_VERIFY(input->hasActiveFocus());
 }
 
-QTEST_MAIN(tst_Accessibility)
+REGISTER_TEST(tst_Accessibility, QGuiApplication)
 
 #include "tst_Accessibility.moc"

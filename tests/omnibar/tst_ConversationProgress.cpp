@@ -3,8 +3,10 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QTest>
 
 namespace
@@ -235,6 +237,6 @@ void tst_ConversationProgress::usageRingIsFull()
     QCOMPARE(bar.property("usageProgress").toReal(), 1.0);
 }
 
-QTEST_MAIN(tst_ConversationProgress)
+REGISTER_TEST(tst_ConversationProgress, QGuiApplication)
 
 #include "tst_ConversationProgress.moc"

@@ -3,8 +3,10 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QSettings>
 #include <QTest>
 
@@ -309,6 +311,6 @@ void tst_ConversationPrompts::idleCardsFadeWithTheFirstLetter()
     QVERIFY(!bar.isSeen(cards));
 }
 
-QTEST_MAIN(tst_ConversationPrompts)
+REGISTER_TEST(tst_ConversationPrompts, QGuiApplication)
 
 #include "tst_ConversationPrompts.moc"

@@ -3,8 +3,10 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -398,6 +400,6 @@ void tst_ConversationReplies::fourSuggestions()
     }
 }
 
-QTEST_MAIN(tst_ConversationReplies)
+REGISTER_TEST(tst_ConversationReplies, QGuiApplication)
 
 #include "tst_ConversationReplies.moc"

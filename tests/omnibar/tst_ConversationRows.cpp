@@ -3,7 +3,8 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -382,6 +383,6 @@ void tst_ConversationRows::disclaimer()
     QVERIFY(bar.place(bar.item(QStringLiteral("chatPanel"))).contains(bar.place(words)));
 }
 
-QTEST_MAIN(tst_ConversationRows)
+REGISTER_TEST(tst_ConversationRows, QGuiApplication)
 
 #include "tst_ConversationRows.moc"

@@ -3,8 +3,10 @@
 
 #include "Conversation.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QTest>
 
 namespace
@@ -133,6 +135,6 @@ void tst_HugeReplies::suggestion()
     QVERIFY(bar.settle());
 }
 
-QTEST_MAIN(tst_HugeReplies)
+REGISTER_TEST(tst_HugeReplies, QGuiApplication)
 
 #include "tst_HugeReplies.moc"

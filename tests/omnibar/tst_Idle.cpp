@@ -4,7 +4,8 @@
 #include "Conversation.h"
 #include "ScriptedVoice.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
 #include <QAbstractAnimation>
 #include <QGuiApplication>
@@ -195,6 +196,6 @@ void tst_Idle::voiceMoves()
     QTRY_COMPARE(framesOverRoundTrips(bar, 40), 0);
 }
 
-QTEST_MAIN(tst_Idle)
+REGISTER_TEST(tst_Idle, QGuiApplication)
 
 #include "tst_Idle.moc"

@@ -3,9 +3,11 @@
 
 #include "Looks.h"
 
-#include "services/AgentBridge.h"
-#include "support/OmniBarFixture.h"
+#include "AgentBridge.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QTest>
 #include <QtMath>
 
@@ -212,6 +214,6 @@ void tst_OmniBarButtons::settingsButtonWhileConnecting()
     QCOMPARE(sdk->property("calls").toStringList(), QStringList());
 }
 
-QTEST_MAIN(tst_OmniBarButtons)
+REGISTER_TEST(tst_OmniBarButtons, QGuiApplication)
 
 #include "tst_OmniBarButtons.moc"

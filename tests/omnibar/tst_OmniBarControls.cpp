@@ -4,9 +4,11 @@
 #include "Looks.h"
 #include "ScriptedVoice.h"
 
-#include "services/AgentBridge.h"
-#include "support/OmniBarFixture.h"
+#include "AgentBridge.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QQmlProperty>
 #include <QTest>
 #include <QtMath>
@@ -459,6 +461,6 @@ void tst_OmniBarControls::notifyLine()
     bar.screenshot("notify-line");
 }
 
-QTEST_MAIN(tst_OmniBarControls)
+REGISTER_TEST(tst_OmniBarControls, QGuiApplication)
 
 #include "tst_OmniBarControls.moc"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -371,6 +372,6 @@ void tst_OmniBarGeometry::tinyScreen()
     QCOMPARE(bar.window()->position(), QPoint(0, 20));
 }
 
-QTEST_MAIN(tst_OmniBarGeometry)
+REGISTER_TEST(tst_OmniBarGeometry, QGuiApplication)
 
 #include "tst_OmniBarGeometry.moc"

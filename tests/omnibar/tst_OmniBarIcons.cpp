@@ -3,10 +3,12 @@
 
 #include "Looks.h"
 
-#include "services/AgentBridge.h"
-#include "support/IconTheme.h"
-#include "support/OmniBarFixture.h"
+#include "AgentBridge.h"
+#include "IconTheme.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QTemporaryDir>
 #include <QTest>
@@ -112,6 +114,6 @@ void tst_OmniBarIcons::anotherNameIsTriedAnew()
     QCOMPARE(iconsIn(bar.item("expandBtn")), QStringList(text("view-restore")));
 }
 
-QTEST_MAIN(tst_OmniBarIcons)
+REGISTER_TEST(tst_OmniBarIcons, QGuiApplication)
 
 #include "tst_OmniBarIcons.moc"

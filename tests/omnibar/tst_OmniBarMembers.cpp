@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
 #include <QColor>
+#include <QGuiApplication>
 #include <QMetaProperty>
 #include <QTest>
 
@@ -360,6 +362,6 @@ void tst_OmniBarMembers::welcomeIsShownNowhere()
     QVERIFY(shown.isEmpty());
 }
 
-QTEST_MAIN(tst_OmniBarMembers)
+REGISTER_TEST(tst_OmniBarMembers, QGuiApplication)
 
 #include "tst_OmniBarMembers.moc"

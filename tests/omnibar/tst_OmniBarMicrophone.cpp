@@ -5,7 +5,8 @@
 #include "Presses.h"
 #include "ScriptedVoice.h"
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -389,6 +390,6 @@ void tst_OmniBarMicrophone::withoutAVoice()
     bar.invoke("speakReply", {text("nobody hears")});
 }
 
-QTEST_MAIN(tst_OmniBarMicrophone)
+REGISTER_TEST(tst_OmniBarMicrophone, QGuiApplication)
 
 #include "tst_OmniBarMicrophone.moc"

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/AgentBridge.h"
-#include "support/OmniBarFixture.h"
+#include "AgentBridge.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QPointer>
 #include <QQmlComponent>
@@ -335,6 +337,6 @@ void tst_OmniBarObjects::everyListedTypeCanBeMade()
     QVERIFY2(object, qPrintable(component.errorString()));
 }
 
-QTEST_MAIN(tst_OmniBarObjects)
+REGISTER_TEST(tst_OmniBarObjects, QGuiApplication)
 
 #include "tst_OmniBarObjects.moc"

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/OmniBarFixture.h"
-#include "support/TestSetup.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
+#include <QGuiApplication>
 #include <QSettings>
 #include <QTest>
 
@@ -459,6 +461,6 @@ void tst_OmniBarSettings::everythingIsReachedByTab()
     QCOMPARE(order.mid(order.indexOf(look.first()), look.size()), look);
 }
 
-QTEST_MAIN(tst_OmniBarSettings)
+REGISTER_TEST(tst_OmniBarSettings, QGuiApplication)
 
 #include "tst_OmniBarSettings.moc"

@@ -5,6 +5,7 @@
 #include "Looks.h"
 #include "Presses.h"
 #include "ScriptedVoice.h"
+#include "TestRegistry.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -299,6 +300,6 @@ void tst_OmniBarVoice::looks()
     bar.screenshot(text("voice-") + QString::fromLatin1(QTest::currentDataTag()));
 }
 
-QTEST_MAIN(tst_OmniBarVoice)
+REGISTER_TEST(tst_OmniBarVoice, QGuiApplication)
 
 #include "tst_OmniBarVoice.moc"

@@ -5,12 +5,14 @@
 #include "Looks.h"
 #include "ScriptedVoice.h"
 
-#include "support/FakePath.h"
-#include "voice/VoiceRig.h"
-#include "voice/whisper-standin/WhisperStandIn.h"
+#include "FakePath.h"
+#include "TestRegistry.h"
+#include "VoiceRig.h"
+#include "WhisperStandIn.h"
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QSettings>
@@ -250,6 +252,6 @@ void tst_OmniBarVoiceBridge::repliesAreReadAloud()
     QVERIFY(model.remove());
 }
 
-QTEST_MAIN(tst_OmniBarVoiceBridge)
+REGISTER_TEST(tst_OmniBarVoiceBridge, QGuiApplication)
 
 #include "tst_OmniBarVoiceBridge.moc"

@@ -3,11 +3,13 @@
 
 #include "ScriptedVoice.h"
 
-#include "services/AgentBridge.h"
-#include "support/OmniBarFixture.h"
-#include "support/TestSetup.h"
+#include "AgentBridge.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QSettings>
@@ -609,6 +611,6 @@ void tst_OmniBarWindow::blurIsOnlyAskedForWhenTranslucent()
     QCOMPARE(bar.takeWarnings(), QStringList());
 }
 
-QTEST_MAIN(tst_OmniBarWindow)
+REGISTER_TEST(tst_OmniBarWindow, QGuiApplication)
 
 #include "tst_OmniBarWindow.moc"

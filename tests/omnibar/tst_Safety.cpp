@@ -4,12 +4,14 @@
 #include "Conversation.h"
 #include "ScriptedVoice.h"
 
-#include "services/AgentBridge.h"
+#include "AgentBridge.h"
+#include "TestRegistry.h"
 
 #include <QAccessible>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QQmlProperty>
 #include <QRandomGenerator>
@@ -544,6 +546,6 @@ void tst_Safety::oddFrames()
     QVERIFY(!bar.property("compactMode").toBool());
 }
 
-QTEST_MAIN(tst_Safety)
+REGISTER_TEST(tst_Safety, QGuiApplication)
 
 #include "tst_Safety.moc"

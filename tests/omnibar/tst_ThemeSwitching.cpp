@@ -3,12 +3,14 @@
 
 #include "Looks.h"
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
+#include <QGuiApplication>
 #include <QTest>
 
 //! The parts of the bar that look the same whatever the theme.
-class tst_OmniBarThemes : public QObject
+class tst_ThemeSwitching : public QObject
 {
     Q_OBJECT
 
@@ -18,7 +20,7 @@ private Q_SLOTS:
     void scrim();
 };
 
-void tst_OmniBarThemes::looksTheSameInBothThemes()
+void tst_ThemeSwitching::looksTheSameInBothThemes()
 {
     OmniBarFixture bar;
     QVERIFY(bar.open());
@@ -43,7 +45,7 @@ void tst_OmniBarThemes::looksTheSameInBothThemes()
     QVERIFY2(left.red() > 90 && left.red() < 130 && left.blue() < left.red(), qPrintable(left.name()));
 }
 
-void tst_OmniBarThemes::scrim_data()
+void tst_ThemeSwitching::scrim_data()
 {
     QTest::addColumn<bool>("light");
     QTest::addColumn<bool>("translucent");
@@ -56,7 +58,7 @@ void tst_OmniBarThemes::scrim_data()
     }
 }
 
-void tst_OmniBarThemes::scrim()
+void tst_ThemeSwitching::scrim()
 {
     QFETCH(bool, light);
     QFETCH(bool, translucent);
@@ -71,6 +73,6 @@ void tst_OmniBarThemes::scrim()
     QCOMPARE(bar.place(bar.item("scrim")), QRectF(0, 0, 1280, 800));
 }
 
-QTEST_MAIN(tst_OmniBarThemes)
+REGISTER_TEST(tst_ThemeSwitching, QGuiApplication)
 
-#include "tst_OmniBarThemes.moc"
+#include "tst_ThemeSwitching.moc"

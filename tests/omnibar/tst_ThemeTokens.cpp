@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/MessageLog.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
 
 #include <QColor>
+#include <QGuiApplication>
 #include <QMetaProperty>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -118,7 +120,7 @@ QByteArray words(const QColor &colour)
 } // namespace
 
 //! The colours, walked side by side with their table.
-class tst_OmniBarTheme : public QObject
+class tst_ThemeTokens : public QObject
 {
     Q_OBJECT
 
@@ -141,7 +143,7 @@ private:
     std::unique_ptr<QObject> m_theme;
 };
 
-void tst_OmniBarTheme::init()
+void tst_ThemeTokens::init()
 {
     m_log = std::make_unique<MessageLog>();
     m_engine = std::make_unique<QQmlEngine>();
@@ -151,7 +153,7 @@ void tst_OmniBarTheme::init()
     QVERIFY2(m_theme, qPrintable(component.errorString()));
 }
 
-void tst_OmniBarTheme::cleanup()
+void tst_ThemeTokens::cleanup()
 {
     m_theme.reset();
     m_engine.reset();
@@ -159,13 +161,13 @@ void tst_OmniBarTheme::cleanup()
     m_log.reset();
 }
 
-void tst_OmniBarTheme::startsDarkAndTranslucent()
+void tst_ThemeTokens::startsDarkAndTranslucent()
 {
     QCOMPARE(m_theme->property("uiLight"), QVariant(false));
     QCOMPARE(m_theme->property("translucentBackground"), QVariant(true));
 }
 
-void tst_OmniBarTheme::tokens_data()
+void tst_ThemeTokens::tokens_data()
 {
     QTest::addColumn<int>("index");
 
@@ -174,7 +176,7 @@ void tst_OmniBarTheme::tokens_data()
     }
 }
 
-void tst_OmniBarTheme::tokens()
+void tst_ThemeTokens::tokens()
 {
     QFETCH(int, index);
     const Token &token = s_tokens[index];
@@ -198,7 +200,7 @@ void tst_OmniBarTheme::tokens()
     }
 }
 
-void tst_OmniBarTheme::tokensAreReadOnly()
+void tst_ThemeTokens::tokensAreReadOnly()
 {
     const QMetaObject *type = m_theme->metaObject();
     for (const Token &token : s_tokens) {
@@ -219,7 +221,7 @@ void tst_OmniBarTheme::tokensAreReadOnly()
     }
 }
 
-void tst_OmniBarTheme::fixedPairs()
+void tst_ThemeTokens::fixedPairs()
 {
     for (const bool translucent : {true, false}) {
         m_theme->setProperty("translucentBackground", translucent);
@@ -232,7 +234,7 @@ void tst_OmniBarTheme::fixedPairs()
     }
 }
 
-void tst_OmniBarTheme::shadow()
+void tst_ThemeTokens::shadow()
 {
     QCOMPARE(colour(m_theme.get(), "panelShadow"), colour({0, 0, 0, 0.45}));
     QCOMPARE(m_theme->property("panelShadowRadius").toInt(), 24);
@@ -243,7 +245,7 @@ void tst_OmniBarTheme::shadow()
     QCOMPARE(colour(m_theme.get(), "headerHover"), colour({0, 0, 0, 0.08}));
 }
 
-void tst_OmniBarTheme::bubbles()
+void tst_ThemeTokens::bubbles()
 {
     struct Bubble
     {
@@ -280,7 +282,7 @@ void tst_OmniBarTheme::bubbles()
     }
 }
 
-void tst_OmniBarTheme::tellsOfChanges()
+void tst_ThemeTokens::tellsOfChanges()
 {
     QSignalSpy strong(m_theme.get(), SIGNAL(uiTextStrongChanged()));
     QSignalSpy base(m_theme.get(), SIGNAL(uiPanelBaseChanged()));
@@ -294,6 +296,6 @@ void tst_OmniBarTheme::tellsOfChanges()
     QCOMPARE(base.size(), 2);
 }
 
-QTEST_MAIN(tst_OmniBarTheme)
+REGISTER_TEST(tst_ThemeTokens, QGuiApplication)
 
-#include "tst_OmniBarTheme.moc"
+#include "tst_ThemeTokens.moc"

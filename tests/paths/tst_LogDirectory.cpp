@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/EventLogDirectory.h"
+#include "LogDirectory.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,7 +31,7 @@ struct Places
 
 } // namespace
 
-class tst_EventLogDirectory : public QObject
+class tst_LogDirectory : public QObject
 {
     Q_OBJECT
 
@@ -43,15 +44,15 @@ private Q_SLOTS:
     void followsTheEnvironment();
 };
 
-void tst_EventLogDirectory::makesTheUsualDirectory()
+void tst_LogDirectory::makesTheUsualDirectory()
 {
     const Places places;
-    QCOMPARE(EventLogDirectory::choose(QString(), places.home, places.other), places.usual);
+    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), places.usual);
     QVERIFY(QDir(places.usual).exists());
     QVERIFY(!QDir(places.other).exists());
 }
 
-void tst_EventLogDirectory::choosesWhereLogsAre_data()
+void tst_LogDirectory::choosesWhereLogsAre_data()
 {
     QTest::addColumn<QString>("inUsual");
     QTest::addColumn<QString>("inOther");
@@ -68,7 +69,7 @@ void tst_EventLogDirectory::choosesWhereLogsAre_data()
     QTest::newRow("a folder is no log") << QString() << QStringLiteral("folder.log/bridge.log") << false;
 }
 
-void tst_EventLogDirectory::choosesWhereLogsAre()
+void tst_LogDirectory::choosesWhereLogsAre()
 {
     QFETCH(QString, inUsual);
     QFETCH(QString, inOther);
@@ -80,30 +81,30 @@ void tst_EventLogDirectory::choosesWhereLogsAre()
     };
     QVERIFY(write(places.usual, inUsual));
     QVERIFY(write(places.other, inOther));
-    QCOMPARE(EventLogDirectory::choose(QString(), places.home, places.other), isOther ? places.other : places.usual);
+    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), isOther ? places.other : places.usual);
 }
 
-void tst_EventLogDirectory::stateHomeTakesThePlaceOfTheUsual()
+void tst_LogDirectory::stateHomeTakesThePlaceOfTheUsual()
 {
     const Places places;
     QVERIFY(writeFile(places.usual, QStringLiteral("bridge.log")));
     const QString state = places.root.filePath(QStringLiteral("state"));
-    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other), state + s_logs);
+    QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other), state + s_logs);
     QVERIFY(QDir(state + s_logs).exists());
 
     QVERIFY(writeFile(places.other, QStringLiteral("bridge.log")));
-    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other), places.other);
+    QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other), places.other);
 }
 
-void tst_EventLogDirectory::pathIsClean()
+void tst_LogDirectory::pathIsClean()
 {
     const Places places;
     const QString state = places.root.filePath(QStringLiteral("a/../state//"));
-    QCOMPARE(EventLogDirectory::choose(state, places.home, places.other),
+    QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other),
              places.root.filePath(QStringLiteral("state")) + s_logs);
 }
 
-void tst_EventLogDirectory::followsTheEnvironment()
+void tst_LogDirectory::followsTheEnvironment()
 {
     // With a log of its own, so that what lies in the machine's temporary directory doesn't matter.
     const Places places;
@@ -111,16 +112,16 @@ void tst_EventLogDirectory::followsTheEnvironment()
     const QString inHome = QDir::homePath() + QStringLiteral("/.local/state") + s_logs;
     QVERIFY(writeFile(inHome, QStringLiteral("bridge.log")));
     qunsetenv(variable);
-    QCOMPARE(EventLogDirectory::path(), inHome);
+    QCOMPARE(LogDirectory::ofBridge(), inHome);
     qputenv(variable, "");
-    QCOMPARE(EventLogDirectory::path(), inHome);
+    QCOMPARE(LogDirectory::ofBridge(), inHome);
 
     const QString state = places.root.filePath(QStringLiteral("state"));
     QVERIFY(writeFile(state + s_logs, QStringLiteral("bridge.log")));
     qputenv(variable, state.toLocal8Bit());
-    QCOMPARE(EventLogDirectory::path(), state + s_logs);
+    QCOMPARE(LogDirectory::ofBridge(), state + s_logs);
     qunsetenv(variable);
 }
 
-QTEST_GUILESS_MAIN(tst_EventLogDirectory)
-#include "tst_EventLogDirectory.moc"
+REGISTER_TEST(tst_LogDirectory, QCoreApplication)
+#include "tst_LogDirectory.moc"

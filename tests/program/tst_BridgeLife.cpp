@@ -3,7 +3,8 @@
 
 #include "DesktopRun.h"
 
-#include "support/NodeProcess.h"
+#include "NodeProcess.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -330,5 +331,5 @@ void tst_BridgeLife::omniBarLeavesARunningBridge()
     QVERIFY(service.waitForFinished());
 }
 
-QTEST_GUILESS_MAIN(tst_BridgeLife)
+REGISTER_TEST(tst_BridgeLife, QCoreApplication)
 #include "tst_BridgeLife.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DesktopRun.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -281,5 +282,5 @@ void tst_Launch::dataBesideTheExecutable()
     QTRY_COMPARE_WITH_TIMEOUT(run.property("_NET_WM_ICON").contains("Icon (37 x 37)"), exists, s_patience);
 }
 
-QTEST_GUILESS_MAIN(tst_Launch)
+REGISTER_TEST(tst_Launch, QCoreApplication)
 #include "tst_Launch.moc"

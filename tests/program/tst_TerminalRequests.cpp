@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Program.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -359,5 +360,5 @@ void tst_TerminalRequests::modelsWinsOverAWindow()
     QCOMPARE(run({QStringLiteral("--main"), QStringLiteral("models")}).output, QByteArray("the list\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_TerminalRequests)
+REGISTER_TEST(tst_TerminalRequests, QCoreApplication)
 #include "tst_TerminalRequests.moc"

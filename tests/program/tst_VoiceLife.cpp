@@ -3,8 +3,9 @@
 
 #include "DesktopRun.h"
 
-#include "voice/Sentence.h"
-#include "voice/SherpaStandIn.h"
+#include "Sentence.h"
+#include "SherpaStandIn.h"
+#include "TestRegistry.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -189,6 +190,6 @@ void tst_VoiceLife::tellsWhyThereIsNoMicrophone()
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceLife)
+REGISTER_TEST(tst_VoiceLife, QCoreApplication)
 
 #include "tst_VoiceLife.moc"

@@ -3,8 +3,8 @@
 
 #include "ConnectedSdk.h"
 
-#include "support/TestSetup.h"
-#include "support/WaitUntil.h"
+#include "TestSetup.h"
+#include "WaitUntil.h"
 
 #include <QTest>
 #include <QWebSocket>

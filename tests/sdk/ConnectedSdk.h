@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "support/MessageLog.h"
-#include "support/ScriptedBridge.h"
-#include "support/SignalLog.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
+#include "MessageLog.h"
+#include "ScriptedBridge.h"
+#include "SignalLog.h"
 
 #include <QObject>
 #include <QTimer>

@@ -5,7 +5,7 @@
 
 #include "SdkOperations.h"
 
-#include "services/LoomraSDK.h"
+#include "LoomraSDK.h"
 
 namespace
 {

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/CliModels.h"
-#include "support/FakePath.h"
-#include "support/MessageLog.h"
+#include "CliModels.h"
+#include "FakePath.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QJsonObject>
@@ -250,5 +251,5 @@ void tst_CliModels::endsACliThatHangs()
     QCOMPARE(::kill(pid, 0), -1);
 }
 
-QTEST_GUILESS_MAIN(tst_CliModels)
+REGISTER_TEST(tst_CliModels, QCoreApplication)
 #include "tst_CliModels.moc"

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/DebugEventLog.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
+#include "DebugEventLog.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -249,5 +250,5 @@ void tst_DebugEventLog::losesWhatCannotBeWritten()
     QVERIFY(writtenLines().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(tst_DebugEventLog)
+REGISTER_TEST(tst_DebugEventLog, QCoreApplication)
 #include "tst_DebugEventLog.moc"

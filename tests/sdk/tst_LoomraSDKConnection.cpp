@@ -3,7 +3,8 @@
 
 #include "ConnectedSdk.h"
 
-#include "support/WaitUntil.h"
+#include "TestRegistry.h"
+#include "WaitUntil.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -286,6 +287,6 @@ void tst_LoomraSDKConnection::quittingGivesUpAnAttempt()
     QVERIFY(!c->timer("reconnectTimer")->isActive());
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKConnection)
+REGISTER_TEST(tst_LoomraSDKConnection, QCoreApplication)
 
 #include "tst_LoomraSDKConnection.moc"

@@ -3,12 +3,13 @@
 
 #include "DebugLogFile.h"
 
-#include "services/ConfigManager.h"
-#include "services/DebugEventLog.h"
-#include "services/LoomraSDK.h"
-#include "support/FakePath.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
+#include "ConfigManager.h"
+#include "DebugEventLog.h"
+#include "FakePath.h"
+#include "LoomraSDK.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QDir>
 #include <QFile>
@@ -230,6 +231,6 @@ void tst_LoomraSDKDebugChild::off()
     QVERIFY(!QFileInfo::exists(QFileInfo(m_file->path()).path()));
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKDebugChild)
+REGISTER_TEST(tst_LoomraSDKDebugChild, QCoreApplication)
 
 #include "tst_LoomraSDKDebugChild.moc"

@@ -4,7 +4,8 @@
 #include "ConnectedSdk.h"
 #include "DebugLogFile.h"
 
-#include "services/DebugEventLog.h"
+#include "DebugEventLog.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -120,6 +121,6 @@ void tst_LoomraSDKDebugFrames::rawQuotesBreakALineAlone()
     QVERIFY(isStrictJson(lines.at(1)) && isStrictJson(lines.at(2)));
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKDebugFrames)
+REGISTER_TEST(tst_LoomraSDKDebugFrames, QCoreApplication)
 
 #include "tst_LoomraSDKDebugFrames.moc"

@@ -4,8 +4,9 @@
 #include "ConnectedSdk.h"
 #include "DebugLogFile.h"
 
-#include "support/FakePath.h"
-#include "support/TestSetup.h"
+#include "FakePath.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QFileInfo>
 #include <QTest>
@@ -281,6 +282,6 @@ void tst_LoomraSDKDebugLog::off()
     QVERIFY(!QFileInfo::exists(QFileInfo(m_file->path()).path()));
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKDebugLog)
+REGISTER_TEST(tst_LoomraSDKDebugLog, QCoreApplication)
 
 #include "tst_LoomraSDKDebugLog.moc"

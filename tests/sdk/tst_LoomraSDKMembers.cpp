@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "support/Members.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
+#include "Members.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QTest>
 
@@ -277,5 +278,5 @@ void tst_LoomraSDKMembers::executorPathFromTheEnvironment()
     QCOMPARE(sdk.isExecutorPathEnabled(), enabled);
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKMembers)
+REGISTER_TEST(tst_LoomraSDKMembers, QCoreApplication)
 #include "tst_LoomraSDKMembers.moc"

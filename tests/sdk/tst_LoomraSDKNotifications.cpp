@@ -4,8 +4,9 @@
 #include "ConnectedSdk.h"
 
 #include "DataDirectories.h"
-#include "support/Notifications.h"
-#include "support/TestSetup.h"
+#include "Notifications.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -93,7 +94,7 @@ void tst_LoomraSDKNotifications::dryRunIsNotShown()
     QCOMPARE(actions.at(1).toString(), QStringLiteral("Review"));
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     const QGuiApplication application(argc, argv);
     TestSetup::setAboutData();
@@ -101,5 +102,7 @@ int main(int argc, char **argv)
     tst_LoomraSDKNotifications test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_LoomraSDKNotifications, run)
 
 #include "tst_LoomraSDKNotifications.moc"

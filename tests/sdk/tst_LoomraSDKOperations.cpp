@@ -3,7 +3,8 @@
 
 #include "ConnectedSdk.h"
 
-#include "support/FakePath.h"
+#include "FakePath.h"
+#include "TestRegistry.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -307,6 +308,6 @@ void tst_LoomraSDKOperations::executorPathOfTheBridge()
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), before);
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKOperations)
+REGISTER_TEST(tst_LoomraSDKOperations, QCoreApplication)
 
 #include "tst_LoomraSDKOperations.moc"

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "support/MessageLog.h"
-#include "support/ScriptedBridge.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
+#include "MessageLog.h"
+#include "ScriptedBridge.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -482,6 +483,6 @@ void tst_LoomraSDKProcess::executorPathFromTheEnvironment()
     QCOMPARE(heard(), before == enabled ? QString() : QStringLiteral("executorPathEnabledChanged()"));
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKProcess)
+REGISTER_TEST(tst_LoomraSDKProcess, QCoreApplication)
 
 #include "tst_LoomraSDKProcess.moc"

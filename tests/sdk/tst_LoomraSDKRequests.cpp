@@ -3,6 +3,7 @@
 
 #include "ConnectedSdk.h"
 #include "SdkOperations.h"
+#include "TestRegistry.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -214,6 +215,6 @@ void tst_LoomraSDKRequests::takesALateReply()
     QCOMPARE(c->heard.take(), operation->heard);
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKRequests)
+REGISTER_TEST(tst_LoomraSDKRequests, QCoreApplication)
 
 #include "tst_LoomraSDKRequests.moc"

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/ConfigManager.h"
-#include "services/LoomraSDK.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
-#include "support/WaitUntil.h"
+#include "ConfigManager.h"
+#include "LoomraSDK.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "WaitUntil.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDebug>
@@ -293,6 +294,6 @@ void tst_LoomraSDKSoak::losesTheChild()
     end(before, s_atMostOfRestarts);
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKSoak)
+REGISTER_TEST(tst_LoomraSDKSoak, QCoreApplication)
 
 #include "tst_LoomraSDKSoak.moc"

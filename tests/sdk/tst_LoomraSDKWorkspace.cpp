@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedSdk.h"
+#include "TestRegistry.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -463,6 +464,6 @@ void tst_LoomraSDKWorkspace::choices()
     QCOMPARE(c->heard.take().join(QLatin1Char('\n')), heard);
 }
 
-QTEST_GUILESS_MAIN(tst_LoomraSDKWorkspace)
+REGISTER_TEST(tst_LoomraSDKWorkspace, QCoreApplication)
 
 #include "tst_LoomraSDKWorkspace.moc"

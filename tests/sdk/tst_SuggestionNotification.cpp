@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DataDirectories.h"
-#include "services/SuggestionNotification.h"
-#include "support/MessageLog.h"
-#include "support/Notifications.h"
-#include "support/TestSetup.h"
+#include "MessageLog.h"
+#include "Notifications.h"
+#include "SuggestionNotification.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -253,7 +254,8 @@ void tst_SuggestionNotification::endsWithItsParent()
 void tst_SuggestionNotification::mayBeShownWhenTheProgramEnds()
 {
     QProcess run;
-    run.start(QCoreApplication::applicationFilePath(), {QLatin1String(s_childArgument)});
+    run.start(QCoreApplication::applicationFilePath(),
+              {QStringLiteral("tst_SuggestionNotification"), QLatin1String(s_childArgument)});
     QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("T"));
     run.closeWriteChannel();
     QVERIFY(run.waitForFinished());
@@ -286,7 +288,7 @@ void tst_SuggestionNotification::wantsInAppDialog()
     qunsetenv(variable);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     if (argc == 2 && qstrcmp(argv[1], s_childArgument) == 0) {
         return showUntilInputEnds(argc, argv);
@@ -295,5 +297,7 @@ int main(int argc, char **argv)
     tst_SuggestionNotification test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_SuggestionNotification, run)
 
 #include "tst_SuggestionNotification.moc"

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "support/MessageLog.h"
+#include "MessageLog.h"
 
 //! What a purge of the bridge's port writes into the log.
 namespace PurgeLog

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/BridgeEnvironment.h"
+#include "BridgeEnvironment.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -266,5 +267,5 @@ void tst_BridgeEnvironment::startsFromThisProcess()
     QCOMPARE(qgetenv("https_proxy"), QByteArray("http://nowhere"));
 }
 
-QTEST_GUILESS_MAIN(tst_BridgeEnvironment)
+REGISTER_TEST(tst_BridgeEnvironment, QCoreApplication)
 #include "tst_BridgeEnvironment.moc"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/BridgePath.h"
+#include "BridgePath.h"
+#include "TestRegistry.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -146,12 +147,12 @@ void tst_BridgePath::looksBesideTheExecutable()
              0);
 
     QProcess process;
-    process.start(program, {s_printPath});
+    process.start(program, {QStringLiteral("tst_BridgePath"), s_printPath});
     QVERIFY(process.waitForFinished());
     QCOMPARE(QString::fromLocal8Bit(process.readAllStandardOutput()), bridge);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     if (QCoreApplication::arguments().contains(s_printPath)) {
@@ -161,5 +162,7 @@ int main(int argc, char **argv)
     tst_BridgePath test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_BridgePath, run)
 
 #include "tst_BridgePath.moc"

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/BridgeUserService.h"
-#include "support/FakePath.h"
-#include "support/MessageLog.h"
+#include "BridgeUserService.h"
+#include "FakePath.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
@@ -110,5 +111,5 @@ void tst_BridgeUserService::doesntWaitForTheEnd()
     QCOMPARE(::kill(pid, SIGKILL), 0); // it was still there
 }
 
-QTEST_GUILESS_MAIN(tst_BridgeUserService)
+REGISTER_TEST(tst_BridgeUserService, QCoreApplication)
 #include "tst_BridgeUserService.moc"

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "NodeProcess.h"
 #include "PurgeLog.h"
-#include "services/StaleBridges.h"
-#include "support/NodeProcess.h"
+#include "StaleBridges.h"
+#include "TestRegistry.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -92,7 +93,7 @@ void tst_StaleBridgePort::skipsThisProcess()
     QTRY_COMPARE(client.state(), QAbstractSocket::UnconnectedState);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
         std::fputs("NOT TESTED: a purge kills whatever uses the port, and here it isn't this test's own\n", stderr);
@@ -102,5 +103,7 @@ int main(int argc, char **argv)
     tst_StaleBridgePort test;
     return QTest::qExec(&test, argc, argv);
 }
+
+REGISTER_TEST_MAIN(tst_StaleBridgePort, run)
 
 #include "tst_StaleBridgePort.moc"

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "FakePath.h"
+#include "MessageLog.h"
+#include "NodeProcess.h"
 #include "PurgeLog.h"
-#include "services/StaleBridges.h"
-#include "support/FakePath.h"
-#include "support/MessageLog.h"
-#include "support/NodeProcess.h"
+#include "StaleBridges.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
@@ -195,5 +196,5 @@ void tst_StaleBridgePurge::goesOnWithoutAWorkingKill()
     QCOMPARE(PurgeLog::textsOf(log).last(), PurgeLog::waiting);
 }
 
-QTEST_GUILESS_MAIN(tst_StaleBridgePurge)
+REGISTER_TEST(tst_StaleBridgePurge, QCoreApplication)
 #include "tst_StaleBridgePurge.moc"

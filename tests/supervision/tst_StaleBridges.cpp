@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "services/StaleBridges.h"
+#include "StaleBridges.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -77,5 +78,5 @@ void tst_StaleBridges::judges()
     QTEST(StaleBridges::verdictOn(pid, 5, comm), "verdict");
 }
 
-QTEST_GUILESS_MAIN(tst_StaleBridges)
+REGISTER_TEST(tst_StaleBridges, QCoreApplication)
 #include "tst_StaleBridges.moc"

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/OmniBarFixture.h"
+#include "OmniBarFixture.h"
+#include "TestRegistry.h"
 
 #include <QColor>
+#include <QGuiApplication>
 #include <QTest>
 
 // The tray view in its window: the state of the agent, and actions that only log.
@@ -155,6 +157,6 @@ void tst_TrayIcon::tooltip()
     QCOMPARE(tray.item("toolTipText")->property("text").toString(), QStringLiteral("Warden Desk\nError"));
 }
 
-QTEST_MAIN(tst_TrayIcon)
+REGISTER_TEST(tst_TrayIcon, QGuiApplication)
 
 #include "tst_TrayIcon.moc"

@@ -3,7 +3,7 @@
 
 #include "ScriptedMicrophone.h"
 
-#include "voice/Endpointer.h"
+#include "Endpointer.h"
 
 #include <algorithm>
 #include <chrono>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "voice/Microphone.h"
+#include "Microphone.h"
 
 #include <QtGlobal>
 

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "MessageLog.h"
 #include "ScriptedMicrophone.h"
-#include "support/MessageLog.h"
-#include "voice/VoiceBridge.h"
+#include "VoiceBridge.h"
 
 #include <QFile>
 #include <QString>

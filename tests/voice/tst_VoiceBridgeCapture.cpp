@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Endpointer.h"
+#include "MessageLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/Endpointer.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QSettings>
 #include <QSignalSpy>
@@ -440,6 +441,6 @@ void tst_VoiceBridgeCapture::cancelsWhenTheStartIsHeard()
     QCOMPARE(rig.microphone.openStreams(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeCapture)
+REGISTER_TEST(tst_VoiceBridgeCapture, QCoreApplication)
 
 #include "tst_VoiceBridgeCapture.moc"

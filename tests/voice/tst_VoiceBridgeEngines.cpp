@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
 #include "SherpaStandIn.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QSettings>
 #include <QSignalSpy>
@@ -423,6 +424,6 @@ void tst_VoiceBridgeEngines::sherpaIsUnavailable()
     QCOMPARE(heard.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(reason)}));
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeEngines)
+REGISTER_TEST(tst_VoiceBridgeEngines, QCoreApplication)
 
 #include "tst_VoiceBridgeEngines.moc"

@@ -1,16 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Endpointer.h"
+#include "MessageLog.h"
+#include "MoonshineWorker.h"
+#include "NemotronStreamingWorker.h"
+#include "NemotronWorker.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/Endpointer.h"
-#include "voice/MoonshineWorker.h"
-#include "voice/NemotronStreamingWorker.h"
-#include "voice/NemotronWorker.h"
-#include "voice/WhisperWorker.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
+#include "WhisperWorker.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -405,6 +406,6 @@ void tst_VoiceBridgeLive::laterBatchKeepsTheStreamingModel()
     QVERIFY(!WhisperStandIn::calls().contains(QStringLiteral("init ") + whisper.path()));
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeLive)
+REGISTER_TEST(tst_VoiceBridgeLive, QCoreApplication)
 
 #include "tst_VoiceBridgeLive.moc"

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/Members.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
+#include "Members.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 
 #include <QDir>
 #include <QFile>
@@ -215,6 +216,6 @@ void tst_VoiceBridgeMembers::modelsAreLoadedLater()
     QVERIFY(model.remove());
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeMembers)
+REGISTER_TEST(tst_VoiceBridgeMembers, QCoreApplication)
 
 #include "tst_VoiceBridgeMembers.moc"

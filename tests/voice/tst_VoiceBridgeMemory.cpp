@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Capture.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 #include "VoiceRig.h"
-#include "support/TestSetup.h"
-#include "voice/Capture.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QTest>
 
@@ -72,6 +73,6 @@ void tst_VoiceBridgeMemory::isTakenOnce()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeMemory)
+REGISTER_TEST(tst_VoiceBridgeMemory, QCoreApplication)
 
 #include "tst_VoiceBridgeMemory.moc"

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
+#include "MessageLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 
 #include <QFile>
 #include <QSettings>
@@ -392,6 +393,6 @@ void tst_VoiceBridgeSettings::logSwitchWritesNoLine()
     QCOMPARE(voice.voiceLog(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeSettings)
+REGISTER_TEST(tst_VoiceBridgeSettings, QCoreApplication)
 
 #include "tst_VoiceBridgeSettings.moc"

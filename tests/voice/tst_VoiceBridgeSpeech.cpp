@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
 #include "PiperStandIn.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 
 #include <QDir>
 #include <QFile>
@@ -180,6 +181,6 @@ void tst_VoiceBridgeSpeech::keepsTheVoiceTestsLog()
     QCOMPARE(record, expected);
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeSpeech)
+REGISTER_TEST(tst_VoiceBridgeSpeech, QCoreApplication)
 
 #include "tst_VoiceBridgeSpeech.moc"

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -110,6 +111,6 @@ void tst_VoiceBridgeThreads::endsWhileFrozen()
     QTRY_COMPARE(rig.microphone.openStreams(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeThreads)
+REGISTER_TEST(tst_VoiceBridgeThreads, QCoreApplication)
 
 #include "tst_VoiceBridgeThreads.moc"

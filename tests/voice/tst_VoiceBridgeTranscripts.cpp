@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
 #include "SherpaStandIn.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QScopeGuard>
 #include <QSignalSpy>
@@ -176,6 +177,6 @@ void tst_VoiceBridgeTranscripts::choosesAnotherEngineWhileOneWorks()
     QCOMPARE(transcripts.at(1).constFirst().toString(), QStringLiteral("new words"));
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeTranscripts)
+REGISTER_TEST(tst_VoiceBridgeTranscripts, QCoreApplication)
 
 #include "tst_VoiceBridgeTranscripts.moc"

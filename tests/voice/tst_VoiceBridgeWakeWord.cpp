@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
 #include "PiperStandIn.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
-#include "support/TestSetup.h"
-#include "whisper-standin/WhisperStandIn.h"
+#include "WhisperStandIn.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -269,6 +270,6 @@ void tst_VoiceBridgeWakeWord::withoutAManager()
     QCOMPARE(messages.warnings(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeWakeWord)
+REGISTER_TEST(tst_VoiceBridgeWakeWord, QCoreApplication)
 
 #include "tst_VoiceBridgeWakeWord.moc"

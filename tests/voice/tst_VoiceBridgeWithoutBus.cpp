@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
-#include "voice/VoiceBridge.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 
 #include <QTest>
 
@@ -29,6 +30,6 @@ void tst_VoiceBridgeWithoutBus::wakeWordStaysDead()
     QVERIFY(voice.voiceLogEnabled());
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceBridgeWithoutBus)
+REGISTER_TEST(tst_VoiceBridgeWithoutBus, QCoreApplication)
 
 #include "tst_VoiceBridgeWithoutBus.moc"

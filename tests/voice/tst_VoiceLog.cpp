@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/VoiceLog.h"
+#include "TestRegistry.h"
+#include "VoiceLog.h"
 
 #include <QTest>
 
@@ -47,6 +48,6 @@ void tst_VoiceLog::hostileText()
     QCOMPARE(log.lines(), QStringList {QStringLiteral("[00:00:00.000] 100%1 <b>%2</b>")});
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceLog)
+REGISTER_TEST(tst_VoiceLog, QCoreApplication)
 
 #include "tst_VoiceLog.moc"

@@ -1,14 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Endpointer.h"
+#include "MessageLog.h"
 #include "PulseDaemon.h"
 #include "Sentence.h"
 #include "SherpaStandIn.h"
+#include "TestRegistry.h"
+#include "TestSetup.h"
+#include "VoiceBridge.h"
 #include "VoiceRig.h"
-#include "support/MessageLog.h"
-#include "support/TestSetup.h"
-#include "voice/Endpointer.h"
-#include "voice/VoiceBridge.h"
 
 #include <QProcess>
 #include <QSignalSpy>
@@ -356,6 +357,6 @@ void tst_VoiceMicrophone::daemonFreezes()
     daemon.thaw();
 }
 
-QTEST_GUILESS_MAIN(tst_VoiceMicrophone)
+REGISTER_TEST(tst_VoiceMicrophone, QCoreApplication)
 
 #include "tst_VoiceMicrophone.moc"

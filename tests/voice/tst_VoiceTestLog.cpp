@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/MessageLog.h"
-#include "voice/VoiceTestLog.h"
+#include "MessageLog.h"
+#include "TestRegistry.h"
+#include "VoiceTestLog.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -248,5 +249,5 @@ void tst_VoiceTestLog::submitsNothingBlank()
     QVERIFY(QDir(state.path()).isEmpty());
 }
 
-QTEST_APPLESS_MAIN(tst_VoiceTestLog)
+REGISTER_TEST(tst_VoiceTestLog, TestRegistry::NoApplication)
 #include "tst_VoiceTestLog.moc"

@@ -7,7 +7,7 @@
 #include "BridgePath.h"
 #include "BridgeSocket.h"
 #include "ConfigManager.h"
-#include "EventLogDirectory.h"
+#include "LogDirectory.h"
 
 #include <QTimer>
 #include <QWebSocket>
@@ -67,7 +67,7 @@ LoomraSDK::~LoomraSDK()
 
 QString LoomraSDK::eventLogDir() const
 {
-    return EventLogDirectory::path();
+    return LogDirectory::ofBridge();
 }
 
 void LoomraSDK::setCurrentModel(const QString &model)

@@ -3,7 +3,7 @@
 
 #include "BridgeEnvironment.h"
 
-#include "BridgeLogDirectory.h"
+#include "LogDirectory.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -75,7 +75,7 @@ BridgeEnvironment::ForChild BridgeEnvironment::forChild(QProcessEnvironment envi
         }
     }
     if (!environment.contains(s_stateHome) && !surroundings.home.isEmpty()) {
-        environment.insert(s_stateHome, BridgeLogDirectory::usualStateHome(surroundings.home));
+        environment.insert(s_stateHome, LogDirectory::defaultStateHome(surroundings.home));
     }
     for (const QLatin1String name : s_offByDefault) {
         if (!environment.contains(name)) {

@@ -40,7 +40,7 @@ Capture::Capture(std::unique_ptr<Microphone> microphone, int silenceTimeoutMs, s
     m_state->samples.reserve(MostSamples);
     m_thread = QThread::create([state = m_state] {
         run(*state);
-        HandOver::release(state.get());
+        ThreadHandover::release(state.get());
     });
     m_thread->start(QThread::InheritPriority);
 }
@@ -75,7 +75,7 @@ std::vector<qint16> Capture::join(int timeoutMs)
         }
         return {};
     }
-    HandOver::acquire(m_state.get());
+    ThreadHandover::acquire(m_state.get());
     delete thread;
     m_state->microphone.reset();
     return std::move(m_state->samples);

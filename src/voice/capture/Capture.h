@@ -4,8 +4,8 @@
 #pragma once
 
 #include "Endpointer.h"
-#include "HandOver.h"
 #include "Microphone.h"
+#include "ThreadHandover.h"
 
 #include <QByteArray>
 

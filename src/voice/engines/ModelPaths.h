@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "voice/SearchRoots.h"
+#include "SearchRoots.h"
 
 #include <QString>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "voice/SherpaWorker.h"
+#include "SherpaWorker.h"
 
 //! The Moonshine engine.
 class MoonshineWorker : public SherpaWorker

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "voice/SherpaWorker.h"
+#include "SherpaWorker.h"
 
 //! The Nemotron engine.
 class NemotronWorker : public SherpaWorker

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "voice/SearchRoots.h"
-#include "voice/SherpaEngine.h"
+#include "SearchRoots.h"
+#include "SherpaEngine.h"
 
 #include <QByteArray>
 #include <QObject>

@@ -3,7 +3,7 @@
 
 #include "WhisperWorker.h"
 
-#include "HandOver.h"
+#include "ThreadHandover.h"
 #include "Transcription.h"
 
 #include <QDebug>
@@ -35,11 +35,11 @@ public:
         : m_mutex(mutex)
     {
         m_mutex.lock();
-        HandOver::acquire(&m_mutex);
+        ThreadHandover::acquire(&m_mutex);
     }
     ~ContextLock()
     {
-        HandOver::release(&m_mutex);
+        ThreadHandover::release(&m_mutex);
         m_mutex.unlock();
     }
     Q_DISABLE_COPY_MOVE(ContextLock)

@@ -29,7 +29,7 @@ extern "C" void AnnotateIgnoreWritesEnd(const char *file, int line);
 //! Every crossing from one thread to another goes through here. ThreadSanitizer doesn't see the locks of Qt's event
 //! queues, as distributions build Qt without it, and would report each queued call as a race: it is told of the
 //! hand-over by the receiver's address. In other builds nothing is told, and nothing is paid.
-namespace HandOver
+namespace ThreadHandover
 {
 
 //! What this thread wrote so far is there for whoever acquires the same @p subject afterwards.
@@ -122,4 +122,4 @@ QMetaObject::Connection connect(const Sender *sender, void (Base::*signal)(Args.
         Qt::DirectConnection);
 }
 
-} // namespace HandOver
+} // namespace ThreadHandover

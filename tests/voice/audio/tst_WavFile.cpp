@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/WavFile.h"
+#include "TestRegistry.h"
+#include "WavFile.h"
 
 #include <QTest>
 
@@ -54,5 +55,5 @@ void tst_WavFile::putsAHeaderBefore()
     QCOMPARE(file.mid(44), samples);
 }
 
-QTEST_GUILESS_MAIN(tst_WavFile)
+REGISTER_TEST(tst_WavFile, QCoreApplication)
 #include "tst_WavFile.moc"

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Capture.h"
 #include "ScriptedMicrophone.h"
-#include "voice/Capture.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -242,6 +243,6 @@ void tst_Capture::aFrozenThreadTellsNothingButItsEnd()
     QTRY_COMPARE(microphone.openStreams(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_Capture)
+REGISTER_TEST(tst_Capture, QCoreApplication)
 
 #include "tst_Capture.moc"

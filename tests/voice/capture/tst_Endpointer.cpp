@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/Endpointer.h"
+#include "Endpointer.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -202,6 +203,6 @@ void tst_Endpointer::measuresLevels()
     QCOMPARE(Endpointer::rms(chunk.data()), rms / std::sqrt(2.0));
 }
 
-QTEST_GUILESS_MAIN(tst_Endpointer)
+REGISTER_TEST(tst_Endpointer, QCoreApplication)
 
 #include "tst_Endpointer.moc"

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "MessageLog.h"
 #include "TestedSherpa.h"
-#include "support/MessageLog.h"
 
 #include <QTemporaryDir>
 

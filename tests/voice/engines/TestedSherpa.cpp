@@ -3,8 +3,8 @@
 
 #include "TestedSherpa.h"
 
-#include "voice/MoonshineWorker.h"
-#include "voice/NemotronWorker.h"
+#include "MoonshineWorker.h"
+#include "NemotronWorker.h"
 
 #include <QTest>
 

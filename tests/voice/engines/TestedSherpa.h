@@ -4,7 +4,7 @@
 #pragma once
 
 #include "SherpaStandIn.h"
-#include "voice/SherpaWorker.h"
+#include "SherpaWorker.h"
 
 #include <QMetaType>
 

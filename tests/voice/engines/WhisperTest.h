@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "support/MessageLog.h"
-#include "voice/WhisperWorker.h"
-#include "voice/whisper-standin/WhisperStandIn.h"
+#include "MessageLog.h"
+#include "WhisperStandIn.h"
+#include "WhisperWorker.h"
 
 #include <QByteArray>
 #include <QObject>

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/ModelPaths.h"
+#include "ModelPaths.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -280,5 +281,5 @@ void tst_ModelPaths::followsTheHome()
     QCOMPARE(found, path(s_own + s_moonshine));
 }
 
-QTEST_GUILESS_MAIN(tst_ModelPaths)
+REGISTER_TEST(tst_ModelPaths, QCoreApplication)
 #include "tst_ModelPaths.moc"

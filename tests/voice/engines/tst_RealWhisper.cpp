@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "TinyModel.h"
-#include "voice/VoiceBridge.h"
-#include "voice/WhisperWorker.h"
+#include "VoiceBridge.h"
+#include "WhisperWorker.h"
 
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
+#include "MessageLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -182,5 +183,5 @@ void tst_RealWhisper::goesAllTheWay()
              QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
 }
 
-QTEST_GUILESS_MAIN(tst_RealWhisper)
+REGISTER_TEST(tst_RealWhisper, QCoreApplication)
 #include "tst_RealWhisper.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SherpaTest.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
@@ -192,5 +193,5 @@ void tst_SherpaFailures::showsTheOutputOfAFailure()
     QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" failed: ") + shown));
 }
 
-QTEST_GUILESS_MAIN(tst_SherpaFailures)
+REGISTER_TEST(tst_SherpaFailures, QCoreApplication)
 #include "tst_SherpaFailures.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SherpaTest.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
@@ -199,5 +200,5 @@ void tst_SherpaLoading::hasPatience()
     QCOMPARE(&TestedSherpa::nemotron().worker()->engine(), &SherpaEngine::nemotron());
 }
 
-QTEST_GUILESS_MAIN(tst_SherpaLoading)
+REGISTER_TEST(tst_SherpaLoading, QCoreApplication)
 #include "tst_SherpaLoading.moc"

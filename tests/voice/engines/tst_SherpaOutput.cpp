@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/SherpaOutput.h"
+#include "SherpaOutput.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -109,5 +110,5 @@ void tst_SherpaOutput::passesOverOnlyItsOwnLogWord()
              QStringLiteral("OnlineRecognizer"));
 }
 
-QTEST_GUILESS_MAIN(tst_SherpaOutput)
+REGISTER_TEST(tst_SherpaOutput, QCoreApplication)
 #include "tst_SherpaOutput.moc"

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SherpaTest.h"
-#include "voice/HandOver.h"
+#include "TestRegistry.h"
+#include "ThreadHandover.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -44,8 +45,8 @@ public:
     {
         m_worker->moveToThread(&thread);
         QObject::connect(&thread, &QThread::finished, m_worker, &QObject::deleteLater);
-        HandOver::connect(m_worker.data(), &SherpaWorker::transcriptionReady, &listener, &Listener::onReady);
-        HandOver::connect(m_worker.data(), &SherpaWorker::transcriptionFailed, &listener, &Listener::onFailed);
+        ThreadHandover::connect(m_worker.data(), &SherpaWorker::transcriptionReady, &listener, &Listener::onReady);
+        ThreadHandover::connect(m_worker.data(), &SherpaWorker::transcriptionFailed, &listener, &Listener::onFailed);
         thread.start();
     }
     ~RunningWorker()
@@ -60,7 +61,7 @@ public:
     bool isGone() const { return m_worker.isNull(); }
     void transcribe(const QByteArray &pcm16Data)
     {
-        HandOver::post(m_worker, [worker = m_worker.data(), pcm16Data] { worker->transcribe(pcm16Data); });
+        ThreadHandover::post(m_worker, [worker = m_worker.data(), pcm16Data] { worker->transcribe(pcm16Data); });
     }
 
     QThread thread;
@@ -202,5 +203,5 @@ void tst_SherpaThread::endsWithItsThread()
     QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_patience);
 }
 
-QTEST_GUILESS_MAIN(tst_SherpaThread)
+REGISTER_TEST(tst_SherpaThread, QCoreApplication)
 #include "tst_SherpaThread.moc"

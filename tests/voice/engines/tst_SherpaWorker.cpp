@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SherpaTest.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -157,5 +158,5 @@ void tst_SherpaWorker::startsAProgramForEachUtterance()
     QCOMPARE(m_standIn->runs(), 3);
 }
 
-QTEST_GUILESS_MAIN(tst_SherpaWorker)
+REGISTER_TEST(tst_SherpaWorker, QCoreApplication)
 #include "tst_SherpaWorker.moc"

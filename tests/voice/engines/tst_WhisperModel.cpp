@@ -3,7 +3,8 @@
 
 #include "WhisperTest.h"
 
-#include "support/SignalLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
@@ -209,5 +210,5 @@ void tst_WhisperModel::endWaitsForATranscription()
              (QStringList {QStringLiteral("full begins"), QStringLiteral("full ends"), QStringLiteral("free")}));
 }
 
-QTEST_GUILESS_MAIN(tst_WhisperModel)
+REGISTER_TEST(tst_WhisperModel, QCoreApplication)
 #include "tst_WhisperModel.moc"

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/WhisperWorker.h"
+#include "WhisperWorker.h"
 
-#include "support/MessageLog.h"
-#include "support/SignalLog.h"
+#include "MessageLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -43,5 +44,5 @@ void tst_WhisperWithoutLibrary::saysNothingIsLoaded()
     QCOMPARE(log.take(), (QStringList {failed, failed, failed}));
 }
 
-QTEST_GUILESS_MAIN(tst_WhisperWithoutLibrary)
+REGISTER_TEST(tst_WhisperWithoutLibrary, QCoreApplication)
 #include "tst_WhisperWithoutLibrary.moc"

@@ -3,7 +3,8 @@
 
 #include "WhisperTest.h"
 
-#include "support/SignalLog.h"
+#include "SignalLog.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 #include <QtEndian>
@@ -186,5 +187,5 @@ void tst_WhisperWorker::timesTheRecognitionAlone()
     QVERIFY(elapsedMs <= Milliseconds(times.read - times.asked).count());
 }
 
-QTEST_GUILESS_MAIN(tst_WhisperWorker)
+REGISTER_TEST(tst_WhisperWorker, QCoreApplication)
 #include "tst_WhisperWorker.moc"

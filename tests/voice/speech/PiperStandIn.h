@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "support/FakePath.h"
+#include "FakePath.h"
 
 #include <QByteArray>
 #include <QDir>

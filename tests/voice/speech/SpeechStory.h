@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "support/MessageLog.h"
-#include "voice/SpeechOutput.h"
+#include "MessageLog.h"
+#include "SpeechOutput.h"
 
 #include <QDebug>
 #include <QStringList>

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/FakePath.h"
-#include "voice/PiperPaths.h"
+#include "FakePath.h"
+#include "PiperPaths.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -193,5 +194,5 @@ void tst_PiperPaths::findsNoVoice()
     QCOMPARE(PiperPaths::findVoice(tree.roots()), QString());
 }
 
-QTEST_GUILESS_MAIN(tst_PiperPaths)
+REGISTER_TEST(tst_PiperPaths, QCoreApplication)
 #include "tst_PiperPaths.moc"

@@ -3,6 +3,7 @@
 
 #include "PiperStandIn.h"
 #include "SpeechStory.h"
+#include "TestRegistry.h"
 
 #include <QProcess>
 #include <QTest>
@@ -126,5 +127,5 @@ void tst_SpeechAudio::isHeardNoMoreWhenStopped()
     QVERIFY(monitor.loudness().size() - loud < s_second);
 }
 
-QTEST_GUILESS_MAIN(tst_SpeechAudio)
+REGISTER_TEST(tst_SpeechAudio, QCoreApplication)
 #include "tst_SpeechAudio.moc"

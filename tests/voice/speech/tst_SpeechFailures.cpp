@@ -3,6 +3,7 @@
 
 #include "PiperStandIn.h"
 #include "SpeechStory.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QProcess>
@@ -198,5 +199,5 @@ void tst_SpeechFailures::paplayIsMissingAndPiperGoesOn()
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
-QTEST_GUILESS_MAIN(tst_SpeechFailures)
+REGISTER_TEST(tst_SpeechFailures, QCoreApplication)
 #include "tst_SpeechFailures.moc"

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PiperStandIn.h"
+#include "SignalLog.h"
 #include "SpeechStory.h"
-#include "support/SignalLog.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -287,5 +288,5 @@ void tst_SpeechOutput::endsWithItsOwner()
     QCOMPARE(speech.told(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(tst_SpeechOutput)
+REGISTER_TEST(tst_SpeechOutput, QCoreApplication)
 #include "tst_SpeechOutput.moc"

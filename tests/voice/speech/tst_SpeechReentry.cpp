@@ -3,6 +3,7 @@
 
 #include "PiperStandIn.h"
 #include "SpeechStory.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -200,5 +201,5 @@ void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
     QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
 }
 
-QTEST_GUILESS_MAIN(tst_SpeechReentry)
+REGISTER_TEST(tst_SpeechReentry, QCoreApplication)
 #include "tst_SpeechReentry.moc"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "voice/SpeechText.h"
+#include "SpeechText.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -149,5 +150,5 @@ void tst_SpeechText::endsOnLongText()
     SpeechText::spoken(QString(QLatin1String("```") + part.repeated(20000)));
 }
 
-QTEST_APPLESS_MAIN(tst_SpeechText)
+REGISTER_TEST(tst_SpeechText, TestRegistry::NoApplication)
 #include "tst_SpeechText.moc"

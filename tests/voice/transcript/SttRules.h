@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "support/MessageLog.h"
-#include "voice/SttPostProcessor.h"
+#include "MessageLog.h"
+#include "SttPostProcessor.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "support/MessageLog.h"
-#include "voice/SttPostProcessor.h"
+#include "MessageLog.h"
+#include "SttPostProcessor.h"
+#include "TestRegistry.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -47,8 +48,8 @@ QStringList sentences()
 //! Common English words as they are spoken to an assistant, a line each.
 QStringList everydayWords()
 {
-    const QByteArray all =
-        contentOf(qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tests/unit/data/everyday-words.txt"));
+    const QByteArray all = contentOf(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
+                                     + QStringLiteral("/tests/voice/transcript/data/everyday-words.txt"));
     return QString::fromUtf8(all).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
@@ -283,5 +284,5 @@ void tst_SttCorrections::whatEverydayWordsBecome()
     QCOMPARE(changed, expected);
 }
 
-QTEST_GUILESS_MAIN(tst_SttCorrections)
+REGISTER_TEST(tst_SttCorrections, QCoreApplication)
 #include "tst_SttCorrections.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SttRules.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -186,5 +187,5 @@ void tst_SttPostProcessor::changesNothingWithoutRules()
     QCOMPARE(none.correctPartial(QStringLiteral(" plaza. ")), QStringLiteral(" plaza. "));
 }
 
-QTEST_APPLESS_MAIN(tst_SttPostProcessor)
+REGISTER_TEST(tst_SttPostProcessor, TestRegistry::NoApplication)
 #include "tst_SttPostProcessor.moc"

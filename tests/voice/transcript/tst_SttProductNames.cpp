@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SttRules.h"
+#include "TestRegistry.h"
 
 #include <QTest>
 
@@ -127,5 +128,5 @@ void tst_SttProductNames::replacesNames()
     QTEST(processor(json).applyProductNames(text), "result");
 }
 
-QTEST_APPLESS_MAIN(tst_SttProductNames)
+REGISTER_TEST(tst_SttProductNames, TestRegistry::NoApplication)
 #include "tst_SttProductNames.moc"

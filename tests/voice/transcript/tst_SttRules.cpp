@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SttRules.h"
+#include "TestRegistry.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -202,5 +203,5 @@ void tst_SttRules::fallbackLiesBesideTheProgram()
     QCOMPARE(processor.correctFinal(QStringLiteral("plaza")), QStringLiteral("Dolphin"));
 }
 
-QTEST_GUILESS_MAIN(tst_SttRules)
+REGISTER_TEST(tst_SttRules, QCoreApplication)
 #include "tst_SttRules.moc"

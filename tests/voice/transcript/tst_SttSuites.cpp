@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "TestRegistry.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -117,5 +119,5 @@ void tst_SttSuites::holds()
     QCOMPARE(found.size(), sentences.size());
 }
 
-QTEST_GUILESS_MAIN(tst_SttSuites)
+REGISTER_TEST(tst_SttSuites, QCoreApplication)
 #include "tst_SttSuites.moc"
