@@ -3,18 +3,17 @@
 
 #include "WakeWord.h"
 
+#include "UserUnit.h"
+
 #include <QDBusConnection>
 #include <QDebug>
-#include <QProcess>
 
 namespace
 {
 
-void askManager(const char *verb)
+QString unit()
 {
-    QProcess::startDetached(QStringLiteral("systemctl"),
-                            {QStringLiteral("--user"), QLatin1String(verb), QStringLiteral("tovi-wakeword.service")});
-    qDebug("VoiceBridge: requested tovi-wakeword.service %s", verb);
+    return QStringLiteral("tovi-wakeword.service");
 }
 
 } // namespace
@@ -33,10 +32,12 @@ void WakeWord::connectSignal(QObject *listener)
 
 void WakeWord::startService()
 {
-    askManager("start");
+    UserUnit::start(unit());
+    qDebug("VoiceBridge: requested tovi-wakeword.service start");
 }
 
 void WakeWord::stopService()
 {
-    askManager("stop");
+    UserUnit::stop(unit());
+    qDebug("VoiceBridge: requested tovi-wakeword.service stop");
 }

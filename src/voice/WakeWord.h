@@ -5,16 +5,16 @@
 
 class QObject;
 
-//! The detector that listens for the wake word. It is a service of the user's manager and no part of this program; it
-//! tells by a signal on the session bus that it has heard something.
+//! The wake-word detector: a systemd user service that is not part of this program, and that emits a signal on the
+//! session bus when it hears the wake word.
 namespace WakeWord
 {
 
-//! Calls the slot onWakeWordActivated(QString phrase) of @p listener for the signal of any sender. Without a session
-//! bus a warning is all that happens.
+//! Connects the signal, of any sender, to the slot onWakeWordActivated(QString phrase) of @p listener. Without a
+//! session bus it logs a warning.
 void connectSignal(QObject *listener);
 
-//! Ask the user's manager; don't wait for an answer, and say nothing of a failure.
+//! Ask the user manager, without waiting for an answer. A failure is not reported.
 void startService();
 void stopService();
 

@@ -27,8 +27,6 @@ class tst_AgentRequests : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void envelopeIsCompactAndWhole_data();
-    void envelopeIsCompactAndWhole();
     void chatTellsWhatIsKnown_data();
     void chatTellsWhatIsKnown();
     void cancelNamesTheSession();
@@ -42,27 +40,6 @@ private Q_SLOTS:
     void feedbackCutsLongTexts_data();
     void feedbackCutsLongTexts();
 };
-
-void tst_AgentRequests::envelopeIsCompactAndWhole_data()
-{
-    QTest::addColumn<quint64>("id");
-    QTest::addColumn<QJsonObject>("params");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("first") << quint64(1) << QJsonObject() << R"({"id":1,"method":"m","params":{}})";
-    QTest::newRow("beyond 32 bits") << quint64(5000000000) << QJsonObject()
-                                    << R"({"id":5000000000,"method":"m","params":{}})";
-    QTest::newRow("other alphabets and newlines")
-        << quint64(2) << QJsonObject {{QStringLiteral("a"), QStringLiteral("ü\n日\U0001F600\"")}}
-        << QStringLiteral("{\"id\":2,\"method\":\"m\",\"params\":{\"a\":\"ü\\n日\U0001F600\\\"\"}}");
-}
-
-void tst_AgentRequests::envelopeIsCompactAndWhole()
-{
-    QFETCH(quint64, id);
-    QFETCH(QJsonObject, params);
-    QTEST(AgentRequests::envelope(id, QStringLiteral("m"), params), "text");
-}
 
 void tst_AgentRequests::chatTellsWhatIsKnown_data()
 {

@@ -28,6 +28,10 @@ private Q_SLOTS:
     void saysWhyTextIsUnreadable();
     void readsOtherTopLevelsAsObjectWithoutKeys();
     void survivesAnyDepth();
+    void errorTextIsMessageOrCode_data();
+    void errorTextIsMessageOrCode();
+    void requestIsCompactAndWhole_data();
+    void requestIsCompactAndWhole();
 };
 
 void tst_BridgeFrame::tellsKindsApart_data()
@@ -160,6 +164,54 @@ void tst_BridgeFrame::survivesAnyDepth()
     QCOMPARE(BridgeFrame::parse(QString(depth, QLatin1Char('['))).kind, Kind::Unreadable);
     QCOMPARE(BridgeFrame::parse(QString(depth, QLatin1Char('[')) + QString(depth, QLatin1Char(']'))).kind,
              Kind::Unreadable);
+}
+
+void tst_BridgeFrame::errorTextIsMessageOrCode_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("errorText");
+
+    QTest::newRow("both") << R"({"error":{"message":"no","code":"E1"}})"
+                          << "no";
+    QTest::newRow("code alone") << R"({"error":{"code":"E1"}})"
+                                << "E1";
+    QTest::newRow("empty message") << R"({"error":{"message":"","code":"E1"}})"
+                                   << "E1";
+    QTest::newRow("message is no string") << R"({"error":{"message":7,"code":"E1"}})"
+                                          << "E1";
+    QTest::newRow("code is no string") << R"({"error":{"code":7}})"
+                                       << "";
+    QTest::newRow("no object") << R"({"error":"no"})"
+                               << "";
+    QTest::newRow("no error") << "{}"
+                              << "";
+}
+
+void tst_BridgeFrame::errorTextIsMessageOrCode()
+{
+    QFETCH(QString, text);
+    QTEST(BridgeFrame::parse(text).errorText(), "errorText");
+}
+
+void tst_BridgeFrame::requestIsCompactAndWhole_data()
+{
+    QTest::addColumn<qint64>("id");
+    QTest::addColumn<QJsonObject>("params");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("first") << qint64(1) << QJsonObject() << R"({"id":1,"method":"m","params":{}})";
+    QTest::newRow("beyond 32 bits") << qint64(5000000000) << QJsonObject()
+                                    << R"({"id":5000000000,"method":"m","params":{}})";
+    QTest::newRow("other alphabets and newlines")
+        << qint64(2) << QJsonObject {{QStringLiteral("a"), QStringLiteral("ü\n日\U0001F600\"")}}
+        << QStringLiteral("{\"id\":2,\"method\":\"m\",\"params\":{\"a\":\"ü\\n日\U0001F600\\\"\"}}");
+}
+
+void tst_BridgeFrame::requestIsCompactAndWhole()
+{
+    QFETCH(qint64, id);
+    QFETCH(QJsonObject, params);
+    QTEST(BridgeFrame::request(id, QStringLiteral("m"), params), "text");
 }
 
 REGISTER_TEST(tst_BridgeFrame, QCoreApplication)

@@ -3,23 +3,15 @@
 
 #include "AgentBridge.h"
 
-#include "BridgeSocket.h"
-
 #include <QClipboard>
 #include <QDebug>
 #include <QGuiApplication>
 #include <QSettings>
 #include <QTimer>
-#include <QUrl>
 #include <QWebSocket>
 
 namespace
 {
-
-// The port is fixed here, whatever port the program's other client of the bridge was told to use.
-constexpr char s_bridgeUrl[] = "ws://127.0.0.1:8765/ws";
-
-constexpr int s_retryInterval = 3000; // ms
 
 constexpr int s_loggedTranscript = 80; // characters
 
@@ -37,8 +29,7 @@ QString modelKey()
 
 AgentBridge::AgentBridge(QObject *parent)
     : QObject(parent)
-    , m_socket(BridgeSocket::create(this))
-    , m_reconnectTimer(new QTimer(this))
+    , m_connection(QStringLiteral("127.0.0.1"), BridgeConnection::Retry::Once, this)
 {
     const QSettings settings;
     const QString agent = settings.value(agentKey(), m_currentAgent).toString();
@@ -50,27 +41,18 @@ AgentBridge::AgentBridge(QObject *parent)
         m_currentModel = model;
     }
 
-    m_reconnectTimer->setInterval(s_retryInterval);
-    m_reconnectTimer->setSingleShot(true);
-    connect(m_reconnectTimer, &QTimer::timeout, this, &AgentBridge::connectToBridge);
+    connect(m_connection.retryTimer(), &QTimer::timeout, this, &AgentBridge::connectToBridge);
 
-    connect(m_socket, &QWebSocket::connected, this, &AgentBridge::onConnected);
-    connect(m_socket, &QWebSocket::disconnected, this, &AgentBridge::onDisconnected);
-    connect(m_socket, &QWebSocket::textMessageReceived, this, &AgentBridge::onTextMessageReceived);
-    connect(m_socket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this,
-            &AgentBridge::onSocketError);
+    const QWebSocket *socket = m_connection.socket();
+    connect(socket, &QWebSocket::connected, this, &AgentBridge::onConnected);
+    connect(socket, &QWebSocket::disconnected, this, &AgentBridge::onDisconnected);
+    connect(socket, &QWebSocket::textMessageReceived, this, &AgentBridge::onTextMessageReceived);
+    connect(socket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this, &AgentBridge::onSocketError);
 
     connectToBridge();
 }
 
-AgentBridge::~AgentBridge()
-{
-    // Nobody should hear of the state of an object that is half gone.
-    m_socket->disconnect(this);
-    if (isServiceAvailable()) { // a closing frame needs an open socket
-        m_socket->close(QWebSocketProtocol::CloseCodeNormal);
-    }
-}
+AgentBridge::~AgentBridge() = default;
 
 void AgentBridge::setCurrentAgent(const QString &agentId)
 {
@@ -104,7 +86,7 @@ void AgentBridge::setInputMode(const QString &mode)
 
 bool AgentBridge::isServiceAvailable() const
 {
-    return m_socket->state() == QAbstractSocket::ConnectedState;
+    return m_connection.isOpen();
 }
 
 void AgentBridge::sendIntent(const QString &text)
@@ -114,7 +96,7 @@ void AgentBridge::sendIntent(const QString &text)
         return;
     }
     if (!isServiceAvailable()) {
-        Q_EMIT errorOccurred(QStringLiteral("Loomra bridge not connected (%1)").arg(QLatin1String(s_bridgeUrl)));
+        Q_EMIT errorOccurred(QStringLiteral("Loomra bridge not connected (%1)").arg(m_connection.url().toString()));
         setStatus(AgentStatus::Disconnected);
         connectToBridge();
         return;
@@ -223,38 +205,24 @@ void AgentBridge::onDisconnected()
     // What runs keeps its thinking state, until the user cancels or another reply comes.
     qDebug() << "[AgentBridge] Disconnected from Loomra bridge";
     setStatus(AgentStatus::Disconnected);
-    retryLater();
+    m_connection.scheduleRetry();
 }
 
 void AgentBridge::onSocketError(QAbstractSocket::SocketError)
 {
-    qWarning() << "[AgentBridge] WebSocket error:" << m_socket->errorString();
+    qWarning() << "[AgentBridge] WebSocket error:" << m_connection.socket()->errorString();
     setStatus(AgentStatus::Error);
-    retryLater();
+    m_connection.scheduleRetry();
 }
 
 void AgentBridge::connectToBridge()
 {
-    const QAbstractSocket::SocketState state = m_socket->state();
-    if (state == QAbstractSocket::ConnectingState || state == QAbstractSocket::ConnectedState) {
+    if (m_connection.isConnecting() || m_connection.isOpen()) {
         return;
     }
     setStatus(AgentStatus::Connecting);
-    qDebug("[AgentBridge] Connecting to Loomra bridge %s", s_bridgeUrl);
-    m_socket->open(QUrl(QLatin1String(s_bridgeUrl)));
-}
-
-void AgentBridge::retryLater()
-{
-    // Queued, to be out of the socket's own signal. An error comes with a disconnect: one attempt serves both.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (!m_reconnectTimer->isActive()) {
-                m_reconnectTimer->start();
-            }
-        },
-        Qt::QueuedConnection);
+    qDebug("[AgentBridge] Connecting to Loomra bridge %s", qUtf8Printable(m_connection.url().toString()));
+    m_connection.open();
 }
 
 AgentRequests::Conversation AgentBridge::conversation() const
@@ -276,5 +244,5 @@ quint64 AgentBridge::openRequest(const QString &label)
 
 void AgentBridge::send(quint64 id, const QString &method, const QJsonObject &params)
 {
-    m_socket->sendTextMessage(AgentRequests::envelope(id, method, params));
+    m_connection.send(static_cast<qint64>(id), method, params);
 }

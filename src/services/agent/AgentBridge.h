@@ -5,6 +5,7 @@
 
 #include "AgentReply.h"
 #include "AgentRequests.h"
+#include "BridgeConnection.h"
 
 #include <QAbstractSocket>
 #include <QHash>
@@ -12,8 +13,6 @@
 #include <QString>
 
 struct BridgeFrame;
-class QTimer;
-class QWebSocket;
 
 //! The values of AgentBridge::status.
 namespace AgentStatus
@@ -141,7 +140,6 @@ private Q_SLOTS:
 
 private:
     void connectToBridge();
-    void retryLater();
 
     AgentRequests::Conversation conversation() const;
     quint64 takeRequestId();
@@ -168,7 +166,7 @@ private:
     //! Ends the thinking state with an error; the text goes to the user unless it is empty.
     void fail(const QString &error);
 
-    QWebSocket *const m_socket;
+    BridgeConnection m_connection;
     bool m_isThinking = false;
     QString m_status = AgentStatus::Disconnected;
     //! The last prompt; a help in the debugger, nothing reads it.
@@ -189,5 +187,4 @@ private:
     //! 0 means none. A cancel leaves it alone: the reply is dropped anyway, its id being pending no more.
     quint64 m_rephraseRequestId = 0;
     QString m_rephraseOriginal;
-    QTimer *const m_reconnectTimer;
 };

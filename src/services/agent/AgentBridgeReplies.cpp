@@ -117,11 +117,7 @@ void AgentBridge::onPlanStep(const QJsonObject &payload)
 
 void AgentBridge::processError(const BridgeFrame &frame)
 {
-    const QJsonObject error = frame.error.toObject();
-    QString text = error.value(QLatin1String("message")).toString();
-    if (text.isEmpty()) {
-        text = error.value(QLatin1String("code")).toString();
-    }
+    const QString text = frame.errorText();
     if (!text.isEmpty()) {
         qWarning() << "[AgentBridge] Bridge error:" << text;
     }

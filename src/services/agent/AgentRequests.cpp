@@ -77,16 +77,6 @@ QJsonObject actionData(const QString &data)
 
 } // namespace
 
-QString envelope(quint64 id, const QString &method, const QJsonObject &params)
-{
-    const QJsonObject request = object({
-        {QLatin1String("id"), static_cast<qint64>(id)},
-        {QLatin1String("method"), method},
-        {QLatin1String("params"), params},
-    });
-    return QString::fromUtf8(QJsonDocument(request).toJson(QJsonDocument::Compact));
-}
-
 QJsonObject chat(const QString &message, const Conversation &conversation)
 {
     return object({

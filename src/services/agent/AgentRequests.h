@@ -29,9 +29,6 @@ struct Feedback
     QString userQuery;
 };
 
-//! The whole request in compact JSON, as it goes into one text frame.
-QString envelope(quint64 id, const QString &method, const QJsonObject &params);
-
 QJsonObject chat(const QString &message, const Conversation &conversation);
 QJsonObject cancel(const Conversation &conversation);
 

@@ -1,26 +1,70 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "BridgeSocket.h"
+#include "BridgeConnection.h"
 
+#include "BridgeFrame.h"
+
+#include <QTimer>
 #include <QWebSocket>
 
-namespace
+BridgeConnection::BridgeConnection(const QString &host, Retry retry, QObject *owner)
+    : m_owner(owner)
+    , m_url(QStringLiteral("ws://%1:%2/ws").arg(host, QString::number(Port)))
+    , m_socket(new QWebSocket(QString(), QWebSocketProtocol::Version13, owner))
+    , m_retryTimer(new QTimer(owner))
 {
-
-constexpr quint64 s_incomingLimit = 64 * 1024 * 1024; // bytes
-
-} // namespace
-
-namespace BridgeSocket
-{
-
-QWebSocket *create(QObject *parent)
-{
-    auto *socket = new QWebSocket(QString(), QWebSocketProtocol::Version13, parent);
-    socket->setMaxAllowedIncomingFrameSize(s_incomingLimit);
-    socket->setMaxAllowedIncomingMessageSize(s_incomingLimit);
-    return socket;
+    m_socket->setMaxAllowedIncomingFrameSize(MaxIncomingSize);
+    m_socket->setMaxAllowedIncomingMessageSize(MaxIncomingSize);
+    m_retryTimer->setObjectName(QStringLiteral("reconnectTimer"));
+    m_retryTimer->setInterval(RetryInterval);
+    m_retryTimer->setSingleShot(retry == Retry::Once);
 }
 
-} // namespace BridgeSocket
+BridgeConnection::~BridgeConnection()
+{
+    m_socket->disconnect(m_owner);
+    close();
+    delete m_socket;
+    delete m_retryTimer; // and with it a scheduled retry
+}
+
+bool BridgeConnection::isOpen() const
+{
+    return m_socket->state() == QAbstractSocket::ConnectedState;
+}
+
+bool BridgeConnection::isConnecting() const
+{
+    return m_socket->state() == QAbstractSocket::ConnectingState;
+}
+
+void BridgeConnection::open()
+{
+    m_socket->open(m_url);
+}
+
+void BridgeConnection::close(const QString &reason)
+{
+    if (isOpen()) { // a close frame needs an open socket
+        m_socket->close(QWebSocketProtocol::CloseCodeNormal, reason);
+    }
+}
+
+void BridgeConnection::send(qint64 id, const QString &method, const QJsonObject &params)
+{
+    m_socket->sendTextMessage(BridgeFrame::request(id, method, params));
+}
+
+void BridgeConnection::startRetryTimer()
+{
+    if (!m_retryTimer->isActive()) {
+        m_retryTimer->start();
+    }
+}
+
+void BridgeConnection::scheduleRetry()
+{
+    QMetaObject::invokeMethod(
+        m_retryTimer, [this] { startRetryTimer(); }, Qt::QueuedConnection);
+}

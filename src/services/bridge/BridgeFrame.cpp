@@ -57,3 +57,20 @@ BridgeFrame BridgeFrame::parse(const QString &text)
     }
     return frame;
 }
+
+QString BridgeFrame::request(qint64 id, const QString &method, const QJsonObject &params)
+{
+    const QJsonObject request {
+        {QStringLiteral("id"), id},
+        {QStringLiteral("method"), method},
+        {QStringLiteral("params"), params},
+    };
+    return QString::fromUtf8(QJsonDocument(request).toJson(QJsonDocument::Compact));
+}
+
+QString BridgeFrame::errorText() const
+{
+    const QJsonObject object = error.toObject();
+    const QString message = object.value(QLatin1String("message")).toString();
+    return message.isEmpty() ? object.value(QLatin1String("code")).toString() : message;
+}

@@ -26,6 +26,12 @@ struct BridgeFrame
     //! gives an OlderReply without keys and with isObject false. Pure, any thread.
     static BridgeFrame parse(const QString &text);
 
+    //! The text frame of a request, in compact JSON. Pure, any thread.
+    static QString request(qint64 id, const QString &method, const QJsonObject &params);
+
+    //! The error object's message, or its code where the message is empty; empty without an error object.
+    QString errorText() const;
+
     Kind kind = Kind::Unreadable;
     //! The parser's words; "no error occurred" unless kind is Unreadable.
     QString parseError;

@@ -5,48 +5,36 @@
 
 #include "BridgeEnvironment.h"
 #include "BridgePath.h"
-#include "BridgeSocket.h"
 #include "ConfigManager.h"
 #include "LogDirectory.h"
 
 #include <QTimer>
 #include <QWebSocket>
 
-namespace
-{
-
-constexpr int s_port = 8765;
-constexpr int s_reconnectInterval = 3000; // ms
-
-} // namespace
-
 LoomraSDK::LoomraSDK(ConfigManager *configManager, QObject *parent)
     : QObject(parent)
     , m_configManager(configManager)
-    , m_webSocket(BridgeSocket::create(this))
+    , m_connection(QStringLiteral("localhost"), BridgeConnection::Retry::UntilStopped, this)
     , m_bridgeProcess(new QProcess(this))
-    , m_reconnectTimer(new QTimer(this))
     , m_bridgePath(BridgePath::resolve())
-    , m_port(s_port)
     , m_executorPathEnabled(
           BridgeEnvironment::truthyEnvValue(qEnvironmentVariable(BridgeEnvironment::executorPathVariable)))
     , m_reminderTimer(new QTimer(this))
     , m_workspaceSuggestionReminderEnabled(configManager->workspaceSuggestionReminderEnabled())
     , m_workspaceSuggestionReminderMinutes(configManager->workspaceSuggestionReminderMinutes())
 {
-    m_reconnectTimer->setObjectName(QStringLiteral("reconnectTimer"));
-    m_reconnectTimer->setInterval(s_reconnectInterval);
     m_reminderTimer->setObjectName(QStringLiteral("reminderTimer"));
 
-    connect(m_webSocket, &QWebSocket::connected, this, &LoomraSDK::onWebSocketConnected);
-    connect(m_webSocket, &QWebSocket::disconnected, this, &LoomraSDK::onWebSocketDisconnected);
-    connect(m_webSocket, &QWebSocket::textMessageReceived, this, &LoomraSDK::onWebSocketTextMessageReceived);
-    connect(m_webSocket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this,
+    const QWebSocket *socket = m_connection.socket();
+    connect(socket, &QWebSocket::connected, this, &LoomraSDK::onWebSocketConnected);
+    connect(socket, &QWebSocket::disconnected, this, &LoomraSDK::onWebSocketDisconnected);
+    connect(socket, &QWebSocket::textMessageReceived, this, &LoomraSDK::onWebSocketTextMessageReceived);
+    connect(socket, QOverload<QAbstractSocket::SocketError>::of(&QWebSocket::error), this,
             &LoomraSDK::onWebSocketError);
     connect(m_bridgeProcess, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &LoomraSDK::onBridgeProcessFinished);
     connect(m_bridgeProcess, &QProcess::errorOccurred, this, &LoomraSDK::onBridgeProcessError);
-    connect(m_reconnectTimer, &QTimer::timeout, this, &LoomraSDK::tryReconnect);
+    connect(m_connection.retryTimer(), &QTimer::timeout, this, &LoomraSDK::tryReconnect);
     connect(m_reminderTimer, &QTimer::timeout, this, &LoomraSDK::onWorkspaceSuggestionReminderTimeout);
     for (const auto changed : {&LoomraSDK::readyChanged, &LoomraSDK::workspaceIntelAvailableChanged,
                                &LoomraSDK::aiRuntimeAvailableChanged}) {
@@ -56,12 +44,10 @@ LoomraSDK::LoomraSDK(ConfigManager *configManager, QObject *parent)
 
 LoomraSDK::~LoomraSDK()
 {
-    // Nobody should hear of the state of an object that is half gone.
-    m_webSocket->disconnect(this);
+    // No signal may reach listeners from an object that is being destroyed.
+    m_connection.socket()->disconnect(this);
     m_bridgeProcess->disconnect(this);
-    if (isSocketOpen()) { // a closing frame needs an open socket
-        m_webSocket->close(QWebSocketProtocol::CloseCodeNormal);
-    }
+    m_connection.close();
     stopBridgeProcess(true);
 }
 

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "BridgeConnection.h"
+
 #include <QAbstractSocket>
 #include <QHash>
 #include <QJsonArray>
@@ -13,10 +15,11 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <optional>
+
 struct BridgeFrame;
 class ConfigManager;
 class QTimer;
-class QWebSocket;
 
 //! The complete client of the bridge, known to QML as loomraSDK: every page of both windows talks to it.
 //!
@@ -260,15 +263,16 @@ private:
 
     // ---- The connection
     void connectWebSocket();
-    bool isSocketOpen() const;
     void onReady();
     void fetchBridgeCapabilities();
 
     // ---- Requests and replies
     //! Takes an id, keeps label and argument until the reply, and sends. The method is the label up to its first
     //! underscore.
-    //! @param kept told by the reply's signal; null keeps nothing
-    void request(const QString &label, const QJsonObject &params = {}, const QString &kept = QString());
+    //! @param label has a route, or a debug build aborts
+    //! @param kept for the reply's signal; an empty argument is kept like any other
+    void request(const QString &label, const QJsonObject &params = {},
+                 const std::optional<QString> &kept = std::nullopt);
     void sendRequest(const QString &method, const QJsonObject &params, int requestId);
     void processError(const BridgeFrame &frame);
     void processReply(const BridgeFrame &frame);
@@ -309,9 +313,8 @@ private:
     void applyWorkspaceSuggestionChoice(const QJsonObject &notification, const QString &actionId);
 
     ConfigManager *const m_configManager;
-    QWebSocket *const m_webSocket;
+    BridgeConnection m_connection;
     QProcess *const m_bridgeProcess;
-    QTimer *const m_reconnectTimer;
     bool m_connected = false;
     bool m_ready = false;
     //! Counts on across connections, so that an id is never used twice.
@@ -320,7 +323,6 @@ private:
     //! An entry lives until its reply, forever if that never comes: nothing expires, and a disconnect clears nothing.
     QHash<int, QString> m_pendingRequests;
     QString m_bridgePath;
-    const int m_port;
     QString m_currentSessionId;
     QString m_currentModel = QStringLiteral("default");
     QString m_currentAgent = QStringLiteral("build");

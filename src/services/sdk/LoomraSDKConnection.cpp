@@ -9,7 +9,6 @@
 
 #include <QDebug>
 #include <QTimer>
-#include <QUrl>
 #include <QWebSocket>
 
 namespace
@@ -24,26 +23,21 @@ QString flagsBefore(bool connected, bool ready)
 
 } // namespace
 
-bool LoomraSDK::isSocketOpen() const
-{
-    return m_webSocket->state() == QAbstractSocket::ConnectedState;
-}
-
 void LoomraSDK::connectWebSocket()
 {
     DebugEventLog::write(QStringLiteral("LoomraSDK:connectWebSocket"), QStringLiteral("connectWebSocket called"), [&] {
-        return QStringLiteral("{\"port\":%1,\"currentState\":%2}").arg(m_port).arg(int(m_webSocket->state()));
+        return QStringLiteral("{\"port\":%1,\"currentState\":%2}")
+            .arg(BridgeConnection::Port)
+            .arg(int(m_connection.socket()->state()));
     });
-    if (!isSocketOpen()) {
-        m_webSocket->open(QUrl(QStringLiteral("ws://localhost:%1/ws").arg(m_port)));
+    if (!m_connection.isOpen()) {
+        m_connection.open();
     }
 }
 
 void LoomraSDK::reconnectBridge()
 {
-    if (isSocketOpen()) {
-        m_webSocket->close(QWebSocketProtocol::CloseCodeNormal);
-    }
+    m_connection.close();
     connectWebSocket();
 }
 
@@ -68,7 +62,7 @@ void LoomraSDK::onWebSocketDisconnected()
 
 void LoomraSDK::onWebSocketError(QAbstractSocket::SocketError socketError)
 {
-    const QString reason = m_webSocket->errorString();
+    const QString reason = m_connection.socket()->errorString();
     qWarning() << "WebSocket error:" << socketError << "error string:" << reason;
     DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketError"), QStringLiteral("WebSocket error"), [&] {
         return QStringLiteral("{\"error\":%1,\"errorString\":\"%2\"}")
@@ -94,14 +88,14 @@ void LoomraSDK::onReady()
 {
     m_ready = true;
     Q_EMIT readyChanged();
-    m_reconnectTimer->stop();
+    m_connection.retryTimer()->stop();
     fetchBridgeCapabilities();
     QTimer::singleShot(s_reminderAfterReady, this, &LoomraSDK::updateWorkspaceSuggestionReminderTimer);
 }
 
 void LoomraSDK::fetchBridgeCapabilities()
 {
-    if (isSocketOpen() && m_ready) {
+    if (m_connection.isOpen() && m_ready) {
         request(QStringLiteral("ping"));
         request(QStringLiteral("getCapabilities"));
     }
@@ -109,8 +103,8 @@ void LoomraSDK::fetchBridgeCapabilities()
 
 void LoomraSDK::scheduleReconnect()
 {
-    if (!m_shuttingDown && !m_reconnectTimer->isActive()) {
-        m_reconnectTimer->start();
+    if (!m_shuttingDown) {
+        m_connection.startRetryTimer();
     }
 }
 
@@ -120,7 +114,7 @@ void LoomraSDK::tryReconnect()
         return;
     }
     if (m_connected && m_ready) {
-        m_reconnectTimer->stop();
+        m_connection.retryTimer()->stop();
         return;
     }
     if (m_connectOnly) {
@@ -129,7 +123,7 @@ void LoomraSDK::tryReconnect()
         startBridgeProcess(); // which connects by itself
         return;
     }
-    if (!isSocketOpen()) { // open: "ready" is awaited
+    if (!m_connection.isOpen()) { // an open one waits for "ready"
         connectWebSocket();
     }
 }

@@ -10,8 +10,6 @@
 #include "LoomraSDKRoutes.h"
 
 #include <QDebug>
-#include <QJsonDocument>
-#include <QWebSocket>
 
 namespace
 {
@@ -38,27 +36,21 @@ QString requestData(const QString &method, int requestId)
         .arg(DebugEventLog::escaped(method), QString::number(requestId));
 }
 
-//! The words of an error object: its message, or its code where that is empty.
-QString wordsOf(const QJsonObject &error)
-{
-    const QString message = error.value(QLatin1String("message")).toString();
-    return message.isEmpty() ? error.value(QLatin1String("code")).toString() : message;
-}
-
 //! In a "response" only an object is an error; in the older form only a string.
 QString errorTextOf(const BridgeFrame &frame)
 {
-    return frame.kind == BridgeFrame::Kind::Response ? wordsOf(frame.error.toObject()) : frame.error.toString();
+    return frame.kind == BridgeFrame::Kind::Response ? frame.errorText() : frame.error.toString();
 }
 
 } // namespace
 
-void LoomraSDK::request(const QString &label, const QJsonObject &params, const QString &kept)
+void LoomraSDK::request(const QString &label, const QJsonObject &params, const std::optional<QString> &kept)
 {
+    Q_ASSERT_X(routeOf(label), "LoomraSDK::request", qUtf8Printable(label + QLatin1String(" has no route")));
     const int requestId = m_nextRequestId++;
     m_pendingRequests.insert(requestId, label);
-    if (!kept.isNull()) {
-        m_pendingRequests.insert(requestId + s_pendingArgumentOffset, kept);
+    if (kept) {
+        m_pendingRequests.insert(requestId + s_pendingArgumentOffset, *kept);
     }
     sendRequest(label.left(label.indexOf(QLatin1Char('_'))), params, requestId);
 }
@@ -77,12 +69,7 @@ void LoomraSDK::sendRequest(const QString &method, const QJsonObject &params, in
                              [&] { return requestData(method, requestId); });
         return;
     }
-    const QJsonObject message {
-        {QStringLiteral("id"), requestId},
-        {QStringLiteral("method"), method},
-        {QStringLiteral("params"), params},
-    };
-    m_webSocket->sendTextMessage(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+    m_connection.send(requestId, method, params);
     DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest message sent"),
                          [&] { return requestData(method, requestId); });
 }
@@ -141,7 +128,7 @@ void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
 
 void LoomraSDK::processError(const BridgeFrame &frame)
 {
-    const QString text = wordsOf(frame.error.toObject());
+    const QString text = frame.errorText();
     if (!text.isEmpty()) {
         Q_EMIT error(text);
     }

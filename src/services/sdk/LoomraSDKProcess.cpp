@@ -6,9 +6,9 @@
 #include "LoomraSDK.h"
 
 #include "BridgeEnvironment.h"
-#include "BridgeUserService.h"
 #include "DebugEventLog.h"
 #include "StaleBridges.h"
+#include "UserUnit.h"
 
 #include <QDebug>
 #include <QDir>
@@ -50,7 +50,7 @@ void LoomraSDK::initialize()
         startBridgeProcess();
         return;
     }
-    qDebug() << "Connect-only mode: connecting to existing bridge on port" << m_port;
+    qDebug() << "Connect-only mode: connecting to existing bridge on port" << BridgeConnection::Port;
     ensureBridgeUserServiceStarted();
     QTimer::singleShot(s_connectAfterService, this, &LoomraSDK::connectWebSocket);
 }
@@ -66,7 +66,7 @@ void LoomraSDK::startBridgeProcess()
         qDebug() << "Bridge process already running, skipping start";
         return;
     }
-    StaleBridges::purge(m_port);
+    StaleBridges::purge(BridgeConnection::Port);
 
     const QString script = QDir(m_bridgePath).absoluteFilePath(QStringLiteral("bridge.js"));
     if (!QFile::exists(script)) {
@@ -77,7 +77,7 @@ void LoomraSDK::startBridgeProcess()
         return;
     }
 
-    const BridgeEnvironment::ForChild forChild = BridgeEnvironment::forChild(m_port);
+    const BridgeEnvironment::ForChild forChild = BridgeEnvironment::forChild(BridgeConnection::Port);
     if (m_executorPathEnabled != forChild.executorPathEnabled) {
         m_executorPathEnabled = forChild.executorPathEnabled;
         Q_EMIT executorPathEnabledChanged();
@@ -106,7 +106,7 @@ void LoomraSDK::startBridgeProcess()
     }
     qDebug() << "Bridge process started successfully, PID:" << m_bridgeProcess->processId();
     DebugEventLog::write(startLocation(), QStringLiteral("Bridge process started"), [&] {
-        return QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(m_port).arg(m_bridgeProcess->processId());
+        return QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(BridgeConnection::Port).arg(m_bridgeProcess->processId());
     });
     qDebug() << "Scheduling WebSocket connection in 1 second";
     QTimer::singleShot(s_connectAfterStart, this, &LoomraSDK::connectWebSocket);
@@ -158,13 +158,13 @@ void LoomraSDK::ensureBridgeUserServiceStarted()
     }
     m_bridgeServiceStartRequested = true; // once in the life of the process, whatever comes of it
     const auto location = QStringLiteral("LoomraSDK:ensureBridgeUserServiceStarted");
-    const BridgeUserService::Outcome outcome = BridgeUserService::requestStart();
-    if (outcome == BridgeUserService::Outcome::NoSystemctl) {
+    const UserUnit::Outcome outcome = UserUnit::start(QStringLiteral("tovi-bridge.service"));
+    if (outcome == UserUnit::Outcome::NoSystemctl) {
         DebugEventLog::write(location, QStringLiteral("systemctl not found"), QStringLiteral("{}"));
         return;
     }
     DebugEventLog::write(location, QStringLiteral("requested tovi-bridge.service start"), [&] {
-        return QStringLiteral("{\"started\":%1}").arg(int(outcome == BridgeUserService::Outcome::Started));
+        return QStringLiteral("{\"started\":%1}").arg(int(outcome == UserUnit::Outcome::Started));
     });
 }
 
@@ -174,16 +174,16 @@ void LoomraSDK::stopBridgeProcess(bool shuttingDown)
         m_shuttingDown = true;
     }
     m_reminderTimer->stop();
-    m_reconnectTimer->stop();
+    m_connection.retryTimer()->stop();
     // Qt can't give up the lookup of a host name once the application object is gone, and says so.
-    if (m_shuttingDown && m_webSocket->state() == QAbstractSocket::ConnectingState) {
-        m_webSocket->abort();
+    if (m_shuttingDown && m_connection.isConnecting()) {
+        m_connection.socket()->abort();
     }
     if (m_bridgeProcess->state() == QProcess::NotRunning) {
         return;
     }
-    if (isSocketOpen()) {
-        m_webSocket->close(QWebSocketProtocol::CloseCodeNormal, QStringLiteral("app shutdown"));
+    if (m_connection.isOpen()) {
+        m_connection.close(QStringLiteral("app shutdown"));
         QThread::msleep(s_closeFirst); // for the bridge to end in good order
     }
     m_bridgeProcess->terminate();

@@ -3,11 +3,13 @@
 
 #pragma once
 
-//! The bridge where it runs as a service of the user's manager and not as our child.
-namespace BridgeUserService
+class QString;
+
+//! Units of systemd's user manager. Any thread.
+namespace UserUnit
 {
 
-//! What became of a request. Started means that systemctl runs, not that it will succeed.
+//! The result of a request. Started means that systemctl is running, not that it will succeed.
 enum class Outcome
 {
     NoSystemctl,
@@ -15,7 +17,9 @@ enum class Outcome
     Started,
 };
 
-//! Asks the user's manager to start the bridge. Doesn't wait for an answer: the connection attempts show it.
-Outcome requestStart();
+//! Ask the user manager to start or stop a unit, without waiting for an answer.
+//! @param unit its whole name, such as "tovi-bridge.service"
+Outcome start(const QString &unit);
+Outcome stop(const QString &unit);
 
-} // namespace BridgeUserService
+} // namespace UserUnit

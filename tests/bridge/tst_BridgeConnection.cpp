@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "BridgeConnection.h"
+#include "ScriptedBridge.h"
+#include "TestRegistry.h"
+
+#include <QJsonObject>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QWebSocket>
+
+#include <memory>
+
+using Retry = BridgeConnection::Retry;
+
+Q_DECLARE_METATYPE(BridgeConnection::Retry)
+
+class tst_BridgeConnection : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fixedValues();
+    void retryTimer_data();
+    void retryTimer();
+    void opensNothingByItself();
+    void opensAndSends();
+    void closesWithItsReason();
+    void closingAClosedConnectionDoesNothing();
+    void runningTimerKeepsItsPhase();
+    void scheduledRetryWaitsForTheEventLoop();
+    void repeatedRetryGoesOn();
+    void endIsSilentAndPolite();
+    void scheduledRetryDiesWithTheConnection();
+};
+
+static const QString s_host = QStringLiteral("127.0.0.1");
+
+void tst_BridgeConnection::fixedValues()
+{
+    QCOMPARE(BridgeConnection::Port, 8765);
+    QCOMPARE(BridgeConnection::RetryInterval, std::chrono::milliseconds(3000));
+    QCOMPARE(BridgeConnection::MaxIncomingSize, quint64(67108864));
+
+    QObject owner;
+    const BridgeConnection connection(QStringLiteral("localhost"), Retry::Once, &owner);
+    QCOMPARE(connection.url(), QUrl(QStringLiteral("ws://localhost:8765/ws")));
+    QCOMPARE(connection.socket()->parent(), &owner);
+    QCOMPARE(connection.socket()->origin(), QString());
+    QCOMPARE(connection.socket()->version(), QWebSocketProtocol::Version13);
+    QCOMPARE(connection.socket()->maxAllowedIncomingFrameSize(), BridgeConnection::MaxIncomingSize);
+    QCOMPARE(connection.socket()->maxAllowedIncomingMessageSize(), BridgeConnection::MaxIncomingSize);
+}
+
+void tst_BridgeConnection::retryTimer_data()
+{
+    QTest::addColumn<Retry>("retry");
+    QTest::addColumn<bool>("isSingleShot");
+    QTest::newRow("once") << Retry::Once << true;
+    QTest::newRow("until stopped") << Retry::UntilStopped << false;
+}
+
+void tst_BridgeConnection::retryTimer()
+{
+    QFETCH(Retry, retry);
+    QObject owner;
+    const BridgeConnection connection(s_host, retry, &owner);
+    QCOMPARE(connection.retryTimer()->parent(), &owner);
+    QCOMPARE(connection.retryTimer()->intervalAsDuration(), std::chrono::milliseconds(3000));
+    QTEST(connection.retryTimer()->isSingleShot(), "isSingleShot");
+    QVERIFY(!connection.retryTimer()->isActive());
+}
+
+void tst_BridgeConnection::opensNothingByItself()
+{
+    QObject owner;
+    const BridgeConnection connection(s_host, Retry::Once, &owner);
+    QCOMPARE(connection.socket()->state(), QAbstractSocket::UnconnectedState);
+    QVERIFY(!connection.isOpen());
+    QVERIFY(!connection.isConnecting());
+}
+
+void tst_BridgeConnection::opensAndSends()
+{
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    connection.open();
+    QVERIFY(connection.isConnecting());
+    QVERIFY(!connection.isOpen());
+    QTRY_VERIFY(connection.isOpen());
+    QVERIFY(!connection.isConnecting());
+
+    connection.send(7, QStringLiteral("method"), {{QStringLiteral("key"), 1}});
+    QCOMPARE(peer.takeRequest().text, QStringLiteral(R"({"id":7,"method":"method","params":{"key":1}})"));
+}
+
+void tst_BridgeConnection::closesWithItsReason()
+{
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    connection.close(QStringLiteral("bye"));
+    QWebSocketProtocol::CloseCode code = QWebSocketProtocol::CloseCodeAbnormalDisconnection;
+    QString reason;
+    QVERIFY(peer.waitForClose(0, &code, &reason));
+    QCOMPARE(code, QWebSocketProtocol::CloseCodeNormal);
+    QCOMPARE(reason, QStringLiteral("bye"));
+}
+
+void tst_BridgeConnection::closingAClosedConnectionDoesNothing()
+{
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    connection.close();
+    QCOMPARE(connection.socket()->state(), QAbstractSocket::UnconnectedState);
+    connection.open();
+    connection.close(); // an attempt under way isn't given up
+    QTRY_VERIFY(connection.isOpen());
+}
+
+void tst_BridgeConnection::runningTimerKeepsItsPhase()
+{
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    QTimer *timer = connection.retryTimer();
+    connection.startRetryTimer();
+    QVERIFY(timer->isActive());
+    const int id = timer->timerId();
+    connection.startRetryTimer();
+    QCOMPARE(timer->timerId(), id); // QTimer::start() would have taken another one
+}
+
+void tst_BridgeConnection::scheduledRetryWaitsForTheEventLoop()
+{
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    connection.scheduleRetry();
+    QVERIFY(!connection.retryTimer()->isActive());
+    QCoreApplication::processEvents();
+    QVERIFY(connection.retryTimer()->isActive());
+}
+
+void tst_BridgeConnection::repeatedRetryGoesOn()
+{
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::UntilStopped, &owner);
+    connection.retryTimer()->setInterval(1);
+    QSignalSpy timeouts(connection.retryTimer(), &QTimer::timeout);
+    connection.startRetryTimer();
+    QTRY_VERIFY(timeouts.count() >= 3);
+}
+
+void tst_BridgeConnection::endIsSilentAndPolite()
+{
+    ScriptedBridge peer;
+    QObject owner;
+    auto connection = std::make_unique<BridgeConnection>(s_host, Retry::Once, &owner);
+    bool isNotified = false;
+    connect(connection->socket(), &QWebSocket::disconnected, &owner, [&] { isNotified = true; });
+    connection->open();
+    QTRY_VERIFY(connection->isOpen());
+    connection.reset();
+    QWebSocketProtocol::CloseCode code = QWebSocketProtocol::CloseCodeAbnormalDisconnection;
+    QString reason;
+    QVERIFY(peer.waitForClose(0, &code, &reason));
+    QCOMPARE(code, QWebSocketProtocol::CloseCodeNormal);
+    QVERIFY(!isNotified);
+    QVERIFY(owner.children().isEmpty());
+}
+
+void tst_BridgeConnection::scheduledRetryDiesWithTheConnection()
+{
+    QObject owner;
+    auto connection = std::make_unique<BridgeConnection>(s_host, Retry::Once, &owner);
+    const QPointer<QTimer> timer = connection->retryTimer();
+    connection->scheduleRetry();
+    connection.reset();
+    QCoreApplication::processEvents();
+    QVERIFY(!timer);
+}
+
+REGISTER_TEST(tst_BridgeConnection, QCoreApplication)
+#include "tst_BridgeConnection.moc"
