@@ -13,6 +13,8 @@
 #include <csignal>
 #include <memory>
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
@@ -243,8 +245,8 @@ void tst_CliModels::endsACliThatHangs()
     path.add(s_cli, "echo a/b; echo $$ > '" + QFile::encodeName(note) + "'; exec sleep 1000");
 
     // On a busy machine it takes a while until it gets so far as to hang.
-    for (int patience = 50; contentOf(note).isEmpty() && patience < 60000; patience *= 2) {
-        QCOMPARE(CliModels::list(patience), QJsonArray());
+    for (auto timeout = 50ms; contentOf(note).isEmpty() && timeout < 1min; timeout *= 2) {
+        QCOMPARE(CliModels::list(timeout), QJsonArray());
     }
     const int pid = contentOf(note).toInt();
     QVERIFY(pid > 0);

@@ -233,7 +233,7 @@ void tst_BridgeEnvironment::looksAtThisMachine()
     QFile file(directory.filePath(QStringLiteral("file")));
     QVERIFY(file.open(QIODevice::WriteOnly));
 
-    const auto here = BridgeEnvironment::surroundingsOfThisProcess(12);
+    const auto here = BridgeEnvironment::systemOfThisProcess(12);
     QCOMPARE(here.port, 12);
     QCOMPARE(here.home, QDir::homePath());
     QVERIFY(here.isDirectory(directory.path()));

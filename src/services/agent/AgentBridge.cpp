@@ -106,7 +106,7 @@ void AgentBridge::sendIntent(const QString &text)
     setThinking(true);
     setStatus(AgentStatus::Thinking);
 
-    // Another part of the program may have stored a model since. It is only borrowed: no signal, nothing written.
+    // The settings may have changed since construction. Intentional: no signal, and nothing is written back.
     if (m_currentModel.isEmpty()) {
         m_currentModel = QSettings().value(modelKey()).toString().trimmed();
     }
@@ -127,10 +127,10 @@ void AgentBridge::cancelRequest()
     qDebug() << "[AgentBridge] cancelRequest — aborting" << m_pendingRequests.size() << "pending request(s)";
 
     if (isServiceAvailable()) {
-        // Its id isn't pending: whatever the bridge answers is dropped.
+        // Its id isn't pending, so that its reply is dropped.
         send(takeRequestId(), QStringLiteral("cancel"), AgentRequests::cancel(conversation()));
     }
-    // Late replies to these ids are dropped, which makes the stop final whatever the bridge does.
+    // Late replies to these ids are dropped, so that the cancel is final whatever the bridge does.
     m_pendingRequests.clear();
     m_lastIntent.clear();
     resetProgress();
@@ -145,7 +145,7 @@ void AgentBridge::rephraseText(const QString &text)
         return;
     }
     if (!isServiceAvailable()) {
-        Q_EMIT rephraseReady(text, text); // so that the caller's wait always ends
+        Q_EMIT rephraseReady(text, text); // the caller waits for this signal
         return;
     }
     m_rephraseOriginal = text;
@@ -164,7 +164,7 @@ void AgentBridge::handleUiAction(const QString &actionType, int messageIndex, co
     const QJsonObject params = AgentRequests::uiAction(actionType, data, conversation());
     const QString method = QStringLiteral("handleStructuredUiAction");
     const quint64 id = openRequest(method);
-    setThinking(true); // the status stays as it is: an action isn't a prompt
+    setThinking(true); // not the status, because an action isn't a prompt
     send(id, method, params);
 }
 
@@ -183,7 +183,7 @@ void AgentBridge::sendMessageFeedback(const QString &vote, int messageIndex, con
 
 void AgentBridge::copyToClipboard(const QString &text)
 {
-    // Only a graphical application has a clipboard; asking for one without it crashes.
+    // QGuiApplication::clipboard() crashes in an application without a GUI.
     QClipboard *clipboard =
         qobject_cast<QGuiApplication *>(QCoreApplication::instance()) ? QGuiApplication::clipboard() : nullptr;
     if (!clipboard) {
@@ -195,14 +195,14 @@ void AgentBridge::copyToClipboard(const QString &text)
 
 void AgentBridge::onConnected()
 {
-    // A prompt may go out from here on; the bridge's own "ready" isn't waited for.
+    // Intentional: prompts may be sent before the bridge reports "ready".
     qDebug() << "[AgentBridge] Connected to Loomra bridge";
     setStatus(AgentStatus::Idle);
 }
 
 void AgentBridge::onDisconnected()
 {
-    // What runs keeps its thinking state, until the user cancels or another reply comes.
+    // Intentional: a running request stays in the thinking state until the user cancels or another reply arrives.
     qDebug() << "[AgentBridge] Disconnected from Loomra bridge";
     setStatus(AgentStatus::Disconnected);
     m_connection.scheduleRetry();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The receiving half of AgentBridge: frames of the socket become properties and signals.
+// The receiving half of AgentBridge: turns frames into properties and signals.
 
 #include "AgentBridge.h"
 #include "BridgeFrame.h"
@@ -15,14 +15,14 @@ namespace
 
 constexpr int s_loggedMessage = 200; // characters
 
-//! The phase that a routed agent stands for. The bridge sends no phase of its own for it.
+//! The phase shown once an agent is routed; the bridge sends none for it.
 QString routingPhase()
 {
     return QStringLiteral("routing");
 }
 
-//! What a reply says of its failure, null if it says nothing. Only a text is an error in the end: in a "response" that
-//! is the message, never the code, and in the older form a text right under "error", never an object.
+//! The error in a reply, null if there is none. Only a string counts: in a "response" the message, never the code; in
+//! the older form a string under "error", never an object.
 QJsonValue errorOfReply(const BridgeFrame &frame)
 {
     if (frame.kind != BridgeFrame::Kind::Response) {
@@ -40,7 +40,7 @@ void AgentBridge::onTextMessageReceived(const QString &message)
 
     const BridgeFrame frame = BridgeFrame::parse(message);
     if (!frame.isObject) {
-        // For JSON of another kind the parser's text is "no error occurred"; the raw message tells the rest.
+        // For JSON that isn't an object parseError is "no error occurred"; the raw message explains it.
         qWarning() << "[AgentBridge] Failed to parse WebSocket message as JSON:" << frame.parseError;
         qWarning() << "[AgentBridge] Raw message:" << message;
         return;
@@ -48,7 +48,7 @@ void AgentBridge::onTextMessageReceived(const QString &message)
 
     switch (frame.kind) {
     case BridgeFrame::Kind::Ready:
-        // The socket's own signals set the status, and nothing waits for this.
+        // The signals of the socket set the status, so that nothing depends on this.
         qDebug() << "[AgentBridge] Bridge ready message received";
         break;
     case BridgeFrame::Kind::Event:
@@ -57,7 +57,7 @@ void AgentBridge::onTextMessageReceived(const QString &message)
     case BridgeFrame::Kind::Error:
         processError(frame);
         break;
-    case BridgeFrame::Kind::Stream: // no streaming here: it is a reply like any other
+    case BridgeFrame::Kind::Stream: // handled like any other reply, as this client doesn't stream
     case BridgeFrame::Kind::Response:
     case BridgeFrame::Kind::OlderReply:
     case BridgeFrame::Kind::Unreadable: // never an object
@@ -66,7 +66,7 @@ void AgentBridge::onTextMessageReceived(const QString &message)
     }
 }
 
-//! Events that aren't told here are none of this client's business: no log line.
+//! Ignores events that aren't in the table without logging them: they are for the other client.
 void AgentBridge::processEvent(const QString &name, const QJsonObject &payload)
 {
     struct Event
@@ -99,7 +99,7 @@ void AgentBridge::onToolExecuted(const QJsonObject &payload)
 
 void AgentBridge::onAgentRouted(const QJsonObject &payload)
 {
-    // The agent first, so that those who hear of the phase can read it.
+    // The agent first, so that it is set when the phase changes.
     setRoutedAgent(payload.value(QLatin1String("agent")).toString());
     setActivePhase(routingPhase());
 }
@@ -112,7 +112,7 @@ void AgentBridge::onPlanPhase(const QJsonObject &payload)
 void AgentBridge::onPlanStep(const QJsonObject &payload)
 {
     m_planStep = PlanStep::read(payload);
-    Q_EMIT planStepChanged(); // even if nothing changed
+    Q_EMIT planStepChanged(); // Intentional: also if nothing changed
 }
 
 void AgentBridge::processError(const BridgeFrame &frame)
@@ -129,7 +129,7 @@ void AgentBridge::processReply(const BridgeFrame &frame, const QString &message)
 {
     const quint64 id = requestIdOf(frame.id);
     const QJsonValue error = errorOfReply(frame);
-    // A key that is missing is undefined, not null, and so counts as there. Only this line looks at that.
+    // A missing key is undefined and not null, so that it counts as present. Only this log line shows that.
     qDebug() << "[AgentBridge] Processing message, id=" << id << "hasResult=" << !frame.result.isNull()
              << "hasError=" << !error.isNull();
 
@@ -146,8 +146,8 @@ void AgentBridge::processReply(const BridgeFrame &frame, const QString &message)
     const QString errorText = error.toString();
     if (!errorText.isEmpty()) {
         qWarning() << "[AgentBridge] Bridge error:" << errorText;
-        // The text of a refused vote is hidden from the user, and all else is done as for any failure, also to a chat
-        // that runs beside it. That is meant: the status tells of every failure of the bridge.
+        // Intentional: a refused vote hides its text from the user but otherwise counts as a failure, even of a chat
+        // that runs at the same time, because the status shows every failure of the bridge.
         fail(isFeedback ? QString() : errorText);
         return;
     }
@@ -193,7 +193,7 @@ void AgentBridge::processResult(quint64 id, const AgentReply &reply)
         return;
     }
 
-    // What goes with the text goes out before it: the receiver keeps it and makes one row of both.
+    // Widgets go out before the text: the receiver keeps them and makes one row of both.
     if (reply.hasUi) {
         qDebug() << "[AgentBridge] Structured UI payload detected, emitting structuredReplyReceived";
     }

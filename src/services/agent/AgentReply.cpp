@@ -11,8 +11,8 @@
 namespace
 {
 
-//! A number of the wire truncated to an int. Beyond an int it stays at the nearest int: converting such a double is
-//! undefined, and the number is nonsense anyway.
+//! Truncates a number to an int. A number out of range is clamped, because converting it would be undefined
+//! behaviour.
 int truncated(const QJsonValue &value, int otherwise)
 {
     using Limits = std::numeric_limits<int>;

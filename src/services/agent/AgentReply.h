@@ -7,8 +7,8 @@
 #include <QJsonValue>
 #include <QString>
 
-//! The result object of a reply, as AgentBridge reads it. A key that is missing or of another type reads as its
-//! default. Pure, as is everything in this file.
+//! The result object of a reply as AgentBridge parses it. A key that is missing or has another type gets its default.
+//! Everything in this file is pure.
 struct AgentReply
 {
     static AgentReply read(const QJsonObject &result);
@@ -16,34 +16,34 @@ struct AgentReply
     QString response;
     //! Empty when the reply names no session.
     QString sessionId;
-    //! Tokens used for this reply, truncated to whole numbers; 0 when not told.
+    //! Tokens used for this reply, truncated to integers; 0 if missing.
     int inputTokens = 0;
     int outputTokens = 0;
-    //! Compact JSON with the widgets and the follow-ups that come with the text, empty when there are none.
+    //! Widgets and follow-ups that accompany the text, as compact JSON; empty if there are none.
     QString uiJson;
     //! Whether uiJson was made from a "ui" object, not from follow-ups alone.
     bool hasUi = false;
 };
 
-//! Where a plan stands that the bridge carries out.
+//! Progress of a plan that the bridge is executing.
 struct PlanStep
 {
     static PlanStep read(const QJsonObject &eventPayload);
 
     bool isRunning() const { return index >= 0; }
 
-    //! From 0; -1 means none.
+    //! Zero-based; -1 when no plan is running.
     int index = -1;
     int total = 0;
-    //! Id of the capability that the step uses.
+    //! Id of the capability used by the step.
     QString capability;
     QString phase;
 };
 
-//! The id of the request that a message belongs to: the number truncated, or 0, which no request ever has. What isn't
-//! a number is 0, and so is one that no request id can be (negative, or beyond 64 bits).
+//! The request id in a message, truncated to an integer. 0, which no request uses, for anything that can't be an id:
+//! not a number, negative, or beyond 64 bits.
 quint64 requestIdOf(const QJsonValue &id);
 
-//! A rephrased transcript as it is shown: trimmed, then without the one pair of quotation marks around it, if both
-//! ends have the same kind. Not trimmed again.
+//! A rephrased transcript as it is shown: trimmed, and without one pair of equal quotation marks around it. Not trimmed
+//! again afterwards.
 QString withoutQuotationMarks(const QString &response);

@@ -66,8 +66,7 @@ QString rephrasePrompt(const QString &transcript)
         .arg(transcript);
 }
 
-//! The widgets pass an id, a colon and a label, which is no JSON: for them the action type alone goes out. That is
-//! what the bridge expects of them, so it isn't reported and the text isn't wrapped up in some other way.
+//! Intentional: the widgets pass "id:label", which isn't JSON, so that the bridge receives their action type alone.
 QJsonObject actionData(const QString &data)
 {
     QJsonParseError parsed;

@@ -6,21 +6,21 @@
 #include <QJsonObject>
 #include <QString>
 
-//! What AgentBridge says to the bridge, as values. Pure: no socket, no settings.
+//! Parameters of the requests that AgentBridge sends. Pure: no socket, no settings.
 namespace AgentRequests
 {
 
-//! What a request tells of the conversation that it belongs to. An empty text is left out of the request.
+//! The conversation that a request belongs to. Empty strings are left out of the request.
 struct Conversation
 {
     QString sessionId;
     QString agent;
     QString model;
-    //! "text" or "voice". Never left out: an empty one goes out as "text".
+    //! "text" or "voice". Never left out: an empty string is sent as "text".
     QString inputMode;
 };
 
-//! A vote on a reply. Long texts are cut when they go out.
+//! A vote on a reply. Long texts are truncated when sent.
 struct Feedback
 {
     QString vote;
@@ -32,14 +32,14 @@ struct Feedback
 QJsonObject chat(const QString &message, const Conversation &conversation);
 QJsonObject cancel(const Conversation &conversation);
 
-//! Asks for the rewrite of a voice transcript. On the wire this is a chat with the agent "chat", whatever agent the
-//! conversation has.
+//! Asks to rephrase a voice transcript. On the wire this is a chat with the agent "chat", whatever the agent of the
+//! conversation.
 QJsonObject rephrase(const QString &transcript, const Conversation &conversation);
 
-//! @param data JSON of an object; any other text counts as an object without keys
+//! @param data a JSON object; anything else counts as an empty object
 QJsonObject uiAction(const QString &actionType, const QString &data, const Conversation &conversation);
 
-//! The wire name of a vote, by which its reply is known too.
+//! The wire name of a vote, which is also its label.
 QString feedbackMethod();
 QJsonObject feedback(const Feedback &feedback, const Conversation &conversation);
 

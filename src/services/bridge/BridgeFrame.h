@@ -7,23 +7,23 @@
 #include <QJsonValue>
 #include <QString>
 
-//! One text frame of the bridge, told apart by its form. Both clients of the bridge start from it. Where they differ
-//! (error texts, streams, a top level that is no object, the width of ids) each reads the values for itself.
+//! A parsed text frame of the bridge. Where the two clients differ (error texts, streams, a top level that isn't an
+//! object, the width of ids) each interprets the values itself.
 struct BridgeFrame
 {
     enum class Kind
     {
-        Unreadable, //!< no JSON; nothing but parseError holds anything
-        Ready, //!< the bridge takes requests
-        Event, //!< a notice that answers no request
-        Stream, //!< a part of a reply; in every other way like OlderReply
-        Error, //!< a failure, of a request if there is an id
+        Unreadable, //!< not JSON; only parseError is set
+        Ready, //!< the bridge accepts requests
+        Event, //!< not a reply to any request
+        Stream, //!< a part of a reply; otherwise like OlderReply
+        Error, //!< a failure; that of a request if there is an id
         Response, //!< the reply to a request
-        OlderReply, //!< the reply to a request in its older form; also what any unknown type counts as
+        OlderReply, //!< a reply in the older form, and every unknown type
     };
 
-    //! Reads a frame. Never fails: text that can't be read gives Unreadable, and JSON whose top level is no object
-    //! gives an OlderReply without keys and with isObject false. Pure, any thread.
+    //! Parses a frame. Never fails: malformed text gives Unreadable, and JSON whose top level isn't an object gives an
+    //! OlderReply without keys and with isObject false. Pure, any thread.
     static BridgeFrame parse(const QString &text);
 
     //! The text frame of a request, in compact JSON. Pure, any thread.
@@ -33,19 +33,19 @@ struct BridgeFrame
     QString errorText() const;
 
     Kind kind = Kind::Unreadable;
-    //! The parser's words; "no error occurred" unless kind is Unreadable.
+    //! Description by the parser; "no error occurred" unless kind is Unreadable.
     QString parseError;
-    //! True when the text was a JSON object, which every good frame is.
+    //! The text is a JSON object, as every valid frame is.
     bool isObject = false;
-    //! The whole object, for what only one client reads.
+    //! The whole object, for keys that only one client uses.
     QJsonObject message;
 
-    //! As they stand in the object: undefined where the key is missing.
+    //! Unchanged from the object; undefined if the key is missing.
     QJsonValue id = QJsonValue::Undefined;
     QJsonValue error = QJsonValue::Undefined;
-    //! What a reply carries, from the key that goes with its form; undefined where that is missing.
+    //! The result of a reply, from the key of its form; undefined if that is missing.
     QJsonValue result = QJsonValue::Undefined;
-    //! What an event tells and its name; empty for all other kinds.
+    //! Payload and name of an event; empty for all other kinds.
     QJsonObject eventPayload;
     QString eventName;
 };

@@ -31,7 +31,7 @@ QJsonArray rowsIn(const QString &output)
     static const QRegularExpression s_lineEnds(QStringLiteral("[\r\n]+"));
     QJsonArray rows;
     for (const QString &line : output.split(s_lineEnds, Qt::SkipEmptyParts)) {
-        // Only the first slash divides: a model's name may hold more of them.
+        // Split at the first slash: a model's name may contain more.
         const int slash = line.indexOf(QLatin1Char('/'));
         const QString provider = line.left(slash).trimmed();
         const QString model = line.mid(slash + 1).trimmed();
@@ -67,11 +67,11 @@ QJsonArray merge(QJsonArray bridgeRows, const QJsonArray &cliRows)
     return bridgeRows;
 }
 
-QJsonArray list(int patience)
+QJsonArray list(std::chrono::milliseconds timeout)
 {
     QProcess cli;
     start(cli);
-    if (!cli.waitForFinished(patience)) {
+    if (!cli.waitForFinished(static_cast<int>(timeout.count()))) {
         cli.kill();
         cli.waitForFinished();
         return {};

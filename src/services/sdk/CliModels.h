@@ -6,27 +6,29 @@
 #include <QJsonArray>
 #include <QString>
 
+#include <chrono>
+
 class QProcess;
 
-//! The models that the agent CLI lists, beside those that the bridge knows.
+//! Models that the agent CLI lists, in addition to those of the bridge.
 //!
-//! A row has the texts id and name (both the model), provider, fullId and displayName (both provider/model), and the
+//! A row has the strings id and name (both the model), provider, fullId and displayName (both provider/model), and the
 //! bool free.
 namespace CliModels
 {
 
-//! Starts the CLI's list of models. PATH tells where the CLI lies.
+//! Starts the CLI, which is searched on PATH, to list its models.
 void start(QProcess &cli);
 
-//! Reads the rows from what the CLI prints: one model a line, as provider/model. Lines of another form, such as
-//! banners and warnings, are passed over. Pure.
+//! Parses the output of the CLI: one provider/model per line. Other lines, such as banners and warnings, are skipped.
+//! Pure.
 QJsonArray rowsIn(const QString &output);
 
-//! The bridge's rows as they stand, and behind them those of the CLI whose fullId isn't there yet. Pure.
+//! The rows of the bridge unchanged, followed by those of the CLI whose fullId they don't contain. Pure.
 QJsonArray merge(QJsonArray bridgeRows, const QJsonArray &cliRows);
 
-//! Runs the CLI and blocks until it ends. No rows, and no word, when it is missing, fails, crashes or takes too long.
-//! @param patience in ms
-QJsonArray list(int patience = 6000);
+//! Runs the CLI and blocks until it exits or the timeout expires. Returns no rows, and logs nothing, if the CLI is
+//! missing, fails, crashes or times out.
+QJsonArray list(std::chrono::milliseconds timeout = std::chrono::seconds(6));
 
 } // namespace CliModels

@@ -44,7 +44,7 @@ void write(const QString &location, const QString &message, const QString &data)
         return;
     }
     QFile file(QDir(directory).filePath(QStringLiteral("loomra-debug.log")));
-    // Opened for each line, so that all of them are on the disk when the program dies.
+    // Opened for each line, so that none is lost if the program crashes.
     if (file.open(QIODevice::Append | QIODevice::Text)) {
         file.write(line(location, message, data, QDateTime::currentMSecsSinceEpoch()));
     }
@@ -52,7 +52,7 @@ void write(const QString &location, const QString &message, const QString &data)
 
 QString escaped(const QString &text)
 {
-    // Backslashes first, or those that escape the quotes would be escaped as well.
+    // Backslashes first, or those that escape quotes would be escaped again.
     QString result = text;
     return withEscapedQuotes(result.replace(QLatin1Char('\\'), QLatin1String("\\\\")));
 }

@@ -8,25 +8,25 @@
 
 #include <concepts>
 
-//! A record of what the client does with the bridge, for those who look for a fault: one JSON object a line in
-//! loomra-debug.log in the application's data directory. Off unless LOOMRA_DEBUG has a value, of whatever kind, at the
-//! time of an event. What can't be written is lost without a word. Main thread only.
+//! A log of what LoomraSDK does, for debugging: one JSON object per line in loomra-debug.log in the application's data
+//! directory. Off unless LOOMRA_DEBUG has any value at the time of an event. Write errors are ignored. Main thread
+//! only.
 namespace DebugEventLog
 {
 
 bool isOn();
 
-//! One line, its end included. Only the double quotes of location and message are escaped, and the data goes in as it
-//! stands: the line is as valid as they are. Pure.
-//! @param data JSON of any kind
+//! One line with its newline. Only the double quotes of location and message are escaped and the data is inserted
+//! unchanged, so that the line is as valid as they are. Pure.
+//! @param data any JSON value
 //! @param timestamp ms since the epoch
 QByteArray line(const QString &location, const QString &message, const QString &data, qint64 timestamp);
 
-//! Adds a line with the time of now, if the log is on.
+//! Appends a line with the current time if the log is on.
 void write(const QString &location, const QString &message, const QString &data);
 
-//! The same with data that is put together only where the log is on: off, an event costs a look at the environment.
-//! @param data called for the text
+//! The same with data that is built only if the log is on: otherwise an event costs one look at the environment.
+//! @param data returns the JSON text
 template<std::invocable Data>
 void write(const QString &location, const QString &message, const Data &data)
 {
@@ -35,9 +35,9 @@ void write(const QString &location, const QString &message, const Data &data)
     }
 }
 
-//! A text for a JSON string in the data of an event: backslashes and double quotes escaped. Pure.
+//! Escapes backslashes and double quotes for a JSON string in the data of an event. Pure.
 QString escaped(const QString &text);
-//! The same, and ends of lines too.
+//! The same, and escapes newlines too.
 QString escapedLines(const QString &text);
 
 } // namespace DebugEventLog

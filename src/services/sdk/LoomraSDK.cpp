@@ -18,7 +18,7 @@ LoomraSDK::LoomraSDK(ConfigManager *configManager, QObject *parent)
     , m_bridgeProcess(new QProcess(this))
     , m_bridgePath(BridgePath::resolve())
     , m_executorPathEnabled(
-          BridgeEnvironment::truthyEnvValue(qEnvironmentVariable(BridgeEnvironment::executorPathVariable)))
+          BridgeEnvironment::truthyEnvValue(qEnvironmentVariable(BridgeEnvironment::ExecutorPathVariable)))
     , m_reminderTimer(new QTimer(this))
     , m_workspaceSuggestionReminderEnabled(configManager->workspaceSuggestionReminderEnabled())
     , m_workspaceSuggestionReminderMinutes(configManager->workspaceSuggestionReminderMinutes())

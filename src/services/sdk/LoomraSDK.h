@@ -23,35 +23,35 @@ class QTimer;
 
 //! The complete client of the bridge, known to QML as loomraSDK: every page of both windows talks to it.
 //!
-//! It keeps a socket of its own to ws://localhost:8765/ws. Where it owns the bridge (main window, tray) it also runs it
-//! as a child process and starts it again; connect-only (OmniBar) it asks the user service once and connects. A
-//! connection counts as ready when the bridge has said so; a lost one is tried again every 3 seconds, for as long as it
-//! takes.
+//! It has its own connection to ws://localhost:8765/ws. In the main window and the tray view it also runs the bridge as
+//! a child process and restarts it; in the OmniBar (connect-only) it asks the user service once to start the bridge,
+//! and connects. A connection is ready once the bridge has sent "ready"; a lost one is retried every 3 seconds, without
+//! limit.
 //!
-//! All operations towards the bridge are one-way: the result comes as the signal named with the operation, a failure as
-//! error(). While not ready every one of them is refused; nothing is queued, nothing has a time-out, and a request that
-//! is open when the connection drops stays open. Main thread only.
+//! All operations towards the bridge are one-way: the result is emitted as the signal that belongs to the operation, a
+//! failure as error(). While the connection isn't ready they are refused. Nothing is queued, requests have no timeout,
+//! and a request that is open when the connection is lost stays open. Main thread only.
 class LoomraSDK : public QObject
 {
     Q_OBJECT
 
     //! The socket is open.
     Q_PROPERTY(bool connected READ isConnected NOTIFY connectedChanged)
-    //! The bridge has said "ready" on this connection.
+    //! The bridge has sent "ready" on this connection.
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
-    //! As the bridge names it; empty before the first chat and after the current session was deleted.
+    //! Assigned by the bridge; empty before the first chat and after the current session was deleted.
     Q_PROPERTY(QString currentSessionId READ currentSessionId NOTIFY currentSessionIdChanged)
     //! Sent with each chat. Not stored.
     Q_PROPERTY(QString currentModel READ currentModel WRITE setCurrentModel NOTIFY currentModelChanged)
     //! Sent with each chat. Not stored.
     Q_PROPERTY(QString currentAgent READ currentAgent WRITE setCurrentAgent NOTIFY currentAgentChanged)
-    //! Whether the bridge takes the executor path. Writing it restarts a running child.
+    //! The bridge uses the executor path. Writing it restarts a running child.
     Q_PROPERTY(bool executorPathEnabled READ isExecutorPathEnabled WRITE setExecutorPathEnabled NOTIFY
                    executorPathEnabledChanged)
-    //! What the bridge said last of its capabilities; outlives a lost connection.
+    //! From the capabilities that the bridge last reported; keeps its value when the connection is lost.
     Q_PROPERTY(bool workspaceIntelAvailable READ isWorkspaceIntelAvailable NOTIFY workspaceIntelAvailableChanged)
     Q_PROPERTY(bool aiRuntimeAvailable READ isAiRuntimeAvailable NOTIFY aiRuntimeAvailableChanged)
-    //! Whether the bridge is asked for a workspace suggestion at intervals; stored.
+    //! Ask the bridge for a workspace suggestion at intervals; stored.
     Q_PROPERTY(bool workspaceSuggestionReminderEnabled READ isWorkspaceSuggestionReminderEnabled WRITE
                    setWorkspaceSuggestionReminderEnabled NOTIFY workspaceSuggestionReminderEnabledChanged)
     //! The interval, 1 to 1440 minutes; stored.
@@ -59,25 +59,25 @@ class LoomraSDK : public QObject
                    setWorkspaceSuggestionReminderMinutes NOTIFY workspaceSuggestionReminderMinutesChanged)
 
 public:
-    //! Finds the bridge's directory; starts nothing. @param configManager used until the destructor, which
-    //! leaves it alone: the two may go in any order
+    //! Finds the directory of the bridge; starts nothing.
+    //! @param configManager not used by the destructor, so that the two may be destroyed in any order
     explicit LoomraSDK(ConfigManager *configManager, QObject *parent = nullptr);
-    //! Closes the socket and stops the child.
+    //! Closes the connection and stops the child.
     ~LoomraSDK() override;
 
-    // ---- Life. LoomraSDKProcess.cpp, LoomraSDKConnection.cpp
+    // ---- Life cycle. LoomraSDKProcess.cpp, LoomraSDKConnection.cpp
 
-    //! Attach to a bridge that runs as a service, own no child. To be called before initialize().
+    //! Connect to a bridge that runs as a service instead of running one as a child. Call before initialize().
     void setConnectOnly(bool connectOnly);
-    //! Starts the bridge or asks for it, and connects. Starting blocks for some seconds at worst. A second call finds
-    //! the child running and starts nothing.
+    //! Starts the bridge, or asks the user service to start it, and connects. Starting may block for some seconds. A
+    //! second call doesn't start another child.
     Q_INVOKABLE void initialize();
-    //! Stops the timers and the child. Blocks up to 12 seconds, and only where there is a child.
-    //! @param shuttingDown from now on no lost connection is tried again
+    //! Stops the timers and the child. Blocks up to 12 seconds if there is a child.
+    //! @param shuttingDown stop retrying lost connections for good
     void stopBridgeProcess(bool shuttingDown);
-    //! Closes the connection and opens it again.
+    //! Closes and reopens the connection.
     Q_INVOKABLE void reconnectBridge();
-    //! Where the bridge's own log files lie; created where it is missing.
+    //! Directory of the bridge's own logs; created if it is missing.
     Q_INVOKABLE QString eventLogDir() const;
 
     bool isConnected() const { return m_connected; }
@@ -95,7 +95,7 @@ public:
     void setCurrentAgent(const QString &agent);
     void setExecutorPathEnabled(bool enabled);
     void setWorkspaceSuggestionReminderEnabled(bool enabled);
-    //! What lies outside the range becomes its nearer end.
+    //! Clamped to the range.
     void setWorkspaceSuggestionReminderMinutes(int minutes);
 
     // ---- Chat, code, files, sessions, models, providers. LoomraSDKOperations.cpp
@@ -114,8 +114,8 @@ public:
     Q_INVOKABLE void renameSession(const QString &sessionId, const QString &newName);
     Q_INVOKABLE void loadMessages(const QString &sessionId);
     Q_INVOKABLE void listAgents();
-    //! The models of the bridge and of the agent CLI; without a bridge those of the CLI alone. The CLI is run and
-    //! waited for, up to 6 seconds.
+    //! The models of the bridge and of the agent CLI, or those of the CLI alone if there is no bridge. Blocks up to 6
+    //! seconds while the CLI runs.
     Q_INVOKABLE void listModels();
     Q_INVOKABLE void checkFreeProviders();
     Q_INVOKABLE void getTokenStatus(const QString &provider = QString());
@@ -125,7 +125,7 @@ public:
     // ---- Plans, audit, automations, reminders, reports. LoomraSDKOperations.cpp
 
     Q_INVOKABLE void getPlan(const QString &message);
-    //! @param steps objects; what is none is left out
+    //! @param steps objects; anything else is left out
     Q_INVOKABLE void executePlan(const QVariantList &steps);
     Q_INVOKABLE void auditListRecent(int limit = 50);
     Q_INVOKABLE void auditRevert(const QString &actionId);
@@ -155,9 +155,9 @@ public:
     Q_INVOKABLE void refreshWorkspaceIntelPanel();
     Q_INVOKABLE void setWorkspaceIntelObservationEnabled(bool enabled);
     Q_INVOKABLE void refreshWorkspaceTemplates();
-    //! @param workspaceId sent only if above 0, as the slug only if not empty
+    //! An empty slug and a workspaceId below 1 are left out of the request.
     Q_INVOKABLE void setWorkspaceTemplateEnabled(const QString &slug, bool enabled, int workspaceId = 0);
-    //! @param workspaceId 1 or more
+    //! @param workspaceId at least 1
     Q_INVOKABLE void prepareWorkspaceTemplate(int workspaceId, const QString &message = QString());
     Q_INVOKABLE void refreshAiRuntimePanel();
     Q_INVOKABLE void setAiRuntimeEnabled(bool enabled);
@@ -166,11 +166,12 @@ public:
     Q_INVOKABLE void refreshRuntimeJobs();
     Q_INVOKABLE void checkWorkspaceSuggestionNotify();
     Q_INVOKABLE void clearAiRuntimeDismissedSuggestions();
-    //! What a button of the in-app dialog does. @param clientNotificationJson as the request for the dialog brought it
+    //! Carries out a button of the in-app dialog.
+    //! @param clientNotificationJson from workspaceSuggestionShowInAppDialog()
     Q_INVOKABLE void applyWorkspaceSuggestionAction(const QString &actionId, const QString &clientNotificationJson);
 
 Q_SIGNALS:
-    //! What the user should see of any failure.
+    //! A failure that the user should see.
     void error(const QString &error);
     void connectedChanged();
     void readyChanged();
@@ -180,14 +181,14 @@ Q_SIGNALS:
     void executorPathEnabledChanged();
 
     void chatResponse(const QString &response);
-    //! Never emitted: streams are dropped. Kept for those who connect to it.
+    //! Never emitted, as streams are dropped. Kept for QML that connects to it.
     void chatStreamChunk(const QString &chunk);
     void codeGenerated(const QString &code);
     void codeEdited(const QString &code);
     void filesReceived(const QStringList &files);
-    //! @param path always empty: who needs it remembers it
+    //! @param path always empty; the caller remembers which path it asked for
     void fileContentReceived(const QString &path, const QString &content);
-    //! @param path always empty: who needs it remembers it
+    //! @param path always empty; the caller remembers which path it asked for
     void fileWritten(const QString &path);
     void sessionsListed(const QJsonArray &sessions);
     void sessionCreated(const QString &sessionId);
@@ -258,7 +259,7 @@ private:
     void startBridgeProcess();
     void readBridgeOutput();
     void ensureBridgeUserServiceStarted();
-    //! What the end of the child and of the socket have in common.
+    //! Resets both flags when the child or the connection ends.
     void fallToDisconnected();
 
     // ---- The connection
@@ -267,10 +268,10 @@ private:
     void fetchBridgeCapabilities();
 
     // ---- Requests and replies
-    //! Takes an id, keeps label and argument until the reply, and sends. The method is the label up to its first
+    //! Allocates an id, keeps label and argument until the reply, and sends. The method is the label up to its first
     //! underscore.
-    //! @param label has a route, or a debug build aborts
-    //! @param kept for the reply's signal; an empty argument is kept like any other
+    //! @param label must have a route, or a debug build aborts
+    //! @param kept argument for the signal of the reply
     void request(const QString &label, const QJsonObject &params = {},
                  const std::optional<QString> &kept = std::nullopt);
     void sendRequest(const QString &method, const QJsonObject &params, int requestId);
@@ -298,13 +299,13 @@ private:
     void onSuggestionCheckReply(const Reply &reply);
 
     void setCurrentSessionId(const QString &sessionId);
-    //! Tells of a failure that a good reply reports in its "ok" and "error".
+    //! Emits a failure that a successful reply reports in its "ok" and "error".
     void reportRefusal(const QJsonObject &result);
 
     // ---- The workspace
     bool canUseWorkspaceIntel() const { return m_ready && m_workspaceIntelAvailable; }
     bool canUseAiRuntime() const { return m_ready && m_aiRuntimeAvailable; }
-    //! False, and the user is told, when it can't be used.
+    //! Emits error() and returns false if it can't be used.
     bool requireWorkspaceIntel();
     bool requireAiRuntime();
     bool canRemindOfSuggestions() const;
@@ -317,10 +318,10 @@ private:
     QProcess *const m_bridgeProcess;
     bool m_connected = false;
     bool m_ready = false;
-    //! Counts on across connections, so that an id is never used twice.
+    //! Not reset on reconnection, so that an id is never reused.
     int m_nextRequestId = 1;
-    //! By id the labels of the requests that wait for a reply, and by id plus an offset what is kept for some of them.
-    //! An entry lives until its reply, forever if that never comes: nothing expires, and a disconnect clears nothing.
+    //! Labels of the open requests by id, and kept arguments by id plus an offset. An entry is removed by its reply
+    //! only: nothing expires, and a disconnect doesn't clear anything.
     QHash<int, QString> m_pendingRequests;
     QString m_bridgePath;
     QString m_currentSessionId;
@@ -332,7 +333,7 @@ private:
     bool m_executorPathEnabled;
     bool m_workspaceIntelAvailable = false;
     bool m_aiRuntimeAvailable = false;
-    //! The settings, between the two replies of a panel refresh.
+    //! The settings, kept between the two replies of a panel refresh.
     QJsonObject m_workspaceIntelPanelCache;
     QTimer *const m_reminderTimer;
     bool m_workspaceSuggestionReminderEnabled;

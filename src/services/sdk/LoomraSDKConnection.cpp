@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The connection to the bridge: what moves "connected" and "ready", and the timer that brings a lost one back.
+// The connection to the bridge: what sets "connected" and "ready", and how a lost connection is retried.
 
 #include "LoomraSDK.h"
 
@@ -14,7 +14,9 @@
 namespace
 {
 
-constexpr int s_reminderAfterReady = 300; // ms
+using namespace std::chrono_literals;
+
+constexpr auto s_reminderAfterReady = 300ms;
 
 QString flagsBefore(bool connected, bool ready)
 {
@@ -68,7 +70,7 @@ void LoomraSDK::onWebSocketError(QAbstractSocket::SocketError socketError)
         return QStringLiteral("{\"error\":%1,\"errorString\":\"%2\"}")
             .arg(QString::number(socketError), DebugEventLog::escaped(reason));
     });
-    // By number: a refused connection reads "WebSocket error: 0", and comes with every attempt.
+    // Intentional: the number of the error, so that each refused attempt reports "WebSocket error: 0".
     Q_EMIT error(QStringLiteral("WebSocket error: %1").arg(int(socketError)));
     if (m_connectOnly) {
         ensureBridgeUserServiceStarted();
@@ -120,7 +122,7 @@ void LoomraSDK::tryReconnect()
     if (m_connectOnly) {
         ensureBridgeUserServiceStarted();
     } else if (m_bridgeProcess->state() == QProcess::NotRunning) {
-        startBridgeProcess(); // which connects by itself
+        startBridgeProcess(); // connects on its own
         return;
     }
     if (!m_connection.isOpen()) { // an open one waits for "ready"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The machinery of requests: one sender, one receiver.
+// Sends requests and dispatches replies.
 
 #include "LoomraSDK.h"
 
@@ -14,8 +14,8 @@
 namespace
 {
 
-//! Where the kept argument of a request stands beside its label. After so many requests a kept argument can meet a
-//! later request's id; the newer one wins.
+//! A kept argument has this offset from the id of its request. After that many requests it may collide with a later
+//! id; the newer entry wins.
 constexpr int s_pendingArgumentOffset = 10000;
 
 constexpr int s_loggedFrame = 200; // characters
@@ -36,7 +36,7 @@ QString requestData(const QString &method, int requestId)
         .arg(DebugEventLog::escaped(method), QString::number(requestId));
 }
 
-//! In a "response" only an object is an error; in the older form only a string.
+//! In a "response" only an object is an error, in the older form only a string.
 QString errorTextOf(const BridgeFrame &frame)
 {
     return frame.kind == BridgeFrame::Kind::Response ? frame.errorText() : frame.error.toString();
@@ -63,7 +63,7 @@ void LoomraSDK::sendRequest(const QString &method, const QJsonObject &params, in
                  QString::number(int(m_connected)));
     });
     if (!m_ready) {
-        // The label stays where it is, as if the request were still open.
+        // Intentional: the label stays, as if the request were open.
         Q_EMIT error(notReadyText());
         DebugEventLog::write(senderLocation(), QStringLiteral("sendRequest SDK not ready"),
                              [&] { return requestData(method, requestId); });
@@ -90,7 +90,7 @@ void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
         return;
     }
 
-    // A top level that is no object reads as an object without keys, and so goes on as a reply to nothing.
+    // A top level that isn't an object has no keys, so that it ends as a reply to no request.
     const QString type = frame.message.value(QLatin1String("type")).toString();
     DebugEventLog::write(receiverLocation(), QStringLiteral("Parsed message object"), [&] {
         return QStringLiteral("{\"hasType\":%1,\"type\":\"%2\",\"hasId\":%3}")
@@ -109,7 +109,7 @@ void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
         break;
     }
     case BridgeFrame::Kind::Event:
-        if (frame.eventName == QLatin1String("ready")) { // all others are the chat client's
+        if (frame.eventName == QLatin1String("ready")) { // all others are for the chat client
             onReady();
         }
         break;
@@ -120,7 +120,7 @@ void LoomraSDK::onWebSocketTextMessageReceived(const QString &message)
     case BridgeFrame::Kind::OlderReply:
         processReply(frame);
         break;
-    case BridgeFrame::Kind::Stream: // replies come whole here
+    case BridgeFrame::Kind::Stream: // this client doesn't stream
     case BridgeFrame::Kind::Unreadable:
         break;
     }
@@ -144,16 +144,16 @@ void LoomraSDK::processReply(const BridgeFrame &frame)
     const auto pending = m_pendingRequests.constFind(id);
     if (pending == m_pendingRequests.constEnd()) {
         if (frame.kind == BridgeFrame::Kind::Response && frame.result.isObject()
-            && frame.message.value(QLatin1String("method")).toString() == suggestionCheck) {
+            && frame.message.value(QLatin1String("method")).toString() == SuggestionCheck) {
             handleSuggestionCheck(frame.result.toObject());
         }
         return;
     }
-    // Out of the hash before anything else happens: a duplicate finds nothing, and what the reply leads to may send.
+    // Removed before the handler runs: a duplicate finds nothing, and the handler may send requests.
     const QString label = m_pendingRequests.take(id);
     const QString errorText = errorTextOf(frame);
     if (!errorText.isEmpty()) {
-        Q_EMIT error(errorText); // a kept argument stays
+        Q_EMIT error(errorText); // intentional: a kept argument stays
         return;
     }
     if (const Route *route = routeOf(label)) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// One call each: what goes out, and what is refused before.
+// The operations: their parameters, and what they refuse to send.
 
 #include "LoomraSDK.h"
 
@@ -158,7 +158,7 @@ void LoomraSDK::getPlan(const QString &message)
         Q_EMIT error(QStringLiteral("getPlan requires a non-empty message"));
         return;
     }
-    request(QStringLiteral("getPlan"), only("message", message)); // as it was given, blanks and all
+    request(QStringLiteral("getPlan"), only("message", message)); // with its whitespace
 }
 
 void LoomraSDK::executePlan(const QVariantList &steps)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The child process of the bridge, and the user service that runs it where there is none.
+// The bridge as a child process, or as a user service.
 
 #include "LoomraSDK.h"
 
@@ -20,14 +20,16 @@
 namespace
 {
 
-// All in ms.
-constexpr int s_connectAfterStart = 1000;
-constexpr int s_connectAfterService = 500;
-constexpr int s_restartAfterToggle = 500;
-constexpr int s_startAtMost = 5000;
-constexpr int s_closeFirst = 150;
-constexpr int s_terminateAtMost = 10000;
-constexpr int s_killAtMost = 2000;
+using namespace std::chrono_literals;
+
+constexpr auto s_connectAfterStart = 1000ms;
+constexpr auto s_connectAfterService = 500ms;
+constexpr auto s_restartAfterToggle = 500ms;
+//! Time for the bridge to react to the close frame before it gets SIGTERM.
+constexpr auto s_closeDelay = 150ms;
+constexpr std::chrono::milliseconds s_startTimeout = 5s;
+constexpr std::chrono::milliseconds s_terminateTimeout = 10s;
+constexpr std::chrono::milliseconds s_killTimeout = 2s;
 
 QString startLocation()
 {
@@ -85,8 +87,8 @@ void LoomraSDK::startBridgeProcess()
     m_bridgeProcess->setProcessEnvironment(forChild.environment);
     m_bridgeProcess->setWorkingDirectory(m_bridgePath);
     m_bridgeProcess->setProcessChannelMode(QProcess::MergedChannels);
-    // Once more at each start, and never undone: the first reader takes it all, and the others add an empty log line
-    // each.
+    // Intentional: connected again at each start and never disconnected. The first slot reads everything, and each
+    // other one logs an empty line.
     connect(m_bridgeProcess, &QProcess::readyReadStandardOutput, this, &LoomraSDK::readBridgeOutput);
 
     const QString node = QStringLiteral("node");
@@ -95,7 +97,7 @@ void LoomraSDK::startBridgeProcess()
             .arg(node, DebugEventLog::escaped(script), DebugEventLog::escaped(m_bridgePath));
     });
     m_bridgeProcess->start(node, {script});
-    if (!m_bridgeProcess->waitForStarted(s_startAtMost)) {
+    if (!m_bridgeProcess->waitForStarted(s_startTimeout.count())) {
         const QString reason = m_bridgeProcess->errorString();
         qDebug() << "Bridge process failed to start:" << reason;
         Q_EMIT error(QStringLiteral("Failed to start bridge process"));
@@ -119,7 +121,7 @@ void LoomraSDK::readBridgeOutput()
     if (output.isNull()) {
         return;
     }
-    // By its start pointer, so that it ends at a zero byte.
+    // Intentional: from a C string, so that it ends at a zero byte.
     const QString text = QString::fromUtf8(output.constData());
     DebugEventLog::write(startLocation(), QStringLiteral("Bridge stdout"),
                          [&] { return QStringLiteral("{\"output\":\"%1\"}").arg(DebugEventLog::escapedLines(text)); });
@@ -136,7 +138,7 @@ void LoomraSDK::onBridgeProcessFinished(int exitCode, QProcess::ExitStatus exitS
         return;
     }
     if (exitCode == 0) {
-        // Not the last word: where a socket was open its disconnect follows, and leads to a restart all the same.
+        // The disconnect of an open socket follows and leads to a restart all the same.
         qWarning() << "Bridge exited gracefully (port may be in use). Not restarting.";
         return;
     }
@@ -156,7 +158,7 @@ void LoomraSDK::ensureBridgeUserServiceStarted()
     if (!m_connectOnly || m_bridgeServiceStartRequested) {
         return;
     }
-    m_bridgeServiceStartRequested = true; // once in the life of the process, whatever comes of it
+    m_bridgeServiceStartRequested = true; // once per process, whatever the result
     const auto location = QStringLiteral("LoomraSDK:ensureBridgeUserServiceStarted");
     const UserUnit::Outcome outcome = UserUnit::start(QStringLiteral("tovi-bridge.service"));
     if (outcome == UserUnit::Outcome::NoSystemctl) {
@@ -175,7 +177,7 @@ void LoomraSDK::stopBridgeProcess(bool shuttingDown)
     }
     m_reminderTimer->stop();
     m_connection.retryTimer()->stop();
-    // Qt can't give up the lookup of a host name once the application object is gone, and says so.
+    // Qt warns if it has to abort a host lookup after the application object is gone.
     if (m_shuttingDown && m_connection.isConnecting()) {
         m_connection.socket()->abort();
     }
@@ -184,15 +186,15 @@ void LoomraSDK::stopBridgeProcess(bool shuttingDown)
     }
     if (m_connection.isOpen()) {
         m_connection.close(QStringLiteral("app shutdown"));
-        QThread::msleep(s_closeFirst); // for the bridge to end in good order
+        QThread::msleep(s_closeDelay.count());
     }
     m_bridgeProcess->terminate();
-    if (m_bridgeProcess->waitForFinished(s_terminateAtMost)) {
+    if (m_bridgeProcess->waitForFinished(s_terminateTimeout.count())) {
         return;
     }
     qWarning() << "Bridge did not exit after SIGTERM within 10s; sending SIGKILL";
     m_bridgeProcess->kill();
-    m_bridgeProcess->waitForFinished(s_killAtMost);
+    m_bridgeProcess->waitForFinished(s_killTimeout.count());
 }
 
 void LoomraSDK::setExecutorPathEnabled(bool enabled)
@@ -201,7 +203,7 @@ void LoomraSDK::setExecutorPathEnabled(bool enabled)
         return;
     }
     m_executorPathEnabled = enabled;
-    qputenv(BridgeEnvironment::executorPathVariable, BridgeEnvironment::envValue(enabled).toLatin1());
+    qputenv(BridgeEnvironment::ExecutorPathVariable, BridgeEnvironment::envValue(enabled).toLatin1());
     Q_EMIT executorPathEnabledChanged();
     if (m_bridgeProcess->state() != QProcess::Running) {
         return;

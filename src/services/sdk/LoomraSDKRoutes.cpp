@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The table of replies: a new request takes one row here, one signal and one line in LoomraSDKOperations.cpp.
+// The table of replies. A new request needs a row here, a signal, and an operation in LoomraSDKOperations.cpp.
 
 #include "LoomraSDKRoutes.h"
 
@@ -14,7 +14,7 @@ namespace
 template<typename... Values>
 using Signal = void (LoomraSDK::*)(Values...);
 
-//! A text of the result goes out.
+//! Emits a string of the result.
 auto text(const char *key, Signal<const QString &> signal)
 {
     return [key = QLatin1String(key), signal](LoomraSDK &sdk, const auto &reply) {
@@ -22,7 +22,7 @@ auto text(const char *key, Signal<const QString &> signal)
     };
 }
 
-//! An array of the result goes out.
+//! Emits an array of the result.
 auto array(const char *key, Signal<const QJsonArray &> signal)
 {
     return [key = QLatin1String(key), signal](LoomraSDK &sdk, const auto &reply) {
@@ -30,13 +30,13 @@ auto array(const char *key, Signal<const QJsonArray &> signal)
     };
 }
 
-//! The object goes out whole.
+//! Emits the whole object.
 auto whole(Signal<const QJsonObject &> signal)
 {
     return [signal](LoomraSDK &sdk, const auto &reply) { Q_EMIT(sdk.*signal)(reply.object); };
 }
 
-//! The same, but anything else than an object is an error.
+//! The same, but a result that isn't an object is an error.
 auto strict(Signal<const QJsonObject &> signal)
 {
     return [signal](LoomraSDK &sdk, const auto &reply) {
@@ -48,13 +48,13 @@ auto strict(Signal<const QJsonObject &> signal)
     };
 }
 
-//! Something changed: it is asked for anew.
+//! Refreshes what the request has changed.
 auto then(void (LoomraSDK::*refresh)())
 {
     return [refresh](LoomraSDK &sdk, const auto &) { (sdk.*refresh)(); };
 }
 
-//! Nobody waits for the result.
+//! Ignores the result.
 void nothing(LoomraSDK &, const auto &)
 {
 }
@@ -64,13 +64,13 @@ void nothing(LoomraSDK &, const auto &)
 const LoomraSDK::Route *LoomraSDK::routeOf(const QString &label)
 {
     using Sdk = LoomraSDK;
-    //! What was asked for goes out, as the reply need not hold it.
+    //! Emits the argument of the request, because the reply need not contain it.
     const auto kept = [](Signal<const QString &> signal) {
         return [signal](Sdk &sdk, const Reply &reply) { Q_EMIT(sdk.*signal)(sdk.takeKeptArgument(reply.id)); };
     };
 
-    // The two signals with a path tell an empty one, and the path that was kept stays in the hash: listeners have
-    // learnt to remember it themselves.
+    // Intentional: the two signals with a path emit an empty one and leave the kept path in the hash. Listeners
+    // remember the path themselves.
     static const Route s_routes[] = {
         {QLatin1String("chat"), &Sdk::onChatReply},
         {QLatin1String("generateCode"), text("code", &Sdk::codeGenerated)},
@@ -127,7 +127,7 @@ const LoomraSDK::Route *LoomraSDK::routeOf(const QString &label)
         {QLatin1String("aiRuntimeSetSetting_refresh"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("workspaceRuntimeGetHealth_panel"), whole(&Sdk::runtimeHealthUpdated)},
         {QLatin1String("workspaceRuntimeListJobs_panel"), array("jobs", &Sdk::runtimeJobsUpdated)},
-        {suggestionCheck, &Sdk::onSuggestionCheckReply},
+        {SuggestionCheck, &Sdk::onSuggestionCheckReply},
         {QLatin1String("aiRuntimeDismissSuggestion_internal"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("aiRuntimeClearDismissedSuggestions_refresh"), then(&Sdk::refreshAiRuntimePanel)},
         {QLatin1String("workspaceIntelPrepare_internal"), &Sdk::onSuggestionPreparedReply},
@@ -214,7 +214,7 @@ void LoomraSDK::onHealthReply(const Reply &reply)
     if (value.isUndefined() || value.toBool() == m_executorPathEnabled) {
         return;
     }
-    // What the bridge does is told here, not asked for: neither the environment nor the child changes.
+    // The bridge reports its state, so that neither the environment nor the child needs to change.
     m_executorPathEnabled = value.toBool();
     Q_EMIT executorPathEnabledChanged();
 }

@@ -10,9 +10,9 @@
 
 #include <functional>
 
-// What the files of LoomraSDK share among themselves, and nobody else includes.
+// Shared by the files of LoomraSDK; not for others.
 
-//! A good reply: its result as it came, and as an object, which is empty where it is none.
+//! A successful reply: its result unchanged, and as an object, which is empty if the result is something else.
 struct LoomraSDK::Reply
 {
     int id;
@@ -24,15 +24,15 @@ struct LoomraSDK::Reply
     QJsonArray array(QLatin1String key) const { return object.value(key).toArray(); }
 };
 
-//! What a reply leads to, by the label that its request left.
+//! The handler of the replies to requests with this label.
 struct LoomraSDK::Route
 {
     QLatin1String label;
     std::function<void(LoomraSDK &, const Reply &)> handle;
 };
 
-//! Its label in the table, its method on the wire, and the mark of the one unsolicited reply that is acted on.
-inline const QLatin1String suggestionCheck("aiRuntimeCheckWorkspaceNotification");
+//! Label and method of the suggestion check, and the method of the one unsolicited reply that is handled.
+inline const QLatin1String SuggestionCheck("aiRuntimeCheckWorkspaceNotification");
 
 inline QString notReadyText()
 {

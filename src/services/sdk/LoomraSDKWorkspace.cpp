@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the bridge offers beyond chat: workspace intelligence, the AI runtime, and suggestions at intervals.
+// Workspace intelligence, the AI runtime, and suggestions at intervals.
 
 #include "LoomraSDKRoutes.h"
 
@@ -17,10 +17,9 @@
 namespace
 {
 
-constexpr int s_minute = 60000; // ms
 constexpr int s_dwellDays = 14;
 
-//! Settings travel as strings.
+//! The bridge takes settings as strings.
 QString flag(bool value)
 {
     return value ? QStringLiteral("true") : QStringLiteral("false");
@@ -69,7 +68,7 @@ void LoomraSDK::onCapabilitiesReply(const Reply &reply)
     updateWorkspaceSuggestionReminderTimer();
 }
 
-// ---- The panel of workspace intelligence: settings first, then the summary, and both go out as one object.
+// ---- Workspace intelligence panel: the settings and then the summary are requested, and emitted as one object
 
 void LoomraSDK::refreshWorkspaceIntelPanel()
 {
@@ -213,7 +212,8 @@ void LoomraSDK::updateWorkspaceSuggestionReminderTimer()
 {
     m_reminderTimer->stop();
     if (canRemindOfSuggestions()) {
-        m_reminderTimer->start(ConfigManager::boundedReminderMinutes(m_workspaceSuggestionReminderMinutes) * s_minute);
+        m_reminderTimer->start(
+            std::chrono::minutes(ConfigManager::boundedReminderMinutes(m_workspaceSuggestionReminderMinutes)));
     }
 }
 
@@ -222,9 +222,9 @@ void LoomraSDK::onWorkspaceSuggestionReminderTimeout()
     if (!canRemindOfSuggestions()) {
         return;
     }
-    // One check at a time. The label of a check that was never answered stays, so that after a bridge that went away in
-    // the middle of one the timer asks no more; who asks by hand isn't held up.
-    if (std::find(m_pendingRequests.cbegin(), m_pendingRequests.cend(), suggestionCheck) != m_pendingRequests.cend()) {
+    // One check at a time. Intentional: the label of a check that was never answered stays, so that the timer asks no
+    // more if the bridge went away during a check. Checks that the user asks for are still sent.
+    if (std::find(m_pendingRequests.cbegin(), m_pendingRequests.cend(), SuggestionCheck) != m_pendingRequests.cend()) {
         return;
     }
     qDebug().noquote() << QStringLiteral("LoomraSDK: periodic workspace suggestion check; interval_min=%1")
@@ -242,7 +242,7 @@ void LoomraSDK::checkWorkspaceSuggestionNotify()
         Q_EMIT error(QStringLiteral("Workspace intelligence and AI runtime must both be enabled for this action."));
         return;
     }
-    request(suggestionCheck, {{QStringLiteral("ignoreDnd"), true}});
+    request(SuggestionCheck, {{QStringLiteral("ignoreDnd"), true}});
 }
 
 void LoomraSDK::onSuggestionCheckReply(const Reply &reply)

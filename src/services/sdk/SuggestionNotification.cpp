@@ -14,7 +14,7 @@ namespace SuggestionNotification
 namespace
 {
 
-//! What the suggestion itself stands for: the label and the id of the default action.
+//! The default action.
 struct DefaultAction
 {
     QString label;
@@ -48,10 +48,11 @@ bool show(const QJsonObject &notification, QObject *parent, const std::function<
         }
     }
 
-    // Deletes itself when it is closed. The names are those of the file that declares the event.
+    // Deletes itself when it is closed. Event and component are declared in data/loomra-kde.notifyrc.
     auto *shown = new KNotification(QStringLiteral("workspaceSuggestion"), KNotification::NotificationFlags(), parent);
     shown->setTitle(title);
-    // Notification services take a body for markup, and could fetch what it names: the bridge's words are words.
+    // Notification services interpret the body as markup and may load images that it names, so untrusted text is
+    // escaped.
     shown->setText(notification.value(QLatin1String("body")).toString().toHtmlEscaped());
     shown->setIconName(QStringLiteral("dialog-information"));
     shown->setComponentName(QStringLiteral("loomra-kde"));
@@ -64,7 +65,7 @@ bool show(const QJsonObject &notification, QObject *parent, const std::function<
     const auto choose = [shown, chosen](auto signal, const QString &id) {
         QObject::connect(shown, signal, shown, [chosen, id] { chosen(id); });
     };
-    // Two actions are all that the bridge sends: a third one shows, and does nothing.
+    // The bridge sends two actions at most. A third one would be shown without effect.
     if (!ids.isEmpty()) {
         choose(&KNotification::action1Activated, ids.at(0));
     }

@@ -53,29 +53,28 @@ QString BridgeEnvironment::projectRoot(const QString &candidate,
     return isProject(s_installedProject) ? QString(s_installedProject) : QString();
 }
 
-BridgeEnvironment::ForChild BridgeEnvironment::forChild(QProcessEnvironment environment,
-                                                        const Surroundings &surroundings)
+BridgeEnvironment::ForChild BridgeEnvironment::forChild(QProcessEnvironment environment, const System &system)
 {
-    if (surroundings.isExecutableFile(s_toolDirectory + s_tool)) {
+    if (system.isExecutableFile(s_toolDirectory + s_tool)) {
         // The colon stays where PATH was unset, and the bridge's own directory is searched too: it is trusted.
         environment.insert(s_path, s_toolDirectory + QLatin1Char(':') + environment.value(s_path));
     }
-    environment.insert(QStringLiteral("LOOMRA_BRIDGE_PORT"), QString::number(surroundings.port));
+    environment.insert(QStringLiteral("LOOMRA_BRIDGE_PORT"), QString::number(system.port));
     environment.insert(QStringLiteral("LOOMRA_AUTO_AGENT_ROUTING"), QStringLiteral("true"));
 
-    const QString executorPath = QLatin1String(executorPathVariable);
+    const QString executorPath = QLatin1String(ExecutorPathVariable);
     const bool executorPathEnabled = truthyEnvValue(environment.value(executorPath));
     environment.insert(executorPath, envValue(executorPathEnabled));
 
     if (!environment.contains(s_projectRoot)) {
         // Without a wish: one that is set is left for the bridge to judge.
-        const QString root = projectRoot(QString(), surroundings.isDirectory);
+        const QString root = projectRoot(QString(), system.isDirectory);
         if (!root.isEmpty()) {
             environment.insert(s_projectRoot, root);
         }
     }
-    if (!environment.contains(s_stateHome) && !surroundings.home.isEmpty()) {
-        environment.insert(s_stateHome, LogDirectory::defaultStateHome(surroundings.home));
+    if (!environment.contains(s_stateHome) && !system.home.isEmpty()) {
+        environment.insert(s_stateHome, LogDirectory::defaultStateHome(system.home));
     }
     for (const QLatin1String name : s_offByDefault) {
         if (!environment.contains(name)) {
@@ -88,7 +87,7 @@ BridgeEnvironment::ForChild BridgeEnvironment::forChild(QProcessEnvironment envi
     return {environment, executorPathEnabled};
 }
 
-BridgeEnvironment::Surroundings BridgeEnvironment::surroundingsOfThisProcess(int port)
+BridgeEnvironment::System BridgeEnvironment::systemOfThisProcess(int port)
 {
     const auto isExecutableFile = [](const QString &path) {
         const QFileInfo file(path);
@@ -99,5 +98,5 @@ BridgeEnvironment::Surroundings BridgeEnvironment::surroundingsOfThisProcess(int
 
 BridgeEnvironment::ForChild BridgeEnvironment::forChild(int port)
 {
-    return forChild(QProcessEnvironment::systemEnvironment(), surroundingsOfThisProcess(port));
+    return forChild(QProcessEnvironment::systemEnvironment(), systemOfThisProcess(port));
 }

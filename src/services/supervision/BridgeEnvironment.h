@@ -8,20 +8,20 @@
 
 #include <functional>
 
-//! The environment that the bridge is started with: this process's own, with what the bridge needs to know.
+//! The environment of the bridge's child process: that of this process with the variables that the bridge needs.
 namespace BridgeEnvironment
 {
 
-//! The variable by which the executor path is switched off. It is on by default.
-constexpr char executorPathVariable[] = "LOOMRA_EXECUTOR_PATH";
+//! Switches the executor path off. It is on by default.
+constexpr char ExecutorPathVariable[] = "LOOMRA_EXECUTOR_PATH";
 
-//! How such a switch is read: on unless the value is "0" or, in any case, "false". An empty value is on too.
+//! Parses such a switch: on unless the value is "0" or, case-insensitively, "false". An empty value is on.
 bool truthyEnvValue(const QString &value);
-//! How it is written.
+//! Its value as written to the environment.
 QString envValue(bool on);
 
-//! What the rules look at besides the environment.
-struct Surroundings
+//! What the rules depend on besides the environment.
+struct System
 {
     int port;
     //! Absolute path; may be empty.
@@ -30,25 +30,25 @@ struct Surroundings
     std::function<bool(const QString &)> isDirectory;
 };
 
-//! The directory that the bridge takes for its project, which is one that holds a directory ".loomra".
-//! @param candidate a wish: such a directory, or the path of its ".loomra"; may be empty
-//! @return the wish, or else the installed project, or empty when that isn't there either. Pure, any thread.
+//! The project directory of the bridge: one that contains a directory ".loomra".
+//! @param candidate preferred directory, or the path of its ".loomra"; may be empty
+//! @return the candidate, the installed project as a fallback, or an empty string if neither exists. Pure, any thread.
 QString projectRoot(const QString &candidate, const std::function<bool(const QString &)> &isDirectory);
 
 struct ForChild
 {
     QProcessEnvironment environment;
-    //! The executor path as the child is told.
+    //! The value that the child gets.
     bool executorPathEnabled;
 };
 
-//! Makes the child's environment out of another one. What the user may decide keeps the user's value, even an empty
-//! one; the rest is overwritten or removed. Pure, any thread.
-ForChild forChild(QProcessEnvironment environment, const Surroundings &surroundings);
+//! Derives the child's environment from another one. Variables that the user may set keep their value, even an empty
+//! one; the others are overwritten or removed. Pure, any thread.
+ForChild forChild(QProcessEnvironment environment, const System &system);
 
-//! What the rules look at on this machine, in this process.
-Surroundings surroundingsOfThisProcess(int port);
-//! The child's environment made out of this process's own.
+//! The values of this process.
+System systemOfThisProcess(int port);
+//! The child's environment derived from that of this process.
 ForChild forChild(int port);
 
 } // namespace BridgeEnvironment

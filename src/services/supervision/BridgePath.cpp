@@ -10,23 +10,23 @@
 namespace
 {
 
-using BridgePath::Surroundings;
+using BridgePath::System;
 
 struct Place
 {
-    QString Surroundings::*base;
+    QString System::*base;
     QLatin1String path;
 };
 
-//! In the order of the search: installed, built, source tree.
+//! In the order of the search: installation, build, source tree.
 const Place s_places[] = {
-    {&Surroundings::applicationDirectory, QLatin1String("../libexec/tovi-forkeldaos/sdk-bridge")},
-    {&Surroundings::applicationDirectory, QLatin1String("../share/tovi-forkeldaos/sdk-bridge")},
-    {&Surroundings::applicationDirectory, QLatin1String("../src/services/sdk-bridge")},
-    {&Surroundings::currentDirectory, QLatin1String("src/services/sdk-bridge")},
-    {&Surroundings::home, QLatin1String("Loomra_Meridan/src/services/sdk-bridge")},
+    {&System::applicationDirectory, QLatin1String("../libexec/tovi-forkeldaos/sdk-bridge")},
+    {&System::applicationDirectory, QLatin1String("../share/tovi-forkeldaos/sdk-bridge")},
+    {&System::applicationDirectory, QLatin1String("../src/services/sdk-bridge")},
+    {&System::currentDirectory, QLatin1String("src/services/sdk-bridge")},
+    {&System::home, QLatin1String("Loomra_Meridan/src/services/sdk-bridge")},
 };
-const Place s_lastPlace = {&Surroundings::home, QLatin1String("loomra_kde/src/services/sdk-bridge")};
+const Place s_lastPlace = {&System::home, QLatin1String("loomra_kde/src/services/sdk-bridge")};
 
 QString below(const QString &base, const QString &path)
 {
@@ -35,23 +35,23 @@ QString below(const QString &base, const QString &path)
 
 } // namespace
 
-QString BridgePath::resolve(const Surroundings &surroundings)
+QString BridgePath::resolve(const System &system)
 {
-    const QString wanted = QFile::decodeName(surroundings.fromEnvironment).trimmed();
+    const QString wanted = QFile::decodeName(system.fromEnvironment).trimmed();
     // An empty path would name the current directory, which always exists.
     if (!wanted.isEmpty()) {
-        const QString path = below(surroundings.currentDirectory, wanted);
-        if (surroundings.exists(path)) {
+        const QString path = below(system.currentDirectory, wanted);
+        if (system.exists(path)) {
             return path;
         }
     }
     for (const Place &place : s_places) {
-        const QString path = below(surroundings.*place.base, place.path);
-        if (surroundings.exists(path)) {
+        const QString path = below(system.*place.base, place.path);
+        if (system.exists(path)) {
             return path;
         }
     }
-    return below(surroundings.*s_lastPlace.base, s_lastPlace.path);
+    return below(system.*s_lastPlace.base, s_lastPlace.path);
 }
 
 QString BridgePath::resolve()

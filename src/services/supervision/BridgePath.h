@@ -8,25 +8,25 @@
 
 #include <functional>
 
-//! Where the bridge lies: the directory that holds its script.
+//! The directory that contains the script of the bridge.
 namespace BridgePath
 {
 
-//! What the search looks at. All directories are absolute paths.
-struct Surroundings
+//! What the search depends on. All directories are absolute paths.
+struct System
 {
-    //! The value of LOOMRA_BRIDGE_PATH as it stands; empty when unset. A relative path starts at currentDirectory.
+    //! Unchanged value of LOOMRA_BRIDGE_PATH, empty if unset. A relative path is relative to currentDirectory.
     QByteArray fromEnvironment;
     QString applicationDirectory;
     QString currentDirectory;
     QString home;
-    //! Whether a path is that of a directory.
+    //! Whether a directory exists.
     std::function<bool(const QString &)> exists;
 };
 
-//! The first place that exists, as a clean absolute path. Where none does it is the last place all the same, so that
-//! the path is never empty and the missing script can be told by name when it is to be started. Pure, any thread.
-QString resolve(const Surroundings &surroundings);
+//! The first candidate that exists, as a clean absolute path. If none does it is the last one, so that the error
+//! message can name the missing script. Pure, any thread.
+QString resolve(const System &system);
 
 //! The same for this process. Needs the application object.
 QString resolve();

@@ -14,27 +14,30 @@ namespace
 
 using StaleBridges::Verdict;
 
-constexpr int s_lsofPatience = 2000; // ms
-constexpr int s_killPatience = 1000; // ms
-//! For a helper that was killed because it hung, in ms.
-constexpr int s_endPatience = 500;
-constexpr unsigned long s_portRelease = 1000; // ms
+using namespace std::chrono_literals;
 
-//! What lsof prints about the users of a port, or nothing if it can't be had.
+constexpr std::chrono::milliseconds s_lsofTimeout = 2s;
+constexpr std::chrono::milliseconds s_killTimeout = 1s;
+//! For the end of a helper program that was killed because it hung.
+constexpr std::chrono::milliseconds s_endTimeout = 500ms;
+//! Until the system has released the port.
+constexpr std::chrono::milliseconds s_portReleaseDelay = 1s;
+
+//! What lsof prints about the users of a port; none if it can't be run.
 std::optional<QString> usersOf(int port)
 {
     QProcess lsof;
     lsof.start(QStringLiteral("lsof"), {QStringLiteral("-ti"), QStringLiteral(":%1").arg(port)});
-    // The exit code doesn't count: it is 1 where nothing uses the port.
-    if (!lsof.waitForFinished(s_lsofPatience) || lsof.exitStatus() != QProcess::NormalExit) {
+    // The exit code doesn't matter: it is 1 if nothing uses the port.
+    if (!lsof.waitForFinished(s_lsofTimeout.count()) || lsof.exitStatus() != QProcess::NormalExit) {
         qDebug() << "lsof command timed out or failed";
         lsof.kill();
-        lsof.waitForFinished(s_endPatience);
+        lsof.waitForFinished(s_endTimeout.count());
         return std::nullopt;
     }
     const QString output = QString::fromLocal8Bit(lsof.readAllStandardOutput());
     const QString error = QString::fromLocal8Bit(lsof.readAllStandardError()).trimmed();
-    // That one text comes of sockets that were just closing, and means nothing.
+    // This message is caused by sockets that are being closed, and is harmless.
     if (!error.isEmpty() && !error.contains(QLatin1String("can't identify protocol"))) {
         qDebug() << "lsof error:" << error;
     }
@@ -55,15 +58,15 @@ void end(qint64 pid)
     qDebug() << "Killing stale bridge process PID:" << pid;
     QProcess kill;
     kill.start(QStringLiteral("kill"), {QStringLiteral("-9"), QString::number(pid)});
-    // A process that never ran has the exit code 0 too.
-    const bool finished = kill.waitForFinished(s_killPatience) && kill.exitStatus() == QProcess::NormalExit;
+    // The exit status alone isn't enough: a process that never ran has the exit code 0 too.
+    const bool finished = kill.waitForFinished(s_killTimeout.count()) && kill.exitStatus() == QProcess::NormalExit;
     if (finished && kill.exitCode() == 0) {
         qDebug() << "Successfully killed process" << pid;
         return;
     }
     qWarning() << "Failed to kill process" << pid << ":" << kill.errorString();
     kill.kill();
-    kill.waitForFinished(s_endPatience);
+    kill.waitForFinished(s_endTimeout.count());
 }
 
 } // namespace
@@ -116,5 +119,5 @@ void StaleBridges::purge(int port)
         }
     }
     qDebug() << "Waiting for port to be released...";
-    QThread::msleep(s_portRelease);
+    QThread::msleep(s_portReleaseDelay.count());
 }

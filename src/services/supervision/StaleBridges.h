@@ -8,27 +8,27 @@
 
 #include <optional>
 
-//! Bridges that an earlier run left behind and that still hold the port.
+//! Bridges that an earlier run left behind and that still occupy the port.
 namespace StaleBridges
 {
 
-//! The process ids in what `lsof -t` printed, in its order. A line that isn't a decimal number above 0 is left out.
+//! Parses the process ids that `lsof -t` printed, in its order. Lines that aren't positive decimal numbers are skipped.
 QVector<qint64> pidsIn(const QString &lsofOutput);
 
 enum class Verdict
 {
     Kill,
-    SkipOwn, //!< this process: it is listed when it holds a connection to the port
-    SkipOther, //!< a program that isn't ours to end
+    SkipOwn, //!< this process, which is listed if it is connected to the port
+    SkipOther, //!< another program
 };
 
-//! What is to be done with a process that is listed.
-//! @param comm its name as the kernel tells it, trimmed; none if that can't be read, which counts as a bridge
+//! What to do with a listed process.
+//! @param comm its name from /proc, trimmed. A name that can't be read counts as that of a bridge.
 Verdict verdictOn(qint64 pid, qint64 ownPid, const std::optional<QString> &comm);
 
-//! Kills with signal 9 every process named "node" that has the TCP or UDP port open at either end, bridge or not.
-//! Failures are logged and change nothing: the start of a new bridge goes on. Blocks for up to 2.5 s for lsof, up to
-//! 1.5 s for each process that is killed, and 1 s more if lsof printed anything.
+//! Kills with SIGKILL every process named "node" that uses the TCP or UDP port at either end, whether it is a bridge or
+//! not. Failures are logged and otherwise ignored. Blocks up to 2.5 s for lsof, up to 1.5 s for each killed process,
+//! and another 1 s if lsof printed anything.
 void purge(int port);
 
 } // namespace StaleBridges
