@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # shellcheck shell=bash
 
-# What ./run, ./test and .ci/run share: one line a stage on standard error, the rest in a log under build/logs.
-# To be sourced, with "set -euo pipefail" in force; changes to the root of the source tree and remembers in
-# $caller_dir where the caller was.
-# shellcheck disable=SC2034 # for those who source this
+# Functions that the scripts share. Each stage prints one line on standard error and writes the rest to a log under
+# build/logs. Source this file with "set -euo pipefail" in effect: it changes to the root of the source tree and keeps the
+# caller's working directory in $caller_dir.
+# shellcheck disable=SC2034 # the scripts that source this file use the variables
 readonly caller_dir=$PWD
 
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -23,29 +23,30 @@ die() {
     exit "${2:-1}"
 }
 
-# Whole seconds as people write them.
+# duration SECONDS: prints a whole number of seconds as "42 s" or "3 min 05 s".
 duration() { (($1 < 60)) && printf '%d s' "$1" || printf '%d min %02d s' $(($1 / 60)) $(($1 % 60)); }
 
-# Tells how far the build in the log is: a line that is renewed on a terminal, one every 20 seconds elsewhere.
+# report_progress LOG: prints how far the build that writes this log has got, until it is killed: on a terminal in one
+# line that is updated every second, elsewhere in a new line every 20 seconds.
 report_progress() {
-    local log=$1 started=$SECONDS every=20 form='    %s\n' silence step elapsed
+    local log=$1 started=$SECONDS every=20 format='    %s\n' silence step elapsed
     trap '' INT
-    if [[ -t 2 ]]; then every=1 form='\r\033[K    %s'; fi
+    if [[ -t 2 ]]; then every=1 format='\r\033[K    %s'; fi
     exec {silence}<> <(:)
     while ! read -rt "$every" -u "$silence"; do
         step=$(grep -oE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 1 | tr -d '[]') || true
         elapsed=$(duration $((SECONDS - started)))
-        # shellcheck disable=SC2059 # the form is one of the two above
+        # shellcheck disable=SC2059 # the format is one of the two above
         if [[ $step ]]; then
-            printf "$form" "$((${step%/*} * 100 / ${step#*/})) % ($step), $elapsed" >&2
+            printf "$format" "$((${step%/*} * 100 / ${step#*/})) % ($step), $elapsed" >&2
         else
-            printf "$form" "$elapsed" >&2
+            printf "$format" "$elapsed" >&2
         fi
     done
 }
 
-# run_stage TITLE LOG COMMAND...: one line, the command's output in build/logs/LOG.log; on failure the last lines of
-# it and where it is. The status is the command's.
+# run_stage TITLE LOG COMMAND...: prints the title and writes the command's output to build/logs/LOG.log. On failure it
+# prints the end and the path of that log. The exit status is the command's.
 run_stage() {
     local title=$1 log=$log_dir/$2.log status=0 reporter started=$SECONDS
     shift 2
@@ -61,15 +62,15 @@ run_stage() {
     if ((status != 0)); then
         printf '%s failed with status %d. The end of its output:\n' "${title%...}" "$status" >&2
         tail -n 30 "$log" | sed 's/^/    /' >&2
-        printf 'All of it: %s\n' "${log#"$source_dir"/}" >&2
+        printf 'Full output: %s\n' "${log#"$source_dir"/}" >&2
     elif ((SECONDS - started >= 20)); then
         note "done in $(duration $((SECONDS - started)))"
     fi
     return "$status"
 }
 
-# Two commands started at once must not build in the same folder: the second one waits. Held until the lock is let
-# go or the script ends.
+# Two scripts that run at once must not build in the same folder, so the second one waits. The lock is held until
+# unlock_build or until the script ends.
 lock_build() {
     mkdir -p "$source_dir/build"
     exec {build_lock}> "$source_dir/build/.lock"
@@ -79,19 +80,38 @@ lock_build() {
 }
 unlock_build() { exec {build_lock}>&-; }
 
-# build_preset PRESET [CMAKE ARGUMENTS]: configures when that can change anything, and builds.
-build_preset() {
+# configure_preset PRESET [CMAKE ARGUMENTS]: runs CMake if it never ran for this preset, or with other arguments.
+configure_preset() {
     local preset=$1 folder=$source_dir/build/$1
     shift
     local stamp=$folder/.configured
-    if [[ ! -f $folder/build.ninja || $(cat "$stamp" 2> /dev/null) != "$*" || CMakePresets.json -nt $stamp ]]; then
-        run_stage "Configuring ($preset)" "configure-$preset" cmake --preset "$preset" "$@"
-        printf '%s\n' "$*" > "$stamp"
-    fi
-    run_stage "Building ($preset)" "build-$preset" cmake --build --preset "$preset"
+    [[ ! -f $folder/build.ninja || $(cat "$stamp" 2> /dev/null) != "$*" || CMakePresets.json -nt $stamp ]] || return 0
+    run_stage "Configuring ($preset)" "configure-$preset" cmake --preset "$preset" "$@"
+    printf '%s\n' "$*" > "$stamp"
 }
 
-# The demo bridge's one dependency, from the registry that npm is set to use.
+# update_build_files PRESET: runs CMake again if one of its files has changed, so that ctest knows all tests. On failure
+# it is run once more for its report.
+update_build_files() {
+    local update=(cmake --build --preset "$1" --target build.ninja)
+    "${update[@]}" > /dev/null 2>&1 || run_stage "Configuring ($1)" "configure-$1" "${update[@]}"
+}
+
+# build_targets PRESET TARGET...
+build_targets() {
+    local preset=$1 title="Building ($1)"
+    shift
+    [[ $* == all ]] || title+=": $*"
+    run_stage "$title" "build-$preset" cmake --build --preset "$preset" --target "$@"
+}
+
+# build_preset PRESET [CMAKE ARGUMENTS]: configures if needed and builds everything that the build preset names.
+build_preset() {
+    configure_preset "$@"
+    run_stage "Building ($1)" "build-$1" cmake --build --preset "$1"
+}
+
+# Installs the demo bridge's one dependency from the registry that npm is configured to use.
 install_bridge_modules() {
     local installed=$bridge_dir/node_modules/.package-lock.json
     [[ $installed -nt $bridge_dir/package-lock.json ]] && return
@@ -100,17 +120,17 @@ install_bridge_modules() {
     touch "$installed"
 }
 
-# Whether somebody listens on the bridge's port, on either loopback address.
+# Whether a process listens on the bridge's port, on either loopback address.
 bridge_listens() {
     (: < "/dev/tcp/127.0.0.1/$bridge_port") 2> /dev/null || (: < "/dev/tcp/::1/$bridge_port") 2> /dev/null
 }
 
-# Starts the demo bridge and waits until it takes connections; its process id is left in $bridge_pid. Where the
-# environment of a test surrounds this, it ends with it; elsewhere stop_demo_bridge is to be called.
+# Starts the demo bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends it
+# with stop_demo_bridge; tests/support/environment ends it in any case.
 start_demo_bridge() {
     local log=$log_dir/demo-bridge.log silence
     mkdir -p "$log_dir"
-    # It goes with this shell, even should that be killed.
+    # The bridge ends with this shell, even if the shell is killed.
     LOOMRA_BRIDGE_PORT=$bridge_port setpriv --pdeathsig TERM node "$bridge_dir/bridge.js" > "$log" 2>&1 < /dev/null &
     bridge_pid=$!
     exec {silence}<> <(:)
@@ -131,14 +151,15 @@ stop_demo_bridge() {
     bridge_pid=''
 }
 
-# Runs a command, passes on the signals that would end this shell, and returns the command's own status.
+# run_and_pass_signals COMMAND...: runs the command, forwards the signals that would end this shell, and returns the
+# command's exit status.
 run_and_pass_signals() {
     local command signal passed status
-    # A shell makes its background children deaf to the interrupt key.
+    # A shell starts background commands with SIGINT and SIGQUIT ignored.
     env --default-signal=INT,QUIT "$@" <&0 &
     command=$!
     for signal in INT TERM HUP; do
-        # shellcheck disable=SC2064 # the values of now are meant
+        # shellcheck disable=SC2064 # expand now: both variables change later
         trap "passed=1; kill -$signal $command 2> /dev/null || true" "$signal"
     done
     while true; do
@@ -150,6 +171,6 @@ run_and_pass_signals() {
     return "$status"
 }
 
-# tracked_files [PATTERN...]: the files of the source tree, ended by zero bytes. The owner of a checkout in a container
-# is often not who works in it, which git refuses unless told otherwise.
+# tracked_files [PATTERN...]: prints the tracked files, each followed by a null byte. In a container the checkout often
+# belongs to another user, which git accepts only for a safe.directory.
 tracked_files() { git -c safe.directory="$source_dir" ls-files -z -- "$@"; }
