@@ -4,7 +4,7 @@
 #include "DesktopRun.h"
 
 #include "NodeProcess.h"
-#include "TestRegistry.h"
+#include "PrivateNetwork.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -331,5 +331,5 @@ void tst_BridgeLife::omniBarLeavesARunningBridge()
     QVERIFY(service.waitForFinished());
 }
 
-REGISTER_TEST(tst_BridgeLife, QCoreApplication)
+REGISTER_PRIVATE_NETWORK_TEST(tst_BridgeLife, QCoreApplication)
 #include "tst_BridgeLife.moc"

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DesktopRun.h"
-#include "TestRegistry.h"
+
+#include "PrivateNetwork.h"
 
 #include <QDir>
 #include <QFile>
@@ -102,6 +103,10 @@ void tst_Launch::otherModesFailToLoad()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, file);
+    const bool ownsBridge = file.endsWith("MainWindow.qml");
+    if (ownsBridge && !PrivateNetwork::isAvailable()) {
+        QSKIP(PrivateNetwork::SkipReason);
+    }
 
     const Program::Result result = Program::run(arguments, QProcessEnvironment::systemEnvironment());
 
@@ -112,9 +117,8 @@ void tst_Launch::otherModesFailToLoad()
              result.errors.constData());
     QCOMPARE(result.errors.count("qrc:"), 1);
     // The voice test needs no bridge; the main window runs one of its own.
-    QCOMPARE(result.errors.contains("LoomraSDK::initialize() called, connectOnly: false\n"),
-             file.endsWith("MainWindow.qml"));
-    QCOMPARE(result.errors.count("LoomraSDK::initialize()"), int(file.endsWith("MainWindow.qml")));
+    QCOMPARE(result.errors.contains("LoomraSDK::initialize() called, connectOnly: false\n"), ownsBridge);
+    QCOMPARE(result.errors.count("LoomraSDK::initialize()"), int(ownsBridge));
     QCOMPARE(result.output, QByteArray());
 }
 
@@ -130,6 +134,9 @@ void tst_Launch::opensTheTrayView_data()
 void tst_Launch::opensTheTrayView()
 {
     QFETCH(QStringList, arguments);
+    if (!PrivateNetwork::isAvailable()) {
+        QSKIP(PrivateNetwork::SkipReason);
+    }
 
     DesktopRun run(arguments);
 
@@ -184,11 +191,17 @@ void tst_Launch::escapeLeavesABubble()
 {
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QVERIFY(run.takeKeyboard());
+    const QRect bubble(1280 - 56 - 20, 20, 56, 56);
 
-    run.press("Escape");
-
-    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(1280 - 56 - 20, 20, 56, 56), s_patience);
+    // Pressed again until it helps: a key is lost if the window manager moves the focus at the same time.
+    QVERIFY(QTest::qWaitFor(
+        [&run, &bubble] {
+            if (run.geometry() != bubble && run.takeKeyboard()) {
+                run.press("Escape");
+            }
+            return run.geometry() == bubble;
+        },
+        s_patience));
     QVERIFY(run.isRunning());
 
     run.click({1280 - 20 - 28, 20 + 28});
@@ -226,11 +239,8 @@ void tst_Launch::twoRunSideBySide()
     QVERIFY(first.isRunning());
     QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
 
-    // Each has a window of its own, and its own end.
-    QVERIFY(second.takeKeyboard());
-    second.press("alt+F4");
-    QVERIFY(second.waitForEnd());
-    QCOMPARE(second.exitCode(), 0);
+    // Closing one leaves the other.
+    QVERIFY(second.closeWindow());
     QVERIFY(first.isRunning());
     QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
 }

@@ -8,7 +8,7 @@
 #include "FakePath.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
-#include "TestRegistry.h"
+#include "PrivateNetwork.h"
 #include "TestSetup.h"
 
 #include <QDir>
@@ -61,9 +61,6 @@ private:
 
 void tst_LoomraSDKDebugChild::initTestCase()
 {
-    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
-        QSKIP("what listens on the bridge's port would be killed: it isn't this test's own");
-    }
     TestSetup::setAboutData();
 }
 
@@ -231,6 +228,6 @@ void tst_LoomraSDKDebugChild::off()
     QVERIFY(!QFileInfo::exists(QFileInfo(m_file->path()).path()));
 }
 
-REGISTER_TEST(tst_LoomraSDKDebugChild, QCoreApplication)
+REGISTER_PRIVATE_NETWORK_TEST(tst_LoomraSDKDebugChild, QCoreApplication)
 
 #include "tst_LoomraSDKDebugChild.moc"

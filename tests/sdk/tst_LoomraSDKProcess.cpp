@@ -4,9 +4,9 @@
 #include "ConfigManager.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
+#include "PrivateNetwork.h"
 #include "ScriptedBridge.h"
 #include "SignalLog.h"
-#include "TestRegistry.h"
 #include "TestSetup.h"
 
 #include <QFile>
@@ -88,9 +88,6 @@ private:
 
 void tst_LoomraSDKProcess::initTestCase()
 {
-    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
-        QSKIP("what listens on the bridge's port would be killed: it isn't this test's own");
-    }
     TestSetup::setAboutData();
 }
 
@@ -483,6 +480,6 @@ void tst_LoomraSDKProcess::executorPathFromTheEnvironment()
     QCOMPARE(heard(), before == enabled ? QString() : QStringLiteral("executorPathEnabledChanged()"));
 }
 
-REGISTER_TEST(tst_LoomraSDKProcess, QCoreApplication)
+REGISTER_PRIVATE_NETWORK_TEST(tst_LoomraSDKProcess, QCoreApplication)
 
 #include "tst_LoomraSDKProcess.moc"

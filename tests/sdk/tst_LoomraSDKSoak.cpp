@@ -4,7 +4,7 @@
 #include "ConfigManager.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
-#include "TestRegistry.h"
+#include "PrivateNetwork.h"
 #include "TestSetup.h"
 #include "WaitUntil.h"
 
@@ -198,10 +198,6 @@ private:
 
 void tst_LoomraSDKSoak::initTestCase()
 {
-    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
-        QSKIP("what listens on the bridge's port would be killed: it isn't this "
-              "test's own");
-    }
     TestSetup::setAboutData();
 }
 
@@ -294,6 +290,6 @@ void tst_LoomraSDKSoak::losesTheChild()
     end(before, s_atMostOfRestarts);
 }
 
-REGISTER_TEST(tst_LoomraSDKSoak, QCoreApplication)
+REGISTER_PRIVATE_NETWORK_TEST(tst_LoomraSDKSoak, QCoreApplication)
 
 #include "tst_LoomraSDKSoak.moc"

@@ -2,16 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "NodeProcess.h"
+#include "PrivateNetwork.h"
 #include "PurgeLog.h"
 #include "StaleBridges.h"
-#include "TestRegistry.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 
 #include <csignal>
-#include <cstdio>
 
 namespace
 {
@@ -93,17 +92,6 @@ void tst_StaleBridgePort::skipsThisProcess()
     QTRY_COMPARE(client.state(), QAbstractSocket::UnconnectedState);
 }
 
-static int run(int argc, char **argv)
-{
-    if (qEnvironmentVariableIsSet("TOVICTL_SHARED_NETWORK")) {
-        std::fputs("NOT TESTED: a purge kills whatever uses the port, and here it isn't this test's own\n", stderr);
-        return 77; // CTest counts it as skipped
-    }
-    QCoreApplication app(argc, argv);
-    tst_StaleBridgePort test;
-    return QTest::qExec(&test, argc, argv);
-}
-
-REGISTER_TEST_MAIN(tst_StaleBridgePort, run)
+REGISTER_PRIVATE_NETWORK_TEST(tst_StaleBridgePort, QCoreApplication)
 
 #include "tst_StaleBridgePort.moc"
