@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # shellcheck shell=bash
 
-# What bench/run and bench/profile share. To be sourced after scripts/lib.sh, which sets $source_dir.
+# Functions that bench/run and bench/profile share. Source this file after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
 readonly benchmarks=(version startup prompt requests rows idle voice whisper)
@@ -17,9 +17,9 @@ prepare_benchmarks() {
     unlock_build
 }
 
-# in_surroundings NAME COMMAND...: in those that a benchmark needs. The cache lies in their home whatever the libraries
-# think of HOME, so that nothing of the caller's own counts.
-in_surroundings() {
+# in_environment NAME COMMAND...: runs the command in the private environment that the benchmark needs. The cache folder is
+# set explicitly, so that no library uses the caller's cache.
+in_environment() {
     local needs=(display net)
     case $1 in
     version | whisper) needs=(home) ;;
@@ -27,7 +27,7 @@ in_surroundings() {
     voice) needs=(bus audio) ;;
     esac
     shift
-    # shellcheck disable=SC2016 # for the shell inside
+    # shellcheck disable=SC2016 # expanded by the inner shell
     tests/support/environment "${needs[@]}" -- bash -c 'XDG_CACHE_HOME=$HOME/.cache exec "$@"' - "$@"
 }
 
@@ -39,5 +39,5 @@ run_benchmark() {
         scripts/test-whisper --bench
         return
     fi
-    in_surroundings "$name" "$bench_programs/bench_$name" "$@"
+    in_environment "$name" "$bench_programs/bench_$name" "$@"
 }

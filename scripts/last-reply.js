@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// Asks the demo bridge what it last answered to a prompt, waits until there is an answer, and prints it: what the
-// window must then show. Call: node last-reply.js PROMPT SECONDS
+// node last-reply.js PROMPT SECONDS: waits until the demo bridge has replied to the prompt and prints the reply, which the
+// window must then show.
 
 'use strict';
 
@@ -21,7 +21,7 @@ function ask(method, params = {}) {
     return new Promise((resolve, reject) => open.set(id, { resolve, reject }));
 }
 
-//! The answer to the prompt in one of the sessions, or undefined.
+//! The reply to the prompt in one of the sessions, or undefined.
 async function lastReply() {
     const { sessions } = await ask('listSessions');
     for (const session of sessions) {
@@ -46,12 +46,12 @@ async function watch() {
     }
     process.stdout.write(reply);
     socket.close();
-    clearTimeout(patience);
+    clearTimeout(timeout);
 }
 
-const patience = setTimeout(() => giveUp(`The bridge has not answered "${prompt}" in ${seconds} s`), seconds * 1000);
+const timeout = setTimeout(() => giveUp(`The bridge has not replied to "${prompt}" within ${seconds} s`), seconds * 1000);
 
-socket.on('error', (error) => giveUp(`The bridge cannot be asked: ${error.message}`));
+socket.on('error', (error) => giveUp(`Cannot connect to the bridge: ${error.message}`));
 socket.on('message', (data) => {
     const frame = JSON.parse(data);
     if (frame.type === 'ready') {
