@@ -17,8 +17,8 @@ prepare_benchmarks() {
     unlock_build
 }
 
-# in_environment NAME COMMAND...: runs the command in the private environment that the benchmark needs. The cache folder is
-# set explicitly, so that no library uses the caller's cache.
+# in_environment NAME COMMAND...: runs the command in the private environment that the benchmark needs. The cache folder
+# is set explicitly, so that no library uses the caller's cache.
 in_environment() {
     local needs=(display net)
     case $1 in

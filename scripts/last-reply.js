@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// node last-reply.js PROMPT SECONDS: waits until the demo bridge has replied to the prompt and prints the reply, which the
-// window must then show.
+// node last-reply.js PROMPT SECONDS: waits until the demo bridge has replied to the prompt and prints the reply, which
+// the window must then show.
 
 'use strict';
 
@@ -49,7 +49,7 @@ async function watch() {
     clearTimeout(timeout);
 }
 
-const timeout = setTimeout(() => giveUp(`The bridge has not replied to "${prompt}" within ${seconds} s`), seconds * 1000);
+const timeout = setTimeout(() => giveUp(`The bridge has not replied to "${prompt}" in ${seconds} s`), seconds * 1000);
 
 socket.on('error', (error) => giveUp(`Cannot connect to the bridge: ${error.message}`));
 socket.on('message', (data) => {

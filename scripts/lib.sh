@@ -3,8 +3,8 @@
 # shellcheck shell=bash
 
 # Functions that the scripts share. Each stage prints one line on standard error and writes the rest to a log under
-# build/logs. Source this file with "set -euo pipefail" in effect: it changes to the root of the source tree and keeps the
-# caller's working directory in $caller_dir.
+# build/logs. Source this file with "set -euo pipefail" in effect: it changes to the root of the source tree and keeps
+# the caller's working directory in $caller_dir.
 # shellcheck disable=SC2034 # the scripts that source this file use the variables
 readonly caller_dir=$PWD
 
@@ -125,8 +125,8 @@ bridge_listens() {
     (: < "/dev/tcp/127.0.0.1/$bridge_port") 2> /dev/null || (: < "/dev/tcp/::1/$bridge_port") 2> /dev/null
 }
 
-# Starts the demo bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends it
-# with stop_demo_bridge; tests/support/environment ends it in any case.
+# Starts the demo bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends
+# it with stop_demo_bridge; tests/support/environment ends it in any case.
 start_demo_bridge() {
     local log=$log_dir/demo-bridge.log silence
     mkdir -p "$log_dir"
