@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QTcpServer>
 #include <QWebSocketProtocol>
 
 class QWebSocket;
@@ -86,6 +87,7 @@ private:
     void send(int connection, const QJsonObject &message);
     int youngest() const { return m_connections.size() - 1; }
 
+    QTcpServer m_listener;
     QWebSocketServer *const m_server;
     QList<Connection> m_connections;
     QList<Request> m_received;
