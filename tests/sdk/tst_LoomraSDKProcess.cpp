@@ -2,17 +2,20 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConfigManager.h"
+#include "FakePath.h"
+#include "Files.h"
+#include "Json.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
 #include "PrivateNetwork.h"
+#include "ScopedEnvironment.h"
 #include "ScriptedBridge.h"
 #include "SignalLog.h"
+#include "SingleShots.h"
+#include "TestRegistry.h"
 #include "TestSetup.h"
+#include "Timeouts.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -25,11 +28,6 @@ namespace
 {
 
 const QString s_down = QStringLiteral("connectedChanged() readyChanged()");
-
-QString demoBridge()
-{
-    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge");
-}
 
 //! A bridge that does no more than run.
 constexpr char s_idle[] = "setInterval(() => {}, 1000);";
@@ -73,6 +71,10 @@ private:
     //! Writes a bridge.js; the next client takes it.
     void write(const char *script);
     void make();
+    //! Starts a client with the demo bridge.
+    void startDemoBridge();
+    //! Waits until it is ready. Once the bridge listens, this ends the second that the client leaves it to start.
+    bool waitForReady();
     QProcess *child() const { return m_sdk->findChild<QProcess *>(); }
     bool isRunning() const { return child()->state() == QProcess::Running; }
     QTimer *reconnectTimer() const { return m_sdk->findChild<QTimer *>(QStringLiteral("reconnectTimer")); }
@@ -84,6 +86,7 @@ private:
     std::unique_ptr<ConfigManager> m_config;
     std::unique_ptr<LoomraSDK> m_sdk;
     std::unique_ptr<SignalLog> m_heard;
+    int m_startsSeen = 0;
 };
 
 void tst_LoomraSDKProcess::initTestCase()
@@ -94,6 +97,7 @@ void tst_LoomraSDKProcess::initTestCase()
 void tst_LoomraSDKProcess::init()
 {
     m_log = std::make_unique<MessageLog>();
+    m_startsSeen = 0;
     m_directory = std::make_unique<QTemporaryDir>();
     QVERIFY(m_directory->isValid());
     qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(m_directory->path()));
@@ -111,9 +115,7 @@ void tst_LoomraSDKProcess::cleanup()
 
 void tst_LoomraSDKProcess::write(const char *script)
 {
-    QFile file(m_directory->filePath(QStringLiteral("bridge.js")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(script);
+    QVERIFY(writeFile(m_directory->filePath(QStringLiteral("bridge.js")), script));
 }
 
 void tst_LoomraSDKProcess::make()
@@ -123,6 +125,24 @@ void tst_LoomraSDKProcess::make()
     m_heard = std::make_unique<SignalLog>(m_sdk.get());
 }
 
+void tst_LoomraSDKProcess::startDemoBridge()
+{
+    qputenv("LOOMRA_BRIDGE_PATH", qgetenv("TOVICTL_SOURCE_DIR") + "/tools/demo-bridge");
+    make();
+    m_sdk->initialize();
+}
+
+bool tst_LoomraSDKProcess::waitForReady()
+{
+    const auto starts = [this] { return m_log->count(QStringLiteral("Bridge output: \"Demo bridge listening on ")); };
+    if (!QTest::qWaitFor([&] { return starts() > m_startsSeen; }, Timeouts::Program)) {
+        return false;
+    }
+    m_startsSeen = starts();
+    SingleShots::fire();
+    return QTest::qWaitFor([this] { return m_sdk->isReady(); }, Timeouts::Program);
+}
+
 void tst_LoomraSDKProcess::expireReconnectTimer()
 {
     QVERIFY(QMetaObject::invokeMethod(reconnectTimer(), "timeout"));
@@ -130,11 +150,9 @@ void tst_LoomraSDKProcess::expireReconnectTimer()
 
 void tst_LoomraSDKProcess::runsTheBridge()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
+    startDemoBridge();
     QVERIFY(isRunning());
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), Timeouts::Program); // after the real delay
     QVERIFY(!reconnectTimer()->isActive());
     m_sdk->listAgents();
     QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
@@ -176,11 +194,8 @@ void tst_LoomraSDKProcess::missesNode()
 {
     write(s_idle);
     make();
-    const QByteArray path = qgetenv("PATH");
-    const QTemporaryDir nothing;
-    qputenv("PATH", QFile::encodeName(nothing.path()));
+    const FakePath noPrograms(FakePath::Rest::Hidden);
     m_sdk->initialize();
-    qputenv("PATH", path);
     QCOMPARE(heard(), QStringLiteral("error(\"Bridge process error: 0\") error(\"Failed to start bridge process\")"));
     QVERIFY(!reconnectTimer()->isActive());
 }
@@ -225,10 +240,8 @@ void tst_LoomraSDKProcess::crashes()
 //! A bridge that says goodbye leaves no timer behind, but its connection's end does.
 void tst_LoomraSDKProcess::gracefulEndIsUndoneByADisconnect()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    startDemoBridge();
+    QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
     ::kill(static_cast<pid_t>(pid), SIGTERM); // which it takes for a wish, and ends with 0
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
@@ -238,16 +251,14 @@ void tst_LoomraSDKProcess::gracefulEndIsUndoneByADisconnect()
     expireReconnectTimer();
     QVERIFY(isRunning());
     QVERIFY(child()->processId() != pid);
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    QVERIFY(waitForReady());
 }
 
 void tst_LoomraSDKProcess::comesBackAfterACrash()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
+    startDemoBridge();
     for (int i = 0; i < 2; ++i) {
-        QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+        QVERIFY(waitForReady());
         ::kill(static_cast<pid_t>(child()->processId()), SIGKILL);
         QTRY_COMPARE(child()->state(), QProcess::NotRunning);
         QVERIFY(!m_sdk->isReady());
@@ -255,7 +266,7 @@ void tst_LoomraSDKProcess::comesBackAfterACrash()
         expireReconnectTimer();
         QVERIFY(isRunning());
     }
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    QVERIFY(waitForReady());
     m_sdk->listAgents();
     QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
 }
@@ -263,10 +274,8 @@ void tst_LoomraSDKProcess::comesBackAfterACrash()
 //! The flags fall with the child, before the socket has noticed.
 void tst_LoomraSDKProcess::dropsWhatIsStillOpenAfterTheEnd()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    startDemoBridge();
+    QVERIFY(waitForReady());
     m_heard->take();
     QMetaObject::invokeMethod(m_sdk.get(), "onBridgeProcessFinished", Q_ARG(int, 1),
                               Q_ARG(QProcess::ExitStatus, QProcess::CrashExit));
@@ -312,20 +321,15 @@ void tst_LoomraSDKProcess::givesTheEnvironment()
     write("require('fs').writeFileSync('seen.tmp', JSON.stringify({ env: process.env, cwd: process.cwd(),"
           " argv: process.argv }));"
           "require('fs').renameSync('seen.tmp', 'seen.json'); setInterval(() => {}, 1000);");
-    qputenv("LOOMRA_AUTO_AGENT_ROUTING", "false");
-    qputenv("LOOMRA_WORKSPACE_INTEL", "1");
-    qunsetenv("LOOMRA_AI_RUNTIME");
-    qputenv("https_proxy", "http://[::1]:1");
+    const ScopedEnvironment routing("LOOMRA_AUTO_AGENT_ROUTING", "false");
+    const ScopedEnvironment workspace("LOOMRA_WORKSPACE_INTEL", "1");
+    const ScopedEnvironment runtime("LOOMRA_AI_RUNTIME", QByteArray());
+    const ScopedEnvironment proxy("https_proxy", "http://[::1]:1");
     make();
     m_sdk->initialize();
     const QString seen = m_directory->filePath(QStringLiteral("seen.json"));
     QTRY_VERIFY(QFile::exists(seen));
-    for (const char *name : {"LOOMRA_AUTO_AGENT_ROUTING", "LOOMRA_WORKSPACE_INTEL", "https_proxy"}) {
-        qunsetenv(name);
-    }
-    QFile file(seen);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QJsonObject child = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject child = json(contentOf(seen));
     const QJsonObject environment = child.value(QStringLiteral("env")).toObject();
     const auto value = [&](const char *name) { return environment.value(QLatin1String(name)).toString(); };
     QCOMPARE(value("LOOMRA_BRIDGE_PORT"), QStringLiteral("8765"));
@@ -342,10 +346,8 @@ void tst_LoomraSDKProcess::givesTheEnvironment()
 
 void tst_LoomraSDKProcess::closesTheConnectionFirst()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    startDemoBridge();
+    QVERIFY(waitForReady());
     auto *socket = m_sdk->findChild<QWebSocket *>();
     m_sdk->stopBridgeProcess(false);
     QVERIFY(socket->state() != QAbstractSocket::ConnectedState);
@@ -362,6 +364,7 @@ void tst_LoomraSDKProcess::saysWhyItCloses()
     ScriptedBridge peer;
     make();
     m_sdk->initialize();
+    SingleShots::fire();
     QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Checking for stale processes on port 8765")));
     QVERIFY(peer.waitForConnection());
     QTRY_VERIFY(m_sdk->isConnected());
@@ -416,10 +419,8 @@ void tst_LoomraSDKProcess::killsWhatIgnoresTheSignal()
 
 void tst_LoomraSDKProcess::executorPathRestarts()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", QFile::encodeName(demoBridge()));
-    make();
-    m_sdk->initialize();
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    startDemoBridge();
+    QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
     m_heard->take();
     m_sdk->setExecutorPathEnabled(false);
@@ -437,7 +438,7 @@ void tst_LoomraSDKProcess::executorPathRestarts()
     QVERIFY(next != pid);
     QTRY_VERIFY(m_log->has(QtDebugMsg, skipped));
     QCOMPARE(child()->processId(), next);
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), 15000);
+    QVERIFY(waitForReady());
     // Its own answer agrees.
     QVERIFY(!m_sdk->isExecutorPathEnabled());
 }

@@ -5,10 +5,11 @@
 #include "LoomraSDK.h"
 #include "MessageLog.h"
 #include "PrivateNetwork.h"
+#include "SingleShots.h"
+#include "TestRegistry.h"
 #include "TestSetup.h"
 #include "WaitUntil.h"
 
-#include <QAbstractEventDispatcher>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -22,7 +23,6 @@
 #include <malloc.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <memory>
 
@@ -105,14 +105,6 @@ int childProcesses()
     return children;
 }
 
-//! Those that a delay in the code starts, and that end with it.
-int singleShots()
-{
-    const QObjectList timers = QAbstractEventDispatcher::instance()->children();
-    return static_cast<int>(std::count_if(timers.begin(), timers.end(),
-                                          [](const QObject *object) { return object->inherits("QSingleShotTimer"); }));
-}
-
 struct Figures
 {
     double residentKiB;
@@ -129,7 +121,7 @@ Figures figuresOf(const LoomraSDK &sdk)
     const auto *socket = sdk.findChild<QWebSocket *>();
     const bool isQuiet = waitUntil([socket] {
         const auto state = socket->state();
-        return singleShots() == 0
+        return SingleShots::pending().isEmpty()
             && (state == QAbstractSocket::ConnectedState || state == QAbstractSocket::UnconnectedState);
     });
     if (!isQuiet) {
