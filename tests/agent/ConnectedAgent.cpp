@@ -7,7 +7,6 @@
 #include "WaitUntil.h"
 
 #include <QDebug>
-#include <QJsonDocument>
 #include <QTest>
 #include <QWebSocket>
 
@@ -29,7 +28,7 @@ bool ConnectedAgent::deliver(const QString &frame)
 
 bool ConnectedAgent::deliver(const QJsonObject &message)
 {
-    return deliver(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
+    return deliver(compactJson(message));
 }
 
 ScriptedBridge::Request ConnectedAgent::prompt(const QString &text)
@@ -56,11 +55,6 @@ QJsonObject answer(const QString &response, QJsonObject more)
     return more;
 }
 
-QJsonObject json(const QString &text)
-{
-    return QJsonDocument::fromJson(text.toUtf8()).object();
-}
-
 QString quoted(const QString &text)
 {
     QString result;
@@ -70,7 +64,7 @@ QString quoted(const QString &text)
 
 QStringList failure(const QString &text)
 {
-    QStringList heard {QStringLiteral("thinkingChanged(false)"), QStringLiteral("statusChanged(\"error\")")};
+    QStringList heard {AgentSignals::NotThinking, AgentSignals::Error};
     if (!text.isEmpty()) {
         heard.prepend(QStringLiteral("errorOccurred(\"%1\")").arg(text));
     }

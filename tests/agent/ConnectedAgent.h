@@ -4,6 +4,7 @@
 #pragma once
 
 #include "AgentBridge.h"
+#include "Json.h"
 #include "MessageLog.h"
 #include "ScriptedBridge.h"
 #include "SignalLog.h"
@@ -34,11 +35,22 @@ public:
     SignalLog heard {&agent};
 };
 
+//! Entries of the signal log.
+namespace AgentSignals
+{
+
+const QString Thinking = QStringLiteral("thinkingChanged(true)");
+const QString NotThinking = QStringLiteral("thinkingChanged(false)");
+const QString Idle = QStringLiteral("statusChanged(\"idle\")");
+const QString Error = QStringLiteral("statusChanged(\"error\")");
+
+//! After a good reply with the text "hi".
+const QStringList GoodReply {QStringLiteral("agentReplied(\"hi\")"), NotThinking, Idle};
+
+} // namespace AgentSignals
+
 //! The result object of a good reply.
 QJsonObject answer(const QString &response, QJsonObject more = {});
-
-//! An object from its JSON, for expected values.
-QJsonObject json(const QString &text);
 
 //! A text as the log shows it.
 QString quoted(const QString &text);

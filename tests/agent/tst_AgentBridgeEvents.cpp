@@ -6,17 +6,6 @@
 
 #include <QTest>
 
-namespace
-{
-
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
-const QString s_idle = QStringLiteral("statusChanged(\"idle\")");
-
-//! What a good reply with the text "hi" leads to.
-const QStringList s_good {QStringLiteral("agentReplied(\"hi\")"), s_notThinking, s_idle};
-
-} // namespace
-
 // What the bridge tells while it works.
 class tst_AgentBridgeEvents : public ConnectedAgentTest
 {
@@ -166,7 +155,7 @@ void tst_AgentBridgeEvents::goodReplyClearsTheProgress()
         c->heard.take(),
         (QStringList {QStringLiteral("structuredReplyReceived(\"{}\")"), QStringLiteral("activePhaseChanged(\"\")"),
                       QStringLiteral("routedAgentChanged(\"\")"), QStringLiteral("planStepChanged()")}
-         + s_good));
+         + AgentSignals::GoodReply));
     QCOMPARE(c->agent.planStepIndex(), -1);
     QCOMPARE(c->agent.planStepTotal(), 0);
     QCOMPARE(c->agent.planStepCapability(), QString());

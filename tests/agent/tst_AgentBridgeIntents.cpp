@@ -13,8 +13,6 @@
 namespace
 {
 
-const QString s_thinking = QStringLiteral("thinkingChanged(true)");
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
 const QString s_stopped = QStringLiteral("agentReplied(\"_Stopped._\")");
 
 QString modelKey()
@@ -82,7 +80,7 @@ void tst_AgentBridgeIntents::refusesBlankIntents()
 void tst_AgentBridgeIntents::sendsAChat()
 {
     c->agent.sendIntent(QStringLiteral("  open the files \n"));
-    QCOMPARE(c->heard.take(), (QStringList {s_thinking, status("thinking")}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::Thinking, status("thinking")}));
     QVERIFY(c->agent.isThinking());
 
     const ScriptedBridge::Request request = c->peer.takeRequest();
@@ -159,7 +157,7 @@ void tst_AgentBridgeIntents::borrowsAStoredModel()
     QCOMPARE(request.params.contains(QStringLiteral("model")), !model.isEmpty());
     QCOMPARE(request.params.value(QStringLiteral("model")).toString(), model);
     QCOMPARE(c->agent.currentModel(), model);
-    QCOMPARE(c->heard.take(), (QStringList {s_thinking, status("thinking")}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::Thinking, status("thinking")}));
     QCOMPARE(QSettings().value(modelKey()).toString(), stored);
     QVERIFY(c->log.has(QtDebugMsg,
                        QStringLiteral("[AgentBridge] chat params model: \"%1\" inputMode: \"text\"")
@@ -170,7 +168,7 @@ void tst_AgentBridgeIntents::sendsTwoIntentsInARow()
 {
     c->agent.sendIntent(QStringLiteral("one"));
     c->agent.sendIntent(QStringLiteral("two"));
-    QCOMPARE(c->heard.take(), (QStringList {s_thinking, status("thinking")}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::Thinking, status("thinking")}));
     const ScriptedBridge::Request first = c->peer.takeRequest();
     const ScriptedBridge::Request second = c->peer.takeRequest();
     QCOMPARE(first.id, quint64(1));
@@ -180,7 +178,7 @@ void tst_AgentBridgeIntents::sendsTwoIntentsInARow()
 
     c->peer.reply(second, answer(QStringLiteral("B")));
     QTRY_COMPARE(c->heard.entries(),
-                 (QStringList {QStringLiteral("agentReplied(\"B\")"), s_notThinking, status("idle")}));
+                 (QStringList {QStringLiteral("agentReplied(\"B\")"), AgentSignals::NotThinking, status("idle")}));
     c->heard.take();
     c->peer.reply(first, answer(QStringLiteral("A")));
     QTRY_COMPARE(c->heard.entries(), QStringList {QStringLiteral("agentReplied(\"A\")")});
@@ -198,7 +196,7 @@ void tst_AgentBridgeIntents::cancelsAChat()
 {
     const ScriptedBridge::Request chat = c->prompt();
     c->agent.cancelRequest();
-    QCOMPARE(c->heard.take(), (QStringList {s_notThinking, status("idle"), s_stopped}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::NotThinking, status("idle"), s_stopped}));
     QCOMPARE(c->log.lines().size(), 1);
     QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] cancelRequest — aborting 1 pending request(s)")));
 
@@ -246,7 +244,7 @@ void tst_AgentBridgeIntents::cancelClearsTheProgress()
     c->agent.cancelRequest();
     QCOMPARE(c->heard.take(),
              (QStringList {QStringLiteral("activePhaseChanged(\"\")"), QStringLiteral("routedAgentChanged(\"\")"),
-                           QStringLiteral("planStepChanged()"), s_notThinking, status("idle"), s_stopped}));
+                           QStringLiteral("planStepChanged()"), AgentSignals::NotThinking, status("idle"), s_stopped}));
     QCOMPARE(c->agent.planStepIndex(), -1);
     QCOMPARE(c->agent.planStepTotal(), 0);
     QCOMPARE(c->agent.planStepCapability(), QString());
@@ -261,7 +259,7 @@ void tst_AgentBridgeIntents::cancelLeavesAPlanThatDoesNotRun()
     QTRY_COMPARE(c->agent.planStepTotal(), 2);
     c->heard.take();
     c->agent.cancelRequest();
-    QCOMPARE(c->heard.take(), (QStringList {s_notThinking, status("idle"), s_stopped}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::NotThinking, status("idle"), s_stopped}));
     QCOMPARE(c->agent.planStepTotal(), 2);
     QCOMPARE(c->agent.planStepPhase(), QStringLiteral("wait"));
     c->peer.takeRequest();
@@ -275,7 +273,8 @@ void tst_AgentBridgeIntents::cancelsWithoutConnection()
     QVERIFY(c->disconnectPeer());
     c->agent.cancelRequest();
     QCOMPARE(c->heard.take(),
-             (QStringList {QStringLiteral("activePhaseChanged(\"\")"), s_notThinking, status("idle"), s_stopped}));
+             (QStringList {QStringLiteral("activePhaseChanged(\"\")"), AgentSignals::NotThinking, status("idle"),
+                           s_stopped}));
 
     // Nothing went out, then or later, and the cancel took no id.
     c->agent.sendIntent(QStringLiteral("refused, but connects"));
@@ -315,7 +314,7 @@ void tst_AgentBridgeIntents::cancelFreesAPromptThatIsTakenForAVote()
     QCOMPARE(c->heard.take(), QStringList());
     QVERIFY(c->agent.isThinking());
     c->agent.cancelRequest();
-    QCOMPARE(c->heard.take(), (QStringList {s_notThinking, status("idle"), s_stopped}));
+    QCOMPARE(c->heard.take(), (QStringList {AgentSignals::NotThinking, status("idle"), s_stopped}));
     QCOMPARE(c->peer.takeRequest().method, QStringLiteral("cancel"));
 }
 

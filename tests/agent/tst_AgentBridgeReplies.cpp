@@ -9,14 +9,8 @@
 namespace
 {
 
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
-const QString s_idle = QStringLiteral("statusChanged(\"idle\")");
-const QString s_error = QStringLiteral("statusChanged(\"error\")");
 const QString s_unexpected = QStringLiteral("errorOccurred(\"Unexpected result from Loomra bridge\")");
 const QString s_empty = QStringLiteral("errorOccurred(\"Empty response from Loomra bridge\")");
-
-//! What a good reply with the text "hi" leads to.
-const QStringList s_good {QStringLiteral("agentReplied(\"hi\")"), s_notThinking, s_idle};
 
 } // namespace
 
@@ -84,22 +78,29 @@ void tst_AgentBridgeReplies::endsAChat_data()
     QTest::addColumn<QStringList>("warnings");
 
     const QStringList none;
-    const QStringList unexpected {s_unexpected, s_notThinking, s_error};
-    const QStringList empty {s_empty, s_notThinking, s_error};
+    const QStringList unexpected {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error};
+    const QStringList empty {s_empty, AgentSignals::NotThinking, AgentSignals::Error};
     const QStringList emptyLog {QStringLiteral("[AgentBridge] Empty response received from bridge")};
     const QStringList unexpectedLog {
         QStringLiteral("[AgentBridge] Unexpected result payload from bridge, result type:"),
         QStringLiteral("[AgentBridge] Full message:")};
-    const auto with = [](const char *first) { return QStringList {QString::fromUtf8(first)} + s_good; };
+    const auto with = [](const char *first) {
+        return QStringList {QString::fromUtf8(first)} + AgentSignals::GoodReply;
+    };
 
     // Both forms
-    QTest::newRow("response") << R"({"type":"response","id":%1,"payload":{"response":"hi"}})" << s_good << none;
-    QTest::newRow("older form") << R"({"id":%1,"result":{"response":"hi"}})" << s_good << none;
-    QTest::newRow("unknown type") << R"({"type":"x","id":%1,"result":{"response":"hi"}})" << s_good << none;
-    QTest::newRow("type no string") << R"({"type":1,"id":%1,"result":{"response":"hi"}})" << s_good << none;
-    QTest::newRow("id with a fraction") << R"({"id":%1.5,"result":{"response":"hi"}})" << s_good << none;
+    QTest::newRow("response") << R"({"type":"response","id":%1,"payload":{"response":"hi"}})" << AgentSignals::GoodReply
+                              << none;
+    QTest::newRow("older form") << R"({"id":%1,"result":{"response":"hi"}})" << AgentSignals::GoodReply << none;
+    QTest::newRow("unknown type") << R"({"type":"x","id":%1,"result":{"response":"hi"}})" << AgentSignals::GoodReply
+                                  << none;
+    QTest::newRow("type no string") << R"({"type":1,"id":%1,"result":{"response":"hi"}})" << AgentSignals::GoodReply
+                                    << none;
+    QTest::newRow("id with a fraction") << R"({"id":%1.5,"result":{"response":"hi"}})" << AgentSignals::GoodReply
+                                        << none;
     QTest::newRow("blank response") << R"({"id":%1,"result":{"response":" "}})"
-                                    << QStringList {QStringLiteral("agentReplied(\" \")"), s_notThinking, s_idle}
+                                    << QStringList {QStringLiteral("agentReplied(\" \")"), AgentSignals::NotThinking,
+                                                    AgentSignals::Idle}
                                     << none;
 
     // Errors in a reply
@@ -109,18 +110,21 @@ void tst_AgentBridgeReplies::endsAChat_data()
         << R"({"type":"response","id":%1,"error":{"message":"no"},"payload":{"response":"hi"}})"
         << failure(QStringLiteral("no")) << bridgeError(QStringLiteral("no"));
     QTest::newRow("code alone is none in a response")
-        << R"({"type":"response","id":%1,"error":{"code":"E1"},"payload":{"response":"hi"}})" << s_good << none;
+        << R"({"type":"response","id":%1,"error":{"code":"E1"},"payload":{"response":"hi"}})" << AgentSignals::GoodReply
+        << none;
     QTest::newRow("empty error object") << R"({"type":"response","id":%1,"error":{},"payload":{"response":"hi"}})"
-                                        << s_good << none;
+                                        << AgentSignals::GoodReply << none;
     QTest::newRow("text is none in a response")
-        << R"({"type":"response","id":%1,"error":"x","payload":{"response":"hi"}})" << s_good << none;
+        << R"({"type":"response","id":%1,"error":"x","payload":{"response":"hi"}})" << AgentSignals::GoodReply << none;
     QTest::newRow("message no string")
-        << R"({"type":"response","id":%1,"error":{"message":5},"payload":{"response":"hi"}})" << s_good << none;
+        << R"({"type":"response","id":%1,"error":{"message":5},"payload":{"response":"hi"}})" << AgentSignals::GoodReply
+        << none;
     QTest::newRow("older: text") << R"({"id":%1,"error":"x","result":{"response":"hi"}})"
                                  << failure(QStringLiteral("x")) << bridgeError(QStringLiteral("x"));
-    QTest::newRow("older: empty text") << R"({"id":%1,"error":"","result":{"response":"hi"}})" << s_good << none;
+    QTest::newRow("older: empty text") << R"({"id":%1,"error":"","result":{"response":"hi"}})"
+                                       << AgentSignals::GoodReply << none;
     QTest::newRow("older: object is none")
-        << R"({"id":%1,"error":{"message":"x"},"result":{"response":"hi"}})" << s_good << none;
+        << R"({"id":%1,"error":{"message":"x"},"result":{"response":"hi"}})" << AgentSignals::GoodReply << none;
     QTest::newRow("older: object and no result")
         << R"({"id":%1,"error":{"message":"x"}})" << unexpected << unexpectedLog;
     QTest::newRow("place holders stay") << R"({"id":%1,"error":"50% of %2"})" << failure(QStringLiteral("50% of %2"))
@@ -158,7 +162,8 @@ void tst_AgentBridgeReplies::endsAChat_data()
         << with(R"(structuredReplyReceived("{"followUps":[]}"))") << none;
     QTest::newRow("followUps alone") << R"({"id":%1,"result":{"response":"hi","followUps":[{"label":"x"}]}})"
                                      << with(R"(structuredReplyReceived("{"followUps":[{"label":"x"}]}"))") << none;
-    QTest::newRow("followUps no array") << R"({"id":%1,"result":{"response":"hi","followUps":"x"}})" << s_good << none;
+    QTest::newRow("followUps no array") << R"({"id":%1,"result":{"response":"hi","followUps":"x"}})"
+                                        << AgentSignals::GoodReply << none;
 
     // Usage
     QTest::newRow("usage") << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":5,"outputTokens":7}}})"
@@ -169,10 +174,11 @@ void tst_AgentBridgeReplies::endsAChat_data()
         << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":-1,"outputTokens":5}}})"
         << with("usageReported(-1, 5)") << none;
     QTest::newRow("usage 0, 0") << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":0,"outputTokens":0}}})"
-                                << s_good << none;
-    QTest::newRow("usage below one") << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":0.9}}})" << s_good
-                                     << none;
-    QTest::newRow("usage empty") << R"({"id":%1,"result":{"response":"hi","usage":{}}})" << s_good << none;
+                                << AgentSignals::GoodReply << none;
+    QTest::newRow("usage below one") << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":0.9}}})"
+                                     << AgentSignals::GoodReply << none;
+    QTest::newRow("usage empty") << R"({"id":%1,"result":{"response":"hi","usage":{}}})" << AgentSignals::GoodReply
+                                 << none;
     QTest::newRow("usage huge") << R"({"id":%1,"result":{"response":"hi","usage":{"inputTokens":1e300}}})"
                                 << with("usageReported(2147483647, 0)") << none;
     QTest::newRow("usage of an empty reply")
@@ -181,7 +187,7 @@ void tst_AgentBridgeReplies::endsAChat_data()
     QTest::newRow("all at once")
         << R"({"id":%1,"result":{"response":"hi","ui":{},"usage":{"inputTokens":3,"outputTokens":4},"sessionId":"s"}})"
         << (QStringList {QStringLiteral("usageReported(3, 4)"), QStringLiteral("structuredReplyReceived(\"{}\")")}
-            + s_good)
+            + AgentSignals::GoodReply)
         << none;
 }
 
@@ -222,7 +228,7 @@ void tst_AgentBridgeReplies::namesTheTypeOfABadResult()
         c->log.takeWarnings(),
         (QStringList {QStringLiteral("[AgentBridge] Unexpected result payload from bridge, result type: %1").arg(type),
                       QStringLiteral("[AgentBridge] Full message: ") + quoted(frame)}));
-    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, s_notThinking, s_error}));
+    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
 }
 
 void tst_AgentBridgeReplies::structuredTextComesFirst()

@@ -6,18 +6,6 @@
 
 #include <QTest>
 
-namespace
-{
-
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
-const QString s_idle = QStringLiteral("statusChanged(\"idle\")");
-const QString s_error = QStringLiteral("statusChanged(\"error\")");
-
-//! What a good reply with the text "hi" leads to.
-const QStringList s_good {QStringLiteral("agentReplied(\"hi\")"), s_notThinking, s_idle};
-
-} // namespace
-
 // Replies to what runs beside a chat: votes and rephrased transcripts.
 class tst_AgentBridgeSideReplies : public ConnectedAgentTest
 {
@@ -88,7 +76,7 @@ void tst_AgentBridgeSideReplies::errorMessageForFeedbackIsShown()
 {
     c->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
     c->peer.error(c->peer.takeRequest(), QStringLiteral("no"));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), s_error}));
+    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
     QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
 }
 
@@ -148,7 +136,8 @@ void tst_AgentBridgeSideReplies::rephraseLeavesTheChatAlone()
     QVERIFY(c->agent.isThinking());
     QCOMPARE(c->agent.activePhase(), QStringLiteral("creating"));
     c->peer.reply(chat, answer(QStringLiteral("hi")));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("activePhaseChanged(\"\")")} + s_good));
+    QTRY_COMPARE(c->heard.entries(),
+                 (QStringList {QStringLiteral("activePhaseChanged(\"\")")} + AgentSignals::GoodReply));
 }
 
 void tst_AgentBridgeSideReplies::rephraseFails()
@@ -156,7 +145,7 @@ void tst_AgentBridgeSideReplies::rephraseFails()
     // The failure is told like any other; no rephraseReady comes.
     c->agent.rephraseText(QStringLiteral("x"));
     c->peer.fail(c->peer.takeRequest(), QStringLiteral("no"), QStringLiteral("E1"));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), s_error}));
+    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
     QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
 }
 

@@ -7,14 +7,6 @@
 #include <QDebug>
 #include <QTest>
 
-namespace
-{
-
-const QString s_thinking = QStringLiteral("thinkingChanged(true)");
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
-
-} // namespace
-
 // What is sent beside a chat: transcripts to be rephrased, actions on widgets, votes.
 class tst_AgentBridgeSideRequests : public ConnectedAgentTest
 {
@@ -111,7 +103,7 @@ void tst_AgentBridgeSideRequests::reportsUiActions()
     QFETCH(QString, params);
     c->agent.handleUiAction(QStringLiteral("option_selected"), 7, data);
     // Thinking, while the status stays.
-    QCOMPARE(c->heard.take(), QStringList {s_thinking});
+    QCOMPARE(c->heard.take(), QStringList {AgentSignals::Thinking});
     QCOMPARE(c->agent.status(), QStringLiteral("idle"));
     QString quoted;
     QDebug(&quoted) << data;
@@ -126,7 +118,8 @@ void tst_AgentBridgeSideRequests::reportsUiActions()
                      + QLatin1Char('}')));
 
     c->peer.reply(request, answer(QStringLiteral("Done."), json(QStringLiteral(R"({"sessionId":"s1"})"))));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("agentReplied(\"Done.\")"), s_notThinking}));
+    QTRY_COMPARE(c->heard.entries(),
+                 (QStringList {QStringLiteral("agentReplied(\"Done.\")"), AgentSignals::NotThinking}));
 
     c->agent.handleUiAction(QStringLiteral("x"), 0, QString());
     QCOMPARE(c->peer.takeRequest().params, json(QStringLiteral(R"({"actionType":"x","data":{},"sessionId":"s1"})")));

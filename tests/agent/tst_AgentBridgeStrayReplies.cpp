@@ -9,13 +9,7 @@
 namespace
 {
 
-const QString s_notThinking = QStringLiteral("thinkingChanged(false)");
-const QString s_idle = QStringLiteral("statusChanged(\"idle\")");
-const QString s_error = QStringLiteral("statusChanged(\"error\")");
 const QString s_unexpected = QStringLiteral("errorOccurred(\"Unexpected result from Loomra bridge\")");
-
-//! What a good reply with the text "hi" leads to.
-const QStringList s_good {QStringLiteral("agentReplied(\"hi\")"), s_notThinking, s_idle};
 
 } // namespace
 
@@ -42,12 +36,8 @@ void tst_AgentBridgeStrayReplies::logsAGoodReply()
     const ScriptedBridge::Request request = c->prompt();
     QVERIFY(c->deliver(
         QStringLiteral(R"({"id":%1,"result":{"response":"hello","sessionId":"s1","ui":{}}})").arg(request.id)));
-    QStringList texts;
-    for (const MessageLog::Line &line : c->log.lines()) {
-        QCOMPARE(line.type, QtDebugMsg);
-        texts.append(line.text);
-    }
-    QCOMPARE(texts.mid(1),
+    QCOMPARE(c->log.warnings(), QStringList());
+    QCOMPARE(c->log.texts().mid(1),
              (QStringList {
                  QStringLiteral("[AgentBridge] Processing message, id= 1 hasResult= true hasError= true"),
                  QStringLiteral("[AgentBridge] Received response from bridge, sessionId= \"s1\" responseLength= 5"),
@@ -129,7 +119,7 @@ void tst_AgentBridgeStrayReplies::dropsADuplicate()
 {
     const QString frame = QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(c->prompt().id);
     QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(), s_good);
+    QCOMPARE(c->heard.take(), AgentSignals::GoodReply);
     QVERIFY(c->deliver(frame));
     QCOMPARE(c->heard.take(), QStringList());
 }
@@ -150,7 +140,7 @@ void tst_AgentBridgeStrayReplies::forgetsARequestThatFailed()
     QVERIFY(c->deliver(QStringLiteral(R"({"type":"error","id":99,"error":{}})")));
     c->heard.take();
     QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(open)));
-    QCOMPARE(c->heard.take(), (QStringList {QStringLiteral("agentReplied(\"hi\")"), s_idle}));
+    QCOMPARE(c->heard.take(), (QStringList {QStringLiteral("agentReplied(\"hi\")"), AgentSignals::Idle}));
 }
 
 void tst_AgentBridgeStrayReplies::ignoresStreamsOfNoRequest()
@@ -165,7 +155,7 @@ void tst_AgentBridgeStrayReplies::takesAStreamForAReply()
 {
     const quint64 id = c->prompt().id;
     QVERIFY(c->deliver(QStringLiteral(R"({"type":"stream","id":%1,"payload":{"response":"part"}})").arg(id)));
-    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, s_notThinking, s_error}));
+    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
     QCOMPARE(c->log.takeWarnings().size(), 2);
 }
 

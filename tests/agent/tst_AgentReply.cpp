@@ -2,20 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AgentReply.h"
+#include "Json.h"
 #include "TestRegistry.h"
 
-#include <QJsonDocument>
 #include <QTest>
 
 #include <limits>
 
 namespace
 {
-
-QJsonObject json(const QString &text)
-{
-    return QJsonDocument::fromJson(text.toUtf8()).object();
-}
 
 constexpr int s_max = std::numeric_limits<int>::max();
 constexpr int s_min = std::numeric_limits<int>::min();

@@ -2,20 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AgentRequests.h"
+#include "Json.h"
 #include "TestRegistry.h"
 
-#include <QJsonDocument>
 #include <QTest>
 
 using AgentRequests::Conversation;
 
 namespace
 {
-
-QJsonObject json(const char *text)
-{
-    return QJsonDocument::fromJson(text).object();
-}
 
 const Conversation s_full {QStringLiteral("s1"), QStringLiteral("planner"), QStringLiteral("p/m"),
                            QStringLiteral("voice")};

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "BridgeFrame.h"
+#include "Json.h"
 #include "TestRegistry.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTest>
 
 using Kind = BridgeFrame::Kind;
@@ -63,7 +62,7 @@ void tst_BridgeFrame::tellsKindsApart()
     QTEST(frame.kind, "kind");
     QVERIFY(frame.isObject);
     QCOMPARE(frame.parseError, QStringLiteral("no error occurred"));
-    QCOMPARE(frame.message, QJsonDocument::fromJson(text.toUtf8()).object());
+    QCOMPARE(frame.message, json(text));
 }
 
 void tst_BridgeFrame::takesResultFromTheKeyOfItsForm_data()

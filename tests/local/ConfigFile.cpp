@@ -3,11 +3,9 @@
 
 #include "ConfigFile.h"
 
-#include <KSharedConfig>
+#include "Files.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <KSharedConfig>
 
 namespace ConfigFile
 {
@@ -19,20 +17,14 @@ QString path()
 
 QByteArray content()
 {
-    QFile file(path());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return contentOf(path());
 }
 
 bool write(const QByteArray &lines)
 {
-    QFile file(path());
-    if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    file.write("[General]\n" + lines);
-    file.close();
+    const bool isWritten = writeFile(path(), "[General]\n" + lines);
     KSharedConfig::openConfig()->reparseConfiguration();
-    return true;
+    return isWritten;
 }
 
 void remove()

@@ -3,12 +3,12 @@
 
 #include "ConfigFile.h"
 #include "ConfigManager.h"
+#include "Files.h"
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTest>
 
@@ -156,10 +156,7 @@ void tst_ConfigManagerFile::loadDoesNotLookAtTheDisk()
     ConfigManager config;
     config.setApiKey(QStringLiteral("opened"));
     config.save();
-    QFile file(ConfigFile::path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[General]\nApiKey=changed\n");
-    file.close();
+    QVERIFY(writeFile(ConfigFile::path(), "[General]\nApiKey=changed\n"));
     config.load();
     QCOMPARE(config.apiKey(), QStringLiteral("opened"));
 }

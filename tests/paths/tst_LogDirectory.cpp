@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "LogDirectory.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -14,11 +15,7 @@ namespace
 
 const QString s_logs = QStringLiteral("/loomra-bridge/logs");
 
-bool writeFile(const QString &directory, const QString &name)
-{
-    QFile file(directory + QLatin1Char('/') + name);
-    return QDir().mkpath(directory) && file.open(QIODevice::WriteOnly);
-}
+const QString s_log = QStringLiteral("/bridge.log");
 
 //! A user's home and the directory of a bridge without one, both still empty.
 struct Places
@@ -76,8 +73,7 @@ void tst_LogDirectory::choosesWhereLogsAre()
     QFETCH(bool, isOther);
     const Places places;
     const auto write = [](const QString &directory, const QString &name) {
-        const QFileInfo file(directory + QLatin1Char('/') + name);
-        return name.isEmpty() || writeFile(file.path(), file.fileName());
+        return name.isEmpty() || writeFile(directory + QLatin1Char('/') + name);
     };
     QVERIFY(write(places.usual, inUsual));
     QVERIFY(write(places.other, inOther));
@@ -87,12 +83,12 @@ void tst_LogDirectory::choosesWhereLogsAre()
 void tst_LogDirectory::stateHomeTakesThePlaceOfTheUsual()
 {
     const Places places;
-    QVERIFY(writeFile(places.usual, QStringLiteral("bridge.log")));
+    QVERIFY(writeFile(places.usual + s_log));
     const QString state = places.root.filePath(QStringLiteral("state"));
     QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other), state + s_logs);
     QVERIFY(QDir(state + s_logs).exists());
 
-    QVERIFY(writeFile(places.other, QStringLiteral("bridge.log")));
+    QVERIFY(writeFile(places.other + s_log));
     QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other), places.other);
 }
 
@@ -110,17 +106,16 @@ void tst_LogDirectory::followsTheEnvironment()
     const Places places;
     const char *variable = "XDG_STATE_HOME";
     const QString inHome = QDir::homePath() + QStringLiteral("/.local/state") + s_logs;
-    QVERIFY(writeFile(inHome, QStringLiteral("bridge.log")));
-    qunsetenv(variable);
-    QCOMPARE(LogDirectory::ofBridge(), inHome);
-    qputenv(variable, "");
-    QCOMPARE(LogDirectory::ofBridge(), inHome);
+    QVERIFY(writeFile(inHome + s_log));
+    for (const QByteArray &unset : {QByteArray(), QByteArray("")}) {
+        const ScopedEnvironment stateHome(variable, unset);
+        QCOMPARE(LogDirectory::ofBridge(), inHome);
+    }
 
     const QString state = places.root.filePath(QStringLiteral("state"));
-    QVERIFY(writeFile(state + s_logs, QStringLiteral("bridge.log")));
-    qputenv(variable, state.toLocal8Bit());
+    QVERIFY(writeFile(state + s_logs + s_log));
+    const ScopedEnvironment stateHome(variable, state.toLocal8Bit());
     QCOMPARE(LogDirectory::ofBridge(), state + s_logs);
-    qunsetenv(variable);
 }
 
 REGISTER_TEST(tst_LogDirectory, QCoreApplication)

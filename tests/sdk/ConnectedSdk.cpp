@@ -53,6 +53,11 @@ bool ConnectedSdk::deliver(const QString &frame)
     return waitUntil([&] { return m_frames > before; });
 }
 
+bool ConnectedSdk::deliverReply(quint64 id, const QString &payload)
+{
+    return deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":%2})").arg(QString::number(id), payload));
+}
+
 QStringList ConnectedSdk::waitForSignals(int count)
 {
     waitUntil([&] { return heard.entries().size() >= count; });

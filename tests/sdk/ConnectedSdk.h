@@ -29,6 +29,9 @@ public:
     bool lose();
     //! Sends a frame and returns when the client has dealt with it.
     bool deliver(const QString &frame);
+    //! The same for a reply.
+    //! @param payload JSON
+    bool deliverReply(quint64 id, const QString &payload);
     //! The next signals, when there are so many; those heard before are forgotten.
     QStringList waitForSignals(int count);
 

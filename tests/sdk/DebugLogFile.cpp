@@ -3,6 +3,8 @@
 
 #include "DebugLogFile.h"
 
+#include "Files.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -10,28 +12,10 @@
 
 #include <algorithm>
 
-namespace
-{
-
-constexpr char s_variable[] = "LOOMRA_DEBUG";
-
-} // namespace
-
 DebugLogFile::DebugLogFile(const QByteArray &value)
-    : m_homeBefore(qgetenv("HOME"))
+    : m_homeVariable("HOME", QFile::encodeName(m_home.path()))
+    , m_debugVariable("LOOMRA_DEBUG", value)
 {
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-    if (value.isNull()) {
-        qunsetenv(s_variable);
-    } else {
-        qputenv(s_variable, value);
-    }
-}
-
-DebugLogFile::~DebugLogFile()
-{
-    qunsetenv(s_variable);
-    qputenv("HOME", m_homeBefore);
 }
 
 QString DebugLogFile::path() const
@@ -41,8 +25,7 @@ QString DebugLogFile::path() const
 
 QList<QByteArray> DebugLogFile::lines() const
 {
-    QFile file(path());
-    QByteArray all = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QByteArray all = contentOf(path());
     if (all.isEmpty()) {
         return {};
     }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ScopedEnvironment.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -15,8 +17,6 @@ class DebugLogFile
 public:
     //! @param value of LOOMRA_DEBUG; null unsets it
     explicit DebugLogFile(const QByteArray &value);
-    ~DebugLogFile();
-    Q_DISABLE_COPY_MOVE(DebugLogFile)
 
     QString path() const;
     //! Everything in it, without the ends of lines.
@@ -29,7 +29,8 @@ public:
 
 private:
     const QTemporaryDir m_home;
-    const QByteArray m_homeBefore;
+    const ScopedEnvironment m_homeVariable;
+    const ScopedEnvironment m_debugVariable;
     int m_taken = 0;
 };
 

@@ -3,10 +3,10 @@
 
 #include "CliModels.h"
 #include "FakePath.h"
+#include "Files.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 
-#include <QFile>
 #include <QJsonObject>
 #include <QTest>
 
@@ -33,12 +33,6 @@ QStringList idsOf(const QJsonArray &rows)
         ids.append(value.toObject().value(QLatin1String("fullId")).toString());
     }
     return ids;
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
 }
 
 } // namespace
@@ -248,7 +242,7 @@ void tst_CliModels::endsACliThatHangs()
     for (auto timeout = 50ms; contentOf(note).isEmpty() && timeout < 1min; timeout *= 2) {
         QCOMPARE(CliModels::list(timeout), QJsonArray());
     }
-    const int pid = contentOf(note).toInt();
+    const int pid = contentOf(note).trimmed().toInt();
     QVERIFY(pid > 0);
     QCOMPARE(::kill(pid, 0), -1);
 }

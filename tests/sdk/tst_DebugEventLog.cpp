@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DebugEventLog.h"
+#include "Files.h"
+#include "Json.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
@@ -9,8 +11,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 
 namespace
@@ -29,10 +29,10 @@ QString filePath()
     return directoryPath() + QStringLiteral("/loomra-debug.log");
 }
 
+//! Without a file, none.
 QList<QByteArray> writtenLines()
 {
-    QFile file(filePath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
+    return QFile::exists(filePath()) ? contentOf(filePath()).split('\n') : QList<QByteArray>();
 }
 
 } // namespace
@@ -181,7 +181,7 @@ void tst_DebugEventLog::escapedTextsComeThrough()
     const QString text = QStringLiteral("{\"path\":\"C:\\\\n\"}\n\n\"");
     const QString data = QStringLiteral(R"({"t":"%1"})").arg(DebugEventLog::escapedLines(text));
     const QByteArray line = DebugEventLog::line(QStringLiteral("l"), QStringLiteral("m"), data, 1);
-    const QJsonObject read = QJsonDocument::fromJson(line).object();
+    const QJsonObject read = json(line);
     QCOMPARE(read.value(QLatin1String("data")).toObject().value(QLatin1String("t")).toString(), text);
 }
 
@@ -198,15 +198,14 @@ void tst_DebugEventLog::writesALineAnEvent()
     const QList<QByteArray> lines = writtenLines();
     QCOMPARE(lines.size(), 3);
     QCOMPARE(lines.last(), QByteArray());
-    const QJsonObject first = QJsonDocument::fromJson(lines.at(0)).object();
+    const QJsonObject first = json(lines.at(0));
     QCOMPARE(first.value(QLatin1String("location")), QJsonValue(QStringLiteral("LoomraSDK:listModels")));
     QCOMPARE(first.value(QLatin1String("message")), QJsonValue(QStringLiteral("listModels called")));
     QCOMPARE(first.value(QLatin1String("data")),
              QJsonValue(QJsonObject {{QStringLiteral("ready"), 1}, {QStringLiteral("connected"), 0}}));
     const double written = first.value(QLatin1String("timestamp")).toDouble();
     QVERIFY(written >= before && written <= after);
-    QCOMPARE(QJsonDocument::fromJson(lines.at(1)).object().value(QLatin1String("message")),
-             QJsonValue(QStringLiteral("initialize called")));
+    QCOMPARE(json(lines.at(1)).value(QLatin1String("message")), QJsonValue(QStringLiteral("initialize called")));
 }
 
 void tst_DebugEventLog::writesBrokenDataAllTheSame()
@@ -222,7 +221,7 @@ void tst_DebugEventLog::writesBeyondAscii()
 {
     qputenv(s_variable, "1");
     DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("\"ü 🙂\""));
-    const QJsonObject read = QJsonDocument::fromJson(writtenLines().value(0)).object();
+    const QJsonObject read = json(writtenLines().value(0));
     QCOMPARE(read.value(QLatin1String("data")), QJsonValue(QStringLiteral("ü 🙂")));
 }
 
@@ -239,9 +238,7 @@ void tst_DebugEventLog::losesWhatCannotBeWritten()
     if (directoryExists) {
         QVERIFY(QDir().mkpath(filePath()));
     } else {
-        QVERIFY(QDir().mkpath(QDir(directoryPath() + QStringLiteral("/..")).absolutePath()));
-        QFile file(directoryPath());
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(writeFile(directoryPath()));
     }
     qputenv(s_variable, "1");
     const MessageLog log;

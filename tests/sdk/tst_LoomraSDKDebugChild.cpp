@@ -6,13 +6,13 @@
 #include "ConfigManager.h"
 #include "DebugEventLog.h"
 #include "FakePath.h"
+#include "Files.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
 #include "PrivateNetwork.h"
 #include "TestSetup.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
@@ -92,9 +92,7 @@ void tst_LoomraSDKDebugChild::makeSdk()
 
 void tst_LoomraSDKDebugChild::write(const QByteArray &script)
 {
-    QFile file(m_directory + QStringLiteral("/bridge.js"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(script);
+    QVERIFY(writeFile(m_directory + QStringLiteral("/bridge.js"), script));
 }
 
 QStringList tst_LoomraSDKDebugChild::takeEvents()

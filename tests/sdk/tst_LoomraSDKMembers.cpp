@@ -5,6 +5,7 @@
 #include "LoomraSDK.h"
 #include "Members.h"
 #include "MessageLog.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
@@ -270,10 +271,9 @@ void tst_LoomraSDKMembers::executorPathFromTheEnvironment()
     QFETCH(QByteArray, value);
     QFETCH(bool, enabled);
 
-    qputenv("LOOMRA_EXECUTOR_PATH", value);
+    const ScopedEnvironment variable("LOOMRA_EXECUTOR_PATH", value);
     ConfigManager config;
     const LoomraSDK sdk(&config);
-    qunsetenv("LOOMRA_EXECUTOR_PATH");
 
     QCOMPARE(sdk.isExecutorPathEnabled(), enabled);
 }

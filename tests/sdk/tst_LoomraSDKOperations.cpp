@@ -4,6 +4,7 @@
 #include "ConnectedSdk.h"
 
 #include "FakePath.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 
 #include <QFileInfo>
@@ -122,13 +123,13 @@ void tst_LoomraSDKOperations::followsTheSession()
     QFETCH(QString, current);
     QFETCH(bool, changes);
     c->sdk.createSession();
-    const QString frame = QStringLiteral(R"({"type":"response","id":%1,"payload":{"sessionId":"%2"}})");
-    QVERIFY(c->deliver(frame.arg(QString::number(c->peer.takeRequest().id), QStringLiteral("s1"))));
+    const QString payload = QStringLiteral(R"({"sessionId":"%1"})");
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, payload.arg(QStringLiteral("s1"))));
     QCOMPARE(c->sdk.currentSessionId(), QStringLiteral("s1"));
     c->heard.take();
 
     call(c->sdk);
-    QVERIFY(c->deliver(frame.arg(QString::number(c->peer.takeRequest().id), answered)));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, payload.arg(answered)));
     QCOMPARE(c->sdk.currentSessionId(), current);
     QCOMPARE(c->heard.take().contains(QStringLiteral("currentSessionIdChanged()")), changes);
 }
@@ -243,9 +244,7 @@ void tst_LoomraSDKOperations::modelsOfBothSources()
     FakePath path;
     path.add(QStringLiteral("loomra"), "echo a/b; echo c/d-free");
     c->sdk.listModels();
-    QVERIFY(
-        c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{"models":[{"fullId":"a/b","free":true}]}})")
-                       .arg(c->peer.takeRequest().id)));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"models":[{"fullId":"a/b","free":true}]})")));
     QCOMPARE(c->heard.take(),
              QStringList(
                  QStringLiteral(R"(modelsListed([{"free":true,"fullId":"a/b"},{"displayName":"c/d-free","free":true,)"
@@ -273,11 +272,10 @@ void tst_LoomraSDKOperations::modelsWithoutABridge()
 void tst_LoomraSDKOperations::logsOfTheBridge()
 {
     const QTemporaryDir state;
-    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    const ScopedEnvironment stateHome("XDG_STATE_HOME", QFile::encodeName(state.path()));
     const QString directory = c->sdk.eventLogDir();
     QCOMPARE(directory, state.filePath(QStringLiteral("loomra-bridge/logs")));
     QVERIFY(QFileInfo(directory).isDir());
-    qunsetenv("XDG_STATE_HOME");
 }
 
 void tst_LoomraSDKOperations::executorPathOfTheBridge_data()
@@ -301,8 +299,7 @@ void tst_LoomraSDKOperations::executorPathOfTheBridge()
     const auto ping = c->peer.takeRequest(QStringLiteral("ping"));
     c->peer.takeRequest(QStringLiteral("getCapabilities"));
     QCOMPARE(c->heard.take(), QStringList(QStringLiteral("readyChanged()")));
-    QVERIFY(c->deliver(
-        QStringLiteral(R"({"type":"response","id":%1,"payload":%2})").arg(QString::number(ping.id), answer)));
+    QVERIFY(c->deliverReply(ping.id, answer));
     QCOMPARE(c->sdk.isExecutorPathEnabled(), enabled);
     QCOMPARE(c->heard.take(), enabled ? QStringList() : QStringList(QStringLiteral("executorPathEnabledChanged()")));
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), before);

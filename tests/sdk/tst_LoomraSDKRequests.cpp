@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedSdk.h"
+#include "Json.h"
 #include "SdkOperations.h"
 #include "TestRegistry.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSet>
 #include <QTest>
 
@@ -14,11 +13,6 @@ Q_DECLARE_METATYPE(const SdkOperation *)
 
 namespace
 {
-
-QJsonObject json(const char *text)
-{
-    return QJsonDocument::fromJson(text).object();
-}
 
 //! The frame of a request, byte for byte.
 QString frameOf(const SdkOperation &operation, quint64 id)
@@ -143,12 +137,12 @@ void tst_LoomraSDKRequests::takesAResponse()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
-    const QString frame = QStringLiteral(R"({"type":"response","id":%1,"payload":%2})");
-    QVERIFY(c->deliver(frame.arg(QString::number(request.id), QString::fromUtf8(operation->result))));
+    const QString result = QString::fromUtf8(operation->result);
+    QVERIFY(c->deliverReply(request.id, result));
     QCOMPARE(c->heard.take(), operation->heard);
     takeNext(*operation);
     // A second one finds nothing.
-    QVERIFY(c->deliver(frame.arg(QString::number(request.id), QString::fromUtf8(operation->result))));
+    QVERIFY(c->deliverReply(request.id, result));
     QCOMPARE(c->heard.take(), QStringList());
 }
 
@@ -192,7 +186,7 @@ void tst_LoomraSDKRequests::fails()
             *words ? QStringList(QStringLiteral("error(\"%1\")").arg(QLatin1String(words))) : QStringList();
         QCOMPARE(c->heard.take(), expected);
         // It is over: a reply that comes nevertheless finds nothing.
-        QVERIFY(c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{}})").arg(request.id)));
+        QVERIFY(c->deliverReply(request.id, QStringLiteral("{}")));
         QCOMPARE(c->heard.take(), QStringList());
     }
 }

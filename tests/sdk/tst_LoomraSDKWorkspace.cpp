@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConnectedSdk.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 
 #include <QJsonArray>
@@ -12,12 +13,6 @@ namespace
 {
 
 constexpr int s_minute = 60000; // ms
-
-QString response(quint64 id, const char *payload)
-{
-    return QStringLiteral(R"({"type":"response","id":%1,"payload":%2})")
-        .arg(QString::number(id), QString::fromUtf8(payload));
-}
 
 } // namespace
 
@@ -91,7 +86,7 @@ void tst_LoomraSDKWorkspace::capabilities()
     c->peer.takeRequest(QStringLiteral("ping"));
     const auto request = c->peer.takeRequest(QStringLiteral("getCapabilities"));
     c->heard.take();
-    QVERIFY(c->deliver(response(request.id, answer.toUtf8().constData())));
+    QVERIFY(c->deliverReply(request.id, answer));
     QCOMPARE(c->sdk.isWorkspaceIntelAvailable(), workspaceIntel);
     QCOMPARE(c->sdk.isAiRuntimeAvailable(), aiRuntime);
     QStringList expected; // both were there before; workspace intelligence first
@@ -170,11 +165,11 @@ void tst_LoomraSDKWorkspace::panelIsOneObject()
 {
     c->sdk.refreshWorkspaceIntelPanel();
     const auto settings = c->peer.takeRequest();
-    QVERIFY(c->deliver(response(settings.id, R"({"observationEnabled":"true","dwellSummary":"old"})")));
+    QVERIFY(c->deliverReply(settings.id, QStringLiteral(R"({"observationEnabled":"true","dwellSummary":"old"})")));
     QCOMPARE(c->heard.take(), QStringList());
     const auto summary = c->peer.takeRequest();
     QCOMPARE(summary.text, QStringLiteral(R"({"id":4,"method":"workspaceIntelGetDwellSummary","params":{"days":14}})"));
-    QVERIFY(c->deliver(response(summary.id, R"({"topApp":"kate"})")));
+    QVERIFY(c->deliverReply(summary.id, QStringLiteral(R"({"topApp":"kate"})")));
     QCOMPARE(c->heard.take(),
              QStringList(QStringLiteral(
                  R"(workspaceIntelPanelUpdated({"dwellSummary":{"topApp":"kate"},"observationEnabled":"true"}))")));
@@ -184,13 +179,13 @@ void tst_LoomraSDKWorkspace::panelIsOneObject()
 void tst_LoomraSDKWorkspace::panelWithoutSummary()
 {
     c->sdk.refreshWorkspaceIntelPanel();
-    QVERIFY(c->deliver(response(c->peer.takeRequest().id, R"({"first":1})")));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"first":1})")));
     const auto summary = c->peer.takeRequest();
     c->peer.fail(summary, QStringLiteral("no summary"));
     QCOMPARE(c->waitForSignals(1), QStringList(QStringLiteral("error(\"no summary\")")));
     c->sdk.refreshWorkspaceIntelPanel();
-    QVERIFY(c->deliver(response(c->peer.takeRequest().id, R"({"second":2})")));
-    QVERIFY(c->deliver(response(c->peer.takeRequest().id, "[1]")));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"second":2})")));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral("[1]")));
     QCOMPARE(c->heard.take(),
              QStringList(QStringLiteral(R"(workspaceIntelPanelUpdated({"dwellSummary":{},"second":2}))")));
 }
@@ -309,7 +304,7 @@ void tst_LoomraSDKWorkspace::oneCheckAtATime()
     c->sdk.listAgents();
     c->peer.takeRequest(QStringLiteral("listAgents"));
     QVERIFY(c->peer.isAllTaken());
-    QVERIFY(c->deliver(response(check.id, "{}")));
+    QVERIFY(c->deliverReply(check.id, QStringLiteral("{}")));
     c->expire("reminderTimer");
     QCOMPARE(c->peer.takeRequest().method, check.method);
     c->sdk.setWorkspaceSuggestionReminderEnabled(false);
@@ -328,7 +323,7 @@ void tst_LoomraSDKWorkspace::lostCheckSilencesTheTimer()
     const auto byHand = c->peer.takeRequest();
     QCOMPARE(byHand.method, lost.method);
     QCOMPARE(byHand.id, lost.id + 3); // ping and capabilities between, and no check of the timer
-    QVERIFY(c->deliver(response(byHand.id, "{}")));
+    QVERIFY(c->deliverReply(byHand.id, QStringLiteral("{}")));
     c->expire("reminderTimer");
     c->sdk.listAgents();
     QCOMPARE(c->peer.takeRequest().method, QStringLiteral("listAgents"));
@@ -375,22 +370,17 @@ void tst_LoomraSDKWorkspace::dialogIsWanted()
 {
     QFETCH(QByteArray, wish);
     QFETCH(bool, isWanted);
-    if (wish.isEmpty()) {
-        qunsetenv("LOOMRA_WORKSPACE_NOTIFY_INAPP");
-    } else {
-        qputenv("LOOMRA_WORKSPACE_NOTIFY_INAPP", wish);
-    }
+    const ScopedEnvironment variable("LOOMRA_WORKSPACE_NOTIFY_INAPP", wish);
     c->sdk.checkWorkspaceSuggestionNotify();
     const auto check = c->peer.takeRequest();
     const QString notification = QStringLiteral(R"({"body":"b","title":"t","workspaceId":4})");
     const QString result = QStringLiteral(R"({"clientNotification":%1,"notified":true})").arg(notification);
-    QVERIFY(c->deliver(response(check.id, result.toUtf8().constData())));
+    QVERIFY(c->deliverReply(check.id, result));
     QStringList expected {QStringLiteral("workspaceSuggestionNotifyResult(%1)").arg(result)};
     if (isWanted) {
         expected << QStringLiteral("workspaceSuggestionShowInAppDialog(\"%1\")").arg(notification);
     }
     QCOMPARE(c->heard.take(), expected);
-    qunsetenv("LOOMRA_WORKSPACE_NOTIFY_INAPP");
 }
 
 void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown_data()
@@ -409,11 +399,10 @@ void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown_data()
 void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown()
 {
     QFETCH(QString, result);
-    qputenv("LOOMRA_WORKSPACE_NOTIFY_INAPP", "1");
+    const ScopedEnvironment variable("LOOMRA_WORKSPACE_NOTIFY_INAPP", "1");
     c->sdk.checkWorkspaceSuggestionNotify();
-    QVERIFY(c->deliver(response(c->peer.takeRequest().id, result.toUtf8().constData())));
+    QVERIFY(c->deliverReply(c->peer.takeRequest().id, result));
     QCOMPARE(c->heard.take(), QStringList(QStringLiteral("workspaceSuggestionNotifyResult(%1)").arg(result)));
-    qunsetenv("LOOMRA_WORKSPACE_NOTIFY_INAPP");
 }
 
 void tst_LoomraSDKWorkspace::choices_data()

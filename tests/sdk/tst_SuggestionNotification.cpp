@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DataDirectories.h"
+#include "Json.h"
 #include "MessageLog.h"
 #include "Notifications.h"
+#include "ScopedEnvironment.h"
 #include "SuggestionNotification.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
 #include <QGuiApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QProcess>
 #include <QSocketNotifier>
 #include <QTest>
@@ -24,13 +24,6 @@ namespace
 
 const QString s_notify = QStringLiteral("Notify");
 const QString s_close = QStringLiteral("CloseNotification");
-
-QJsonObject parsed(const QByteArray &json)
-{
-    const QJsonObject object = QJsonDocument::fromJson(json).object();
-    Q_ASSERT(!object.isEmpty());
-    return object;
-}
 
 QStringList words(const char *list)
 {
@@ -55,7 +48,7 @@ int showUntilInputEnds(int &argc, char **argv)
     QGuiApplication application(argc, argv);
     TestSetup::setAboutData();
     preferDataBesideExecutable();
-    SuggestionNotification::show(parsed(R"({"title":"T"})"), new QObject(&application), [](const QString &) {});
+    SuggestionNotification::show(json(R"({"title":"T"})"), new QObject(&application), [](const QString &) {});
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
     return QGuiApplication::exec();
@@ -127,7 +120,7 @@ void tst_SuggestionNotification::cleanup()
 
 void tst_SuggestionNotification::showsWhatTheBridgeSends()
 {
-    SuggestionNotification::show(parsed(R"({"title":"Writing","body":"Shall I prepare <b>it</b>?",
+    SuggestionNotification::show(json(R"({"title":"Writing","body":"Shall I prepare <b>it</b>?",
                                             "actions":[{"id":"prepare","label":"Go"},{"id":"dismiss","label":"No"}]})"),
                                  m_parent.get(), note());
     const QJsonObject call = m_service.take();
@@ -168,7 +161,7 @@ void tst_SuggestionNotification::actionsBecomeButtons_data()
 void tst_SuggestionNotification::actionsBecomeButtons()
 {
     QFETCH(QByteArray, more);
-    SuggestionNotification::show(parsed(R"({"title":"T")" + more + '}'), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"T")" + more + '}'), m_parent.get(), note());
     QTEST(actionsOf(m_service.take()), "actions");
 }
 
@@ -194,7 +187,7 @@ void tst_SuggestionNotification::callsBackWithTheChosenAction()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, picked);
-    SuggestionNotification::show(parsed(json), m_parent.get(), note());
+    SuggestionNotification::show(json(json), m_parent.get(), note());
     m_service.invoke(m_service.take(), picked);
 
     // It is closed when all is done.
@@ -214,17 +207,17 @@ void tst_SuggestionNotification::showsNothingWithoutTitle_data()
 void tst_SuggestionNotification::showsNothingWithoutTitle()
 {
     QFETCH(QByteArray, json);
-    SuggestionNotification::show(parsed(json), m_parent.get(), note());
+    SuggestionNotification::show(json(json), m_parent.get(), note());
     QVERIFY(m_parent->children().isEmpty());
     // The next call is of the next one.
-    SuggestionNotification::show(parsed(R"({"title":"next"})"), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"next"})"), m_parent.get(), note());
     QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("next"));
 }
 
 void tst_SuggestionNotification::twoDoNotMixTheirChoices()
 {
-    SuggestionNotification::show(parsed(R"({"title":"1","actions":[{"id":"a","label":"A"}]})"), m_parent.get(), note());
-    SuggestionNotification::show(parsed(R"({"title":"2","actions":[{"id":"b","label":"B"}]})"), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"1","actions":[{"id":"a","label":"A"}]})"), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"2","actions":[{"id":"b","label":"B"}]})"), m_parent.get(), note());
     const QJsonObject first = m_service.take();
     const QJsonObject second = m_service.take();
     m_service.invoke(second, QStringLiteral("1"));
@@ -238,13 +231,13 @@ void tst_SuggestionNotification::twoDoNotMixTheirChoices()
 
 void tst_SuggestionNotification::endsWithItsParent()
 {
-    SuggestionNotification::show(parsed(R"({"title":"T"})"), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"T"})"), m_parent.get(), note());
     const QJsonObject shown = m_service.take();
     m_parent = std::make_unique<QObject>();
     m_service.invoke(shown, QStringLiteral("default"));
     QCOMPARE(textOf(m_service.take(), "call"), s_close);
     // A later one is heard after the choice that nobody waits for any more.
-    SuggestionNotification::show(parsed(R"({"title":"2"})"), m_parent.get(), note());
+    SuggestionNotification::show(json(R"({"title":"2"})"), m_parent.get(), note());
     m_service.invoke(m_service.take(), QStringLiteral("default"));
     QCOMPARE(textOf(m_service.take(), "call"), s_close);
     QTRY_COMPARE(m_chosen, words("prepare"));
@@ -282,10 +275,8 @@ void tst_SuggestionNotification::wantsInAppDialog_data()
 void tst_SuggestionNotification::wantsInAppDialog()
 {
     QFETCH(QByteArray, value);
-    const char *variable = "LOOMRA_WORKSPACE_NOTIFY_INAPP";
-    value.isNull() ? qunsetenv(variable) : qputenv(variable, value);
+    const ScopedEnvironment variable("LOOMRA_WORKSPACE_NOTIFY_INAPP", value);
     QTEST(SuggestionNotification::wantsInAppDialog(), "wanted");
-    qunsetenv(variable);
 }
 
 static int run(int argc, char **argv)

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "MessageLog.h"
+#include <QString>
 
 //! What a purge of the bridge's port writes into the log.
 namespace PurgeLog
@@ -34,15 +34,6 @@ inline QString skippingOwn(qint64 pid)
 inline QString skippingOther(qint64 pid, const QString &comm)
 {
     return QStringLiteral("Skipping non-node process PID %1 comm: \"%2\"").arg(pid).arg(comm);
-}
-
-inline QStringList textsOf(const MessageLog &log)
-{
-    QStringList texts;
-    for (const MessageLog::Line &line : log.lines()) {
-        texts.append(line.text);
-    }
-    return texts;
 }
 
 } // namespace PurgeLog

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "BridgePath.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 
 #include <QCoreApplication>
@@ -105,9 +106,7 @@ void tst_BridgePath::looksAroundThisProcess()
     const QString root = QDir(directory.path()).canonicalPath();
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(root));
-    const QByteArray home = qgetenv("HOME");
-    qputenv("HOME", root.toUtf8());
-    qunsetenv("LOOMRA_BRIDGE_PATH");
+    const ScopedEnvironment home("HOME", root.toUtf8());
 
     QCOMPARE(BridgePath::resolve(), root + QStringLiteral("/loomra_kde/src/services/sdk-bridge"));
 
@@ -125,12 +124,10 @@ void tst_BridgePath::looksAroundThisProcess()
     QCOMPARE(BridgePath::resolve(), file.fileName());
 
     QVERIFY(QDir().mkpath(root + QStringLiteral("/mine")));
-    qputenv("LOOMRA_BRIDGE_PATH", " mine ");
+    const ScopedEnvironment wish("LOOMRA_BRIDGE_PATH", " mine ");
     QCOMPARE(BridgePath::resolve(), root + QStringLiteral("/mine"));
 
     QVERIFY(QDir::setCurrent(before));
-    qputenv("HOME", home);
-    qunsetenv("LOOMRA_BRIDGE_PATH");
 }
 
 void tst_BridgePath::looksBesideTheExecutable()

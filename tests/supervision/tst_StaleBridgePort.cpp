@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "MessageLog.h"
 #include "NodeProcess.h"
 #include "PrivateNetwork.h"
 #include "PurgeLog.h"
@@ -36,8 +37,8 @@ void tst_StaleBridgePort::findsNothingOnAFreePort()
 {
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    QCOMPARE(PurgeLog::textsOf(log).first(), PurgeLog::checking);
-    QCOMPARE(PurgeLog::textsOf(log).last(), PurgeLog::nothing);
+    QCOMPARE(log.texts().first(), PurgeLog::checking);
+    QCOMPARE(log.texts().last(), PurgeLog::nothing);
     QCOMPARE(log.warnings(), QStringList());
 }
 
@@ -52,8 +53,8 @@ void tst_StaleBridgePort::killsANodeThatListens()
     QVERIFY(bridge.state() == QProcess::NotRunning || bridge.waitForFinished());
     QCOMPARE(bridge.exitStatus(), QProcess::CrashExit);
     QCOMPARE(bridge.exitCode(), SIGKILL);
-    QCOMPARE(PurgeLog::textsOf(log).first(), PurgeLog::checking);
-    QCOMPARE(PurgeLog::textsOf(log).mid(PurgeLog::textsOf(log).size() - 3),
+    QCOMPARE(log.texts().first(), PurgeLog::checking);
+    QCOMPARE(log.texts().mid(log.texts().size() - 3),
              (QStringList {PurgeLog::killing(pid), PurgeLog::killed(pid), PurgeLog::waiting}));
     QCOMPARE(log.warnings(), QStringList());
 
@@ -70,7 +71,7 @@ void tst_StaleBridgePort::leavesAnotherNameAlone()
     StaleBridges::purge(PurgeLog::port);
     QVERIFY(log.has(QtDebugMsg, PurgeLog::skippingOther(other.processId(), QStringLiteral("noder"))));
     QCOMPARE(log.count(QStringLiteral("Killing")), 0);
-    QCOMPARE(PurgeLog::textsOf(log).last(), PurgeLog::waiting);
+    QCOMPARE(log.texts().last(), PurgeLog::waiting);
 
     QTcpServer next;
     QVERIFY(!next.listen(QHostAddress::LocalHost, PurgeLog::port));

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "FakePath.h"
+#include "Files.h"
 #include "MessageLog.h"
 #include "NodeProcess.h"
 #include "PurgeLog.h"
 #include "StaleBridges.h"
 #include "TestRegistry.h"
 
-#include <QFile>
 #include <QTest>
 
 #include <csignal>
@@ -46,7 +46,7 @@ void tst_StaleBridgePurge::goesOnWithoutLsof()
     FakePath path(FakePath::Rest::Hidden);
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    QCOMPARE(PurgeLog::textsOf(log), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
+    QCOMPARE(log.texts(), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
     QCOMPARE(log.warnings(), QStringList());
 }
 
@@ -71,11 +71,9 @@ void tst_StaleBridgePurge::goesOnWithoutAnAnswer()
 
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    QCOMPARE(PurgeLog::textsOf(log), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
+    QCOMPARE(log.texts(), (QStringList {PurgeLog::checking, PurgeLog::noLsof}));
     QCOMPARE(log.warnings(), QStringList());
-    QFile file(pidFile);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const int pid = file.readAll().trimmed().toInt();
+    const int pid = contentOf(pidFile).trimmed().toInt();
     QVERIFY(pid > 0);
     QCOMPARE(::kill(pid, 0), -1);
     QCOMPARE(bystander.state(), QProcess::Running);
@@ -109,7 +107,7 @@ void tst_StaleBridgePurge::readsWhatLsofPrints()
     path.add(QStringLiteral("lsof"), behaviour);
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    QCOMPARE(PurgeLog::textsOf(log), QStringList {PurgeLog::checking} + lines);
+    QCOMPARE(log.texts(), QStringList {PurgeLog::checking} + lines);
     QCOMPARE(log.warnings(), QStringList());
 }
 
@@ -119,7 +117,7 @@ void tst_StaleBridgePurge::asksForThePort()
     path.add(QStringLiteral("lsof"), "for word; do echo \"<$word>\" >&2; done");
     MessageLog log;
     StaleBridges::purge(4711);
-    QCOMPARE(PurgeLog::textsOf(log),
+    QCOMPARE(log.texts(),
              (QStringList {QStringLiteral("Checking for stale processes on port 4711"),
                            QStringLiteral("lsof error: \"<-ti>\\n<:4711>\""), PurgeLog::nothing}));
 }
@@ -151,7 +149,7 @@ void tst_StaleBridgePurge::killsInOrder()
     };
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    QCOMPARE(PurgeLog::textsOf(log), expected);
+    QCOMPARE(log.texts(), expected);
     QCOMPARE(other.state(), QProcess::Running);
 }
 
@@ -166,7 +164,7 @@ void tst_StaleBridgePurge::goesOnWhenAKillFails()
     StaleBridges::purge(PurgeLog::port);
     // A process without a name counts as a bridge.
     const QString failure = QStringLiteral("Failed to kill process %1 : \"Unknown error\"").arg(s_noPid);
-    QCOMPARE(PurgeLog::textsOf(log),
+    QCOMPARE(log.texts(),
              (QStringList {PurgeLog::checking, PurgeLog::killing(s_noPid), failure, PurgeLog::killing(pid),
                            PurgeLog::killed(pid), PurgeLog::waiting}));
     QCOMPARE(log.warnings(), QStringList {failure});
@@ -193,7 +191,7 @@ void tst_StaleBridgePurge::goesOnWithoutAWorkingKill()
     QCOMPARE(log.warnings().size(), 1);
     QCOMPARE(log.count(QStringLiteral("Failed to kill process %1 : \"").arg(s_noPid)), 1);
     QCOMPARE(log.count(QStringLiteral("Successfully")), 0);
-    QCOMPARE(PurgeLog::textsOf(log).last(), PurgeLog::waiting);
+    QCOMPARE(log.texts().last(), PurgeLog::waiting);
 }
 
 REGISTER_TEST(tst_StaleBridgePurge, QCoreApplication)

@@ -63,6 +63,15 @@ void MessageLog::clear()
     s_lines.clear();
 }
 
+QStringList MessageLog::texts() const
+{
+    QStringList texts;
+    for (const Line &line : lines()) {
+        texts.append(line.text);
+    }
+    return texts;
+}
+
 bool MessageLog::has(QtMsgType type, const QString &text) const
 {
     const QList<Line> all = lines();

@@ -25,6 +25,9 @@ public:
     QList<Line> lines() const;
     void clear();
 
+    //! The texts of all lines.
+    QStringList texts() const;
+
     //! Whether there is a line of just this text.
     bool has(QtMsgType type, const QString &text) const;
     //! Number of lines that begin so.

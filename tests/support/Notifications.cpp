@@ -3,16 +3,16 @@
 
 #include "Notifications.h"
 
+#include "Json.h"
+#include "Timeouts.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QJsonDocument>
 #include <QTest>
 
 namespace
 {
-
-constexpr int s_patience = 10000; // ms
 
 //! What the service has answered before is known to this process, too: its answers come in order.
 void hearAnswers()
@@ -20,7 +20,7 @@ void hearAnswers()
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("GetServerInformation"));
-    QDBusConnection::sessionBus().call(question, QDBus::BlockWithGui, s_patience);
+    QDBusConnection::sessionBus().call(question, QDBus::BlockWithGui, Timeouts::Default);
     QCoreApplication::processEvents();
 }
 
@@ -30,14 +30,14 @@ Notifications::Notifications()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/NotificationServer"), QStringList());
-    m_isRunning = QTest::qWaitFor([this] { return m_process.canReadLine(); }, s_patience);
+    m_isRunning = QTest::qWaitFor([this] { return m_process.canReadLine(); }, Timeouts::Default);
     m_process.readLine();
 }
 
 Notifications::~Notifications()
 {
     m_process.closeWriteChannel();
-    if (!m_process.waitForFinished(s_patience)) {
+    if (!m_process.waitForFinished(Timeouts::Default)) {
         m_process.kill();
         m_process.waitForFinished();
     }
@@ -46,14 +46,14 @@ Notifications::~Notifications()
 QList<QJsonObject> Notifications::calls()
 {
     while (m_process.canReadLine()) {
-        m_calls.append(QJsonDocument::fromJson(m_process.readLine()).object());
+        m_calls.append(json(m_process.readLine()));
     }
     return m_calls;
 }
 
 QJsonObject Notifications::take()
 {
-    if (!QTest::qWaitFor([this] { return !calls().isEmpty(); }, s_patience)) {
+    if (!QTest::qWaitFor([this] { return !calls().isEmpty(); }, Timeouts::Default)) {
         return {};
     }
     hearAnswers();

@@ -3,9 +3,9 @@
 
 #include "ScriptedBridge.h"
 
+#include "Json.h"
 #include "WaitUntil.h"
 
-#include <QJsonDocument>
 #include <QTcpSocket>
 #include <QTest>
 #include <QWebSocket>
@@ -36,11 +36,6 @@ QJsonObject errorObject(const QString &message, const QString &code)
         error.insert(QStringLiteral("code"), code);
     }
     return error;
-}
-
-QString compact(const QJsonObject &object)
-{
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
 //! By default TCP holds a second frame back until the first one is acknowledged, and acknowledges only after 40 ms.
@@ -158,7 +153,7 @@ void ScriptedBridge::event(const QString &name, const QJsonObject &more)
 {
     QJsonObject payload = more;
     payload.insert(QStringLiteral("event"), name);
-    sendRaw(compact({{QStringLiteral("type"), QStringLiteral("event")}, {QStringLiteral("payload"), payload}}));
+    sendRaw(compactJson({{QStringLiteral("type"), QStringLiteral("event")}, {QStringLiteral("payload"), payload}}));
 }
 
 void ScriptedBridge::sendRaw(const QString &text)
@@ -229,7 +224,7 @@ void ScriptedBridge::accept()
 
 void ScriptedBridge::hear(int connection, const QString &text)
 {
-    const QJsonObject message = QJsonDocument::fromJson(text.toUtf8()).object();
+    const QJsonObject message = json(text);
     Request request;
     request.id = static_cast<quint64>(message.value(QStringLiteral("id")).toDouble());
     request.method = message.value(QStringLiteral("method")).toString();
@@ -243,7 +238,7 @@ void ScriptedBridge::hear(int connection, const QString &text)
 void ScriptedBridge::send(int connection, const QJsonObject &message)
 {
     if (QWebSocket *socket = this->connection(connection)) {
-        socket->sendTextMessage(compact(message));
+        socket->sendTextMessage(compactJson(message));
     } else {
         failTest("the client that should hear this is gone", __LINE__);
     }

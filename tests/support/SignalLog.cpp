@@ -3,9 +3,8 @@
 
 #include "SignalLog.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "Json.h"
+
 #include <QMetaMethod>
 #include <QVariant>
 
@@ -18,12 +17,11 @@ QString shown(const QVariant &value)
     case QMetaType::QString:
         return QLatin1Char('"') + value.toString() + QLatin1Char('"');
     case QMetaType::QStringList:
-        return QString::fromUtf8(
-            QJsonDocument(QJsonArray::fromStringList(value.toStringList())).toJson(QJsonDocument::Compact));
+        return compactJson(QJsonArray::fromStringList(value.toStringList()));
     case QMetaType::QJsonObject:
-        return QString::fromUtf8(QJsonDocument(value.toJsonObject()).toJson(QJsonDocument::Compact));
+        return compactJson(value.toJsonObject());
     case QMetaType::QJsonArray:
-        return QString::fromUtf8(QJsonDocument(value.toJsonArray()).toJson(QJsonDocument::Compact));
+        return compactJson(value.toJsonArray());
     default:
         return value.toString();
     }

@@ -3,19 +3,21 @@
 
 #pragma once
 
+#include "Timeouts.h"
+
 #include <QCoreApplication>
 #include <QTimer>
 
 //! Runs the event loop until a condition holds that events of this process bring about. QTest::qWaitFor() sleeps
 //! 10 ms between two looks, which adds up where both ends of a connection live in the test.
-//! @param patience in ms
+//! @param timeout in ms
 //! @return false when the time ran out
 template<typename Condition>
-bool waitUntil(Condition condition, int patience = 10000)
+bool waitUntil(Condition condition, int timeout = Timeouts::Default)
 {
     QTimer deadline;
     deadline.setSingleShot(true);
-    deadline.start(patience);
+    deadline.start(timeout);
     while (!condition()) {
         if (!deadline.isActive()) {
             return false;
