@@ -3,9 +3,9 @@
 
 import QtQuick 2.15
 
-//! The OmniBar as a controller sees it: the state that controllers read of each other, and a note of every call.
-//! Translated texts stand in angle brackets.
-QtObject {
+//! The OmniBar as a controller sees it: the state that controllers read from each other, and a record of the calls.
+//! Translated texts are in angle brackets.
+CallRecorder {
     id: bar
 
     property var bridge: null
@@ -44,39 +44,27 @@ QtObject {
     property bool suggestionsShown: false
     property var activeFocusItem: inputField
 
-    // What the functions below answer.
-    property string chosenCommand: ""
-    property bool takesSlashCommands: false
-    property var attachedFiles: []
-    property bool queryProcessing: false
-    property var turn: []
-    property var lastTexts: ({})
-
-    //! Calls in their order, such as "sendToBridge(hello)".
-    property var calls: []
-
-    function note(name, values) {
-        calls = calls.concat(name + "(" + values.join(", ") + ")");
-    }
-
-    //! What was noted so far, which is then forgotten.
-    function takeCalls() {
-        const taken = calls;
-        calls = [];
-        return taken;
+    //! What the functions of these names return.
+    readonly property QtObject answers: QtObject {
+        property string chosenSlashCommand: ""
+        property bool tryHandleSlashCommand: false
+        property var takeAttachedFiles: []
+        property bool isQueryProcessing: false
+        property var latestTurn: []
+        property var lastText: ({})
     }
 
     function tr(text) { return "<" + text + ">"; }
 
-    function chosenSlashCommand() { return chosenCommand; }
+    function chosenSlashCommand() { return answers.chosenSlashCommand; }
     function tryHandleSlashCommand(text) {
         note("tryHandleSlashCommand", [text]);
-        return takesSlashCommands;
+        return answers.tryHandleSlashCommand;
     }
-    function takeAttachedFiles() { return attachedFiles; }
-    function isQueryProcessing() { return queryProcessing; }
-    function latestTurn() { return turn; }
-    function lastText(role) { return lastTexts[role] || ""; }
+    function takeAttachedFiles() { return answers.takeAttachedFiles; }
+    function isQueryProcessing() { return answers.isQueryProcessing; }
+    function latestTurn() { return answers.latestTurn; }
+    function lastText(role) { return answers.lastText[role] || ""; }
 
     function appendUserMessage(msg) { note("appendUserMessage", [msg]); }
     function scrollToBottom() { note("scrollToBottom", []); }

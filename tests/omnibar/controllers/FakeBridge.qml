@@ -3,8 +3,9 @@
 
 import QtQuick 2.15
 
-//! The chat client as a controller sees it. It notes what is asked of it, and says only what a test lets it say.
-QtObject {
+//! The chat client as a controller sees it. It records calls and writes, such as "sendIntent(hello)" and
+//! "inputMode = text", and emits only what a test makes it emit.
+CallRecorder {
     id: bridge
 
     property string status: "idle"
@@ -19,9 +20,6 @@ QtObject {
     property string currentModel: ""
     property string inputMode: ""
 
-    //! Calls and writes in their order, such as "sendIntent(hello)" and "inputMode = text".
-    property var calls: []
-
     signal agentReplied(string response)
     signal structuredReplyReceived(string uiJson)
     signal errorOccurred(string error)
@@ -34,17 +32,6 @@ QtObject {
     function copyToClipboard(text) { note("copyToClipboard", [text]); }
     function sendMessageFeedback(vote, messageIndex, messageText, userQuery) {
         note("sendMessageFeedback", [vote, messageIndex, messageText, userQuery]);
-    }
-
-    function note(name, values) {
-        calls = calls.concat(name + "(" + values.join(", ") + ")");
-    }
-
-    //! What was noted so far, which is then forgotten.
-    function takeCalls() {
-        const taken = calls;
-        calls = [];
-        return taken;
     }
 
     onCurrentAgentChanged: calls = calls.concat("currentAgent = " + currentAgent)

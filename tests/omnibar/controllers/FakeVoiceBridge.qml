@@ -3,8 +3,8 @@
 
 import QtQuick 2.15
 
-//! The voice path as the bar sees it: it does nothing by itself, and writes down what it is asked for.
-QtObject {
+//! The voice path as the bar sees it. It records calls and does nothing else.
+CallRecorder {
     property bool isListening: false
     property bool isTranscribing: false
     property bool isSpeaking: false
@@ -17,27 +17,13 @@ QtObject {
     property string voiceSubmitMode: "auto"
     property int voiceConfirmDelaySec: 4
 
-    //! Calls in their order, such as "speak(hello)".
-    property var calls: []
-
     signal transcriptReady(string text)
     signal errorOccurred(string error)
     signal wakeWordActivated(string phrase)
 
-    function note(call) {
-        calls = calls.concat(call);
-    }
-
-    //! What was noted so far, which is then forgotten.
-    function takeCalls() {
-        const taken = calls;
-        calls = [];
-        return taken;
-    }
-
-    function startListening() { note("startListening()"); }
-    function stopListening() { note("stopListening()"); }
-    function cancelListening() { note("cancelListening()"); }
-    function stopSpeaking() { note("stopSpeaking()"); }
-    function speak(text) { note("speak(" + text + ")"); }
+    function startListening() { note("startListening", []); }
+    function stopListening() { note("stopListening", []); }
+    function cancelListening() { note("cancelListening", []); }
+    function stopSpeaking() { note("stopSpeaking", []); }
+    function speak(text) { note("speak", [text]); }
 }

@@ -243,8 +243,8 @@ TestCase {
     }
 
     function test_submitOfASlashCommand() {
-        bar.chosenCommand = "clear";
-        bar.takesSlashCommands = true;
+        bar.answers.chosenSlashCommand = "clear";
+        bar.answers.tryHandleSlashCommand = true;
         bar.slashMenuVisible = true;
         submit("/cl");
         compare(bar.takeCalls(), ["tryHandleSlashCommand(/clear)"]);
@@ -261,7 +261,7 @@ TestCase {
     }
 
     function test_submitWithFiles() {
-        bar.attachedFiles = [{ "name": "a.txt", "path": "/tmp/a.txt", "content": "one" }];
+        bar.answers.takeAttachedFiles = [{ "name": "a.txt", "path": "/tmp/a.txt", "content": "one" }];
         submit("what is it?");
         compare(rowsAsText(), ["user: what is it?"]);
         compare(bridge.takeCalls(), ["inputMode = text", "sendIntent(--- File: a.txt (path: /tmp/a.txt) ---\n```\none\n```"

@@ -42,7 +42,7 @@ TestCase {
     }
 
     function test_wordsOfTheLastQueryAndReplyCount() {
-        bar.lastTexts = { "user": "Which WINDOWS are open?", "assistant": "The cpu is busy." };
+        bar.answers.lastText = { "user": "Which WINDOWS are open?", "assistant": "The cpu is busy." };
         suggestions.refreshResponseSuggestions([]);
         compare(fields("prompt"), ["List my open windows", "Show my current system status",
                                    "Focus the most recently used window", "Show top processes by CPU and memory"]);
@@ -92,7 +92,7 @@ TestCase {
 
     function test_hiddenWhileTheLatestTurnOffersAChoice(data) {
         suggestions.initResponseSuggestions();
-        bar.turn = [{ "role": "user", "messageType": "text" }, { "role": "assistant", "messageType": data.type },
+        bar.answers.latestTurn = [{ "role": "user", "messageType": "text" }, { "role": "assistant", "messageType": data.type },
                     { "role": "assistant", "messageType": "text" }];
         bar.chatModel.append({ "role": "assistant" });
         compare(suggestions.shown, data.shown);

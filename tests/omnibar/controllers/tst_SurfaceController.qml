@@ -83,7 +83,7 @@ TestCase {
         bar.workspaceSuggestionDialogOpen = true;
         surface.settingsPanelOpen = true;
         bar.voiceConfirmPending = true;
-        bar.queryProcessing = true;
+        bar.answers.isQueryProcessing = true;
 
         surface.handleEscapeKey();
         compare(bar.takeCalls(), ["closeWorkspaceSuggestionDialog()"]);
@@ -102,7 +102,7 @@ TestCase {
         compare(bar.takeCalls(), ["stopActiveQuery()"]);
         compare(surface.compactMode, false);
 
-        bar.queryProcessing = false;
+        bar.answers.isQueryProcessing = false;
         surface.handleEscapeKey();
         compare(surface.compactMode, true);
     }
@@ -113,7 +113,7 @@ TestCase {
         surface.handleEscapeKey();
         compare(surface.compactMode, true);
         compare(bar.takeCalls(), []);
-        bar.queryProcessing = true;
+        bar.answers.isQueryProcessing = true;
         surface.handleEscapeKey();
         compare(bar.takeCalls(), ["stopActiveQuery()"]);
     }
