@@ -5,26 +5,27 @@ import QtQuick 2.15
 
 import "MarkdownRenderer.js" as MarkdownRenderer
 
-//! The words of one message, drawn from its markdown. It fills the bubble of its row, which is 18 pixels higher than
-//! implicitHeight: with the space that the last line leaves below itself, that keeps 12 pixels free on all sides.
+//! The text of a message, rendered from Markdown. It fills the bubble of its row, which is 18 pixels higher than
+//! implicitHeight. With the spacing below the last line, that makes margins of 12 pixels on all sides.
 Item {
     id: bubble
 
-    //! The message as it came; nothing in it becomes markup of its own, a link or an image.
+    //! The message as Markdown. HTML in it is shown as text; links and images are never created.
     property string content: ""
-    //! The reply tells of a tool that ran: a dot shows how it went, by toolStatus.
+    //! Whether the message reports the result of a tool. A dot shows toolStatus.
     property bool hasTool: false
     property string toolStatus: ""
-    //! Colours numbers of percent, red to green.
+    //! Whether to colour percentages, from red to green.
     property bool enablePercentHighlight: true
     property bool lightChrome: false
 
     readonly property int margin: 12
-    //! Above this many characters words are drawn as they are: rich text takes up to 25 µs a character, plain text 1.
+    //! Texts with more characters are shown as plain text, because rich text takes up to 25 µs per character and plain
+    //! text 1 µs.
     readonly property int markdownLimit: 50000
     readonly property bool asMarkdown: content.length <= markdownLimit
-    //! A long text may hold a word that fills pages. Looking for its end anew on every line, as wrapping between words
-    //! does, would take minutes.
+    //! Whether a long text contains an extremely long word. Wrapping at word boundaries would search for its end on
+    //! every line, which takes minutes.
     readonly property bool breaksWords: !asMarkdown && content.split(/\s+/).some(word => word.length > 1000)
 
     implicitHeight: Math.ceil(words.implicitHeight)
@@ -34,7 +35,7 @@ Item {
 
     function toolColor() {
         const colors = { "success": "#4ade80", "error": "#f87171", "failed": "#f87171" };
-        // Cut, as a hostile status of a megabyte could take minutes to lower-case.
+        // Cut because lower-casing a hostile status of a megabyte can take minutes.
         const status = toolStatus.substring(0, 16).toLowerCase();
         return colors.hasOwnProperty(status) ? colors[status] : "#fbbf24";
     }
@@ -83,7 +84,7 @@ Item {
             lightChrome: bubble.lightChrome,
             enablePercentHighlight: bubble.enablePercentHighlight
         }) : bubble.content
-        // The bubble itself speaks for its words, without the marks of rich text.
+        // The accessible name of the bubble is the text without markup.
         Accessible.ignored: true
     }
 }

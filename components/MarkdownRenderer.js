@@ -3,22 +3,22 @@
 
 .pragma library
 
-// Markdown of replies to the rich text of Qt's text items. This is the one place where words from outside meet
-// markup: they are escaped before any tag is written, they never land in an attribute, and no link or image is
-// ever made. Replies may be of any size, so everything here runs in linear time: no pattern looks further for
-// its end than to where the next match could begin, and no replacement calls a function (the engine collects
-// garbage at nearly every call, and looks at all that was found so far each time).
+// Converts the Markdown of replies to the rich text of Qt's text items. This is the only place where untrusted text
+// becomes markup: it is escaped before any tag is added, never used in an attribute, and links and images are never
+// created. Replies may have any size, so everything here runs in linear time: no pattern scans for its end beyond the
+// start of the next match, and no replacement uses a function (the engine collects garbage at nearly every call, and
+// visits all matches so far each time).
 
-// Up to which number of percent a colour reaches.
+// The colours of percentages, each up to a maximum.
 const percentColors = [
     { upTo: 20, color: "#f87171" },
     { upTo: 50, color: "#fbbf24" },
     { upTo: Infinity, color: "#4ade80" }
 ];
 
-// The text items of Qt Quick draw the fill of a whole table, its margins included, but no border of a single side,
-// no rounded corner, no rule and no padding around a span. So blocks are tables within tables, a callout's fill is
-// opaque and lies on the colour of its border, and no-break blanks widen a span of code.
+// Qt Quick's text items fill a whole table including its margins, but support neither borders of a single side nor
+// rounded corners, rules or padding of spans. So blocks are nested tables, a callout's opaque fill covers all but the
+// edge of a fill in the border's colour, and no-break spaces widen a code span.
 const darkPalette = {
     body: Qt.rgba(1, 1, 1, 0.95),
     muted: "rgba(255,255,255,0.65)",
@@ -41,20 +41,21 @@ const lineHeight = "line-height:145%";
 
 const headingSizes = [17, 15, 14];
 
-const blanksPerListLevel = 2;
+const spacesPerListLevel = 2;
 const maxListLevel = 4;
 const listLevelWidth = 16;
 
-// Characters that steer a text document, which no reply has a use for.
+// Control characters of QTextDocument.
 const documentControls = /[\u0000\ufdd0\ufdd1\ufffc]/g;
-// Stands for a finished span of code while the rest of its paragraph is worked on.
+// Replaces a code span while the rest of the paragraph is converted.
 const codePlaceholder = "\u0000";
 
-// What a line that is more than a part of a paragraph begins with, and which form it then has; first match wins.
+// Quick check for lines that may begin a block form.
 const anyForm = /^\s*[`\-*_#+\d>]/;
-// What plain words hold none of.
+// Text that matches has inline forms or needs escaping.
 const inlineForm = /[&<>%`*_\n]/;
 const codeFence = /^\s*```/;
+// The block forms. The first match counts.
 const forms = [
     { pattern: codeFence, read: readCodeBlock },
     { pattern: /^\s*(?:-{3,}|\*{3,}|_{3,})\s*$/, read: readRule },
@@ -65,8 +66,8 @@ const forms = [
 ];
 
 /**
- * Markdown as rich text. options.lightChrome chooses colours for a light ground, and percentages are coloured
- * unless options.enablePercentHighlight is false. Text without words gives "".
+ * Converts Markdown to rich text. options.lightChrome selects colours for a light background. Percentages are coloured
+ * unless options.enablePercentHighlight is false. Returns "" if there is only whitespace.
  */
 function render(markdown, options) {
     const lines = markdown.replace(/\r\n?/g, "\n").replace(documentControls, "\ufffd").split("\n");
@@ -89,12 +90,12 @@ function render(markdown, options) {
     return blocks.join("");
 }
 
-/** The colour of plain words, which the item that shows them gives to all that has no colour of its own. */
+/** The default colour of the text, to be set on the text item. */
 function bodyColor(lightChrome) {
     return paletteFor(lightChrome).body;
 }
 
-/** The colour for the first number with a percent sign in a text, "" when there is none. */
+/** The colour of the first percentage in a text, "" if there is none. */
 function percentColor(text) {
     let from = 0;
     for (let sign = text.indexOf("%"); sign >= 0; sign = text.indexOf("%", from)) {
@@ -107,7 +108,7 @@ function percentColor(text) {
     return "";
 }
 
-/** The text as rich text that reads exactly like it. */
+/** Escapes a text for rich text. */
 function escapeHtml(text) {
     return text.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;");
 }
@@ -120,7 +121,7 @@ function colorOfPercent(number) {
     return percentColors.find(row => number <= row.upTo).color;
 }
 
-/** Where the digits begin that end at a place, end itself when there are none; not before from. */
+/** The start of the digits before position end, end if there are none. Does not go back beyond from. */
 function digitsStart(text, from, end) {
     let start = end;
     while (start > from && /\d/.test(text.charAt(start - 1))) {
@@ -129,7 +130,7 @@ function digitsStart(text, from, end) {
     return start;
 }
 
-/** Where the number begins, with or without a fraction, that ends at a place; end itself when there is none. */
+/** The start of the number before position end, with or without a fraction; end if there is none. */
 function numberStart(text, from, end) {
     const fraction = digitsStart(text, from, end);
     if (fraction === end || fraction === from || text.charAt(fraction - 1) !== ".") {
@@ -143,14 +144,14 @@ function isBlank(line) {
     return line === "" || !/\S/.test(line);
 }
 
-/** The row of forms that a line begins, undefined for a line of a paragraph. */
+/** The block form that a line begins, undefined for a line of a paragraph. */
 function formOf(line) {
     return anyForm.test(line) ? forms.find(form => form.pattern.test(line)) : undefined;
 }
 
-// ---- Blocks. Each reader takes its lines, beginning with reader.next, and answers with their rich text.
+// ---- Blocks. Each function consumes lines from reader.next on and returns their rich text.
 
-/** A table of one cell, as wide as there is room, with a padding and a fill ("" for none) around a content. */
+/** A table with one cell and full width, with padding and fill ("" for none). */
 function within(padding, fill, content) {
     const background = fill && " style=\"background-color:" + fill + "\"";
     return "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"0\"" + background
@@ -190,7 +191,7 @@ function readNumbers(reader, pattern) {
                                                  text: match[3] }));
 }
 
-/** A run of list items of one kind; itemOf makes {indent, marker, color, text} of a match. */
+/** Successive list items of one kind. itemOf converts a match to {indent, marker, color, text}. */
 function readList(reader, pattern, itemOf) {
     const items = [];
     for (; reader.next < reader.lines.length; ++reader.next) {
@@ -206,8 +207,8 @@ function readList(reader, pattern, itemOf) {
 
 function listItem(item, isLast, reader) {
     // A tab counts as one level.
-    const blanks = item.indent.replace(/\t/g, "  ").length;
-    const level = Math.min(maxListLevel, Math.floor(blanks / blanksPerListLevel));
+    const spaces = item.indent.replace(/\t/g, "  ").length;
+    const level = Math.min(maxListLevel, Math.floor(spaces / spacesPerListLevel));
     const hang = Math.min(4, item.marker.length) * 8 + 6;
     return "<p style=\"margin:0 0 " + (isLast ? 8 : 2) + "px " + (level * listLevelWidth + hang) + "px;text-indent:-"
         + hang + "px;" + lineHeight + "\"><span style=\"color:" + item.color + "\">" + item.marker
@@ -239,20 +240,20 @@ function readParagraph(reader) {
 
 // ---- Inline forms
 
-/** The inline forms of one block. Percentages are coloured in code too; otherwise code is left as it is. */
+/** Converts the inline forms of one block. In code only percentages are converted. */
 function inline(text, reader) {
     if (!inlineForm.test(text)) {
         return text;
     }
     const escaped = escapeHtml(text);
     const code = takeCode(reader.percentages ? highlightPercentages(escaped) : escaped);
-    // A run of more than two stars closes with its last two, so that three make bold italics.
+    // The last two of several asterisks close bold text, so that three make bold italics.
     const bold = code.rest.replace(/\*\*(?=\*?[^\s*])([^]+?)\*\*(?!\*)/g, "<b>$1</b>");
     const emphasised = italics(italics(bold, "*", true), "_", false);
     return putCode(emphasised, code.spans, reader.palette).replace(/\n/g, "<br/>");
 }
 
-/** Escaped text with its percentages in colour; bold markers around one go with it. */
+/** Colours the percentages of an escaped text. Removes bold markers directly around a percentage. */
 function highlightPercentages(html) {
     const parts = [];
     let kept = 0;
@@ -271,7 +272,7 @@ function highlightPercentages(html) {
     return parts.join("");
 }
 
-/** Takes what stands between back-ticks out of a text: {rest, spans}, a placeholder in rest for each of spans. */
+/** Replaces the code spans of a text by placeholders. @return {rest, spans} */
 function takeCode(html) {
     const parts = html.split("`");
     const rest = [parts[0]];
@@ -287,7 +288,7 @@ function takeCode(html) {
     return { rest: rest.join(""), spans: spans };
 }
 
-/** Puts the spans that takeCode took back into their places. */
+/** Replaces the placeholders of takeCode by formatted code spans. */
 function putCode(html, spans, palette) {
     const opening = "<span style=\"" + monospace + "background-color:" + palette.codeFill + "\">&nbsp;";
     const parts = html.split(codePlaceholder);
@@ -297,8 +298,8 @@ function putCode(html, spans, palette) {
 }
 
 /**
- * Pairs of single markers as italics. A marker pairs with the next one or with none. Where insideWords is false
- * a marker between two letters belongs to a name, such as kde_launch_app.
+ * Converts pairs of single markers to italics. A marker pairs only with the next one. If insideWords is false, markers
+ * between letters are kept because they are part of a name, such as kde_launch_app.
  */
 function italics(html, marker, insideWords) {
     const parts = [];
@@ -322,13 +323,13 @@ function italics(html, marker, insideWords) {
     return parts.join("");
 }
 
-/** Whether a blank, the marker itself or nothing is at a place: no emphasis begins or ends beside these. */
+/** Whether there is whitespace, the marker or nothing at a position. Emphasis can't begin or end next to these. */
 function isGapAt(text, index, marker) {
     const character = text.charAt(index);
     return character === marker || isBlank(character);
 }
 
-/** Whether a letter, digit or underscore is at a place; a letter is what has two cases. */
+/** Whether there is a letter, digit or underscore at a position. A letter is a character with two cases. */
 function isWordAt(text, index) {
     const character = text.charAt(index);
     return /\w/.test(character) || character.toLowerCase() !== character.toUpperCase();

@@ -11,9 +11,9 @@ import "omnibar/common"
 import "omnibar/controllers"
 import "omnibar/logic/Geometry.js" as Geometry
 
-//! The OmniBar: a window over the whole first screen with the prompt bar, the conversation and the settings sheet, or,
-//! compact, a round bubble in the corner. This file is its table of contents: what the window offers to its parts and
-//! to tests, and where each part lies. The work is done in controllers and components.
+//! The OmniBar: a window that covers the first screen, with the prompt bar, the conversation and the settings sheet. In
+//! compact mode it is a round bubble in the corner. This file is its table of contents: the members that the window
+//! offers to its parts and to tests, and the position of each part. The logic is in controllers and components.
 Window {
     id: omniBar
     objectName: "omniBar"
@@ -34,19 +34,19 @@ Window {
     readonly property color toviAccentDim: Qt.rgba(0.60, 0.20, 0.98, 0.22)
     readonly property color toviAccentBorder: Qt.rgba(0.60, 0.20, 0.98, 0.35)
     property string systemName: "KeldaOS"
-    // The welcome screen of this system is the idle bar with its cards: these two are shown nowhere.
+    // Not shown anywhere: the idle bar with its cards serves as welcome screen.
     property string welcomeTitle: tr("Welcome!")
     property string welcomeSubtitle: tr("Ask anything — I’ll help you with actions, settings, logs, and guidance.")
 
-    // ---- The native objects; each may be missing
+    // ---- Native objects; each may be missing
     property var bridge: typeof agentBridge !== "undefined" ? agentBridge : null
     property var sdk: typeof loomraSDK !== "undefined" ? loomraSDK : null
     readonly property var voice: voicePath.voiceBridgeObject
     readonly property string bridgeStatus: bridge ? bridge.status : "disconnected"
     readonly property bool thinking: bridge ? bridge.isThinking : false
 
-    //! A text of the interface in the user's language. KI18n answers an empty text by a note of its own. Where our object
-    //! is missing, the name is that of a function which Plasma's modules bring along.
+    //! Translates a text of the user interface. Empty texts are not passed on because KI18n complains about them. If
+    //! our object is missing, "i18n" is the function of that name from Plasma's modules, hence the test for "tr".
     function tr(text) {
         const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
         return translates && text !== "" ? i18n.tr(text) : text;
@@ -76,7 +76,7 @@ Window {
     property alias windowFade: surface.windowFade
     property alias chatPanelShown: surface.chatPanelShown
     property alias barIdle: surface.barIdle
-    //! What the first frame doesn't show is built once this is true.
+    //! Parts that the first frame doesn't need are created once this is true.
     property bool firstFrameShown: false
 
     function centerOnScreen() { surface.centerOnScreen(); }
@@ -180,7 +180,7 @@ Window {
     function refreshRuntimePanels() { workspace.refreshRuntimePanels(); }
     function loadWorkspaceTemplateCatalogFromPrefs() { workspace.loadWorkspaceTemplateCatalogFromPrefs(); }
 
-    // ---- What happens to the window
+    // ---- Window events
     onWidthChanged: surface.place()
     onHeightChanged: surface.place()
     onVisibleChanged: {
@@ -204,7 +204,7 @@ Window {
     Behavior on width { NumberAnimation { duration: 400; easing.type: Easing.OutCubic } }
     Behavior on height { NumberAnimation { duration: 400; easing.type: Easing.OutCubic } }
 
-    // ---- The parts without a face
+    // ---- Non-visual parts
     Settings {
         id: omniUiStore
 
@@ -236,7 +236,7 @@ Window {
         target: omniBar
         enabled: !omniBar.firstFrameShown
 
-        // Deferred, to be out of the drawing: the frame is on the screen before anything else is built.
+        // Deferred so that the frame is on the screen before anything else is created.
         function onFrameSwapped() {
             Qt.callLater(() => { omniBar.firstFrameShown = true; });
         }
@@ -253,11 +253,11 @@ Window {
         NumberAnimation { target: omniBar; property: "windowFade"; to: 0; duration: 120 }
         NumberAnimation { target: rootContainer; property: "scale"; to: 0.96; duration: 120 }
         ScriptAction { script: omniBar.close() }
-        // For a window that is shown again, by the wake word, while another one keeps the process alive.
+        // The window may be shown again by the wake word, if another window keeps the process alive.
         PropertyAction { target: rootContainer; property: "scale"; value: omniBar.compactMode ? 0 : 1 }
     }
 
-    // ---- The face, from back to front
+    // ---- Visual parts, from back to front
     FocusScope {
         id: rootContainer
         objectName: "rootContainer"
@@ -351,7 +351,7 @@ Window {
         }
     }
 
-    // Outside the container, so that it stays in sight when that is scaled to nothing.
+    // Outside of the container because that is scaled to zero in compact mode.
     LateLoader {
         id: compactBubbleLoader
 

@@ -7,9 +7,9 @@ import QtQuick.Window 2.15
 import "omnibar/common"
 import "tray"
 
-//! The tray view: the state of the agent as a panel applet shows it, in a window of its own. Small, it is an icon with a
-//! dot; with more room it tells the state in words and offers its actions. They are for trying it out: nothing is launched,
-//! each only logs.
+//! The tray view: shows the state of the agent like a panel applet, but in a separate window. A small window shows only
+//! an icon with a dot; a larger one also shows the state as text and a list of actions. The actions are placeholders
+//! that only write to the log.
 Window {
     id: trayView
     objectName: "trayView"
@@ -28,7 +28,7 @@ Window {
     readonly property string toolTipSubText: look.text
     readonly property var actions: [tr("Open Omni-Bar"), tr("Restart Agent"), tr("View Logs"), tr("Settings")]
 
-    //! Below this width and height, in pixels, there is room for the icon alone.
+    //! Below this width and height, in pixels, only the icon is shown.
     readonly property int compactBelow: 96
     readonly property bool compact: width < compactBelow || height < compactBelow
 

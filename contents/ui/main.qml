@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! A thin root around the OmniBar, for engines that load an item. The program itself loads the window.
+//! Wraps the OmniBar in an Item, for engines that load an Item as root. The program itself loads OmniBar.qml.
 Loader {
     source: "OmniBar.qml"
     onLoaded: item.bridge = agentBridge

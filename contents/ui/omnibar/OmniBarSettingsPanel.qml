@@ -7,14 +7,14 @@ import QtQuick.Templates 2.15 as T
 import "common"
 import "settings"
 
-//! The settings sheet. A tab is one row of "tabs".
+//! The settings sheet. Each row of "tabs" is a tab.
 FloatingPanel {
     id: panel
     objectName: "settingsPanel"
 
     required property var bar
     required property Item barCardItem
-    //! Where the conversation lies; it hides while the sheet is open. Null before there was one.
+    //! The chat panel, which is hidden while the sheet is open. Null before it is created.
     property Item chatPanelItem: null
 
     readonly property var tabs: [

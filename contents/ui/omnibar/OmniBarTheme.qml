@@ -3,14 +3,14 @@
 
 import QtQuick 2.15
 
-//! The colours of the OmniBar: one row a token, which follows the two inputs.
+//! The colours of the OmniBar. Each token depends on the two properties below.
 QtObject {
-    //! Light chrome for chat, settings and dialogs. The prompt bar and the scrim are dark in both.
+    //! Light colours for chat, settings and dialogs. The prompt bar and the scrim are always dark.
     property bool uiLight: false
-    //! Frosted panels; when off, panel fills are opaque and tints vanish.
+    //! Frosted panels. When off, panels are opaque and have no tints.
     property bool translucentBackground: true
 
-    //! The value of a token. Without the last two the token doesn't depend on translucency.
+    //! The value of a token. Without the last two arguments it doesn't depend on translucency.
     function pick(dark, light, darkOpaque, lightOpaque) {
         if (translucentBackground || darkOpaque === undefined)
             return uiLight ? light : dark;
@@ -75,7 +75,7 @@ QtObject {
     readonly property int panelShadowRadius: uiLight ? 16 : 24
     readonly property color headerHover: pick(Qt.rgba(1, 1, 1, 0.10), Qt.rgba(0, 0, 0, 0.08))
 
-    //! Fill and border of a chat bubble by the row's role; an unknown role looks like the assistant's.
+    //! Fill and border of a chat bubble by the row's role. For unknown roles use the assistant's.
     readonly property var bubbles: ({
         "user": {
             "fill": pick(Qt.rgba(0.25, 0.18, 0.35, 0.40), Qt.rgba(0.55, 0.28, 0.92, 0.12)),
@@ -91,7 +91,7 @@ QtObject {
         }
     })
 
-    //! The ring around what has the keyboard focus: on the panels, and on the bar, which is dark in both themes.
+    //! The ring around the control with the keyboard focus: on panels, and on the bar, which is dark in both themes.
     readonly property color focusRing: pick("#c084fc", "#7c3aed")
     readonly property color focusRingOnBar: "#e9d5ff"
 }

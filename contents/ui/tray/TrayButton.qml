@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../omnibar/common"
 
-//! The tray view's icon with the state as a dot in its corner.
+//! The icon of the tray view, with the state as a dot in its corner.
 PlainButton {
     id: button
     objectName: "trayButton"

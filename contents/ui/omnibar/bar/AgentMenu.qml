@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! The choice of an agent. Routing is the bridge's and the user sees one agent, so it stays disabled and never opens.
+//! The menu of agents. Intentional: disabled and never opened, because the bridge chooses the agent.
 T.Menu {
     id: agentMenu
     objectName: "agentMenu"

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! What stands at the end of the prompt bar: the usage ring, and the buttons for settings, voice, sending and closing.
+//! The end of the prompt bar: the usage ring and the buttons for settings, voice, sending and closing.
 Row {
     id: buttons
 

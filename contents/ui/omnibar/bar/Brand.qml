@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Who speaks: the disc with the star and the connection dot, and the name.
+//! The logo with the connection dot, and the name of the assistant.
 Row {
     id: brand
 

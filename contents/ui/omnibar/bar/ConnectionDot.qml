@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! How the bridge is, in one dot. It blinks only while nobody answers.
+//! The connection status as a coloured dot. It blinks while disconnected.
 Rectangle {
     id: dot
     objectName: "connectionDot"

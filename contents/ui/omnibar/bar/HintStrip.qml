@@ -5,14 +5,14 @@ import QtQuick 2.15
 
 import "../common"
 
-//! What the keys do, at the bottom of the window.
+//! The keyboard hints at the bottom of the window.
 Column {
     id: strip
 
     required property var bar
 
-    //! First match wins. Each row: whether it holds, the words, the colour. The black ones stay faint on the dark scrim
-    //! by intent: they are there for who looks for them.
+    //! The first row whose "holds" returns true is shown. Intentional: the black texts are faint on the dark scrim, so
+    //! that they don't distract.
     readonly property var hints: [
         { "holds": () => bar.voiceConfirmPending, "text": bar.tr("<b>Esc</b> to cancel voice · <b>Enter</b> to send"), "color": Qt.rgba(0.8, 0.5, 1.0, 0.5) },
         { "holds": () => bar.isQueryProcessing(), "text": bar.tr("<b>Esc</b> to stop"), "color": Qt.rgba(0, 0, 0, 0.4) },
@@ -37,7 +37,7 @@ Column {
     Text {
         objectName: "keyHint"
         width: parent.width
-        // The one rich text of the bar: the words are ours, and name keys in bold.
+        // Rich text is safe here: the texts are our own, with the keys in bold.
         textFormat: Text.RichText
         text: strip.hint.text
         color: strip.hint.color

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Four prompts to begin with, under the idle bar.
+//! Four example prompts below the idle bar.
 Row {
     id: cards
     objectName: "idleCards"

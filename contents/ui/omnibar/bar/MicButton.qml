@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Native.js" as Native
 
-//! Starts and ends a spoken prompt. Without the voice path it keeps its idle look and says so.
+//! Starts and ends voice input. Without a voice bridge it always looks idle, and its tooltip says so.
 RoundButton {
     id: mic
     objectName: "micBtn"
@@ -20,7 +20,7 @@ RoundButton {
 
     text: bar.tr("Voice input")
     tip: listening ? bar.tr("Listening... (click to stop)") : transcribing ? bar.tr("Transcribing... (click to cancel)") : voice ? bar.tr("Voice input (click to speak)") : bar.tr("Voice input unavailable")
-    // While it is active the placeholder tells as much; who can't see it is told here.
+    // While active, the placeholder of the input shows the same text. Screen readers use the description.
     tipShown: !active
     Accessible.description: tip
     fill: active ? Qt.rgba(0.92, 0.15, 0.15, 0.85) : Qt.rgba(1, 1, 1, 0.06)

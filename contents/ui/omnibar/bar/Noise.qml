@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! A grain over the bar, one random grey per pixel, painted once.
+//! A film grain over the bar: a random grey for each pixel, painted once.
 Canvas {
     opacity: 0.025
     Accessible.ignored: true

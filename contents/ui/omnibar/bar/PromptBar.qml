@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! The prompt bar. It keeps its dark colours in both themes.
+//! The prompt bar, which is dark in both themes.
 Item {
     id: promptBar
 
@@ -114,7 +114,7 @@ Item {
         anchors.left: leading.right
         anchors.right: trailing.left
         anchors.leftMargin: 10
-        // Before the buttons are there, it keeps clear of them.
+        // Leaves room for the buttons before they are loaded.
         anchors.rightMargin: trailing.item ? 10 : 134
         anchors.verticalCenter: parent.verticalCenter
         bar: promptBar.bar

@@ -6,13 +6,13 @@ import QtQuick.Templates 2.15 as T
 
 import "../common"
 
-//! The line in which prompts are typed.
+//! The input field for prompts.
 T.TextField {
     id: input
 
     required property var bar
 
-    //! First match wins. Each row: whether it holds, and the text.
+    //! The first row whose "holds" returns true gives the placeholder text.
     readonly property var placeholders: [
         { "holds": () => bar.voice && bar.voice.isListening, "text": () => bar.voice.partialTranscript || bar.tr("Listening...") },
         { "holds": () => bar.voice && bar.voice.isTranscribing, "text": () => bar.tr("Transcribing...") },

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Sends what stands in the input, as Enter does.
+//! Sends the text in the input, like Enter.
 RoundButton {
     id: send
     objectName: "sendBtn"

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Native.js" as Native
 
-//! Whether replies are read aloud; while one is, the way to silence it.
+//! Turns reading aloud on and off. While a reply is being spoken, a click stops it.
 RoundButton {
     id: speaker
     objectName: "speakerBtn"

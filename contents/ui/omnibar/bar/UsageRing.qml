@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Translatable.js" as Translatable
 
-//! How many tokens the window has used, as a ring that fills up.
+//! The number of tokens used since the window was opened, as a ring.
 Item {
     id: ring
     objectName: "usageRing"
@@ -36,8 +36,8 @@ Item {
         radius: (width - line) / 2
         color: ring.bar.toviMagenta
         track: Qt.rgba(1, 1, 1, 0.2)
-        // From the bottom of the circle. The direction is the canvas's own and meant: with the end angle running
-        // backwards the arc is what is left of the budget, full at first and shorter with every reply.
+        // Begins at the bottom of the circle. Intentional: a canvas draws arcs clockwise, so with an end before its
+        // start the arc is the rest of the budget, which shrinks with every reply.
         from: Math.PI / 2
         to: from - 2 * Math.PI * ring.progress
     }

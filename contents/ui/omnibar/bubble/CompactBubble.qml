@@ -73,7 +73,7 @@ PlainButton {
         }
     }
 
-    // For a count of unread messages, which nothing counts: the badge stays hidden.
+    // Intentional: always hidden, because unread messages are not counted yet.
     Rectangle {
         objectName: "unreadBadge"
         anchors.top: parent.top

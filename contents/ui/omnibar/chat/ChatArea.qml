@@ -6,8 +6,8 @@ import QtQuick.Templates 2.15 as T
 
 import "../common"
 
-//! The rows of the conversation. Only those in sight are built, so that the thousandth costs no more than the tenth.
-//! Up and Down choose a row, and Tab then reaches its buttons.
+//! The list of messages. Only visible rows are created, so that long conversations stay fast. Up and Down change the
+//! current row, whose buttons are reached by Tab.
 Rectangle {
     id: area
 
@@ -28,7 +28,7 @@ Rectangle {
         id: rows
         objectName: "messageList"
 
-        //! Whether the end stays in sight while rows grow. The user's own scrolling decides.
+        //! Whether to stay at the end while rows grow. Set by where the user has scrolled to.
         property bool followEnd: true
 
         anchors.fill: parent
@@ -44,7 +44,7 @@ Rectangle {
         Accessible.role: Accessible.List
         Accessible.name: area.bar.tr("Messages")
 
-        // Tab stops at the chosen row. That is the last one, unless somebody is choosing.
+        // Tab moves to the current row, which is the last one unless the user is moving through the list.
         onCountChanged: {
             if (!activeFocus)
                 currentIndex = count - 1;

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Who speaks, and the window's three buttons.
+//! The header of the chat panel: the name of the assistant and the window's three buttons.
 Item {
     id: header
 

@@ -6,18 +6,18 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Geometry.js" as Geometry
 
-//! The conversation.
+//! The panel with the conversation.
 FloatingPanel {
     id: chatPanel
     objectName: "chatPanel"
 
     required property var bar
-    //! The prompt bar, which gives the width and the room above it.
+    //! The prompt bar, which determines the width and the available height.
     required property Item barCard
 
     readonly property int headerHeight: 64
 
-    //! What the panel must hold beside the header, the rows and the lines between them.
+    //! Height of the optional parts besides the header and the message area.
     readonly property real extrasHeight: suggestions.visible ? suggestions.height : 0
     readonly property real areaHeight: Geometry.chatAreaHeight(fullHeight, headerHeight, extrasHeight)
     readonly property real fullHeight: Geometry.chatPanelHeight(bar.chatMinHeight, bar.chatMaxHeight, barCard.targetY,
@@ -67,7 +67,7 @@ FloatingPanel {
             objectName: "suggestionCards"
 
             width: parent.width
-            // On a screen too low for both, the conversation matters more.
+            // If the screen is too low for both, the conversation has priority.
             visible: chatPanel.bar.suggestionsShown
                      && Geometry.chatAreaFits(chatPanel.fullHeight, chatPanel.headerHeight, implicitHeight)
             bar: chatPanel.bar

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Copy and the two thumbs of a reply.
+//! The buttons of a reply: copy and two thumbs.
 Row {
     id: actions
 
@@ -14,7 +14,7 @@ Row {
     required property int rowIndex
     //! "", "up" or "down".
     required property string vote
-    //! Whether Tab stops here: the buttons of the chosen row do, those of a thousand others don't.
+    //! Whether the buttons are in the tab order, which only those of the current row are.
     required property bool reachable
 
     spacing: 2

@@ -8,7 +8,7 @@ import org.kde.loomra 1.0 as Loomra
 import "../common"
 import "../logic/MessageTime.js" as MessageTime
 
-//! One row of the conversation: who and when, the avatar, the bubble with its buttons.
+//! One row of the conversation: author, time, avatar, and the bubble with its buttons.
 Item {
     id: row
     objectName: "messageRow"
@@ -34,7 +34,7 @@ Item {
 
     implicitHeight: label.height + 4 + bubble.height
     height: implicitHeight
-    // It may not end while the focus is here: Up and Down choose another row first and move the focus then.
+    // Must stay true while the focus is here: Up and Down change the current item before they move the focus.
     activeFocusOnTab: ListView.isCurrentItem || activeFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: author + ", " + time + ": " + (fallbackText || text)
@@ -109,7 +109,7 @@ Item {
         Loomra.BotTextBubble {
             id: content
 
-            // The buttons have a column of their own, so that no line runs under them.
+            // Leaves a column for the buttons, so that no text is below them.
             width: parent.width - (row.isAssistant ? actions.width + 4 : 0)
             anchors.verticalCenter: parent.verticalCenter
             content: row.fallbackText || row.text

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! One suggestion: icon tile, title, subtitle, and an arrow in the corner.
+//! A suggestion with icon, title, subtitle, and an arrow in the corner.
 PlainButton {
     id: card
     objectName: "suggestionCard"
@@ -17,7 +17,7 @@ PlainButton {
     required property string prompt
     required property string iconName
     required property string iconColor
-    //! Three numbers in 0 to 1, comma separated.
+    //! Red, green and blue in 0 to 1, separated by commas.
     required property string iconBg
 
     readonly property var tile: iconBg.split(",").map(Number)

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! What to ask next, in up to four cards.
+//! Up to four suggestions for the next prompt.
 Column {
     id: suggestions
 

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Native.js" as Native
 
-//! The end of the conversation while a reply is on its way: what is being done, and a button that stops it.
+//! The footer of the conversation while waiting for a reply: the current phase and a stop button.
 Item {
     id: thinkingIndicator
     objectName: "thinkingIndicator"
@@ -162,7 +162,7 @@ Item {
                 implicitWidth: contentItem.implicitWidth + 24
                 implicitHeight: 26
                 text: thinkingIndicator.bar.tr("Stop")
-                // Only the chat request: a plan that is on its way goes on. Escape stops both.
+                // Intentional: cancels only the chat request, not a running plan. Escape stops both.
                 onClicked: Native.call(thinkingIndicator.bar.bridge, "cancelRequest")
 
                 background: Rectangle {

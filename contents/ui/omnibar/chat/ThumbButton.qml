@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! A thumb, up or down: an outline, filled when it is the vote.
+//! A thumb, up or down. It is an outline, and filled if active.
 RoundButton {
     id: thumb
 

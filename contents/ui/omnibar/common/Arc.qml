@@ -3,14 +3,14 @@
 
 import QtQuick 2.15
 
-//! A part of a circle around the middle, painted anew only when its end moves.
+//! An arc around the centre. It is repainted only when "to" changes.
 Canvas {
     required property real radius
     required property color color
-    //! Of the whole circle below it.
+    //! Colour of the full circle below the arc.
     property color track: "transparent"
     property real line: 2.5
-    //! Angles as the canvas counts them: clockwise, in radians, 0 to the right. By default it begins at the top.
+    //! Angles in radians, clockwise, 0 is right. By default the arc begins at the top.
     property real from: -Math.PI / 2
     required property real to
 

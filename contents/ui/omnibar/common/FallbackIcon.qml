@@ -5,16 +5,16 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 
-//! A theme icon in a colour of its own, with another name for themes that lack the first.
+//! A theme icon in a given colour, with a fallback name for themes that lack the first.
 Item {
     id: icon
 
     property string name
     property string fallback
-    //! For icons of one colour. Always set: Kirigami's default follows the desktop's theme and is black on our dark panels.
+    //! For monochrome icons. Never unset: Kirigami's default follows the desktop theme and may be black on dark panels.
     property color color: "white"
     property int size: 16
-    //! A theme's vector images are slow to draw: the window's first frame does without.
+    //! Rendering a theme's SVG icons is slow, so the first frame of the OmniBar has none.
     readonly property bool due: !Window.window || Window.window.firstFrameShown !== false
 
     implicitWidth: size
@@ -28,7 +28,7 @@ Item {
         sourceComponent: Kirigami.Icon {
             id: image
 
-            //! The name that the theme lacks.
+            //! The name that was not found in the theme.
             property string missing
 
             source: missing === icon.name && icon.fallback !== "" ? icon.fallback : icon.name

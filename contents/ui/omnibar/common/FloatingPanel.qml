@@ -3,17 +3,17 @@
 
 import QtQuick 2.15
 
-//! A panel that floats above the bar, where the window places it: frame, fill and shadow, and the way in.
+//! The base of panels above the bar: frame, fill, shadow and entrance animation. The window positions them.
 Item {
     id: panel
 
     required property var theme
     required property bool shown
-    //! Turns true after the panel is built, so that its first appearance is animated like every other.
+    //! Turns true after the panel is created, so that its first appearance is animated too.
     property bool built: false
     readonly property bool entered: shown && built
 
-    //! How long it takes to appear, in ms.
+    //! Duration of the entrance animation in ms.
     readonly property int entranceDuration: 250
 
     visible: shown
@@ -40,7 +40,7 @@ Item {
         theme: panel.theme
     }
 
-    // A click beside a control stays in the panel: only one on the scrim closes a sheet.
+    // Accepts clicks between controls, so that they don't reach the scrim, which closes the settings sheet.
     MouseArea {
         anchors.fill: parent
     }

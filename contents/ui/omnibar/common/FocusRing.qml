@@ -3,9 +3,9 @@
 
 import QtQuick 2.15
 
-//! The line around a control that has the keyboard focus.
+//! The outline of the control that has the keyboard focus.
 Rectangle {
-    //! The control that it belongs to.
+    //! The outlined control. It has a property "visualFocus".
     required property Item control
 
     anchors.fill: control

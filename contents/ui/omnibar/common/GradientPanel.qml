@@ -3,13 +3,13 @@
 
 import QtQuick 2.15
 
-//! The frame, fill and shadow that the chat panel and the settings sheet share.
+//! The frame, fill and shadow of the chat panel and the settings sheet.
 Item {
     id: panel
 
     required property var theme
     property real radius: 14
-    //! The theme flips over this long, in ms.
+    //! Duration of a theme switch in ms.
     readonly property int flipDuration: 350
 
     PanelShadow {

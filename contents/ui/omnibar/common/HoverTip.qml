@@ -3,14 +3,14 @@
 
 import QtQuick 2.15
 
-//! A tooltip made when the pointer first rests on its control.
+//! A tooltip that is created when the pointer first hovers over its control.
 LateLoader {
     id: tip
 
-    //! The control that it speaks of; it has "hovered".
+    //! The control with the tooltip. It has a property "hovered".
     required property Item control
     required property string text
-    //! What must hold beside the hovering.
+    //! An additional condition besides hovering.
     property bool enabledHere: true
 
     file: Qt.resolvedUrl("PlainToolTip.qml")

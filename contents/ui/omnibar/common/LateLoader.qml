@@ -3,20 +3,20 @@
 
 import QtQuick 2.15
 
-//! Builds a part of the interface when it is first wanted, and keeps it from then on. The part's file isn't even read
-//! before, so that the first frame pays for nothing that it doesn't show.
+//! Loads a part of the interface when it is first needed, and keeps it. The file isn't even read before, which saves
+//! time until the first frame.
 Loader {
     property url file
-    //! First values of the part's properties.
+    //! Initial values of the part's properties.
     property var properties: ({})
     property bool wanted: false
-    //! Built beforehand, between frames, rather than at once. When it turns false on the way, the rest is built in one go.
+    //! Load asynchronously, before the part is needed. If this turns false while loading, the rest is loaded at once.
     property bool ahead: false
 
     function build() {
         if (!wanted || status === Loader.Ready || status === Loader.Error)
             return;
-        // Anew rather than by turning "asynchronous" off under way: that loses the first values.
+        // Start again: turning "asynchronous" off while loading would lose the initial values.
         if (status === Loader.Loading)
             source = "";
         asynchronous = ahead;

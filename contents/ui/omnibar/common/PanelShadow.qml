@@ -4,8 +4,8 @@
 import QtQuick 2.15
 import QtGraphicalEffects 1.15
 
-//! The shadow of a rounded panel. It belongs to a plain rectangle of its own, so that what moves inside the panel, such
-//! as the cursor, doesn't blur the shadow anew.
+//! The shadow of a rounded panel. It is cast by a separate rectangle, so that changes inside the panel, such as the
+//! blinking cursor, don't render the blur again.
 Rectangle {
     id: caster
 

@@ -4,11 +4,11 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! What all buttons share: Return clicks like Space, a key that is held clicks once, and only Tab takes the focus, so
-//! that a click leaves the cursor in the prompt. "text" is the accessible name.
+//! The base of all buttons. Return clicks like Space, a held key clicks only once, and only Tab moves the focus here,
+//! so that the prompt keeps it after a click. "text" is the accessible name.
 T.AbstractButton {
-    //! A held Space is a held pointer: it leads to pressAndHold, and its end is no click. For buttons that have a meaning
-    //! for that: their onClicked has to pass over the click that comes with heldBySpace.
+    //! Whether holding Space emits pressAndHold, like holding the mouse button. The release still emits clicked with
+    //! heldBySpace set, which onClicked has to ignore.
     property bool spaceHolds: false
     property bool heldBySpace: false
 
@@ -24,7 +24,7 @@ T.AbstractButton {
     onPressed: heldBySpace = false
     onCanceled: heldBySpace = false
 
-    //! From the base, to which each repetition is a click.
+    //! Hides the auto-repeat of Space from AbstractButton, which would emit a click each time.
     function keepRepeatOfSpace(event) {
         if (!event.isAutoRepeat || event.key !== Qt.Key_Space)
             return;

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! Text that is never markup, whatever it says: "Text" by itself would fetch the images of an HTML reply.
+//! Text that is never interpreted as markup. By default, Text would load the images in a reply that contains HTML.
 Text {
     textFormat: Text.PlainText
     elide: Text.ElideRight

@@ -4,13 +4,13 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! A tooltip with words that are never markup. It leaves Escape to the window.
+//! A tooltip whose text is never interpreted as markup. It leaves Escape to the window.
 T.ToolTip {
     id: toolTip
 
     //! The HoverTip that shows it.
     required property var tip
-    //! In characters. Words from outside may be of any length: a tooltip shows as much as is read at a glance.
+    //! Maximum number of characters, because untrusted text may have any length.
     readonly property int longest: 400
 
     parent: tip.control
@@ -20,7 +20,7 @@ T.ToolTip {
     padding: 6
     leftPadding: 9
     rightPadding: 9
-    // Long words from outside wrap instead of running off the screen.
+    // Long text wraps instead of leaving the screen.
     implicitWidth: Math.min(contentItem.implicitWidth, 360) + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     visible: tip.wanted

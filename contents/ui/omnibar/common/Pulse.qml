@@ -3,14 +3,14 @@
 
 import QtQuick 2.15
 
-//! Fades an item to and fro while it runs, and leaves it in full sight.
+//! Fades an item out and in while running. Afterwards the item is fully opaque.
 SequentialAnimation {
     id: pulse
 
     required property Item target
-    //! The opacity at which it turns back.
+    //! The minimum opacity.
     required property real low
-    //! From full to low, and from low to full, in ms.
+    //! Duration of each direction in ms.
     required property int duration
 
     loops: Animation.Infinite

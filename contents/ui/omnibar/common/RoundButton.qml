@@ -3,8 +3,7 @@
 
 import QtQuick 2.15
 
-//! A button with an icon or a glyph, round unless told otherwise. It takes the focus by Tab only, so that a click leaves
-//! the cursor in the prompt. "text" is its accessible name.
+//! A button with an icon or a glyph, round by default. "text" is its accessible name.
 PlainButton {
     id: button
 
@@ -21,11 +20,11 @@ PlainButton {
     property int iconSize: 18
     property color iconColor: "white"
 
-    //! Drawn in place of an icon where there is no icon name.
+    //! Shown if there is no icon name.
     property string glyph
     property int glyphSize: 13
 
-    //! How long the fill takes to follow the pointer, in ms.
+    //! Duration of the hover animation in ms.
     property int hoverDuration: 120
     readonly property bool highlighted: hovered || pressed
 
@@ -35,7 +34,7 @@ PlainButton {
     background: Rectangle {
         radius: button.radius
         color: button.highlighted ? button.hoverFill : button.fill
-        // A border that can't be seen would make the fill smaller all the same.
+        // Even a transparent border would make the fill smaller.
         border.width: button.borderColor.a > 0 ? 1 : 0
         border.color: button.borderColor
 

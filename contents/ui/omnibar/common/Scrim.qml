@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! What dims the desktop behind the bar, dark in both themes. A click on it closes the settings sheet.
+//! Dims the desktop behind the bar; dark in both themes. A click closes the settings sheet.
 Rectangle {
     id: scrim
     objectName: "scrim"

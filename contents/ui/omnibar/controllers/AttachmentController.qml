@@ -3,12 +3,12 @@
 
 import QtQuick 2.15
 
-//! Files that go along with the next prompt.
+//! Files that are attached to the next prompt.
 Controller {
-    //! Entries: name, path, content, chars.
+    //! Objects with name, path, content, chars.
     property var slashAttachedFiles: []
 
-    //! The attached files, which are then attached no longer: they serve one question.
+    //! Returns the attached files and clears the list: files go with one prompt only.
     function takeAttachedFiles() {
         const files = slashAttachedFiles;
         if (files.length > 0)

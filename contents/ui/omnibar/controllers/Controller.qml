@@ -3,10 +3,10 @@
 
 import QtQuick 2.15
 
-//! The base of the OmniBar's logic parts. A controller keeps the state of one subject, owns the timers and connections
-//! that go with it, and speaks to the other controllers only through the bar.
+//! The base of all controllers. A controller holds the state, timers and connections of one subject and reaches other
+//! controllers only through the bar.
 QtObject {
-    //! The window's root object, or what stands for it in a test.
+    //! The root object of the window, or a fake in tests.
     required property var bar
     default property list<QtObject> parts
 }

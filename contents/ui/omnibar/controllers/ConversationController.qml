@@ -10,19 +10,19 @@ import "../logic/Feedback.js" as Feedback
 import "../logic/Native.js" as Native
 import "../logic/ReplyText.js" as ReplyText
 
-//! The conversation: how a prompt leaves, and how replies become rows. Nothing of it is stored.
+//! The conversation: sends prompts and turns replies into rows. It is not stored on disk.
 Controller {
     id: conversation
 
-    //! Rows of the chat, which live as long as the window: role, text, messageType, payload, fallbackText, hasTool,
-    //! toolStatus, toolName, createdAt (ms since 1970), feedbackVote.
+    //! The rows of the chat, with the roles role, text, messageType, payload, fallbackText, hasTool, toolStatus,
+    //! toolName, createdAt (ms since 1970), feedbackVote. They exist as long as the window.
     readonly property ListModel chatModel: ListModel {
         objectName: "chatModel"
     }
-    //! How many of the last rows go into a context.
+    //! Number of rows in a context, counted from the end.
     readonly property int contextWindowSize: 8
     property string lastInputMode: "text"
-    //! A structured reply that waits for the text it belongs to.
+    //! A structured reply (JSON) whose text has not arrived yet.
     property string pendingUiJson: ""
 
     property var availableAgents: []
@@ -35,7 +35,7 @@ Controller {
     readonly property int usageMax: 50000
     readonly property real usageProgress: Math.min(1.0, sessionUsageTotal / Math.max(1, usageMax))
 
-    //! Rows were added and should be seen.
+    //! Emitted when new rows should be scrolled into view.
     signal scrollRequested()
 
     // ---- Rows
@@ -78,15 +78,15 @@ Controller {
         return { "role": row.role, "text": row.text, "fallbackText": row.fallbackText, "messageType": row.messageType };
     }
 
-    //! The last rows, at most so many, in their order.
-    function lastRows(most) {
+    //! Up to @p maximum rows from the end of the list, oldest first.
+    function lastRows(maximum) {
         const list = [];
-        for (let i = Math.max(0, chatModel.count - most); i < chatModel.count; ++i)
+        for (let i = Math.max(0, chatModel.count - maximum); i < chatModel.count; ++i)
             list.push(rowAt(i));
         return list;
     }
 
-    //! The rows since the user's last word, which is their first.
+    //! The rows from the last one that isn't the assistant's, normally the user's message, to the end.
     function latestTurn() {
         const list = [];
         for (let i = chatModel.count - 1; i >= 0; --i) {
@@ -97,7 +97,7 @@ Controller {
         return list;
     }
 
-    //! The text of the last row of a role, or nothing.
+    //! The text of the last row with this role, "" if there is none.
     function lastText(role) {
         for (let i = chatModel.count - 1; i >= 0; --i) {
             if (chatModel.get(i).role === role)
@@ -106,7 +106,7 @@ Controller {
         return "";
     }
 
-    //! What a row reads for copy, feedback and context.
+    //! The text of a row for copy and feedback.
     function plainTextOf(index) {
         const row = chatModel.get(index);
         return row.fallbackText || row.text;
@@ -117,14 +117,14 @@ Controller {
             scrollRequested();
     }
 
-    //! Deferred, as the row that was just added has no height yet. Several calls in one turn scroll once.
+    //! Deferred because a new row has no height yet. Several calls in one event loop iteration scroll once.
     function scrollToBottom() {
         Qt.callLater(emitScroll);
     }
 
     // ---- Prompts
 
-    //! Enter in the input field.
+    //! Called for Enter in the input field.
     function submitInput() {
         const input = bar.inputField;
         if (bar.voiceConfirmPending) {
@@ -150,7 +150,7 @@ Controller {
         appendUserMessage(text);
         scrollToBottom();
         const files = bar.takeAttachedFiles();
-        // The row shows what was typed; the files' contents are for the bridge only.
+        // The row shows only the typed text; the bridge also gets the contents of the files.
         sendToBridge(files.length > 0 ? Attachments.contextPrefix(files) + "User question: " + text : text);
     }
 
@@ -168,8 +168,8 @@ Controller {
         if (model !== "")
             target.currentModel = model;
         target.inputMode = lastInputMode;
-        // Probes for richer clients. AgentBridge takes the prompt alone: the session on the bridge keeps the
-        // conversation.
+        // Other clients may accept a context. AgentBridge takes only the prompt because the bridge's session remembers
+        // the conversation.
         if (typeof target.sendIntentWithContext === "function") {
             target.sendIntentWithContext(prompt, buildChatContext());
         } else if (target.sendIntent.length >= 2) {
@@ -187,7 +187,7 @@ Controller {
         return ChatContext.chatContext(lastRows(contextWindowSize), contextWindowSize);
     }
 
-    // ---- Agents: routing among them is the bridge's, and the user sees one
+    // ---- Agents. The bridge routes between them, and the user sees only one
 
     function loadAvailableAgents() {
         availableAgents = [{ "id": "auto", "name": bar.tr("Assistant") }];
@@ -200,7 +200,7 @@ Controller {
 
     // ---- Replies
 
-    //! The structured part of a reply, read from the text that came just before it.
+    //! The follow-ups from the structured reply that came before the text. Forgets the structured reply.
     function takeStructuredReply() {
         let followUps = [];
         if (pendingUiJson !== "") {
@@ -219,19 +219,19 @@ Controller {
     function handleReply(response) {
         const reply = String(response);
         if (reply === "")
-            return; // what is pending belongs to the reply that is still to come
+            return; // the structured reply belongs to a text that is still to come
         const followUps = takeStructuredReply();
         const text = ReplyText.holdsToolMarkup(reply) ? ReplyText.stripToolMarkup(reply) : reply;
         syncThemeWith(text);
         appendAgentMessage(text);
         scrollToBottom();
         bar.refreshResponseSuggestions(followUps);
-        // What the row shows, without the tag of a tool.
+        // The text of the row has no tool tag.
         bar.speakReply(plainTextOf(chatModel.count - 1));
     }
 
-    //! A reply that says that a dark or light theme was applied takes the window along. The wording is all there is to
-    //! go by on this path, so the test is loose on purpose and also answers to a plain chat about it.
+    //! Follows a reply that says that a dark or light theme was applied. Intentional: the test of the wording is loose,
+    //! and also matches a chat about themes, because there is no other notification of a theme change.
     function syncThemeWith(text) {
         const light = ReplyText.lightChromeFromWording(text);
         if (light !== undefined)
@@ -246,7 +246,7 @@ Controller {
 
     // ---- Feedback
 
-    //! A click on a thumb: the active vote is cleared without a call, any other is stored and sent.
+    //! A click on a thumb. A second click clears the vote, but nothing is sent for that.
     function voteMessage(index, vote) {
         const row = chatModel.get(index);
         if (row.feedbackVote === vote) {
@@ -262,7 +262,7 @@ Controller {
                     Feedback.nearestUserQuery(lastRows(chatModel.count), messageIndex));
     }
 
-    //! @return whether there was text to copy
+    //! @return whether text was copied
     function copyMessage(index) {
         const text = plainTextOf(index);
         if (text === "" || !Native.offers(bar.bridge, "copyToClipboard"))

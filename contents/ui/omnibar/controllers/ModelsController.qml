@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../logic/Native.js" as Native
 
-//! The list of models, as the settings sheet shows it.
+//! The list of models for the settings sheet.
 Controller {
     id: models
 
@@ -24,7 +24,7 @@ Controller {
         Native.call(bar.sdk, "listModels");
     }
 
-    //! Shows the current model in the sheet's list. Without the client there is no list to show it in.
+    //! Selects the current model in the list of the settings sheet. The sheet has no such list yet.
     function syncSettingsCombos() {
         if (!bar.sdk)
             return;

@@ -5,8 +5,8 @@ import QtQuick 2.15
 
 import "../logic/Names.js" as Names
 
-//! The words for what the bridge is doing just now. A label outlives its phase by a moment, so that fast actions are
-//! seen at all.
+//! The label for what the bridge is currently doing. It stays for a moment after the phase has ended, so that the user
+//! can read it even if the action is fast.
 Controller {
     id: phases
 

@@ -5,16 +5,16 @@ import QtQuick 2.15
 
 import "../logic/Native.js" as Native
 
-//! Plans on their way: asked for, waiting for approval, running.
+//! The state of a plan: requested, waiting for approval, running.
 Controller {
     id: plan
 
     property var pendingPlan: null
     property bool planExecuting: false
-    //! The progress bar; it outlives planExecuting by the linger.
+    //! Whether the progress bar is visible; it lingers after planExecuting turns false, see planBarLingerTimer.
     property bool planExecutingVisible: false
     property string planDoneLabel: ""
-    //! Nothing sets it yet; when set, chat is sent only if the plan can't be executed.
+    //! Not set by anything yet. The prompt to send as chat if the plan can't be executed.
     property string pendingChatAfterPlan: ""
     property bool planRequestInFlight: false
 

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! Local commands. None exists yet: text after "/" is a prompt like any other.
+//! Local commands. There are none yet, so text after "/" is sent as a prompt.
 Controller {
     id: slashCommands
 
@@ -16,7 +16,7 @@ Controller {
         return [];
     }
 
-    //! The command that Enter accepts from the menu, or nothing.
+    //! The command that is selected in the open menu, otherwise "".
     function chosenSlashCommand() {
         if (!slashMenuVisible)
             return "";
@@ -24,12 +24,12 @@ Controller {
         return command ? command.name : "";
     }
 
-    //! @return whether the text was a local command, which then has run
+    //! Runs the text if it is a local command. @return whether it is one
     function tryHandleSlashCommand(text) {
         return false;
     }
 
-    //! Escape in the input closes what lies nearest, menu before popup. @return whether something was open
+    //! For Escape in the input: closes the menu, or else the popup. @return whether one of them was open
     function closeNearest() {
         if (slashMenuVisible) {
             slashMenuVisible = false;

@@ -5,15 +5,15 @@ import QtQuick 2.15
 
 import "../logic/Suggestions.js" as Suggestions
 
-//! The cards under a reply: what the bridge proposes, filled up by what goes with the words of the conversation.
+//! The cards below a reply: the follow-ups from the bridge, filled up with suggestions that match the conversation.
 Controller {
     id: suggestions
 
-    //! At most 4 cards: title, subtitle, prompt, iconName, iconColor, iconBg.
+    //! Up to 4 cards, with the roles title, subtitle, prompt, iconName, iconColor, iconBg.
     readonly property ListModel responseSuggestionsModel: ListModel {
         objectName: "responseSuggestionsModel"
     }
-    //! Rows that offer something to choose, from which cards would only distract.
+    //! Message types that offer a choice themselves. Suggestions would distract from it.
     readonly property var choiceTypes: ["options", "list", "slider", "table"]
     readonly property bool shown: bar.chatModel.count > 0 && bar.bridgeStatus !== "thinking"
                                   && responseSuggestionsModel.count > 0
@@ -29,7 +29,7 @@ Controller {
         refreshResponseSuggestions([]);
     }
 
-    //! A click on a card. The input mode stays what it was, as nobody typed or spoke.
+    //! A click on a card. Keeps the input mode because the user neither typed nor spoke.
     function activateResponseSuggestion(prompt) {
         bar.appendUserMessage(prompt);
         bar.scrollToBottom();

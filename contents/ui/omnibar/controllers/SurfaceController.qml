@@ -6,18 +6,18 @@ import org.kde.plasma.core 2.0 as PlasmaCore
 
 import "../logic/Geometry.js" as Geometry
 
-//! Where the window is and what it shows: expanded or compact, its place on the screen, the Escape chain, and the way
-//! in and out. Always the first screen: there is no multi-screen logic.
+//! The state of the window: expanded or compact, its position, the Escape chain, showing and hiding. The window is
+//! always on the first screen; there is no multi-screen support.
 Controller {
     id: surface
 
     property bool compactMode: false
     //! The user asked for the tall chat panel.
     property bool chatExpanded: false
-    //! The user expanded the window by hand, which blocks the automatic collapse.
+    //! The user expanded the window, which prevents the automatic collapse.
     property bool userExpanded: false
     property bool settingsPanelOpen: false
-    //! Multiplied with the stored opacity, so that the entrance and the end can fade whatever the user chose.
+    //! Multiplied with the user's opacity, for fading in and out.
     property real windowFade: 1.0
 
     property var screens: Qt.application.screens
@@ -33,10 +33,10 @@ Controller {
 
     readonly property bool chatPanelShown: !settingsPanelOpen
                                            && (bar.chatModel.count > 0 || bar.bridgeStatus === "thinking")
-    //! Nothing but the bar and its cards, in the middle of the screen.
+    //! Only the bar and its cards are shown, in the middle of the screen.
     readonly property bool barIdle: bar.chatModel.count === 0 && !settingsPanelOpen && !chatPanelShown
 
-    //! First match wins. Each row: whether it holds, and what Escape then does.
+    //! What Escape does: the first row whose "holds" returns true.
     readonly property var escapeChain: [
         { "holds": () => bar.workspaceSuggestionDialogOpen, "act": () => bar.closeWorkspaceSuggestionDialog() },
         { "holds": () => settingsPanelOpen, "act": () => { settingsPanelOpen = false; } },
@@ -59,7 +59,8 @@ Controller {
             centerOnScreen();
     }
 
-    //! After every change of the window's size: the window manager may have moved it, and blur goes by the region.
+    //! Call after each change of the window's size: the window manager may have moved the window, and the blurred
+    //! region depends on the size.
     function place() {
         if (compactMode)
             positionBubble();
@@ -69,8 +70,8 @@ Controller {
         placementCheck.restart();
     }
 
-    //! Window managers keep a large window from leaving the screen, and say so only after the window has shrunk: once
-    //! the size has settled the place is asked for again.
+    //! Window managers keep a large window inside the screen and may report a stale position after it has shrunk. So
+    //! the position is set again once the size has settled.
     property Timer placementCheck: Timer {
         objectName: "placementCheck"
         interval: 100
@@ -87,7 +88,7 @@ Controller {
         compactMode = false;
     }
 
-    //! After an action on the desktop, to give the desktop back. What the user expanded by hand stays.
+    //! Gives the desktop back when an action changes it, unless the user expanded the window.
     function collapseForAction() {
         if (userExpanded)
             return;
@@ -120,14 +121,14 @@ Controller {
         escapeChain.find(step => step.holds()).act();
     }
 
-    //! Asks the compositor for blur. No call ever turns it off: what was granted stays until the window closes.
+    //! Asks the compositor for blur. Intentional: never turned off again while the window exists.
     function applyWindowBlurBehind() {
         if (!bar.appearanceStore.translucentBackground)
             return;
         try {
             PlasmaCore.WindowEffects.blurBehind(bar, true);
         } catch (error) {
-            // Blur is an ornament, and older Plasma releases don't offer it to QML: the panels are readable without.
+            // Older Plasma releases don't offer blur to QML. The panels are readable without it.
         }
     }
 
@@ -136,14 +137,14 @@ Controller {
         bar.requestActivate();
     }
 
-    //! A control that goes with what it did, such as a suggestion or the sheet's switch, leaves the focus to the prompt.
+    //! Moves the focus to the prompt if the focused control was hidden or destroyed, such as a clicked suggestion.
     function reclaimFocus() {
         const item = bar.activeFocusItem;
         if (!compactMode && (!item || !item.visible))
             bar.inputField.forceActiveFocus();
     }
 
-    //! When the window becomes visible, at start or after it was hidden.
+    //! Called when the window becomes visible, at startup or after it was hidden.
     function appear() {
         windowFade = 1.0;
         focusInput();

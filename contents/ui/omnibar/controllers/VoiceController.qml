@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../logic/Native.js" as Native
 
-//! What the bar knows of the voice path: a transcript in the input, where it may wait to be confirmed, and spoken replies.
+//! The voice functions of the bar: puts transcripts into the input, asks for confirmation and speaks replies.
 Controller {
     id: voice
 
@@ -35,7 +35,7 @@ Controller {
         voiceConfirmCountdown = voiceConfirmTotal;
     }
 
-    //! Sends what stands in the input. Attached files wait for a typed prompt.
+    //! Sends the text in the input. Intentional: attached files go only with a typed prompt.
     function voiceConfirmSend() {
         voiceConfirmTimer.stop();
         const text = bar.inputField.text.trim();
@@ -55,7 +55,7 @@ Controller {
         endConfirmation();
     }
 
-    //! A test of the microphone keeps its transcripts to itself.
+    //! Whether a microphone test is running, whose transcripts are no prompts.
     function isTested() {
         return voiceBridgeObject.batchSttMode || voiceBridgeObject.voiceTestActive;
     }
@@ -64,7 +64,7 @@ Controller {
         const input = bar.inputField;
         input.text = text;
         input.cursorPosition = input.length;
-        // The bubble keeps the keys; the input has them again as soon as it is in sight.
+        // In compact mode the bubble keeps the focus. The input gets it when the window expands.
         if (!bar.compactMode)
             input.forceActiveFocus();
     }
@@ -81,11 +81,11 @@ Controller {
             if (text !== "" && !voice.isTested())
                 voice.takeTranscript(text);
         }
-        //! The user sees the microphone return to idle.
+        //! Only logged: the user sees that the microphone button is idle again.
         function onErrorOccurred(error) {
             console.warn("[OmniBar] voice:", error);
         }
-        //! The one way to bring a minimised window back from inside the program.
+        //! The only way for the program to restore a minimised window.
         function onWakeWordActivated() {
             voice.bar.summon();
         }

@@ -9,9 +9,9 @@ import "../logic/Native.js" as Native
 Controller {
     id: workspace
 
-    //! One line under the bar.
+    //! A line of text below the bar, "" for none.
     property string wiNotifyBarLine: ""
-    //! The suggestion dialog, an object with "opened" and "close()". Null until there is one.
+    //! The suggestion dialog, an object with "opened" and "close()". Null before it is created.
     property var suggestionDialog: null
     readonly property bool workspaceSuggestionDialogOpen: suggestionDialog ? suggestionDialog.opened : false
 
@@ -35,7 +35,7 @@ Controller {
         Native.call(sdk, "reminderList");
     }
 
-    //! At start, what the bridge knows already.
+    //! Loads the initial data from the bridge at startup.
     function loadFromBridge() {
         const sdk = bar.sdk;
         if (!sdk || !sdk.ready)
@@ -45,7 +45,7 @@ Controller {
             Native.call(sdk, "refreshWorkspaceTemplates");
     }
 
-    //! The catalogue of templates is the client's to fill: without it there is none.
+    //! Without the SDK client there is no catalogue. Reading the stored one is not implemented yet.
     function loadWorkspaceTemplateCatalogFromPrefs() {
         if (!bar.sdk)
             return;

@@ -3,7 +3,7 @@
 
 .pragma library
 
-/** What goes before a question about attached files, an array of {name, path, content}; empty without files. */
+/** The text before a question about attached files, "" without files. files: array of {name, path, content}. */
 function contextPrefix(files) {
     return files.map(file => "--- File: " + file.name + " (path: " + file.path + ") ---\n"
                              + "```\n" + file.content + "\n```\n\n").join("");

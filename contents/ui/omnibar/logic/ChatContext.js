@@ -4,8 +4,8 @@
 .pragma library
 
 /**
- * The end of a conversation as one text, a line a row: the last size rows of rows, an array of
- * {role, text, fallbackText}. Whatever is not the user's counts as the assistant's.
+ * The last rows of a conversation as text, one line for each row. rows: array of {role, text, fallbackText}; size:
+ * maximum number of rows. All roles but the user's count as the assistant's.
  */
 function chatContext(rows, size) {
     return rows.slice(Math.max(0, rows.length - size))

@@ -3,7 +3,7 @@
 
 .pragma library
 
-// Actions whose effect lies behind the window: it steps aside so that the user sees them happen.
+// Actions that change the desktop behind the window, which collapses so that the user sees the effect.
 const collapsingPrefixes = [
     "kde_launch",
     "kde_daemon_",
@@ -14,7 +14,7 @@ const collapsingPrefixes = [
 ];
 const longestPrefix = Math.max.apply(null, collapsingPrefixes.map(prefix => prefix.length));
 
-/** Whether the start of this action collapses the window; spelt with hyphens or underscores, in any case. */
+/** Whether the start of this action collapses the window. Ignores case; hyphens count as underscores. */
 function collapsesWindow(actionName) {
     const name = String(actionName || "").substring(0, longestPrefix).toLowerCase().replace(/-/g, "_");
     return collapsingPrefixes.some(prefix => name.startsWith(prefix));

@@ -3,7 +3,7 @@
 
 .pragma library
 
-/** The text of the nearest row of the user before row index that has any, else "". rows holds {role, text}. */
+/** The nearest non-empty text of the user before row index, "" if there is none. rows: array of {role, text}. */
 function nearestUserQuery(rows, index) {
     for (let i = Math.min(index, rows.length) - 1; i >= 0; --i) {
         if (rows[i].role === "user" && rows[i].text) {

@@ -3,8 +3,8 @@
 
 .pragma library
 
-// Where the prompt bar, the chat panel and the compact bubble lie, in pixels of the window. Constants that
-// QML binds to are declared by var: a library's const is not visible through its import name.
+// The geometry of the prompt bar, the chat panel and the compact bubble, in pixels. Constants that QML uses are
+// declared with var, because a library's const is not visible through the import name.
 
 var barHeight = 56;
 var barIdleLift = 30;
@@ -24,13 +24,13 @@ var voiceConfirmHeight = 42;
 var minOpacity = 0.65;
 var maxOpacity = 1.0;
 
-/** The vertical room for chat: what the screen leaves beside the bar, but never under minHeight. */
+/** The height that the screen leaves for the chat besides the bar, minimum minHeight. */
 function chatHeightBudget(screenHeight, barHeight, shortcutHintHeight, bottomMargin, topSafePadding, minHeight) {
     return Math.max(minHeight,
                     Math.round(screenHeight - barHeight - shortcutHintHeight - bottomMargin - topSafePadding));
 }
 
-/** The upper limit of the chat panel's height; expanded tells whether the user asked for the tall panel. */
+/** The maximum height of the chat panel; expanded: whether the user asked for the tall panel. */
 function chatMaxHeight(expanded, screenHeight, budget) {
     if (expanded) {
         return Math.min(expandedChatLimit, budget);
@@ -38,13 +38,13 @@ function chatMaxHeight(expanded, screenHeight, budget) {
     return Math.min(chatLimit, Math.round(screenHeight * chatScreenShare), budget);
 }
 
-/** The top of the bar: just above the middle while idle, else at the lower edge above the hint strip. */
+/** The top of the bar: just above the middle while idle, otherwise at the bottom, above the hint strip. */
 function barY(idle, windowHeight, shortcutHintHeight) {
     return idle ? Math.round(windowHeight / 2 - barHeight / 2 - barIdleLift)
                 : Math.round(windowHeight - barHeight - shortcutHintHeight);
 }
 
-/** The height of the chat panel above a bar at barY. On a short screen minHeight wins over the top padding. */
+/** The height of the chat panel above a bar at barY. On a low screen minHeight has priority over the padding. */
 function chatPanelHeight(minHeight, maxHeight, barY, topSafePadding) {
     return Math.max(minHeight, Math.min(maxHeight, Math.floor(barY - barPanelGap - topSafePadding)));
 }
@@ -57,12 +57,12 @@ function chatAreaHeight(panelHeight, headerHeight, extras) {
     return Math.max(chatAreaMinHeight, panelHeight - headerHeight - extras - chatPanelChrome);
 }
 
-/** Whether the panel has room for extras beside the smallest message area. */
+/** Whether extras fit into the panel besides a message area of minimum height. */
 function chatAreaFits(panelHeight, headerHeight, extras) {
     return panelHeight - headerHeight - extras - chatPanelChrome >= chatAreaMinHeight;
 }
 
-/** The place {x, y} of the compact bubble: the top right corner of the screen, never outside of it. */
+/** The position {x, y} of the compact bubble in the top right corner, always inside the screen. */
 function bubblePosition(screenWidth, bubbleSize, bubbleMargin) {
     return {
         x: Math.max(0, screenWidth - bubbleSize - bubbleMargin),
@@ -70,14 +70,14 @@ function bubblePosition(screenWidth, bubbleSize, bubbleMargin) {
     };
 }
 
-/** The strip below the bar: the hint itself, the line notifyLine when there is one, the voice confirmation. */
+/** The height of the strip below the bar: keyboard hint, notification line, voice confirmation. */
 function shortcutHintHeight(notifyLine, confirmPending) {
     return hintHeight + (notifyLine ? notifyLineHeight : 0) + (confirmPending ? voiceConfirmHeight : 0);
 }
 
-/** A stored opacity as the window may use it: 0.65 to 1.0, and 1.0 for what is no number. */
+/** Limits a stored opacity to 0.65 to 1.0. Anything that is not a number gives 1.0. */
 function clampOpacity(value) {
-    // Settings files give numbers back as text; an absent or empty entry is no zero.
+    // Settings files return numbers as strings; a missing or empty entry is not 0.
     const number = typeof value === "string" && value.trim() !== "" ? Number(value) : value;
     if (typeof number !== "number" || isNaN(number)) {
         return maxOpacity;

@@ -17,15 +17,15 @@ function monthAndDay(date) {
     return monthNames[date.getMonth()] + " " + date.getDate();
 }
 
-/** Whether two Dates lie on the same day of local time. */
+/** Whether two Dates are on the same day in local time. */
 function isSameDay(a, b) {
     return a.getFullYear() === b.getFullYear() && a.getMonth() === b.getMonth() && a.getDate() === b.getDate();
 }
 
 /**
- * The time of a message in local time: "h:mm PM", and "Mon D, h:mm PM" when it is from another day than now.
- * ts is in milliseconds since the epoch; without a usable one the text is empty. now, a Date or such a number,
- * is the present by default.
+ * The time of a message in local time: "h:mm PM", or "Mon D, h:mm PM" if it is not from today.
+ * ts is in milliseconds since the epoch; the result is "" if it is invalid. now (a Date or milliseconds) defaults to
+ * the current time.
  */
 function formatMessageTime(ts, now) {
     const date = ts ? new Date(ts) : null;

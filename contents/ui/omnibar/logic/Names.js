@@ -4,9 +4,9 @@
 .pragma library
 .import "Translatable.js" as Translatable
 
-// Names of agents, capabilities and phases as the user reads them. Each function takes the translating function
-// as its last argument and answers in English without one. Maps, not objects: ids come from outside, and
-// "constructor" is no agent.
+// Display names of agents, capabilities and phases. The last argument of each function is the translating function;
+// without it the result is English. Maps instead of objects, because ids are untrusted and every object has a
+// "constructor".
 
 const mark = Translatable.mark;
 
@@ -54,18 +54,18 @@ const phaseNames = new Map([
     ["executing", mark("Executing…")]
 ]);
 
-/** The name of an agent; an unknown id is its own name. */
+/** The display name of an agent, the id itself if that is unknown. */
 function agentDisplayName(id, tr) {
     return agentNames.has(id) ? Translatable.translated(agentNames.get(id), tr) : String(id || "");
 }
 
-/** The name of a capability; an unknown id is shown with blanks for its dots and underscores. */
+/** The display name of a capability. An unknown id is returned with spaces for dots and underscores. */
 function friendlyCapabilityName(id, tr) {
     return capabilityNames.has(id) ? Translatable.translated(capabilityNames.get(id), tr)
                                    : String(id || "").replace(/[._]/g, " ");
 }
 
-/** The label of a phase: the agent's name while routing, and an unknown phase as it is. */
+/** The label of a phase: the agent's name while routing. An unknown phase is returned unchanged. */
 function phaseLabel(phase, routedAgent, tr) {
     if (phase === "routing") {
         return agentDisplayName(routedAgent, tr);
@@ -73,10 +73,10 @@ function phaseLabel(phase, routedAgent, tr) {
     return phaseNames.has(phase) ? Translatable.translated(phaseNames.get(phase), tr) : String(phase || "");
 }
 
-/** The label while a step of a plan runs; index counts from 0 and is shown when there is more than one step. */
+/** The label of a running step of a plan. index counts from 0; it is shown if there is more than one step. */
 function runningLabel(capability, index, total, tr) {
     const step = total > 1 ? " (" + (index + 1) + "/" + total + ")" : "";
-    // Without the step's figures the place is empty: no blank may stand around {step}.
+    // No spaces around {step}, because it may be empty.
     return Translatable.filled(Translatable.translated(mark("Running “{capability}”{step}…"), tr),
                                { capability: friendlyCapabilityName(capability, tr), step: step });
 }

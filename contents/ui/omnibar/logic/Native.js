@@ -3,12 +3,12 @@
 
 .pragma library
 
-/** Whether a native object is there and has a function of that name. */
+/** Whether a native object exists and has a function of that name. */
 function offers(object, name) {
     return Boolean(object) && typeof object[name] === "function";
 }
 
-/** Calls a function of a native object, if both are there; what it gives, else undefined. */
+/** Calls a function of a native object if both exist. @return its result, otherwise undefined */
 function call(object, name, ...values) {
     return offers(object, name) ? object[name](...values) : undefined;
 }

@@ -3,14 +3,14 @@
 
 .pragma library
 
-// What a plain reply may carry beside its words. Replies come from outside and may be of any size: everything
-// here runs in linear time: tags end at the next "<", no pattern looks for its end twice, and case is ignored by
-// patterns instead of lower-casing whole replies (a megabyte of dotted capital I takes minutes to lower-case).
+// Markup in plain text replies. Replies are untrusted and may have any size, so everything here runs in linear time:
+// tags end at the next "<", no pattern scans for its end twice, and patterns ignore case because lower-casing a reply
+// may be slow (minutes for a megabyte of dotted capital I).
 
 const toolMarkers = ["<invoke ", "<tool_call", "</tool_call>", "</function>", "minimax:tool_call", "<function_call>",
                      "<function="];
 
-// Elements that go together with their content. needs is what the attributes of the opening tag must hold.
+// Elements that are removed with their content. If given, needs must match the attributes of the opening tag.
 const toolElements = [
     { open: /<invoke\s([^<>]*)>/g, close: /<\/invoke\s*>/g, needs: /(?:^|\s)name\s*=/ },
     { open: /<tool_call(\s[^<>]*)?>/g, close: /<\/tool_call\s*>/g },
@@ -26,12 +26,12 @@ const nextWord = /\S|$/g;
 const emptyReplyText = "Done.";
 const emptyToolRestText = "Action completed.";
 
-/** Whether a reply holds tool-call markup that a model should have kept to itself. */
+/** Whether a reply contains tool-call markup, which some models leak into their text. */
 function holdsToolMarkup(text) {
     return toolMarkers.some(marker => text.indexOf(marker) >= 0);
 }
 
-/** The text without the elements that a row of toolElements names; one that is never closed stays. */
+/** The text without the elements of a row of toolElements. An element that is not closed is kept. */
 function withoutElements(text, element) {
     const kept = [];
     let position = 0;
@@ -54,8 +54,8 @@ function withoutElements(text, element) {
 }
 
 /**
- * The reply without tool-call markup, "Done." when nothing else is left. A reply that holds none is returned
- * untouched.
+ * The reply without tool-call markup, "Done." if nothing else is left. A reply without such markup is returned
+ * unchanged.
  */
 function stripToolMarkup(text) {
     if (!holdsToolMarkup(text)) {
@@ -68,7 +68,7 @@ function stripToolMarkup(text) {
     return plain || emptyReplyText;
 }
 
-/** One "[KEY: value]" that starts at from, after optional blanks: {value, end}, or null. */
+/** Parses "[KEY: value]" at position from, after optional whitespace. @return {value, end} or null */
 function readField(text, key, from) {
     const opening = "[" + key + ":";
     nextWord.lastIndex = from;
@@ -81,9 +81,9 @@ function readField(text, key, from) {
 }
 
 /**
- * Finds "[TOOL: name] [STATUS: status] [RESULT: result] rest" anywhere in a reply and gives
- * {hasTool, toolName, toolStatus, text}. The text is the rest ("Action completed." when there is none); what
- * stands before the tag is lost. Without a tag it is the reply as it came.
+ * Finds "[TOOL: name] [STATUS: status] [RESULT: result] rest" anywhere in a reply.
+ * @return {hasTool, toolName, toolStatus, text}. The text is the rest, "Action completed." if that is empty; text
+ * before the tag is dropped. Without a tag it is the whole reply.
  */
 function parseToolTag(text) {
     let from = text.indexOf("[TOOL:");
@@ -108,8 +108,8 @@ function parseToolTag(text) {
 }
 
 /**
- * What a reply says about the theme: false for dark, true for light, undefined when it says nothing.
- * As loose as it looks, on purpose: the reply is the only word of a theme that the assistant has just applied.
+ * Whether a reply says that a light theme was applied: true for light, false for dark, undefined if it is not about
+ * that. Intentional: the test is loose, because the reply is the only notification of a theme change.
  */
 function lightChromeFromWording(text) {
     if (!/applied/i.test(text)) {

@@ -4,8 +4,8 @@
 .pragma library
 .import "Translatable.js" as Translatable
 
-// The cards under a reply: {title, subtitle, prompt, iconName, iconColor, iconBg}. Follow-ups come from outside,
-// so an icon may only be the name of a theme icon (never a path or an address), and every field has its type.
+// The cards below a reply: {title, subtitle, prompt, iconName, iconColor, iconBg}. Follow-ups are untrusted, so the
+// type of every field is checked and an icon must be the name of a theme icon, not a path or URL.
 
 const mark = Translatable.mark;
 
@@ -29,7 +29,7 @@ const purple = { iconColor: "#a855f7", iconBg: "0.4,0.2,0.8" };
 const yellow = { iconColor: "#eab308", iconBg: "0.8,0.5,0.1" };
 const pink = { iconColor: "#ec4899", iconBg: "0.8,0.2,0.4" };
 
-// Prompts are sent to the assistant as they stand, so they are not translated.
+// Prompts are sent to the assistant, so they are not translated.
 const contextual = [
     { words: windowWords, score: 10, title: mark("List windows"), subtitle: mark("Show what is open now."),
       prompt: "List my open windows", iconName: "window-list", colors: blue },
@@ -53,19 +53,19 @@ const contextual = [
       prompt: "Summarize that in one short paragraph", iconName: "text-summarize", colors: blue }
 ];
 
-/** The first of the values that is a text with more than blanks in it, else "". */
+/** The first value that is a string with more than whitespace, "" if there is none. */
 function firstText(values) {
     const found = values.find(value => typeof value === "string" && value.trim() !== "");
     return found === undefined ? "" : found;
 }
 
-/** A text that is shown on one or two lines: cut at a length that no card can show, before a surrogate pair. */
+/** Cuts a text to more than a card can show, without splitting a surrogate pair. */
 function caption(text) {
     const cut = text.substring(0, maxCaptionLength);
     return /[\ud800-\udbff]$/.test(cut) ? cut.slice(0, -1) : cut;
 }
 
-/** Three numbers of 0 to 1, comma separated, as {r, g, b}; null for anything else. */
+/** Parses three numbers in 0 to 1, separated by commas. @return {r, g, b} or null */
 function parseRgb(text) {
     if (typeof text !== "string" || text.length > 64) {
         return null;
@@ -77,14 +77,14 @@ function parseRgb(text) {
     return { r: Number(parts[0]), g: Number(parts[1]), b: Number(parts[2]) };
 }
 
-/** Whether a value is a text that names a colour, by the toolkit's own rules. */
+/** Whether a value is a string that Qt accepts as colour. */
 function isColor(value) {
     return typeof value === "string" && value.length <= 64 && Qt.lighter(value) !== null;
 }
 
 /**
- * A follow-up of a reply as a card, or null when it names nothing to ask. Icons that are no plain name, and colours
- * that are none, become the defaults.
+ * Makes a card of a follow-up, null if that has no prompt. Invalid icon names and colours are replaced by the
+ * defaults.
  */
 function normalizeFollowUp(entry) {
     if (typeof entry !== "object" || entry === null) {
@@ -105,7 +105,7 @@ function normalizeFollowUp(entry) {
     };
 }
 
-/** The first four follow-ups that make cards; none for what is no array. */
+/** The cards of the first four valid follow-ups, none if the argument is not an array. */
 function followUpCards(array) {
     const cards = [];
     for (let i = 0; Array.isArray(array) && i < array.length && cards.length < maxCards; ++i) {
@@ -117,7 +117,7 @@ function followUpCards(array) {
     return cards;
 }
 
-/** A row of the table as a card, its texts through tr. */
+/** Makes a card of a row of the table above, translated by tr. */
 function contextualCard(row, tr) {
     return {
         title: Translatable.translated(row.title, tr),
@@ -129,30 +129,30 @@ function contextualCard(row, tr) {
     };
 }
 
-/** Whether two cards ask the same, whatever the case. */
+/** Whether two cards have the same prompt, ignoring case. */
 function asksTheSame(a, b) {
     return a.prompt.length === b.prompt.length && a.prompt.toLowerCase() === b.prompt.toLowerCase();
 }
 
-/** The cards that are left when those that ask the same as an earlier one are dropped. */
+/** The cards without those that have the same prompt as an earlier one. */
 function withoutRepeats(cards) {
     return cards.filter((card, index) => !cards.slice(0, index).some(earlier => asksTheSame(earlier, card)));
 }
 
-/** Up to four cards that suit the words of the last query and its reply, the most fitting first. */
+/** Up to four cards that match the last query and its reply, best first. */
 function contextualSuggestions(query, reply, tr) {
-    // Not lower-cased, as that can take minutes for a hostile reply: the patterns ignore case.
+    // The patterns ignore case, because lower-casing a hostile reply can take minutes.
     const words = String(query || "") + " " + String(reply || "");
     const pool = contextual
         .map((row, order) => ({ row: row, order: order }))
         .filter(entry => entry.row.words.test(words))
-        // The engine's sort is not stable: the order of the table decides between equal scores.
+        // The engine's sort is not stable, so equal scores are sorted by their order in the table.
         .sort((a, b) => b.row.score - a.row.score || a.order - b.order)
         .map(entry => contextualCard(entry.row, tr));
     return withoutRepeats(pool).slice(0, maxCards);
 }
 
-/** The cards under a reply: its follow-ups first, then contextual ones that don't repeat them, four in all. */
+/** The cards below a reply, up to four: follow-ups first, then contextual ones with other prompts. */
 function cards(followUps, query, reply, tr) {
     const offered = followUpCards(followUps);
     const fill = contextualSuggestions(query, reply, tr)

@@ -3,21 +3,21 @@
 
 .pragma library
 
-// Libraries have no context and so no i18n: they mark their texts for the catalogue, and who calls them passes
-// the function that translates. Places to fill in are written as {name}, because the catalogue answers a text
-// with %1 and no argument by a complaint of its own.
+// Script libraries have no QML context and so no i18n object: they mark their texts for the catalogue, and the caller
+// passes the translating function. Placeholders are written as {name}, because KI18n adds an error message to a text
+// with %1 but no argument.
 
-/** Marks a text for the catalogue and returns it as it is. */
+/** Marks a text for the catalogue and returns it unchanged. */
 function mark(text) {
     return text;
 }
 
-/** The text through tr, a function from text to text; as it is without one or when empty. */
+/** Translates a text by tr. Returns it unchanged if it is empty or tr is not a function. */
 function translated(text, tr) {
     return text !== "" && typeof tr === "function" ? tr(text) : text;
 }
 
-/** The text with every {name} replaced by the value of that name; an unknown one stays. */
+/** Replaces each {name} by the value of that name. Unknown names are kept. */
 function filled(text, values) {
     return text.replace(/\{(\w+)\}/g, (place, name) => values.hasOwnProperty(name) ? values[name] : place);
 }

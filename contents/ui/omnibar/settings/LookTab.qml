@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../common"
 import "../logic/Geometry.js" as Geometry
 
-//! Theme, opacity and transparency.
+//! The tab for theme, opacity and transparency.
 Column {
     id: look
     objectName: "lookTab"

@@ -6,13 +6,13 @@ import QtQuick.Templates 2.15 as T
 
 import "../common"
 
-//! A slider in the sheet's colours.
+//! A slider in the colours of the settings sheet.
 T.Slider {
     id: slider
 
     required property var theme
 
-    // What assistive technology asks for the ends of the range.
+    // Assistive technology reads the range from these names.
     readonly property real minimumValue: from
     readonly property real maximumValue: to
 

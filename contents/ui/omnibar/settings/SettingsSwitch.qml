@@ -6,7 +6,7 @@ import QtQuick.Templates 2.15 as T
 
 import "../common"
 
-//! A switch in the sheet's colours, its text to the left.
+//! A switch in the colours of the settings sheet, with its label on the left.
 T.Switch {
     id: control
 
@@ -24,7 +24,7 @@ T.Switch {
     Keys.onReturnPressed: control.press()
     Keys.onEnterPressed: control.press()
 
-    //! As a click would.
+    //! Toggles like a click.
     function press() {
         toggle();
         toggled();

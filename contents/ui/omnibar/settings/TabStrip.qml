@@ -6,12 +6,12 @@ import QtQuick.Templates 2.15 as T
 
 import "../common"
 
-//! The row of tabs, in a well. Left and Right move between them.
+//! The tabs of the settings sheet. Left and Right switch between them.
 T.TabBar {
     id: strip
 
     required property var theme
-    //! Titles, already translated.
+    //! Translated titles.
     required property var titles
 
     implicitHeight: 40

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../common"
 
-//! Dark or light, in two segments.
+//! The choice between dark and light, as two segments.
 Row {
     id: segments
 
@@ -19,8 +19,8 @@ Row {
     Accessible.name: bar.tr("Theme")
 
     Repeater {
-        // Tokens by name: with their values the rows would change with the theme, and the segment that was just pressed
-        // would be made anew, without the focus.
+        // Theme tokens by name. With their values the model would change with the theme, and the pressed segment would
+        // be created again without the focus.
         model: [
             { "name": "darkSegment", "text": segments.bar.tr("Dark"), "light": false, "fill": "uiSegDarkOn", "words": "uiSegTextOnDark" },
             { "name": "lightSegment", "text": segments.bar.tr("Light"), "light": true, "fill": "uiSegLightOn", "words": "uiSegTextOnLight" }
