@@ -6,19 +6,18 @@
 #include <QDir>
 #include <QString>
 
-//! Where the searches for programs, models and voices start. They are functions of these two, so that a test can give
-//! them a tree of its own.
+//! Where the searches for programs, models and voices start. Tests search a directory tree of their own.
 struct SearchRoots
 {
-    //! The user's home directory, absolute, without a slash at its end.
+    //! The user's home directory: absolute, without a trailing slash.
     QString home;
-    //! What is put before absolute paths such as /usr/share. Empty but in tests.
+    //! Prefix of absolute paths such as /usr/share. Empty except in tests.
     QString system;
 
-    //! Where models and voices lie: the packaged ones, and the user's own.
+    //! The directories with models and voices: those of packages, and those that the user has installed.
     QString packagedModels() const { return system + QLatin1String("/usr/share/tovi-forkeldaos/models"); }
-    QString ownModels() const { return home + QLatin1String("/.local/share/tovi-forkeldaos/models"); }
+    QString userModels() const { return home + QLatin1String("/.local/share/tovi-forkeldaos/models"); }
 
-    //! Those of this process. The home follows a changed HOME.
+    //! The real ones. The home follows HOME when that changes at run time.
     static SearchRoots ofThisProcess() { return {QDir::homePath(), QString()}; }
 };

@@ -6,12 +6,14 @@
 #include "SttPostProcessor.h"
 #include "VoiceLog.h"
 #include "VoiceParts.h"
+#include "VoiceSettings.h"
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QThread>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -21,61 +23,62 @@ class CaptureLink;
 class SherpaWorker;
 class SpeechOutput;
 
-//! The voice path as QML sees it, under the name voiceBridge: microphone to corrected transcript, spoken replies, the
-//! wake word, and the user's voice settings.
+//! The voice path for QML, which knows it as voiceBridge: from the microphone to a corrected transcript, spoken
+//! replies, the wake word, and the user's voice settings.
 //!
-//! An utterance is listened to (isListening), then with an engine (isTranscribing), and comes as transcriptReady(). One
-//! utterance at a time. What fails comes as errorOccurred(). It calls neither client of the bridge: QML takes its
-//! transcripts and submits them.
+//! One utterance at a time: it is captured (isListening), transcribed by an engine (isTranscribing), and reported by
+//! transcriptReady(). Failures are reported by errorOccurred(). This class calls neither client of the bridge: QML
+//! submits the transcripts.
 //!
-//! Used on the main thread. Engines work on a thread of their own, each capture on another one.
+//! Used on the main thread. The engines share a worker thread, and each capture has its own.
 class VoiceBridge : public QObject
 {
     Q_OBJECT
 
-    //! A capture is on. Stays set when the microphone can't be opened, until cancelListening().
+    //! A capture is running. Stays true if the microphone can't be opened, until cancelListening().
     Q_PROPERTY(bool isListening READ isListening NOTIFY listeningChanged)
-    //! Audio is with an engine.
+    //! An engine is transcribing.
     Q_PROPERTY(bool isTranscribing READ isTranscribing NOTIFY transcribingChanged)
     Q_PROPERTY(bool isModelLoaded READ isModelLoaded NOTIFY modelLoadedChanged)
-    //! The last final text, corrected.
+    //! The last final transcript, corrected.
     Q_PROPERTY(QString lastTranscript READ lastTranscript NOTIFY transcriptReady)
-    //! Milliseconds that its engine took.
+    //! Engine time of the last transcript in milliseconds.
     Q_PROPERTY(double lastTranscriptionMs READ lastTranscriptionMs NOTIFY transcriptReady)
-    //! The last failure of an engine; other errors aren't kept.
+    //! The last error of an engine; other errors aren't kept.
     Q_PROPERTY(QString lastError READ lastError NOTIFY errorOccurred)
-    //! Root mean square of a chunk, 0 to 1, four times a second. Whoever shows it scales it.
+    //! Root mean square of a chunk, 0 to 1, unscaled. Updated four times a second.
     Q_PROPERTY(double inputLevel READ inputLevel NOTIFY inputLevelChanged)
-    //! File or directory name of the loaded model.
+    //! The file or directory name of the loaded model.
     Q_PROPERTY(QString modelName READ modelName NOTIFY modelLoadedChanged)
     Q_PROPERTY(bool isSpeaking READ isSpeaking NOTIFY speakingChanged)
-    //! Replies are to be read aloud.
+    //! Whether replies are read aloud.
     Q_PROPERTY(bool ttsEnabled READ ttsEnabled WRITE setTtsEnabled NOTIFY ttsEnabledChanged)
-    //! A program and a voice that can read aloud were found.
+    //! Whether piper and a voice were found.
     Q_PROPERTY(bool ttsAvailable READ ttsAvailable NOTIFY ttsAvailableChanged)
     Q_PROPERTY(bool wakeWordEnabled READ wakeWordEnabled WRITE setWakeWordEnabled NOTIFY wakeWordEnabledChanged)
-    //! Id of the engine. Refuses those that aren't available; another engine's model is loaded at once.
+    //! The id of the engine. The setter refuses engines that aren't available, and loads the new engine's model at
+    //! once.
     Q_PROPERTY(QString sttBackend READ sttBackend WRITE setSttBackend NOTIFY sttBackendChanged)
     Q_PROPERTY(bool whisperSmallAvailable READ whisperSmallAvailable NOTIFY whisperSmallAvailableChanged)
     Q_PROPERTY(bool whisperSmallQ5Available READ whisperSmallQ5Available NOTIFY whisperSmallQ5AvailableChanged)
     Q_PROPERTY(bool moonshineAvailable READ moonshineAvailable NOTIFY moonshineAvailableChanged)
     Q_PROPERTY(bool nemotronAvailable READ nemotronAvailable NOTIFY nemotronAvailableChanged)
-    //! What was understood so far, while it is spoken.
+    //! The transcript so far, while the user speaks.
     Q_PROPERTY(QString partialTranscript READ partialTranscript NOTIFY partialTranscriptChanged)
     Q_PROPERTY(bool liveSttAvailable READ liveSttAvailable NOTIFY liveSttAvailableChanged)
-    //! The wish for live transcription, as a switch.
+    //! Whether the user wants live transcription.
     Q_PROPERTY(bool liveSttEnabled READ liveSttEnabled WRITE setLiveSttEnabled NOTIFY liveSttEnabledChanged)
-    //! "live" or "batch": the same wish in words. Without a live engine it has no effect.
+    //! The same as a mode, "live" or "batch". Has no effect without a live engine.
     Q_PROPERTY(QString sttInputMode READ sttInputMode WRITE setSttInputMode NOTIFY sttInputModeChanged)
-    //! "auto" or "manual". Kept here; QML acts on it.
+    //! "auto" or "manual". Only stored here: QML acts on it.
     Q_PROPERTY(QString voiceSubmitMode READ voiceSubmitMode WRITE setVoiceSubmitMode NOTIFY voiceSubmitModeChanged)
-    //! The voice test of the settings is open: transcripts belong to it. Not stored.
+    //! The voice test of the settings is open and takes the transcripts. Not stored.
     Q_PROPERTY(bool voiceTestActive READ voiceTestActive WRITE setVoiceTestActive NOTIFY voiceTestActiveChanged)
-    //! No live transcription, whatever the settings say. Not stored.
+    //! Disables live transcription regardless of the settings. Not stored.
     Q_PROPERTY(bool batchSttMode READ batchSttMode WRITE setBatchSttMode NOTIFY batchSttModeChanged)
     //! Silence that ends an utterance, 200 to 5000 ms.
     Q_PROPERTY(int silenceTimeoutMs READ silenceTimeoutMs WRITE setSilenceTimeoutMs NOTIFY silenceTimeoutMsChanged)
-    //! Seconds until a transcript is sent, 0 to 15. Kept here; QML acts on it.
+    //! Seconds until a transcript is sent, 0 to 15. Only stored here: QML acts on it.
     Q_PROPERTY(int voiceConfirmDelaySec READ voiceConfirmDelaySec WRITE setVoiceConfirmDelaySec NOTIFY
                    voiceConfirmDelaySecChanged)
     Q_PROPERTY(bool voiceLogEnabled READ voiceLogEnabled WRITE setVoiceLogEnabled NOTIFY voiceLogEnabledChanged)
@@ -83,12 +86,12 @@ class VoiceBridge : public QObject
     Q_PROPERTY(QStringList voiceLog READ voiceLog NOTIFY voiceLogChanged)
 
 public:
-    //! Reads the settings, looks for engines and voices, and listens for the wake word. No model is loaded. The
-    //! about-data must be set before, as it names the settings store.
+    //! Reads the settings, searches engines and voices, and connects to the wake word's signal. Loads no model. The
+    //! about-data must have been set because it determines the settings store.
     explicit VoiceBridge(QObject *parent = nullptr);
     //! The same with other parts.
     VoiceBridge(VoiceParts parts, QObject *parent);
-    //! Ends capture and speech, and waits for the engine's work, however long it takes.
+    //! Ends capture and speech, and waits without a timeout for a running transcription.
     ~VoiceBridge() override;
 
     bool isListening() const { return m_isListening; }
@@ -100,24 +103,24 @@ public:
     double inputLevel() const;
     QString modelName() const { return m_modelName; }
     bool isSpeaking() const;
-    bool ttsEnabled() const { return m_ttsEnabled; }
+    bool ttsEnabled() const { return m_settings.ttsEnabled; }
     bool ttsAvailable() const;
-    bool wakeWordEnabled() const { return m_wakeWordEnabled; }
-    QString sttBackend() const { return m_sttBackend; }
+    bool wakeWordEnabled() const { return m_settings.wakeWordEnabled; }
+    QString sttBackend() const { return m_settings.sttBackend; }
     bool whisperSmallAvailable() const { return m_whisperSmallAvailable; }
     bool whisperSmallQ5Available() const { return m_whisperSmallQ5Available; }
     bool moonshineAvailable() const { return m_moonshineAvailable; }
     bool nemotronAvailable() const { return m_nemotronAvailable; }
     QString partialTranscript() const { return m_partialTranscript; }
     bool liveSttAvailable() const { return m_liveSttAvailable; }
-    bool liveSttEnabled() const { return m_liveSttEnabled; }
-    QString sttInputMode() const { return m_sttInputMode; }
-    QString voiceSubmitMode() const { return m_voiceSubmitMode; }
+    bool liveSttEnabled() const { return m_settings.liveSttEnabled; }
+    QString sttInputMode() const { return m_settings.sttInputMode; }
+    QString voiceSubmitMode() const { return m_settings.voiceSubmitMode; }
     bool voiceTestActive() const { return m_voiceTestActive; }
     bool batchSttMode() const { return m_batchSttMode; }
-    int silenceTimeoutMs() const { return m_silenceTimeoutMs; }
-    int voiceConfirmDelaySec() const { return m_voiceConfirmDelaySec; }
-    bool voiceLogEnabled() const { return m_voiceLogEnabled; }
+    int silenceTimeoutMs() const { return m_settings.silenceTimeoutMs; }
+    int voiceConfirmDelaySec() const { return m_settings.voiceConfirmDelaySec; }
+    bool voiceLogEnabled() const { return m_settings.voiceLogEnabled; }
     QStringList voiceLog() const { return m_voiceLog.lines(); }
 
     void setTtsEnabled(bool enabled);
@@ -132,33 +135,35 @@ public:
     void setVoiceConfirmDelaySec(int delaySec);
     void setVoiceLogEnabled(bool enabled);
 
-    //! Listens until a silence, the limit of 30 seconds or stopListening(). Does nothing while an utterance is under
-    //! way. Loads the engine's model if there is none yet, and opens the microphone; both block.
+    //! Captures an utterance, until silence, the limit of 30 seconds or stopListening(). Does nothing while another
+    //! utterance is captured or transcribed. Loads the engine's model first if needed, and opens the microphone; both
+    //! block.
     Q_INVOKABLE void startListening();
-    //! Ends the capture; what was said is transcribed.
+    //! Ends the capture, which is then transcribed.
     Q_INVOKABLE void stopListening();
-    //! Throws the capture away. A transcription that runs isn't stopped: its text may still come.
+    //! Discards the capture. A running transcription isn't stopped: its transcript may still be reported.
     Q_INVOKABLE void cancelListening();
 
-    //! Loads the model of the chosen engine, in place of the one before. Blocks as long as it takes, and longer while
-    //! an engine works. @return false after errorOccurred()
-    //! @param path of the model; empty for a search at the usual places
+    //! Replaces the loaded model by the one of the chosen engine. Blocks until a running transcription has ended and
+    //! the model is loaded. @return false after errorOccurred()
+    //! @param path of the model; empty to search the default places
     Q_INVOKABLE bool loadModel(const QString &path);
     Q_INVOKABLE bool loadModel() { return loadModel(QString()); }
 
-    //! Reads @p text, which may be markdown, aloud, in place of what is read now. Silent where that is off or can't be.
+    //! Stops the current reply and reads @p text aloud, which may be markdown. Does nothing if speech is switched off
+    //! or not available.
     Q_INVOKABLE void speak(const QString &text);
     Q_INVOKABLE void stopSpeaking();
 
     Q_INVOKABLE void clearVoiceLog();
-    //! Adds a line while the log is on.
+    //! Adds a line if the log is enabled.
     Q_INVOKABLE void appendVoiceLog(const QString &entry);
 
-    //! The file that takes what the voice test of the settings submits. Makes its directory.
+    //! The path of the log of submitted voice tests. Creates its directory.
     Q_INVOKABLE QString voiceTestLogPath() const;
-    //! Adds one record, unless it says nothing: id, reference and hypothesis must have words.
+    //! Appends a record to it, unless id, reference or hypothesis is blank.
     //! @param accuracy 0 to 1
-    //! @param latencyMs of the engine
+    //! @param latencyMs engine time in milliseconds
     Q_INVOKABLE void appendVoiceTestFeedback(const QString &sentenceId, const QString &category,
                                              const QString &reference, const QString &hypothesis, double accuracy,
                                              int latencyMs);
@@ -192,7 +197,7 @@ Q_SIGNALS:
     void voiceConfirmDelaySecChanged();
     void voiceLogEnabledChanged();
     void voiceLogChanged();
-    //! Audio for the chosen engine, 16 kHz, mono, signed 16 bit, little-endian.
+    //! An utterance for the chosen engine: 16 kHz, mono, signed 16 bit, little-endian.
     void requestTranscription(const QByteArray &pcm16Data);
 
 private Q_SLOTS:
@@ -203,7 +208,7 @@ private Q_SLOTS:
     void dispatchTranscription(const QByteArray &pcm16Data);
 
 private:
-    // Making
+    // Construction
     template<typename Worker>
     void adoptWorker(Worker *worker);
     void readSettings();
@@ -214,7 +219,7 @@ private:
     bool prepareLiveSession();
     void startCapture(std::unique_ptr<Microphone> microphone, bool liveMode);
     void finishCapture(std::uint64_t number, bool speechSeen, bool liveMode, int chunks);
-    void tellOfNoSpeech(int audioMs);
+    void reportNoSpeech(std::chrono::milliseconds audio);
     void joinCaptureThread();
     void storeInputLevel(double rms);
 
@@ -225,11 +230,21 @@ private:
     bool loadSherpaModel(SherpaWorker *worker, bool available, const QString &path);
     void setModelLoaded(const QString &name);
 
-    // Every change of these is told
+    // These emit the change signal
     void setListening(bool listening);
     void setTranscribing(bool transcribing);
     void setAvailable(bool &flag, bool available, void (VoiceBridge::*changed)());
-    void tellOfSetting(const char *name, const QString &value, const QString &logEntry);
+
+    // Settings, see VoiceSettingsTable.h
+    //! Stores a value that passes the setting's normalization. Returns false if the setting has it already.
+    template<typename T>
+    bool change(const VoiceSetting<T> &setting, const T &value);
+    //! The first half of change(): sets the member.
+    template<typename T>
+    bool assign(const VoiceSetting<T> &setting, const T &value);
+    //! The second half: writes the setting to the store and the logs, and emits its signal.
+    template<typename T>
+    void publish(const VoiceSetting<T> &setting);
 
     bool m_isListening = false;
     bool m_isTranscribing = false;
@@ -237,26 +252,18 @@ private:
     QString m_lastTranscript;
     double m_lastTranscriptionMs = 0;
     QString m_lastError;
-    //! Written by capture threads and read on the main thread without a lock: a stale level does no harm.
+    //! Written by capture threads and read on the main thread without a lock: an outdated level does no harm.
     double m_inputLevel = 0;
     QString m_modelName;
-    bool m_ttsEnabled = false;
-    bool m_wakeWordEnabled = false;
-    QString m_sttBackend;
+    VoiceSettings m_settings;
     bool m_whisperSmallAvailable = false;
     bool m_whisperSmallQ5Available = false;
     bool m_moonshineAvailable = false;
     bool m_nemotronAvailable = false;
     QString m_partialTranscript;
     bool m_liveSttAvailable = false;
-    bool m_liveSttEnabled = true;
-    QString m_sttInputMode;
-    QString m_voiceSubmitMode;
     bool m_voiceTestActive = false;
     bool m_batchSttMode = false;
-    int m_silenceTimeoutMs = 0;
-    int m_voiceConfirmDelaySec = 0;
-    bool m_voiceLogEnabled = false;
     VoiceLog m_voiceLog;
 
     const SearchRoots m_roots;
@@ -265,7 +272,7 @@ private:
     SpeechOutput *const m_speechOutput;
 
     QThread m_workerThread;
-    // They live on that thread, which deletes them at its end.
+    // They live on that thread and are deleted when it ends.
     WhisperWorker *const m_whisperWorker;
     MoonshineWorker *const m_moonshineWorker;
     NemotronWorker *const m_nemotronWorker;
@@ -273,9 +280,9 @@ private:
 
     const std::shared_ptr<CaptureLink> m_captureLink;
     std::unique_ptr<Capture> m_capture;
-    //! Counts the captures, so that the end of an older one is known as such.
+    //! Counts the captures, so that the delayed end of a cancelled one can be told apart.
     std::uint64_t m_captureNumber = 0;
-    //! The last utterance's samples; its memory goes from capture to capture.
+    //! The samples of the last utterance. Its memory is reused by the next capture.
     std::vector<qint16> m_captureBuffer;
     bool m_liveSessionActive = false;
 };

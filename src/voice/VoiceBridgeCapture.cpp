@@ -1,21 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// How VoiceBridge listens.
+// How VoiceBridge captures an utterance.
 #include "VoiceBridge.h"
 
 #include "Capture.h"
 #include "ModelPaths.h"
 #include "NemotronStreamingWorker.h"
 #include "ThreadHandover.h"
-#include "VoiceSettings.h"
 
 #include <QDebug>
 
 namespace
 {
 
-//! The one copy of an utterance that is made.
+//! Copies an utterance. This is the only copy.
 QByteArray bytesOf(const std::vector<qint16> &samples)
 {
     return QByteArray(reinterpret_cast<const char *>(samples.data()), int(samples.size() * sizeof(qint16)));
@@ -25,7 +24,7 @@ QByteArray bytesOf(const std::vector<qint16> &samples)
 
 bool VoiceBridge::wantsLive() const
 {
-    return m_sttInputMode == VoiceWords::live() && m_liveSttAvailable;
+    return m_settings.sttInputMode == SttInputMode::Live && m_liveSttAvailable;
 }
 
 void VoiceBridge::startListening()
@@ -34,9 +33,9 @@ void VoiceBridge::startListening()
         return;
     }
     const bool live = !m_batchSttMode && wantsLive();
-    appendVoiceLog(
-        QStringLiteral("START listening  mode=%1  backend=%2  silenceTimeout=%3ms")
-            .arg(live ? VoiceWords::live() : VoiceWords::batch(), m_sttBackend, QString::number(m_silenceTimeoutMs)));
+    appendVoiceLog(QStringLiteral("START listening  mode=%1  backend=%2  silenceTimeout=%3ms")
+                       .arg(live ? SttInputMode::Live : SttInputMode::Batch, m_settings.sttBackend,
+                            QString::number(m_settings.silenceTimeoutMs)));
     if (live) {
         if (!prepareLiveSession()) {
             return;
@@ -48,7 +47,7 @@ void VoiceBridge::startListening()
         }
     }
     setListening(true);
-    // Whoever heard of that may have cancelled already.
+    // A slot may have cancelled already.
     if (!m_isListening) {
         return;
     }
@@ -57,7 +56,7 @@ void VoiceBridge::startListening()
     QString reason;
     std::unique_ptr<Microphone> microphone = m_openMicrophone(&reason);
     if (!microphone) {
-        // Listening stays set, so that nothing tries again before the user has cancelled.
+        // isListening stays true, so that nothing tries again before the user has cancelled.
         Q_EMIT errorOccurred(QStringLiteral("Cannot open microphone: ") + reason);
         return;
     }
@@ -86,7 +85,7 @@ bool VoiceBridge::prepareLiveSession()
     m_partialTranscript.clear();
     Q_EMIT partialTranscriptChanged();
     if (!m_liveSessionActive) {
-        return false; // cancelled by whoever heard of that
+        return false; // cancelled by a slot
     }
     ThreadHandover::call(worker, [worker] { worker->startSession(); });
     return true;
@@ -94,7 +93,7 @@ bool VoiceBridge::prepareLiveSession()
 
 void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool liveMode)
 {
-    // The capture thread knows this object only through the link, which is cut before it goes.
+    // The capture thread calls this object only through the link, which is cut before the object is deleted.
     const std::shared_ptr<CaptureLink> link = m_captureLink;
     Capture::Listener listener;
     listener.level = [this, link](double rms) {
@@ -116,8 +115,8 @@ void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool live
             ThreadHandover::post(this, [=, this] { finishCapture(number, speechSeen, liveMode, chunks); });
         });
     };
-    m_capture = std::make_unique<Capture>(std::move(microphone), m_silenceTimeoutMs, std::move(m_captureBuffer),
-                                          std::move(listener));
+    m_capture = std::make_unique<Capture>(std::move(microphone), std::chrono::milliseconds(m_settings.silenceTimeoutMs),
+                                          std::move(m_captureBuffer), std::move(listener));
 }
 
 void VoiceBridge::stopListening()
@@ -146,16 +145,16 @@ void VoiceBridge::cancelListening()
 
 void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool liveMode, int chunks)
 {
-    const int audioMs = chunks * Pcm::ChunkMs;
+    const std::chrono::milliseconds audio = chunks * Pcm::ChunkDuration;
     if (number != m_captureNumber) {
-        // One that was cancelled, and another has begun before this was delivered: the newer one's thread, samples and
-        // state aren't touched.
-        tellOfNoSpeech(audioMs);
+        // This capture was cancelled, and the next one has begun before this call was delivered. Thread, samples and
+        // state belong to the next one.
+        reportNoSpeech(audio);
         return;
     }
     joinCaptureThread();
-    // Taken before anybody is told of anything, as whoever hears of the end may start the next capture. In live mode
-    // the engine has had it all, and none is left to be told of.
+    // Taken before any signal is emitted, because a slot may start the next capture. In live mode the engine has
+    // received all audio already.
     QByteArray pcm16Data;
     if (!liveMode) {
         pcm16Data = bytesOf(m_captureBuffer);
@@ -168,14 +167,14 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         }
         m_partialTranscript.clear();
         Q_EMIT partialTranscriptChanged();
-        tellOfNoSpeech(audioMs);
+        reportNoSpeech(audio);
         return;
     }
 
-    // A live capture that was cancelled after it had heard speech comes here as well. That isn't to be mended: its
-    // session leads to a transcript or a failure, which ends what begins here.
+    // Intentional: a live capture that was cancelled after speech had begun gets here, too. Its session ends with a
+    // transcript or an error, which resets isTranscribing.
     appendVoiceLog(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2")
-                       .arg(audioMs)
+                       .arg(audio.count())
                        .arg(pcm16Data.size() / int(sizeof(qint16))));
     setListening(false);
     if (liveMode) {
@@ -186,13 +185,13 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
         return;
     }
     setTranscribing(true);
-    appendVoiceLog(QStringLiteral("TRANSCRIBING (batch)  backend=%1").arg(m_sttBackend));
+    appendVoiceLog(QStringLiteral("TRANSCRIBING (batch)  backend=%1").arg(m_settings.sttBackend));
     Q_EMIT requestTranscription(pcm16Data);
 }
 
-void VoiceBridge::tellOfNoSpeech(int audioMs)
+void VoiceBridge::reportNoSpeech(std::chrono::milliseconds audio)
 {
-    appendVoiceLog(QStringLiteral("SILENCE  no speech detected after %1 ms").arg(audioMs));
+    appendVoiceLog(QStringLiteral("SILENCE  no speech detected after %1 ms").arg(audio.count()));
     Q_EMIT errorOccurred(QStringLiteral("No speech detected"));
 }
 

@@ -1,15 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// How VoiceBridge chooses an engine, loads its model, and what becomes of its text.
+// How VoiceBridge chooses an engine, loads its model, and handles its transcripts.
 #include "VoiceBridge.h"
 
 #include "ModelPaths.h"
 #include "MoonshineWorker.h"
 #include "NemotronWorker.h"
-#include "SttBackends.h"
 #include "ThreadHandover.h"
-#include "VoiceSettings.h"
+#include "VoiceSettingsTable.h"
 #include "WhisperWorker.h"
 
 #include <QDebug>
@@ -20,14 +19,14 @@ void VoiceBridge::detectEngines()
     const auto hasWhisperModel = [this](const QString &backend) {
         return !ModelPaths::resolveWhisperModelPath(backend, m_roots).isEmpty();
     };
-    setAvailable(m_whisperSmallAvailable, hasWhisperModel(SttBackends::whisperSmall()),
+    setAvailable(m_whisperSmallAvailable, hasWhisperModel(SttBackends::WhisperSmall),
                  &VoiceBridge::whisperSmallAvailableChanged);
-    setAvailable(m_whisperSmallQ5Available, hasWhisperModel(SttBackends::whisperSmallQ5()),
+    setAvailable(m_whisperSmallQ5Available, hasWhisperModel(SttBackends::WhisperSmallQ5),
                  &VoiceBridge::whisperSmallQ5AvailableChanged);
     qDebug() << "VoiceBridge: whisper-small:" << m_whisperSmallAvailable << "q5_1:" << m_whisperSmallQ5Available;
 
-    const auto hasSherpa = [](const SherpaWorker *worker) {
-        const SherpaWorker::Availability found = worker->availability();
+    const auto hasSherpa = [this](const SherpaWorker *worker) {
+        const SherpaWorker::Availability found = worker->availability(m_roots);
         qDebug() << worker->engine().available << found.available() << "bin:" << found.program
                  << "model:" << found.model;
         return found.available();
@@ -38,15 +37,16 @@ void VoiceBridge::detectEngines()
 
 SherpaWorker *VoiceBridge::sherpaWorker(const QString &backend) const
 {
-    return backend == SttBackends::moonshine() ? m_moonshineWorker
-        : backend == SttBackends::nemotron()   ? static_cast<SherpaWorker *>(m_nemotronWorker)
-                                               : nullptr;
+    return backend == SttBackends::Moonshine ? m_moonshineWorker
+        : backend == SttBackends::Nemotron   ? static_cast<SherpaWorker *>(m_nemotronWorker)
+                                             : nullptr;
 }
 
 void VoiceBridge::setSttBackend(const QString &backend)
 {
-    const QString id = SttBackends::fromWords(backend);
-    if (id == m_sttBackend) {
+    const VoiceSetting<QString> &setting = VoiceSettingsTable::sttBackend;
+    const QString id = setting.normalized(backend);
+    if (id == m_settings.sttBackend) {
         return;
     }
     if (const QString reason = refusal(id); !reason.isEmpty()) {
@@ -54,30 +54,30 @@ void VoiceBridge::setSttBackend(const QString &backend)
         return;
     }
     cancelListening();
-    m_sttBackend = id;
+    m_settings.sttBackend = id;
     m_isModelLoaded = false;
     m_modelName.clear();
     Q_EMIT sttBackendChanged();
     Q_EMIT modelLoadedChanged();
-    VoiceSettings::write(VoiceKeys::sttBackend, id);
-    loadModel(); // a failure has been told by then
+    m_settings.write(setting);
+    loadModel(); // emits errorOccurred() on failure
 }
 
 QString VoiceBridge::refusal(const QString &backend) const
 {
     const struct
     {
-        QString backend;
+        QLatin1String backend;
         bool available;
         QString reason;
     } rows[] = {
-        {SttBackends::whisperSmall(), m_whisperSmallAvailable,
+        {SttBackends::WhisperSmall, m_whisperSmallAvailable,
          QStringLiteral("Whisper small.en model not found. Download ggml-small.en.bin")},
-        {SttBackends::whisperSmallQ5(), m_whisperSmallQ5Available,
+        {SttBackends::WhisperSmallQ5, m_whisperSmallQ5Available,
          QStringLiteral("Whisper small.en Q5 model not found. Run whisper-quantize")},
-        {SttBackends::moonshine(), m_moonshineAvailable,
+        {SttBackends::Moonshine, m_moonshineAvailable,
          QStringLiteral("Moonshine backend not available on this system")},
-        {SttBackends::nemotron(), m_nemotronAvailable, QStringLiteral("Nemotron backend not available on this system")},
+        {SttBackends::Nemotron, m_nemotronAvailable, QStringLiteral("Nemotron backend not available on this system")},
     };
     for (const auto &row : rows) {
         if (row.backend == backend) {
@@ -92,10 +92,10 @@ bool VoiceBridge::loadModel(const QString &path)
     m_isModelLoaded = false;
     m_lastError.clear();
     Q_EMIT modelLoadedChanged();
-    if (m_sttBackend == SttBackends::moonshine()) {
+    if (m_settings.sttBackend == SttBackends::Moonshine) {
         return loadSherpaModel(m_moonshineWorker, m_moonshineAvailable, path);
     }
-    if (m_sttBackend == SttBackends::nemotron()) {
+    if (m_settings.sttBackend == SttBackends::Nemotron) {
         return loadSherpaModel(m_nemotronWorker, m_nemotronAvailable, path);
     }
     return loadWhisperModel(path);
@@ -103,9 +103,10 @@ bool VoiceBridge::loadModel(const QString &path)
 
 bool VoiceBridge::loadWhisperModel(const QString &path)
 {
-    const QString modelPath = path.isEmpty() ? ModelPaths::resolveWhisperModelPath(m_sttBackend, m_roots) : path;
+    const QString modelPath =
+        path.isEmpty() ? ModelPaths::resolveWhisperModelPath(m_settings.sttBackend, m_roots) : path;
     if (modelPath.isEmpty()) {
-        // The base model is named whichever was looked for: it is the one that is easy to get.
+        // Intentional: names the base model, which is easy to get, whichever model is missing.
         Q_EMIT errorOccurred(QStringLiteral(
             "Whisper model not found. Download ggml-base.en.bin to ~/.local/share/tovi-forkeldaos/models/"));
         return false;
@@ -126,13 +127,13 @@ bool VoiceBridge::loadSherpaModel(SherpaWorker *worker, bool available, const QS
         Q_EMIT errorOccurred(engine.unavailable);
         return false;
     }
-    const QString modelDir = worker->resolveModelDir(path);
+    const QString modelDir = worker->resolveModelDir(path, m_roots);
     if (modelDir.isEmpty()) {
         Q_EMIT errorOccurred(engine.dirNotFound);
         return false;
     }
     qDebug() << engine.loading << modelDir;
-    if (!worker->load(modelDir)) {
+    if (!worker->load(modelDir, m_roots)) {
         Q_EMIT errorOccurred(engine.loadFailed + modelDir);
         return false;
     }
@@ -149,7 +150,7 @@ void VoiceBridge::setModelLoaded(const QString &name)
 
 void VoiceBridge::dispatchTranscription(const QByteArray &pcm16Data)
 {
-    if (SherpaWorker *const worker = sherpaWorker(m_sttBackend)) {
+    if (SherpaWorker *const worker = sherpaWorker(m_settings.sttBackend)) {
         ThreadHandover::post(worker, [worker, pcm16Data] { worker->transcribe(pcm16Data); });
     } else {
         ThreadHandover::post(m_whisperWorker, [worker = m_whisperWorker, pcm16Data] { worker->transcribe(pcm16Data); });

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// VoiceBridge beyond listening: speech, the wake word, the log of the voice test.
+// VoiceBridge: speech output, the wake word, and the log of voice tests.
 #include "VoiceBridge.h"
 
 #include "SpeechOutput.h"
@@ -21,7 +21,7 @@ bool VoiceBridge::ttsAvailable() const
 
 void VoiceBridge::speak(const QString &text)
 {
-    if (ttsAvailable() && m_ttsEnabled && !text.trimmed().isEmpty()) {
+    if (ttsAvailable() && m_settings.ttsEnabled && !text.trimmed().isEmpty()) {
         m_speechOutput->speak(text);
     }
 }
@@ -33,7 +33,7 @@ void VoiceBridge::stopSpeaking()
 
 void VoiceBridge::onWakeWordActivated(const QString &phrase)
 {
-    // Whether the wake word is on isn't asked: who hears it while it is off has a detector of their own.
+    // Intentional: doesn't check wakeWordEnabled. A user without our service may run another detector.
     qDebug() << "VoiceBridge: wake word activated:" << phrase;
     Q_EMIT wakeWordActivated(phrase);
     if (isSpeaking()) {
@@ -53,5 +53,6 @@ void VoiceBridge::appendVoiceTestFeedback(const QString &sentenceId, const QStri
                                           const QString &hypothesis, double accuracy, int latencyMs)
 {
     VoiceTestLog::append({sentenceId, category, reference, hypothesis, accuracy, latencyMs},
-                         {m_sttInputMode, m_voiceSubmitMode, m_sttBackend, m_liveSttAvailable, m_silenceTimeoutMs});
+                         {m_settings.sttInputMode, m_settings.voiceSubmitMode, m_settings.sttBackend,
+                          m_liveSttAvailable, m_settings.silenceTimeoutMs});
 }

@@ -6,7 +6,7 @@
 void VoiceLog::append(QTime time, const QString &entry)
 {
     m_lines.prepend(QStringLiteral("[%1] %2").arg(time.toString(QStringLiteral("HH:mm:ss.zzz")), entry));
-    while (m_lines.size() > MostLines) {
+    while (m_lines.size() > MaximumLines) {
         m_lines.removeLast();
     }
 }

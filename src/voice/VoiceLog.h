@@ -6,13 +6,13 @@
 #include <QStringList>
 #include <QTime>
 
-//! What the user can read of the voice path's doings, newest first. It lives in memory only.
+//! The log of the voice path that is shown to the user, newest line first. Kept in memory only.
 class VoiceLog
 {
 public:
-    static constexpr int MostLines = 200;
+    static constexpr int MaximumLines = 200;
 
-    //! Puts a line with its time, to the millisecond, in front; the oldest line goes when there are too many.
+    //! Adds a line with its time, in milliseconds, at the front. Beyond the maximum the oldest line is dropped.
     void append(QTime time, const QString &entry);
     void clear() { m_lines.clear(); }
     QStringList lines() const { return m_lines; }

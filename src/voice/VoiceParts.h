@@ -13,10 +13,10 @@ class NemotronStreamingWorker;
 class NemotronWorker;
 class WhisperWorker;
 
-//! What VoiceBridge is put together from. Tests put in parts of their own.
+//! The parts of a VoiceBridge. Tests replace some of them.
 struct VoiceParts
 {
-    //! Those of the program.
+    //! The parts that the program uses.
     VoiceParts();
     ~VoiceParts();
     VoiceParts(VoiceParts &&) noexcept;
@@ -26,8 +26,9 @@ struct VoiceParts
     std::unique_ptr<MoonshineWorker> moonshine;
     std::unique_ptr<NemotronWorker> nemotron;
     std::unique_ptr<NemotronStreamingWorker> streaming;
-    //! There is an engine behind the streaming worker. This build has none.
+    //! Whether the streaming worker has an engine. It has none in this build.
     bool liveSttAvailable = false;
     OpenMicrophone openMicrophone = openPulseMicrophone;
+    //! For everything that is searched: programs, models and voices.
     SearchRoots roots = SearchRoots::ofThisProcess();
 };

@@ -3,21 +3,25 @@
 
 #include "VoiceSettings.h"
 
-#include "SttBackends.h"
+#include "VoiceSettingsTable.h"
 
 #include <QSettings>
+#include <QVariant>
 
 namespace
 {
 
-QString key(const char *name)
+template<typename T>
+QString storeKey(const VoiceSetting<T> &setting)
 {
-    return QStringLiteral("voice/") + QLatin1String(name);
+    return QStringLiteral("voice/") + QLatin1String(setting.key);
 }
 
-QString word(const QString &words)
+template<typename T>
+T storedValue(const QSettings &store, const VoiceSetting<T> &setting)
 {
-    return words.trimmed().toLower();
+    const T value = store.value(storeKey(setting), setting.defaultValue).template value<T>();
+    return setting.normalizesStored ? setting.normalized(value) : value;
 }
 
 } // namespace
@@ -25,35 +29,23 @@ QString word(const QString &words)
 VoiceSettings VoiceSettings::read()
 {
     const QSettings store;
-    const VoiceSettings usual;
-    VoiceSettings stored;
-    stored.ttsEnabled = store.value(key(VoiceKeys::ttsEnabled), usual.ttsEnabled).toBool();
-    stored.wakeWordEnabled = store.value(key(VoiceKeys::wakeWordEnabled), usual.wakeWordEnabled).toBool();
-    stored.sttBackend = store.value(key(VoiceKeys::sttBackend), SttBackends::usual()).toString();
-    stored.liveSttEnabled = store.value(key(VoiceKeys::liveSttEnabled), usual.liveSttEnabled).toBool();
-    stored.sttInputMode = word(store.value(key(VoiceKeys::sttInputMode)).toString());
-    if (stored.sttInputMode != VoiceWords::live() && stored.sttInputMode != VoiceWords::batch()) {
-        stored.sttInputMode = stored.liveSttEnabled ? VoiceWords::live() : VoiceWords::batch();
+    VoiceSettings settings;
+    VoiceSettingsTable::forEach([&](const auto &setting) { settings.*setting.member = storedValue(store, setting); });
+
+    QString &mode = settings.sttInputMode;
+    mode = mode.trimmed().toLower();
+    if (mode != SttInputMode::Live && mode != SttInputMode::Batch) {
+        mode = settings.liveSttEnabled ? SttInputMode::Live : SttInputMode::Batch;
     }
-    stored.voiceSubmitMode = submitMode(store.value(key(VoiceKeys::voiceSubmitMode)).toString());
-    stored.silenceTimeoutMs = store.value(key(VoiceKeys::silenceTimeoutMs), usual.silenceTimeoutMs).toInt();
-    stored.voiceConfirmDelaySec = store.value(key(VoiceKeys::voiceConfirmDelaySec), usual.voiceConfirmDelaySec).toInt();
-    stored.voiceLogEnabled = store.value(key(VoiceKeys::voiceLogEnabled), usual.voiceLogEnabled).toBool();
-    return stored;
+    return settings;
 }
 
-void VoiceSettings::write(const char *name, const QVariant &value)
+template<typename T>
+void VoiceSettings::write(const VoiceSetting<T> &setting) const
 {
-    QSettings().setValue(key(name), value);
+    QSettings().setValue(storeKey(setting), this->*setting.member);
 }
 
-QString VoiceSettings::inputMode(const QString &words)
-{
-    return word(words) == VoiceWords::live() ? VoiceWords::live() : VoiceWords::batch();
-}
-
-QString VoiceSettings::submitMode(const QString &words)
-{
-    const QString manual = QStringLiteral("manual");
-    return word(words) == manual ? manual : QStringLiteral("auto");
-}
+template void VoiceSettings::write(const VoiceSetting<bool> &setting) const;
+template void VoiceSettings::write(const VoiceSetting<int> &setting) const;
+template void VoiceSettings::write(const VoiceSetting<QString> &setting) const;

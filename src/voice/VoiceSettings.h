@@ -4,58 +4,43 @@
 #pragma once
 
 #include <QString>
-#include <QVariant>
 
-//! The user's voice settings, in the application's default QSettings store. They lie beside those of the conversation,
-//! not in the KConfig file.
+template<typename T>
+struct VoiceSetting;
+
+//! The user's voice settings. They are stored in the application's default QSettings store, beside those of the
+//! conversation, and not in the KConfig file. The table with their keys, defaults and ranges is VoiceSettingsTable.h.
 struct VoiceSettings
 {
     bool ttsEnabled = false;
     bool wakeWordEnabled = false;
     QString sttBackend;
-    bool liveSttEnabled = true;
+    bool liveSttEnabled = false;
     QString sttInputMode;
     QString voiceSubmitMode;
-    int silenceTimeoutMs = 700;
-    int voiceConfirmDelaySec = 4;
+    int silenceTimeoutMs = 0;
+    int voiceConfirmDelaySec = 0;
     bool voiceLogEnabled = false;
 
-    //! What the store holds, in the order of the members, with a default for each that is absent. Numbers and the
-    //! backend are taken as they stand: only a hand-edited file holds odd ones, and their effects are harmless. Words
-    //! that name no mode are repaired.
+    //! The stored settings, with the default for each one that is absent. Numbers and the backend are taken unchecked:
+    //! only a hand-edited file has values out of range, and they do no harm. Invalid modes are replaced.
     static VoiceSettings read();
-    //! @param name without the group that all have in common
-    static void write(const char *name, const QVariant &value);
 
-    //! "live", or "batch" for all other words. Case and blanks around it don't count.
-    static QString inputMode(const QString &words);
-    //! "manual", or "auto" for all other words. Case and blanks around it don't count.
-    static QString submitMode(const QString &words);
+    //! Writes the current value of one setting to the store.
+    template<typename T>
+    void write(const VoiceSetting<T> &setting) const;
 };
 
-//! Names of the settings in the store.
-namespace VoiceKeys
+//! The values of sttInputMode.
+namespace SttInputMode
 {
-constexpr char ttsEnabled[] = "ttsEnabled";
-constexpr char wakeWordEnabled[] = "wakeWordEnabled";
-constexpr char sttBackend[] = "sttBackend";
-constexpr char liveSttEnabled[] = "liveSttEnabled";
-constexpr char sttInputMode[] = "sttInputMode";
-constexpr char voiceSubmitMode[] = "voiceSubmitMode";
-constexpr char silenceTimeoutMs[] = "silenceTimeoutMs";
-constexpr char voiceConfirmDelaySec[] = "voiceConfirmDelaySec";
-constexpr char voiceLogEnabled[] = "voiceLogEnabled";
-} // namespace VoiceKeys
+inline const QLatin1String Live("live");
+inline const QLatin1String Batch("batch");
+} // namespace SttInputMode
 
-//! Words that several settings and signals share.
-namespace VoiceWords
+//! The values of voiceSubmitMode.
+namespace VoiceSubmitMode
 {
-inline QString live()
-{
-    return QStringLiteral("live");
-}
-inline QString batch()
-{
-    return QStringLiteral("batch");
-}
-} // namespace VoiceWords
+inline const QLatin1String Auto("auto");
+inline const QLatin1String Manual("manual");
+} // namespace VoiceSubmitMode

@@ -37,7 +37,7 @@ std::optional<QJsonObject> VoiceTestLog::record(const Result &result, const Sett
         return std::nullopt;
     }
     return QJsonObject {
-        // The format ends a UTC time with a "Z" already; readers of the log know it with two.
+        // Intentional: the format already appends a "Z" to a UTC time, but readers of the log expect two.
         {QStringLiteral("timestamp"), QString(utc.toString(Qt::ISODateWithMs) + QLatin1Char('Z'))},
         {QStringLiteral("event"), QStringLiteral("voice.test.submitted")},
         {QStringLiteral("source"), QStringLiteral("settings_voice_test")},

@@ -10,7 +10,7 @@
 class QDateTime;
 class QJsonObject;
 
-//! The log of voice tests that the user submitted: a file of JSON lines.
+//! The log of submitted voice tests, a file of JSON lines.
 namespace VoiceTestLog
 {
 
@@ -19,13 +19,13 @@ struct Result
 {
     QString sentenceId;
     QString category;
-    QString reference; //!< what was to be read
-    QString hypothesis; //!< what was understood
+    QString reference; //!< the sentence
+    QString hypothesis; //!< the transcript
     double accuracy = 0; //!< 0 to 1
-    int latencyMs = 0; //!< engine time
+    int latencyMs = 0; //!< engine time in milliseconds
 };
 
-//! With what it was understood.
+//! The settings during the test.
 struct Settings
 {
     QString sttInputMode;
@@ -35,20 +35,20 @@ struct Settings
     int silenceTimeoutMs = 0;
 };
 
-//! The file, whose directory is made.
-//! @param stateHome what XDG_STATE_HOME says, empty when it says nothing
+//! The path of the log file. Creates its directory.
+//! @param stateHome value of XDG_STATE_HOME, empty if that isn't set
 QString path(const QString &stateHome, const QString &home);
-//! The same by environment and home of this process.
+//! The same with the environment and home of this process.
 QString path();
 
-//! The line's content. Nothing where the sentence's id, reference or hypothesis is blank.
-//! @param utc when it was submitted
+//! The content of a line; nothing if the sentence's id, reference or hypothesis is blank.
+//! @param utc time of submission
 std::optional<QJsonObject> record(const Result &result, const Settings &settings, const QDateTime &utc);
 
-//! Writes a record as one line behind the others. A failure is warned of.
+//! Appends a record as one line. A failure is logged as a warning.
 void append(const QString &path, const QJsonObject &record);
 
-//! Both, now, in this process's file.
+//! Appends the record of a result to the log file of this process, with the current time.
 void append(const Result &result, const Settings &settings);
 
 } // namespace VoiceTestLog

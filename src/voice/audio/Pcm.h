@@ -5,12 +5,14 @@
 
 #include <QtGlobal>
 
-//! The one sound format between microphone and engines: 16 kHz, mono, signed 16 bit, little-endian, read in chunks.
+#include <chrono>
+
+//! The audio format between microphone and engines: 16 kHz, mono, signed 16 bit, little-endian, in chunks.
 namespace Pcm
 {
 constexpr int SampleRate = 16000; // Hz
 constexpr int SampleBytes = sizeof(qint16);
-constexpr int ChunkMs = 50;
-constexpr int ChunkSamples = SampleRate / 1000 * ChunkMs;
+constexpr std::chrono::milliseconds ChunkDuration {50};
+constexpr int ChunkSamples = SampleRate / 1000 * static_cast<int>(ChunkDuration.count());
 constexpr int ChunkBytes = ChunkSamples * SampleBytes;
 } // namespace Pcm

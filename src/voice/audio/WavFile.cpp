@@ -15,11 +15,10 @@ constexpr quint16 s_channels = 1;
 constexpr quint32 s_sampleRate = Pcm::SampleRate;
 constexpr quint16 s_bitsPerSample = Pcm::SampleBytes * 8;
 constexpr quint16 s_blockAlign = s_channels * Pcm::SampleBytes; // bytes
-constexpr quint32 s_byteRate = s_sampleRate * s_blockAlign; // bytes a second
-//! What follows the size of the format's own chunk, in bytes.
-constexpr quint32 s_formatSize = 16;
-//! The header without the name "RIFF" and the size that stands behind it.
-constexpr quint32 s_countedHeader = WavFile::headerSize - 8;
+constexpr quint32 s_byteRate = s_sampleRate * s_blockAlign; // bytes per second
+constexpr quint32 s_formatSize = 16; // bytes of the "fmt " chunk after its size field
+//! The part of the header that the size field of "RIFF" counts: what follows that field.
+constexpr quint32 s_countedHeader = WavFile::HeaderBytes - 8;
 
 template<typename Number>
 void append(QByteArray &bytes, Number number)
@@ -34,7 +33,7 @@ QByteArray WavFile::fromPcm(const QByteArray &pcm16Data)
 {
     const auto dataSize = static_cast<quint32>(pcm16Data.size());
     QByteArray file;
-    file.reserve(headerSize + pcm16Data.size());
+    file.reserve(HeaderBytes + pcm16Data.size());
     file.append("RIFF");
     append(file, dataSize + s_countedHeader);
     file.append("WAVEfmt ");

@@ -5,14 +5,13 @@
 
 #include <QByteArray>
 
-//! The file format in which the engines that are programs of their own take speech.
+//! The file format in which engines that are separate programs take audio.
 namespace WavFile
 {
 
-//! Bytes that come before the samples.
-constexpr int headerSize = 44;
+constexpr int HeaderBytes = 44;
 
-//! A whole WAV file of the samples, which are 16 kHz, mono, signed 16 bit, little-endian, and stay as they are. Pure.
+//! The content of a WAV file with these samples: 16 kHz, mono, signed 16 bit, little-endian. Pure.
 QByteArray fromPcm(const QByteArray &pcm16Data);
 
 } // namespace WavFile

@@ -3,13 +3,14 @@
 
 #include "Capture.h"
 
+#include <QDeadlineTimer>
 #include <QThread>
 
 #include <array>
 
 namespace
 {
-constexpr int levelEvery = 5; // chunks
+constexpr int s_levelInterval = 5; // chunks
 } // namespace
 
 void CaptureLink::cut()
@@ -18,26 +19,26 @@ void CaptureLink::cut()
     m_open = false;
 }
 
-//! What the thread works with. It shares it, so that it can outlive the capture.
+//! The thread's data. Shared, so that a thread can outlive its capture.
 struct Capture::State
 {
     std::unique_ptr<Microphone> microphone;
-    const int silenceTimeoutMs;
-    std::vector<qint16> samples; // the thread's while it runs, then the capture's
+    const std::chrono::milliseconds silenceTimeout;
+    std::vector<qint16> samples; // used by the thread only, until it has ended
     const Listener listener;
     std::atomic<bool> running = true;
-    //! Nobody waits for it any more: it must not touch what a later capture uses. Under the mutex, as is what it tells
-    //! before its end.
+    //! The capture no longer waits for the thread, which must not report levels and chunks any more: they would mix
+    //! with those of a later capture. Guarded by the mutex, which is held while they are reported.
     bool abandoned = false;
     std::mutex mutex {};
 };
 
-Capture::Capture(std::unique_ptr<Microphone> microphone, int silenceTimeoutMs, std::vector<qint16> samples,
-                 Listener listener)
-    : m_state(new State {std::move(microphone), silenceTimeoutMs, std::move(samples), std::move(listener)})
+Capture::Capture(std::unique_ptr<Microphone> microphone, std::chrono::milliseconds silenceTimeout,
+                 std::vector<qint16> samples, Listener listener)
+    : m_state(new State {std::move(microphone), silenceTimeout, std::move(samples), std::move(listener)})
 {
     m_state->samples.clear();
-    m_state->samples.reserve(MostSamples);
+    m_state->samples.reserve(MaximumSamples);
     m_thread = QThread::create([state = m_state] {
         run(*state);
         ThreadHandover::release(state.get());
@@ -55,7 +56,7 @@ void Capture::stop()
     m_state->running.exchange(false);
 }
 
-std::vector<qint16> Capture::join(int timeoutMs)
+std::vector<qint16> Capture::join(std::chrono::milliseconds timeout)
 {
     stop();
     if (!m_thread) {
@@ -63,13 +64,13 @@ std::vector<qint16> Capture::join(int timeoutMs)
     }
     QThread *thread = std::exchange(m_thread, nullptr);
     thread->quit();
-    if (!thread->wait(timeoutMs)) {
+    if (!thread->wait(QDeadlineTimer(timeout))) {
         {
             const std::lock_guard lock(m_state->mutex);
             m_state->abandoned = true;
         }
         QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-        // It may have ended before it was connected, and then it won't tell any more.
+        // If it ended before the connection was made, there is no signal any more.
         if (thread->isFinished()) {
             thread->deleteLater();
         }
@@ -83,7 +84,7 @@ std::vector<qint16> Capture::join(int timeoutMs)
 
 void Capture::run(State &state)
 {
-    Endpointer endpointer(state.silenceTimeoutMs);
+    Endpointer endpointer(state.silenceTimeout);
     std::array<qint16, Pcm::ChunkSamples> chunk;
     static_assert(sizeof(chunk) == Pcm::ChunkBytes);
 
@@ -91,7 +92,7 @@ void Capture::run(State &state)
         const double rms = Endpointer::rms(chunk.data());
         {
             const std::lock_guard lock(state.mutex);
-            if (!state.abandoned && endpointer.chunkIndex() % levelEvery == 0) {
+            if (!state.abandoned && endpointer.chunkIndex() % s_levelInterval == 0) {
                 state.listener.level(rms);
             }
             if (!state.abandoned && state.listener.chunk) {

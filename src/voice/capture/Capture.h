@@ -10,6 +10,7 @@
 #include <QByteArray>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -17,14 +18,14 @@
 
 class QThread;
 
-//! The way back from capture threads to the object that started them, which may be gone when a thread comes out of a
-//! read that blocked for long.
+//! The way back from capture threads to the object that started them. That object may be deleted while a thread is
+//! still blocked in a read.
 class CaptureLink
 {
 public:
-    //! Cuts the way: nothing goes through afterwards. Main thread, before the object ends.
+    //! From now on pass() does nothing. Called on the main thread, before the object is deleted.
     void cut();
-    //! Does @p work at once on this thread, unless the way is cut; until it is done, the object lives. Any thread.
+    //! Runs @p work on this thread, unless the link is cut. The object isn't deleted meanwhile. Any thread.
     template<typename Work>
     void pass(Work &&work)
     {
@@ -39,44 +40,44 @@ private:
     bool m_open = true;
 };
 
-//! One capture: a microphone, a thread of its own that reads it to the end of the utterance, and what was heard.
-//! Made and ended on the main thread.
+//! One capture: a microphone, the thread that reads it until the utterance ends, and the recorded samples. Created and
+//! deleted on the main thread.
 //!
-//! The thread ends within a chunk of stop(), unless the audio server has frozen in the middle of a read. It is then
-//! left alone, with microphone and samples, and frees them itself: no read can be broken off, and a running thread
-//! can't be deleted.
+//! The thread ends within one chunk after stop(), unless the audio server has frozen during a read. In that case the
+//! thread is abandoned together with microphone and samples, and frees them itself when the read returns: a read can't
+//! be interrupted, and a running thread can't be deleted.
 class Capture
 {
 public:
-    //! All are called on the capture thread.
+    //! Called on the capture thread.
     struct Listener
     {
-        //! Every fifth chunk: its level, 0 to 1.
+        //! The level of every fifth chunk, 0 to 1.
         std::function<void(double rms)> level;
-        //! Every chunk, speech or not. May be empty.
+        //! Every chunk, speech or not. May be empty, as the only one of these.
         std::function<void(const QByteArray &pcm16Chunk)> chunk;
-        //! The last thing that the thread does. @p chunks counts those that were read, but not the one that ended it.
+        //! The thread's last call. @p chunks counts the chunks that were read, without the one that ended the
+        //! utterance.
         std::function<void(bool speechSeen, int chunks)> finished;
     };
 
-    //! The longest capture, in samples; the capacity of the array that take() gives back is never higher.
-    static constexpr std::size_t MostSamples = std::size_t(Endpointer::MostChunks) * Pcm::ChunkSamples;
-    //! How long join() waits, in milliseconds.
-    static constexpr int JoinTimeoutMs = 3000;
+    //! The longest capture, in samples.
+    static constexpr std::size_t MaximumSamples = std::size_t(Endpointer::MaximumChunks) * Pcm::ChunkSamples;
+    static constexpr std::chrono::milliseconds JoinTimeout {3000};
 
     //! Starts at once.
-    //! @param samples an array whose memory is used again
-    Capture(std::unique_ptr<Microphone> microphone, int silenceTimeoutMs, std::vector<qint16> samples,
-            Listener listener);
-    //! As join().
+    //! @param samples an array whose memory is reused
+    Capture(std::unique_ptr<Microphone> microphone, std::chrono::milliseconds silenceTimeout,
+            std::vector<qint16> samples, Listener listener);
+    //! Calls join().
     ~Capture();
     Q_DISABLE_COPY_MOVE(Capture)
 
-    //! Asks the thread to end. What was heard stays.
+    //! Asks the thread to end. Keeps the samples.
     void stop();
-    //! Stops, waits for the thread's end, at most @p timeoutMs, and closes the microphone.
-    //! @return what was heard; empty when the thread has not ended
-    std::vector<qint16> join(int timeoutMs = JoinTimeoutMs);
+    //! Stops, waits for the thread to end, and closes the microphone.
+    //! @return the recorded samples, empty if the thread hasn't ended within @p timeout
+    std::vector<qint16> join(std::chrono::milliseconds timeout = JoinTimeout);
 
 private:
     struct State;

@@ -5,15 +5,17 @@
 
 #include <cmath>
 
+using namespace std::chrono_literals;
+
 namespace
 {
-//! Below this a time-out is one chunk. From 50 on it would be that anyway; what is shorter must not become none, which
-//! would end an utterance with the first chunk of speech.
-constexpr int leastTimeoutMs = 100;
+//! A shorter timeout is one chunk. Without a minimum, less than 50 ms would be no chunk at all, and the first chunk of
+//! speech would end the utterance.
+constexpr auto s_minSilence = 100ms;
 } // namespace
 
-Endpointer::Endpointer(int silenceTimeoutMs)
-    : m_silenceLimit(silenceTimeoutMs >= leastTimeoutMs ? silenceTimeoutMs / Pcm::ChunkMs : 1)
+Endpointer::Endpointer(std::chrono::milliseconds silenceTimeout)
+    : m_silenceLimit(silenceTimeout >= s_minSilence ? static_cast<int>(silenceTimeout / Pcm::ChunkDuration) : 1)
 {
 }
 

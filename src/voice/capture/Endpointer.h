@@ -7,33 +7,35 @@
 
 #include <QtGlobal>
 
-//! Decides by level alone where an utterance begins and ends: one chunk in, one decision out. There is no pre-roll and
-//! no least length of speech; before speech has begun nothing but the limit ends a capture. Knows neither audio nor
-//! clocks.
+#include <chrono>
+
+//! Decides by level alone where an utterance begins and ends: it takes the level of each chunk and returns what to do
+//! with the chunk. There is no pre-roll and no minimum length of speech. Before speech has begun only the limit ends a
+//! capture. Uses neither audio nor clocks.
 class Endpointer
 {
 public:
     enum class Decision
     {
-        Skip, //!< silence before the speech
+        Skip, //!< silence before speech
         Store,
-        StoreAndEnd, //!< the last chunk of the silence that ends the speech
+        StoreAndEnd, //!< last chunk of the silence that ends the utterance
     };
 
     //! 30 seconds, counted from the first chunk.
-    static constexpr int MostChunks = 600;
-    //! A chunk at or above this level is speech. Meant as a single-precision figure: as a double it lies a trifle above
-    //! 0.008.
+    static constexpr int MaximumChunks = 600;
+    //! A chunk at or above this level is speech. Intentional: the single-precision value, which is slightly above 0.008
+    //! as a double.
     static constexpr double SpeechThreshold = static_cast<double>(0.008f);
 
-    //! @param silenceTimeoutMs how long the silence after speech lasts, in whole chunks; below 100 it is one chunk
-    explicit Endpointer(int silenceTimeoutMs);
+    //! @param silenceTimeout silence that ends an utterance, rounded down to whole chunks; one chunk if below 100 ms
+    explicit Endpointer(std::chrono::milliseconds silenceTimeout);
 
-    //! Takes the level of the next chunk, 0 to 1. Not to be called at the limit or after StoreAndEnd.
+    //! Takes the level of the next chunk, 0 to 1. Must not be called at the limit or after StoreAndEnd.
     Decision take(double rms);
 
-    bool isAtLimit() const { return m_chunkIndex == MostChunks; }
-    //! The number of the chunk that comes next. The one that ended the capture isn't counted.
+    bool isAtLimit() const { return m_chunkIndex == MaximumChunks; }
+    //! The index of the next chunk. The chunk that ended the utterance isn't counted.
     int chunkIndex() const { return m_chunkIndex; }
     bool speechSeen() const { return m_speechSeen; }
 

@@ -15,18 +15,18 @@
 namespace
 {
 
-//! PulseAudio's client libraries. They bring ten more with them, so that they are loaded when somebody first speaks:
-//! the start of the program is quicker, and who never speaks needs no memory for them.
+//! PulseAudio's client libraries. They depend on ten more libraries, so they are loaded when the microphone is first
+//! opened: this shortens the start of the program and saves memory for users who never speak.
 struct Pulse
 {
     decltype(&pa_simple_new) simpleNew;
     decltype(&pa_simple_read) simpleRead;
     decltype(&pa_simple_free) simpleFree;
     decltype(&pa_strerror) strerror;
-    //! Why they can't be used; empty when they can.
+    //! Why they can't be used; empty if they can.
     QString error {};
 
-    //! Once for the process. Any thread.
+    //! Loads them at the first call. Any thread.
     static const Pulse &instance();
 };
 
@@ -42,9 +42,9 @@ void resolve(QLibrary &library, const char *name, Function &function, QString &e
 const Pulse &Pulse::instance()
 {
     static const Pulse pulse = [] {
-        constexpr int version = 0; // of the binary interface
-        QLibrary simple(QStringLiteral("pulse-simple"), version);
-        QLibrary common(QStringLiteral("pulse"), version);
+        constexpr int abiVersion = 0;
+        QLibrary simple(QStringLiteral("pulse-simple"), abiVersion);
+        QLibrary common(QStringLiteral("pulse"), abiVersion);
         Pulse loaded {};
         resolve(simple, "pa_simple_new", loaded.simpleNew, loaded.error);
         resolve(simple, "pa_simple_read", loaded.simpleRead, loaded.error);
@@ -71,7 +71,7 @@ public:
 
     bool read(void *data, std::size_t bytes) override
     {
-        // Why it failed isn't asked: what was heard so far is used as if the user had stopped.
+        // The reason for a failure doesn't matter: the audio so far is used as if the user had stopped.
         return Pulse::instance().simpleRead(m_stream.get(), data, bytes, nullptr) >= 0;
     }
 
@@ -89,14 +89,14 @@ std::unique_ptr<Microphone> openPulseMicrophone(QString *reason)
         return nullptr;
     }
 
-    // Without buffer attributes the server delivers fragments of up to two seconds, and the end of speech would be seen
-    // as late. This tells it the length of ours, for as long as the stream is made: no child process is to inherit it.
-    // An engine that still works after a cancel has taken what it needs of the environment before, on this thread.
+    // By default the server delivers fragments of up to two seconds, and the end of speech would be noticed that late.
+    // This variable asks for fragments of one chunk. It is set only while the stream is opened, so that child processes
+    // don't inherit it. Engines copy the environment when they load a model, on this thread.
     constexpr auto latency = "PULSE_LATENCY_MSEC";
     const bool wasSet = qEnvironmentVariableIsSet(latency);
-    const QByteArray old = qgetenv(latency);
-    const auto restore = qScopeGuard([=] { wasSet ? qputenv(latency, old) : qunsetenv(latency); });
-    qputenv(latency, QByteArray::number(Pcm::ChunkMs));
+    const QByteArray oldValue = qgetenv(latency);
+    const auto restore = qScopeGuard([=] { wasSet ? qputenv(latency, oldValue) : qunsetenv(latency); });
+    qputenv(latency, QByteArray::number(int(Pcm::ChunkDuration.count())));
 
     const pa_sample_spec format {PA_SAMPLE_S16LE, Pcm::SampleRate, 1};
     int error = 0;

@@ -9,18 +9,18 @@
 #include <functional>
 #include <memory>
 
-//! Where a capture gets its sound from, in the format of Pcm. Opened and freed on any thread, read on one.
+//! The audio source of a capture, in the format of Pcm. Opened and deleted on any thread, read on one.
 class Microphone
 {
 public:
     virtual ~Microphone() = default;
 
-    //! Fills @p data with @p bytes, and blocks until they are there. False when there won't be any more.
+    //! Blocks until @p data is filled with @p bytes. Returns false if the source has failed and there is no more audio.
     virtual bool read(void *data, std::size_t bytes) = 0;
 };
 
-//! Opens a microphone, or gives null and the reason in plain words.
+//! Opens a microphone. On failure it returns null and sets the reason, a text for the user.
 using OpenMicrophone = std::function<std::unique_ptr<Microphone>(QString *reason)>;
 
-//! Opens the default source of the PulseAudio server. Blocks as long as the server takes, 30 s at most.
+//! Opens the default source of the PulseAudio server. Blocks until the server replies, for 30 s at most.
 std::unique_ptr<Microphone> openPulseMicrophone(QString *reason);

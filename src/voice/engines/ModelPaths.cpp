@@ -13,19 +13,19 @@ namespace
 const QLatin1String s_moonshineModel("sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27");
 const QLatin1String s_nemotronModel("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
 
-// Where a developer has models, and where sherpa-onnx lies.
+// Where developers keep models and sherpa-onnx, below the home.
 const QLatin1String s_sherpaModels("/experiments/whisper-voice-test/models/");
 const QLatin1String s_whisperModels("/experiments/whisper-voice-test/whisper.cpp/models/");
-const QLatin1String s_sherpaPlaces[] = {
+const QLatin1String s_sherpaInstallations[] = {
     QLatin1String("/experiments/sherpa-onnx-prebuilt-v1.12.28"),
     QLatin1String("/experiments/sherpa-onnx/build"),
 };
 
 QLatin1String whisperFileName(const QString &backend)
 {
-    return backend == SttBackends::whisperSmallQ5() ? QLatin1String("ggml-small.en-q5_1.bin")
-        : backend == SttBackends::whisperSmall()    ? QLatin1String("ggml-small.en.bin")
-                                                    : QLatin1String("ggml-base.en.bin");
+    return backend == SttBackends::WhisperSmallQ5 ? QLatin1String("ggml-small.en-q5_1.bin")
+        : backend == SttBackends::WhisperSmall    ? QLatin1String("ggml-small.en.bin")
+                                                  : QLatin1String("ggml-base.en.bin");
 }
 
 bool isDirectory(const QString &path)
@@ -38,11 +38,11 @@ bool isFile(const QString &path)
     return QFileInfo(path).isFile();
 }
 
-//! The first of the paths that is what is wanted.
-QString firstOf(std::initializer_list<QString> paths, bool (*isWanted)(const QString &))
+//! The first of the paths that passes the check.
+QString firstOf(std::initializer_list<QString> paths, bool (*accepts)(const QString &))
 {
     for (const QString &path : paths) {
-        if (isWanted(path)) {
+        if (accepts(path)) {
             return path;
         }
     }
@@ -57,7 +57,7 @@ QString in(const QString &directory, QLatin1String name)
 QString resolveModelDir(const QString &candidate, QLatin1String name, const SearchRoots &roots)
 {
     return firstOf(
-        {candidate, roots.home + s_sherpaModels + name, in(roots.ownModels(), name), in(roots.packagedModels(), name)},
+        {candidate, roots.home + s_sherpaModels + name, in(roots.userModels(), name), in(roots.packagedModels(), name)},
         isDirectory);
 }
 
@@ -66,9 +66,9 @@ QString resolveModelDir(const QString &candidate, QLatin1String name, const Sear
 QString ModelPaths::resolveWhisperModelPath(const QString &backend, const SearchRoots &roots)
 {
     const QLatin1String name = whisperFileName(backend);
-    // The other way round than with the directories of models: here the packaged one goes before the user's own.
-    return firstOf({in(roots.packagedModels(), name), in(roots.ownModels(), name), roots.home + s_whisperModels + name},
-                   isFile);
+    // Intentional: unlike with model directories, a packaged model comes before the user's.
+    return firstOf(
+        {in(roots.packagedModels(), name), in(roots.userModels(), name), roots.home + s_whisperModels + name}, isFile);
 }
 
 QString ModelPaths::resolveMoonshineModelDir(const QString &candidate, const SearchRoots &roots)
@@ -83,14 +83,14 @@ QString ModelPaths::resolveNemotronModelDir(const QString &candidate, const Sear
 
 QString ModelPaths::resolveStreamingModelDir(const SearchRoots &roots)
 {
-    return firstOf({roots.home + s_sherpaModels + s_nemotronModel, in(roots.ownModels(), s_nemotronModel)},
+    return firstOf({roots.home + s_sherpaModels + s_nemotronModel, in(roots.userModels(), s_nemotronModel)},
                    isDirectory);
 }
 
 QString ModelPaths::findSherpaLibDir(const QString &program, const SearchRoots &roots)
 {
-    for (const QLatin1String place : s_sherpaPlaces) {
-        const QString root = roots.home + place + QLatin1Char('/');
+    for (const QLatin1String installation : s_sherpaInstallations) {
+        const QString root = roots.home + installation + QLatin1Char('/');
         const QString lib = root + QLatin1String("lib");
         if (QFileInfo(root + program).isExecutable() && isDirectory(lib)) {
             return lib;

@@ -3,7 +3,7 @@
 
 #include "MoonshineWorker.h"
 
-MoonshineWorker::MoonshineWorker(const SearchRoots &roots, int runTimeout)
-    : SherpaWorker(SherpaEngine::moonshine(), roots, runTimeout)
+MoonshineWorker::MoonshineWorker(std::chrono::milliseconds runTimeout)
+    : SherpaWorker(SherpaEngine::moonshine(), runTimeout)
 {
 }

@@ -11,7 +11,6 @@ class MoonshineWorker : public SherpaWorker
     Q_OBJECT
 
 public:
-    //! @param runTimeout what a run of the program may take, in ms
-    explicit MoonshineWorker(const SearchRoots &roots = SearchRoots::ofThisProcess(),
-                             int runTimeout = SherpaEngine::moonshine().runTimeout);
+    //! @param runTimeout for each run of the program
+    explicit MoonshineWorker(std::chrono::milliseconds runTimeout = SherpaEngine::moonshine().runTimeout);
 };

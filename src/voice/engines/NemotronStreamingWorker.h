@@ -7,13 +7,13 @@
 #include <QObject>
 #include <QString>
 
-//! Turns speech to text while it is spoken. The engine is no part of this build: the model can't be loaded, the
-//! sessions do nothing, and VoiceBridge never starts one, as live transcription isn't available. An engine is a
-//! subclass that overrides the slots; everything around it stands.
+//! Transcribes speech while the user speaks. This build has no engine for it: the model can't be loaded, sessions do
+//! nothing, and VoiceBridge never starts one because live transcription isn't available. An engine is a subclass that
+//! overrides the slots.
 //!
-//! Without a parent, as it is moved to the workers' thread, where all slots run. finalizeSession() must always lead to
-//! exactly one of transcriptionReady() and transcriptionFailed(), also when it follows a cancelSession(), as it does
-//! where a capture with speech was cancelled. cancelSession() comes without a session too, and leads to no signal.
+//! Has no parent because it is moved to the workers' thread, on which all slots run. finalizeSession() must always lead
+//! to exactly one of transcriptionReady() and transcriptionFailed(), even after cancelSession(): that is the order of
+//! calls when a capture with speech is cancelled. cancelSession() may be called without a session, and emits nothing.
 class NemotronStreamingWorker : public QObject
 {
     Q_OBJECT
@@ -21,24 +21,24 @@ class NemotronStreamingWorker : public QObject
 public:
     using QObject::QObject;
 
-    //! A model is ready. Changes in loadModel() only.
+    //! Changes only in loadModel().
     bool isLoaded() const { return m_loaded; }
-    //! Name of the loaded model, empty without one.
+    //! Empty if no model is loaded.
     QString modelName() const { return m_modelName; }
 
 public Q_SLOTS:
-    //! Loads the model in the directory @p modelDir, in place of the one before. Blocks as long as it takes.
+    //! Replaces the loaded model by the one in the directory @p modelDir. Blocks until it is loaded.
     virtual bool loadModel(const QString &modelDir);
     virtual void startSession() { }
-    //! One chunk of a running session, 16 kHz, mono, signed 16 bit, little-endian. 50 ms each, speech or not.
+    //! The next 50 ms of the running session, speech or not. 16 kHz, mono, signed 16 bit, little-endian.
     virtual void feedChunk(const QByteArray &pcm16Chunk) { Q_UNUSED(pcm16Chunk) }
     virtual void finalizeSession() { }
     virtual void cancelSession() { }
 
 Q_SIGNALS:
-    //! All that was understood of the session so far.
+    //! The transcript of the session so far.
     void partialReady(const QString &text);
-    //! @param elapsedMs milliseconds that the engine worked
+    //! @param elapsedMs engine time in milliseconds
     void transcriptionReady(const QString &text, double elapsedMs);
     void transcriptionFailed(const QString &error);
 

@@ -3,7 +3,7 @@
 
 #include "NemotronWorker.h"
 
-NemotronWorker::NemotronWorker(const SearchRoots &roots, int runTimeout)
-    : SherpaWorker(SherpaEngine::nemotron(), roots, runTimeout)
+NemotronWorker::NemotronWorker(std::chrono::milliseconds runTimeout)
+    : SherpaWorker(SherpaEngine::nemotron(), runTimeout)
 {
 }

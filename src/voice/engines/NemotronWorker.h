@@ -11,7 +11,6 @@ class NemotronWorker : public SherpaWorker
     Q_OBJECT
 
 public:
-    //! @param runTimeout what a run of the program may take, in ms
-    explicit NemotronWorker(const SearchRoots &roots = SearchRoots::ofThisProcess(),
-                            int runTimeout = SherpaEngine::nemotron().runTimeout);
+    //! @param runTimeout for each run of the program
+    explicit NemotronWorker(std::chrono::milliseconds runTimeout = SherpaEngine::nemotron().runTimeout);
 };

@@ -5,6 +5,8 @@
 
 #include "ModelPaths.h"
 
+using namespace std::chrono_literals;
+
 const SherpaEngine &SherpaEngine::moonshine()
 {
     static const SherpaEngine s_engine {
@@ -16,7 +18,7 @@ const SherpaEngine &SherpaEngine::moonshine()
                 {QLatin1String("--moonshine-merged-decoder="), QLatin1String("decoder_model_merged.ort")},
                 {QLatin1String("--tokens="), QLatin1String("tokens.txt")},
             },
-        .runTimeout = 120000,
+        .runTimeout = 120s,
         .logWord = QLatin1String("OfflineRecognizer"),
         .resolveModelDir = ModelPaths::resolveMoonshineModelDir,
 
@@ -52,7 +54,7 @@ const SherpaEngine &SherpaEngine::nemotron()
                 {QLatin1String("--joiner="), QLatin1String("joiner.int8.onnx")},
                 {QLatin1String("--tokens="), QLatin1String("tokens.txt")},
             },
-        .runTimeout = 180000,
+        .runTimeout = 180s,
         .logWord = QLatin1String("OnlineRecognizer"),
         .resolveModelDir = ModelPaths::resolveNemotronModelDir,
 

@@ -8,42 +8,44 @@
 #include <QString>
 #include <QVector>
 
-//! What distinguishes the engines that are programs of sherpa-onnx: one row of the table that SherpaWorker and the
-//! loading of models work by. A `const char *` goes to the log as it stands.
+#include <chrono>
+
+//! What distinguishes the engines that are programs of sherpa-onnx: one row of the table that drives SherpaWorker and
+//! the loading of models. Each `const char *` is written to the log without quotes.
 struct SherpaEngine
 {
-    //! A file of the model, and the option by which the program is told of it.
+    //! A file of the model, and the program's option that takes its path.
     struct ModelFile
     {
         QLatin1String option;
         QLatin1String name;
     };
 
-    //! Path of the program in an installation.
+    //! Relative path of the program in an installation.
     QLatin1String program;
-    //! Begins with the slash that follows the temporary directory.
+    //! Appended to the path of the temporary directory, so it begins with a slash.
     QLatin1String wavPattern;
     //! In the order of the arguments.
     QVector<ModelFile> modelFiles;
-    //! ms from start to end
-    int runTimeout;
-    //! Marks a line of the program's log.
+    //! For the whole run of the program.
+    std::chrono::milliseconds runTimeout;
+    //! Lines of the program's output that contain this are log lines.
     QLatin1String logWord;
-    //! The search for the model's directory.
+    //! Searches the model's directory.
     QString (*resolveModelDir)(const QString &candidate, const SearchRoots &roots);
 
-    // Failures of a transcription. The last one goes before the program's output.
+    // Errors of a transcription. The last one is followed by the program's output.
     QLatin1String notLoaded;
     QLatin1String startFailed;
     QLatin1String timedOut;
     QLatin1String runFailed;
 
-    // Failures of loading a model, told to the user. The last one goes before the directory.
+    // Errors of loading a model, shown to the user. The last one is followed by the directory.
     QLatin1String unavailable;
     QLatin1String dirNotFound;
     QLatin1String loadFailed;
 
-    // Lines of the log. All but the first go before a value.
+    // Log lines. All but the first are followed by a value.
     const char *programNotFound;
     const char *modelDirMissing;
     const char *incompleteModel;

@@ -13,7 +13,8 @@ namespace
 
 QString unescaped(QString text)
 {
-    // These two only, one after the other: all other escapes stay, and of "\\n" the first backslash does.
+    // Intentional: only these two, one after the other. All other escapes stay, and "\\n" becomes a backslash and a
+    // line feed.
     text.replace(QLatin1String("\\\""), QLatin1String("\""));
     text.replace(QLatin1String("\\n"), QLatin1String("\n"));
     return text.trimmed();

@@ -5,14 +5,14 @@
 
 #include <QString>
 
-//! What a sherpa-onnx program prints.
+//! Parses what a sherpa-onnx program prints.
 namespace SherpaOutput
 {
 
-//! The transcript, trimmed; empty where there is none. That is the first JSON field "text", even an empty one, or, in
-//! output without such a field, the last line that is neither JSON nor a line of the log. Pure, any thread.
-//! @param output all that it printed, the standard error last
-//! @param logWord marks a line as one of the log
+//! The transcript, trimmed, or an empty string: the value of the first JSON field "text", even if that is empty. In
+//! output without such a field it is the last line that is neither JSON nor a log line. Pure, any thread.
+//! @param output standard output followed by standard error
+//! @param logWord a line that contains this is a log line
 QString transcriptIn(const QString &output, const QString &logWord);
 
 } // namespace SherpaOutput

@@ -14,7 +14,7 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-#include <chrono>
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -23,32 +23,37 @@ const QLatin1String s_noTempFile("Cannot create temp WAV file");
 const QLatin1String s_writeFailed("Failed to write temp WAV");
 const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 
-constexpr int s_startPatience = 5000; // ms
-//! For a program that was killed, in ms. It always ends, so the wait is as short as it can be; this much only a very
-//! busy machine takes.
-constexpr int s_endPatience = 10000;
-constexpr int s_shownOutput = 300; // characters of a failed program's output
+constexpr auto s_startTimeout = 5s;
+//! For the end of a killed program. Only a very busy machine needs that long.
+constexpr auto s_killTimeout = 10s;
+constexpr int s_maxShownOutput = 300; // characters of a failed program's output
 
-//! The surroundings of this process, with the libraries in front. Main thread: opening the microphone changes a
-//! variable of this process for a moment, and the list of them knows no lock.
-QProcessEnvironment surroundings(const QString &libDir)
+//! The environment of this process with @p libDir at the front of the library path. Called on the main thread because
+//! opening the microphone changes a variable for a moment, and the environment isn't thread-safe.
+QProcessEnvironment programEnvironment(const QString &libDir)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString before = environment.value(s_libraryPath);
-    environment.insert(s_libraryPath, before.isEmpty() ? libDir : QString(libDir + QLatin1Char(':') + before));
+    const QString inherited = environment.value(s_libraryPath);
+    environment.insert(s_libraryPath, inherited.isEmpty() ? libDir : QString(libDir + QLatin1Char(':') + inherited));
     return environment;
 }
 
-//! Qt warns of a process that still runs when its object goes.
-void end(QProcess &process)
+//! QProcess waits in milliseconds, as int.
+int milliseconds(std::chrono::milliseconds timeout)
+{
+    return static_cast<int>(timeout.count());
+}
+
+//! Waits for the end because Qt warns when the object of a running process is deleted.
+void killAndWait(QProcess &process)
 {
     process.kill();
-    process.waitForFinished(s_endPatience);
+    process.waitForFinished(milliseconds(s_killTimeout));
 }
 
 } // namespace
 
-//! Of a transcription: an error, or else the rest.
+//! The outcome of a transcription: either an error or a text.
 struct SherpaWorker::Result
 {
     QString error {};
@@ -56,29 +61,29 @@ struct SherpaWorker::Result
     double elapsedMs = 0;
 };
 
-SherpaWorker::SherpaWorker(const SherpaEngine &engine, const SearchRoots &roots, int runTimeout)
+SherpaWorker::SherpaWorker(const SherpaEngine &engine, std::chrono::milliseconds runTimeout)
     : m_engine(engine)
-    , m_roots(roots)
     , m_runTimeout(runTimeout)
 {
 }
 
-SherpaWorker::Availability SherpaWorker::availability() const
+SherpaWorker::Availability SherpaWorker::availability(const SearchRoots &roots) const
 {
-    return {!ModelPaths::findSherpaBinary(m_engine.program, m_roots).isEmpty(), !resolveModelDir(QString()).isEmpty()};
+    return {!ModelPaths::findSherpaBinary(m_engine.program, roots).isEmpty(),
+            !resolveModelDir(QString(), roots).isEmpty()};
 }
 
-QString SherpaWorker::resolveModelDir(const QString &candidate) const
+QString SherpaWorker::resolveModelDir(const QString &candidate, const SearchRoots &roots) const
 {
-    return m_engine.resolveModelDir(candidate, m_roots);
+    return m_engine.resolveModelDir(candidate, roots);
 }
 
-bool SherpaWorker::load(const QString &modelDir)
+bool SherpaWorker::load(const QString &modelDir, const SearchRoots &roots)
 {
     setModel({});
     Model model;
-    model.sherpaBinary = ModelPaths::findSherpaBinary(m_engine.program, m_roots);
-    model.sherpaLibDir = ModelPaths::findSherpaLibDir(m_engine.program, m_roots);
+    model.sherpaBinary = ModelPaths::findSherpaBinary(m_engine.program, roots);
+    model.sherpaLibDir = ModelPaths::findSherpaLibDir(m_engine.program, roots);
     if (model.sherpaBinary.isEmpty() || model.sherpaLibDir.isEmpty()) {
         qWarning() << m_engine.programNotFound;
         return false;
@@ -96,7 +101,7 @@ bool SherpaWorker::load(const QString &modelDir)
         }
         model.arguments.append(file.option + path);
     }
-    model.environment = surroundings(model.sherpaLibDir);
+    model.environment = programEnvironment(model.sherpaLibDir);
     model.name = dir.dirName();
     setModel(model);
     qDebug() << m_engine.loaded << model.name << "sherpa:" << model.sherpaBinary;
@@ -118,8 +123,8 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     if (!model.isLoaded()) {
         return {m_engine.notLoaded};
     }
-    if (pcm16Data.size() < Transcription::shortestAudio) {
-        return {Transcription::audioTooShort};
+    if (pcm16Data.size() < Transcription::MinimumBytes) {
+        return {Transcription::AudioTooShort};
     }
 
     QTemporaryFile wavFile(QDir::tempPath() + m_engine.wavPattern);
@@ -127,7 +132,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
         return {s_noTempFile};
     }
     const QByteArray wav = WavFile::fromPcm(pcm16Data);
-    // Little is only in a buffer until it is flushed.
+    // A short file is only in the buffer until it is flushed.
     if (wavFile.write(wav) != wav.size() || !wavFile.flush()) {
         return {s_writeFailed};
     }
@@ -139,25 +144,25 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     sherpa.setProcessEnvironment(model.environment);
     const auto start = std::chrono::steady_clock::now();
     sherpa.start(QIODevice::ReadWrite);
-    if (!sherpa.waitForStarted(s_startPatience)) {
-        end(sherpa);
+    if (!sherpa.waitForStarted(milliseconds(s_startTimeout))) {
+        killAndWait(sherpa);
         return {m_engine.startFailed};
     }
-    if (!sherpa.waitForFinished(m_runTimeout)) {
-        end(sherpa);
+    if (!sherpa.waitForFinished(milliseconds(m_runTimeout))) {
+        killAndWait(sherpa);
         return {m_engine.timedOut};
     }
     const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;
 
     const QString errors = QString::fromUtf8(sherpa.readAllStandardError());
     const QString output = QString::fromUtf8(sherpa.readAllStandardOutput()) + errors;
-    // Of a program that crashed this is the number of the signal.
+    // If the program crashed, this is the number of the signal.
     if (sherpa.exitCode() != 0) {
-        return {m_engine.runFailed + output.left(s_shownOutput)};
+        return {m_engine.runFailed + output.left(s_maxShownOutput)};
     }
     const QString text = SherpaOutput::transcriptIn(output, m_engine.logWord);
     if (text.isEmpty()) {
-        return {Transcription::noSpeech};
+        return {Transcription::NoSpeech};
     }
     return {QString(), text, elapsed.count()};
 }

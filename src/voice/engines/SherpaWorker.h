@@ -12,62 +12,64 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <mutex>
 
-//! Turns speech to text by one run of a sherpa-onnx program for each utterance. What the engines differ in is a row of
-//! a table.
+//! Transcribes speech by running a sherpa-onnx program once for each utterance. SherpaEngine has the differences
+//! between the engines.
 //!
-//! Without a parent, as it is moved to the workers' thread. transcribe() runs there; all else is for the main thread.
+//! Has no parent because it is moved to the workers' thread, on which transcribe() runs. Everything else is called on
+//! the main thread.
 class SherpaWorker : public QObject
 {
     Q_OBJECT
 
 public:
     //! @param engine must outlive the worker
-    //! @param runTimeout what a run may take, in ms
-    SherpaWorker(const SherpaEngine &engine, const SearchRoots &roots, int runTimeout);
+    //! @param runTimeout for each run of the program
+    SherpaWorker(const SherpaEngine &engine, std::chrono::milliseconds runTimeout);
 
     const SherpaEngine &engine() const { return m_engine; }
 
-    //! What of the engine is there.
+    //! Which parts of the engine are installed.
     struct Availability
     {
         bool program; //!< with its libraries
-        bool model; //!< the directory, whatever is in it
+        bool model; //!< the directory, whatever its content
 
         bool available() const { return program && model; }
     };
-    //! Looks at the disk, as do all of the following.
-    Availability availability() const;
-    //! The candidate if it is a directory, otherwise where models are expected; empty where there is none.
-    QString resolveModelDir(const QString &candidate) const;
+    //! Searches the disk, as do the following functions.
+    Availability availability(const SearchRoots &roots) const;
+    //! The candidate if it is a directory, otherwise the installed model's directory, empty if there is none.
+    QString resolveModelDir(const QString &candidate, const SearchRoots &roots) const;
 
-    //! Takes the model in the directory @p modelDir, in place of the one before. When something is missing it warns of
-    //! that, returns false, and nothing is loaded. The program itself reads the model, at each run anew.
-    bool load(const QString &modelDir);
+    //! Replaces the loaded model by the one in the directory @p modelDir. If files are missing it logs a warning and
+    //! returns false, and no model is loaded. Only checks that the files exist: the program reads them at each run.
+    bool load(const QString &modelDir, const SearchRoots &roots);
     bool isLoaded() const { return model().isLoaded(); }
-    //! The name of the model's directory, empty without a model.
+    //! The name of the model's directory, empty if no model is loaded.
     QString modelName() const { return model().name; }
 
 public Q_SLOTS:
-    //! Ends with exactly one of the two signals. Blocks until the program has ended, at most for the run's time-out
-    //! and 15 seconds.
+    //! Emits exactly one of the two signals. Blocks until the program has ended, for no longer than the run timeout and
+    //! 15 seconds.
     //! @param pcm16Data 16 kHz, mono, signed 16 bit, little-endian
     void transcribe(const QByteArray &pcm16Data);
 
 Q_SIGNALS:
-    //! @param elapsedMs milliseconds that the program ran
+    //! @param elapsedMs run time of the program in milliseconds
     void transcriptionReady(const QString &text, double elapsedMs);
     void transcriptionFailed(const QString &error);
 
 private:
-    //! What a run is made of: all of it, or nothing.
+    //! What a run needs. Complete, or empty if no model is loaded.
     struct Model
     {
         QString name;
         QString sherpaBinary;
         QString sherpaLibDir;
-        //! The program's arguments but the last one.
+        //! The program's arguments except the last one, the audio file.
         QStringList arguments;
         QProcessEnvironment environment;
 
@@ -80,11 +82,10 @@ private:
     Result run(const Model &model, const QByteArray &pcm16Data) const;
 
     const SherpaEngine &m_engine;
-    const SearchRoots m_roots;
-    const int m_runTimeout;
+    const std::chrono::milliseconds m_runTimeout;
 
-    // After a cancel a transcription may still be waiting for its turn when the next model is loaded. ThreadSanitizer
-    // knows of this kind of mutex only.
+    // After a cancel a transcription may still be queued while the next model is loaded. Not a QMutex, whose locking
+    // ThreadSanitizer doesn't see.
     mutable std::mutex m_modelMutex;
     Model m_model;
 };

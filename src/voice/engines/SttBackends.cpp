@@ -3,40 +3,13 @@
 
 #include "SttBackends.h"
 
-#include <QStringList>
-
-QString SttBackends::whisper()
+QString SttBackends::normalized(const QString &text)
 {
-    return QStringLiteral("whisper");
-}
-
-QString SttBackends::whisperSmall()
-{
-    return QStringLiteral("whisper-small");
-}
-
-QString SttBackends::whisperSmallQ5()
-{
-    return QStringLiteral("whisper-small-q5");
-}
-
-QString SttBackends::moonshine()
-{
-    return QStringLiteral("moonshine");
-}
-
-QString SttBackends::nemotron()
-{
-    return QStringLiteral("nemotron");
-}
-
-QString SttBackends::usual()
-{
-    return whisperSmallQ5();
-}
-
-QString SttBackends::fromWords(const QString &words)
-{
-    const QString id = words.trimmed().toLower();
-    return QStringList {whisperSmall(), whisperSmallQ5(), moonshine(), nemotron()}.contains(id) ? id : whisper();
+    const QString id = text.trimmed().toLower();
+    for (const QLatin1String known : {WhisperSmall, WhisperSmallQ5, Moonshine, Nemotron}) {
+        if (id == known) {
+            return id;
+        }
+    }
+    return Whisper;
 }

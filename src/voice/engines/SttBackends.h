@@ -5,20 +5,20 @@
 
 #include <QString>
 
-//! The speech-to-text engines by the ids under which they are chosen and stored.
+//! The ids of the speech recognisers, as they are chosen and stored.
 namespace SttBackends
 {
 
-//! The one of a fresh store.
-QString usual();
+inline const QLatin1String Whisper("whisper");
+inline const QLatin1String WhisperSmall("whisper-small");
+inline const QLatin1String WhisperSmallQ5("whisper-small-q5");
+inline const QLatin1String Moonshine("moonshine");
+inline const QLatin1String Nemotron("nemotron");
 
-//! The id that @p words name, without regard to case and blanks around it; "whisper" for all others.
-QString fromWords(const QString &words);
+//! The id in a fresh store.
+inline const QLatin1String Default = WhisperSmallQ5;
 
-QString whisper();
-QString whisperSmall();
-QString whisperSmallQ5();
-QString moonshine();
-QString nemotron();
+//! The id that @p text names, without regard to case and surrounding whitespace; "whisper" for any other text.
+QString normalized(const QString &text);
 
 } // namespace SttBackends

@@ -7,14 +7,14 @@
 
 #include <QLatin1String>
 
-//! What all engines have in common when they are given an utterance.
+//! What all engines have in common when they transcribe an utterance.
 namespace Transcription
 {
 
-//! The least that an engine is asked about: 0.1 s.
-constexpr int shortestAudio = Pcm::SampleRate / 10 * Pcm::SampleBytes; // bytes
+//! Shorter utterances are refused: 0.1 s.
+constexpr int MinimumBytes = Pcm::SampleRate / 10 * Pcm::SampleBytes;
 
-inline const QLatin1String audioTooShort("Audio too short");
-inline const QLatin1String noSpeech("No speech detected in audio");
+inline const QLatin1String AudioTooShort("Audio too short");
+inline const QLatin1String NoSpeech("No speech detected in audio");
 
 } // namespace Transcription

@@ -26,8 +26,8 @@
 namespace
 {
 
-//! Holds the mutex of the context while it lives. A mutex that somebody waits for is locked and let go inside of Qt,
-//! where ThreadSanitizer doesn't see it.
+//! Locks the mutex of the context. Unlike QMutexLocker it annotates this for ThreadSanitizer, because a contended
+//! QMutex is locked inside Qt, where the sanitizer doesn't see it.
 class ContextLock
 {
 public:
@@ -50,10 +50,10 @@ private:
 
 #ifdef HAVE_WHISPER
 
-constexpr unsigned s_mostThreads = 8;
+constexpr unsigned s_maxThreads = 8;
 
-//! Some builds of the library bring what computes as plugins, and abort the process at the first model where nobody
-//! loaded them.
+//! Some builds of the library have their compute backends as plugins. Without them it aborts the process when the first
+//! model is loaded.
 void loadBackends()
 {
 #ifdef HAVE_GGML_BACKENDS
@@ -77,8 +77,8 @@ void freeContext(whisper_context *context)
     whisper_free(context);
 }
 
-//! Samples from -1 to just below 1.
-std::vector<float> samplesIn(const QByteArray &pcm16Data)
+//! The samples as floats from -1 to just below 1.
+std::vector<float> samplesOf(const QByteArray &pcm16Data)
 {
     constexpr float scale = 1.0F / 32768.0F;
     std::vector<float> samples(static_cast<std::size_t>(pcm16Data.size()) / sizeof(qint16));
@@ -100,12 +100,12 @@ whisper_full_params parameters()
     params.print_realtime = false;
     params.print_timestamps = false;
     params.language = "en";
-    // Where the number isn't known it is told as 0.
-    params.n_threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, s_mostThreads));
+    // hardware_concurrency() is 0 if unknown.
+    params.n_threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, s_maxThreads));
     return params;
 }
 
-QString textIn(whisper_context *context)
+QString textOf(whisper_context *context)
 {
     QString text;
     const int count = whisper_full_n_segments(context);
@@ -114,7 +114,7 @@ QString textIn(whisper_context *context)
         if (segment == nullptr) {
             continue;
         }
-        // A blank segment keeps its separator: what a segment holds isn't looked into.
+        // Intentional: a blank segment still gets its separator.
         if (!text.isEmpty()) {
             text += QLatin1Char(' ');
         }
@@ -168,11 +168,11 @@ void WhisperWorker::transcribe([[maybe_unused]] const QByteArray &pcm16Data)
         return;
     }
 #ifdef HAVE_WHISPER
-    if (pcm16Data.size() < Transcription::shortestAudio) {
-        Q_EMIT transcriptionFailed(Transcription::audioTooShort);
+    if (pcm16Data.size() < Transcription::MinimumBytes) {
+        Q_EMIT transcriptionFailed(Transcription::AudioTooShort);
         return;
     }
-    const std::vector<float> samples = samplesIn(pcm16Data);
+    const std::vector<float> samples = samplesOf(pcm16Data);
     const whisper_full_params params = parameters();
 
     const auto started = std::chrono::steady_clock::now();
@@ -183,15 +183,15 @@ void WhisperWorker::transcribe([[maybe_unused]] const QByteArray &pcm16Data)
         return;
     }
 
-    const QString text = textIn(m_whisperContext);
+    const QString text = textOf(m_whisperContext);
     if (text.isEmpty()) {
-        Q_EMIT transcriptionFailed(Transcription::noSpeech);
+        Q_EMIT transcriptionFailed(Transcription::NoSpeech);
         return;
     }
     Q_EMIT transcriptionReady(text, elapsed.count());
 #endif
 }
 
-// All of the class lies in this one object file. A test that compiles it once more against a stand-in of the library
-// thereby takes the place of the one in the voice library: the linker has no need of that one any more.
+// Keeps the whole class in one object file. Tests compile this file again, against a stand-in for the library, and the
+// linker then leaves out this object file of the engines' library.
 #include "moc_WhisperWorker.cpp"

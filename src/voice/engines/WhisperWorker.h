@@ -10,38 +10,38 @@
 
 struct whisper_context;
 
-//! Turns a finished capture to text with libwhisper, in this process. Without the library in the build no model can be
-//! loaded, and all else stands.
+//! Transcribes a finished capture with libwhisper, in this process. In a build without the library, loading a model
+//! always fails.
 //!
-//! Without a parent, as it is moved to the workers' thread, where transcribe() and the signals are. One context, under
-//! a mutex that is held through a whole transcription: a load from another thread waits for that.
+//! Has no parent because it is moved to the workers' thread, on which transcribe() runs and the signals are emitted. A
+//! mutex is held during the whole transcription: loading a model from another thread waits for it.
 class WhisperWorker : public QObject
 {
     Q_OBJECT
 
 public:
     WhisperWorker() = default;
-    //! Waits for a running transcription, and frees the model.
+    //! Waits for a running transcription.
     ~WhisperWorker() override;
 
-    //! Loads the model file at @p path in place of the one before, which is gone even if this fails. Blocks as long as
-    //! it takes, and before that until a running transcription is over. Any thread.
-    //! @return false where the library can't make a model of the file, or isn't in the build
+    //! Replaces the loaded model by the file at @p path. Without success no model is loaded afterwards. Blocks until a
+    //! running transcription has ended and the file is loaded. Any thread.
+    //! @return false if the library can't load the file or isn't part of this build
     bool loadModel(const QString &path);
 
 public Q_SLOTS:
-    //! Leads to exactly one of the two signals. Blocks as long as it takes.
+    //! Emits exactly one of the two signals. Blocks until then.
     //! @param pcm16Data 16 kHz, mono, signed 16 bit, little-endian; at least 0.1 s
     void transcribe(const QByteArray &pcm16Data);
 
 Q_SIGNALS:
-    //! @param text as the model gave it, markers of noise and all; never empty
-    //! @param elapsedMs milliseconds that the recognition itself took
+    //! @param text as the model returned it, with its markers for noise; never empty
+    //! @param elapsedMs time of the recognition itself in milliseconds
     void transcriptionReady(const QString &text, double elapsedMs);
     void transcriptionFailed(const QString &error);
 
 private:
-    //! Null when no model is loaded. Changes under the mutex only.
+    //! Null if no model is loaded. Guarded by the mutex.
     whisper_context *m_whisperContext = nullptr;
     QMutex m_contextMutex;
 };

@@ -17,7 +17,7 @@ QStringList programs(const SearchRoots &roots)
         roots.system + QLatin1String("/usr/local/bin/piper"),
         roots.home + QLatin1String("/.local/bin/piper"),
         roots.home + QLatin1String("/piper/piper"),
-        // Told and logged with the dots in it.
+        // Logged with the dots in it.
         roots.packagedModels() + QLatin1String("/../bin/piper"),
     };
 }
@@ -26,7 +26,7 @@ QStringList voiceDirectories(const SearchRoots &roots)
 {
     return {
         roots.packagedModels(),
-        roots.ownModels(),
+        roots.userModels(),
         roots.home + QLatin1String("/.local/share/piper/voices"),
         roots.system + QLatin1String("/usr/share/piper-voices"),
         roots.home + QLatin1String("/piper/voices"),

@@ -5,14 +5,14 @@
 
 #include "SearchRoots.h"
 
-//! Where the program that speaks lies, and its voice. Both are empty where nothing was found.
+//! Where piper and its voices are installed. The results are empty if nothing is found.
 namespace PiperPaths
 {
 
-//! The program: one of the usual places, or the first on PATH.
+//! The program: from one of the default places, otherwise the first on PATH.
 QString findPiper(const SearchRoots &roots);
 
-//! The model of an English voice. A directory's unsorted fall-back comes before what the next one has.
+//! The model of an English voice: the first directory that has any, and in it a preferred voice if there is one.
 QString findVoice(const SearchRoots &roots);
 
 } // namespace PiperPaths

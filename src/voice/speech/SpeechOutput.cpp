@@ -8,15 +8,18 @@
 #include <QDebug>
 #include <QProcess>
 
+#include <chrono>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace
 {
 
-constexpr int s_startPatience = 3000; // ms
-constexpr int s_endPatience = 1000; // ms
+constexpr std::chrono::milliseconds s_startTimeout = 3s;
+constexpr std::chrono::milliseconds s_killTimeout = 1s;
 
-//! What piper writes. A voice of another rate than 22050 Hz is played at the wrong speed.
+//! The format of piper's output. A voice with another rate than 22050 Hz is played at the wrong speed.
 QStringList paplayArguments()
 {
     return {QStringLiteral("--raw"), QStringLiteral("--rate=22050"), QStringLiteral("--channels=1"),
@@ -31,7 +34,7 @@ SpeechOutput::~SpeechOutput()
     for (QProcess *process : processes) {
         process->disconnect(this);
         process->kill();
-        process->waitForFinished(s_endPatience);
+        process->waitForFinished(static_cast<int>(s_killTimeout.count()));
     }
 }
 
@@ -58,16 +61,16 @@ void SpeechOutput::speak(const QString &text)
     if (!m_available || text.trimmed().isEmpty()) {
         return;
     }
-    const int number = ++m_number;
+    const int number = ++m_speakNumber;
     stop();
     const QString spoken = SpeechText::spoken(text);
-    // A slot that heard of the end of the one before may have spoken already.
-    if (spoken.isEmpty() || number != m_number) {
+    // A slot that was called by stop() may have called speak().
+    if (spoken.isEmpty() || number != m_speakNumber) {
         return;
     }
     setSpeaking(true);
-    // The same goes for those that hear of the beginning, and these may have stopped it too.
-    if (number != m_number || !m_speaking) {
+    // So may a slot that was called by setSpeaking(), or it may have called stop().
+    if (number != m_speakNumber || !m_speaking) {
         return;
     }
     startProcesses(spoken);
@@ -75,45 +78,46 @@ void SpeechOutput::speak(const QString &text)
 
 void SpeechOutput::startProcesses(const QString &text)
 {
-    const int number = m_number;
+    const int number = m_speakNumber;
     auto *piper = new QProcess(this);
     auto *paplay = new QProcess(this);
     m_piper = piper;
     m_paplay = paplay;
     piper->setStandardOutputProcess(paplay);
-    // Errors of paplay aren't watched: where it is missing, piper dies of the closed pipe.
+    // Errors of paplay aren't handled: if it is missing, piper is killed by the closed pipe.
     connect(paplay, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, &SpeechOutput::onPaplayFinished);
     connect(piper, &QProcess::errorOccurred, this, [this, piper] { onPiperError(*piper); });
     paplay->start(QStringLiteral("paplay"), paplayArguments());
     piper->start(m_piperPath, {QStringLiteral("--model"), m_piperVoicePath, QStringLiteral("--output-raw")});
 
-    if (piper->waitForStarted(s_startPatience)) {
+    if (piper->waitForStarted(static_cast<int>(s_startTimeout.count()))) {
         piper->write(text.toUtf8());
         piper->closeWriteChannel();
         return;
     }
     qWarning("VoiceBridge: failed to start piper");
-    // Told again although the error has told it: that may have been followed by other speech, though.
-    if (number == m_number) {
+    // The error handler has reported this already, and a slot may have started other speech then. Intentional: without
+    // that it is reported again.
+    if (number == m_speakNumber) {
         setSpeaking(false);
     }
 }
 
 void SpeechOutput::stop()
 {
-    const int number = m_number;
-    // Each is forgotten before its end is waited for: slots that hear of it then start from a clean state.
+    const int number = m_speakNumber;
+    // Each pointer is cleared before the wait, so that slots that are called meanwhile find a clean state.
     if (QProcess *piper = std::exchange(m_piper, nullptr)) {
         end(piper);
     }
-    // What a slot has begun to say in the meantime goes on, and the rest was stopped for it.
-    if (number != m_number) {
+    // If a slot has called speak() meanwhile, that call has stopped the rest, and its speech continues.
+    if (number != m_speakNumber) {
         return;
     }
     if (QProcess *paplay = std::exchange(m_paplay, nullptr)) {
         end(paplay);
     }
-    if (number == m_number && m_speaking) {
+    if (number == m_speakNumber && m_speaking) {
         setSpeaking(false);
     }
 }
@@ -127,7 +131,7 @@ void SpeechOutput::onPiperError(const QProcess &piper)
 
 void SpeechOutput::onPaplayFinished()
 {
-    // Both are forgotten first: who hears of the end may speak again.
+    // Both pointers are cleared first because a slot may call speak().
     retire(std::exchange(m_piper, nullptr));
     retire(std::exchange(m_paplay, nullptr));
     setSpeaking(false);
@@ -143,7 +147,7 @@ void SpeechOutput::setSpeaking(bool speaking)
 void SpeechOutput::end(QProcess *process)
 {
     process->kill();
-    process->waitForFinished(s_endPatience);
+    process->waitForFinished(static_cast<int>(s_killTimeout.count()));
     retire(process);
 }
 
@@ -157,7 +161,7 @@ void SpeechOutput::retire(QProcess *process)
         process->deleteLater();
         return;
     }
-    // Deleted while it runs, it would be waited for without end.
+    // Deleting a running QProcess blocks until the process ends.
     connect(process, &QProcess::stateChanged, process, [process](QProcess::ProcessState state) {
         if (state == QProcess::NotRunning) {
             process->deleteLater();

@@ -9,42 +9,42 @@
 
 class QProcess;
 
-//! Reads replies aloud with two child processes joined by a pipe: piper makes sound of text, paplay plays it. At most
-//! one reply at a time. Failures are logged and told nobody else: a reply that can't be read aloud is still a reply.
+//! Reads replies aloud, one at a time, with two child processes connected by a pipe: piper synthesizes the speech,
+//! paplay plays it. Failures are only logged: the user can still read the reply.
 //!
-//! Main thread. speak() blocks until piper has started, for up to 3 s, stop() up to 1 s for each process.
-//! Slots may call speak() and stop() again: of several calls of speak() in each other the one that came last speaks.
+//! Main thread. speak() blocks until piper has started, for 3 s at most; stop() blocks for up to 1 s per process. Slots
+//! may call speak() and stop(). With nested calls of speak() the last text is spoken.
 class SpeechOutput : public QObject
 {
     Q_OBJECT
 
 public:
     using QObject::QObject;
-    //! Ends what is being said without a signal.
+    //! Stops without emitting signals.
     ~SpeechOutput() override;
 
-    //! Program and voice model, empty before detect() and where nothing was found.
+    //! Program and voice model. Empty before detect() and if nothing was found.
     QString piperPath() const { return m_piperPath; }
     QString piperVoicePath() const { return m_piperVoicePath; }
-    //! Both are there.
+    //! Program and voice model were found.
     bool isAvailable() const { return m_available; }
     bool isSpeaking() const { return m_speaking; }
 
-    //! Looks for program and voice.
-    void detect(const SearchRoots &roots = SearchRoots::ofThisProcess());
+    //! Searches program and voice model.
+    void detect(const SearchRoots &roots);
 
-    //! Reads a reply aloud, without its markdown, in place of the one before. Does nothing where speech isn't available
-    //! or @p text is blank; where nothing of it can be spoken, the one before ends all the same.
+    //! Stops the current reply and reads @p text aloud, which may be markdown. Does nothing if speech isn't available
+    //! or the text is blank. If nothing of the text can be spoken, it only stops the current reply.
     void speak(const QString &text);
-    //! Ends what is being said. speakingFinished() comes before it returns, but never where paplay could not be started
-    //! or takes longer than the wait to end.
+    //! Stops the current reply. Emits speakingFinished() before it returns, unless paplay couldn't be started or
+    //! doesn't end within the timeout.
     void stop();
 
 Q_SIGNALS:
     void availableChanged();
-    //! Can come more than once for one change: both processes report their end.
+    //! May be emitted twice for one change because both processes report their end.
     void speakingChanged();
-    //! What was being said is over, be it said, cut off or failed in paplay; not when piper failed.
+    //! The reply was played, was stopped, or failed in paplay. Not emitted if piper fails.
     void speakingFinished();
 
 private:
@@ -52,17 +52,17 @@ private:
     void onPiperError(const QProcess &piper);
     void onPaplayFinished();
     void setSpeaking(bool speaking);
-    //! Kills a process, waits for its end, whose signals come as of any other, and lets it go.
+    //! Kills a process, waits for its end, with the signals that this emits, and retires it.
     void end(QProcess *process);
-    //! Nothing more is heard of a process, which is deleted once it has ended.
+    //! Disconnects a process and deletes it once it has ended.
     void retire(QProcess *process);
 
     QString m_piperPath;
     QString m_piperVoicePath;
     QProcess *m_piper = nullptr;
     QProcess *m_paplay = nullptr;
-    //! Of the last call of speak(), by which an older one sees that it was overtaken.
-    int m_number = 0;
+    //! Counts the calls of speak(), so that an outer call notices a nested one.
+    int m_speakNumber = 0;
     bool m_available = false;
     bool m_speaking = false;
 };

@@ -11,19 +11,19 @@
 namespace
 {
 
-constexpr int s_longest = 1000; // characters
+constexpr int s_maxLength = 1000; // characters
 
-struct Step
+struct Replacement
 {
     QRegularExpression pattern;
-    QString by;
+    QString replacement;
 };
 
-//! In this order. Two rows look like slips and aren't: a heading loses its mark at the very start alone, and of an
-//! image the "!" and the alternative text stay, as links come first.
-const std::array<Step, 7> &steps()
+//! In this order. Intentional: the "#" of a heading is removed only at the start of the reply, and an image keeps its
+//! "!" and its alternative text because the row for links comes first.
+const std::array<Replacement, 7> &replacements()
 {
-    static const std::array<Step, 7> table {{
+    static const std::array<Replacement, 7> table {{
         {QRegularExpression(QStringLiteral("```[\\s\\S]*?```")), QString()},
         {QRegularExpression(QStringLiteral("`[^`]+`")), QString()},
         {QRegularExpression(QStringLiteral("^#{1,6}\\s+")), QString()},
@@ -40,8 +40,8 @@ const std::array<Step, 7> &steps()
 QString SpeechText::cleanForSpeech(const QString &reply)
 {
     QString text = reply;
-    for (const Step &step : steps()) {
-        text.replace(step.pattern, step.by);
+    for (const Replacement &row : replacements()) {
+        text.replace(row.pattern, row.replacement);
     }
     return text;
 }
@@ -49,6 +49,6 @@ QString SpeechText::cleanForSpeech(const QString &reply)
 QString SpeechText::spoken(const QString &reply)
 {
     const QString text = cleanForSpeech(reply).trimmed();
-    // The number of characters is fixed: half of one that takes two stays where the cut splits it.
-    return text.size() > s_longest ? QString(text.leftRef(s_longest) + QLatin1String("...")) : text;
+    // Intentional: the cut may split a surrogate pair.
+    return text.size() > s_maxLength ? QString(text.leftRef(s_maxLength) + QLatin1String("...")) : text;
 }

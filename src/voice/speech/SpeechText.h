@@ -5,15 +5,14 @@
 
 class QString;
 
-//! What is read aloud of a reply, which is written for the eye.
+//! Turns a reply, which is markdown, into text to read aloud.
 namespace SpeechText
 {
 
-//! The reply without code and the marks of markdown.
+//! The reply without code and markdown syntax.
 QString cleanForSpeech(const QString &reply);
 
-//! The same without white space at its ends, and cut short with "..." behind 1000 characters. Empty when there is
-//! nothing to say.
+//! The same, trimmed, and cut after 1000 characters with "..." appended. Empty if there is nothing to say.
 QString spoken(const QString &reply);
 
 } // namespace SpeechText

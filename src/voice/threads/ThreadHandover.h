@@ -21,60 +21,67 @@
 #ifdef TOVICTL_THREAD_SANITIZER
 #include <sanitizer/tsan_interface.h>
 
-// Of the sanitizer's library, which has no header for these.
+// Exported by the sanitizer's runtime library, but not declared in any header.
 extern "C" void AnnotateIgnoreWritesBegin(const char *file, int line);
 extern "C" void AnnotateIgnoreWritesEnd(const char *file, int line);
 #endif
 
-//! Every crossing from one thread to another goes through here. ThreadSanitizer doesn't see the locks of Qt's event
-//! queues, as distributions build Qt without it, and would report each queued call as a race: it is told of the
-//! hand-over by the receiver's address. In other builds nothing is told, and nothing is paid.
+//! Calls from one thread to another. The voice path makes all of them through these functions.
+//!
+//! They do what Qt's queued calls do, and annotate each call for ThreadSanitizer. Distributions build Qt without the
+//! sanitizer, so that it doesn't see the locks of Qt's event queues and reports every queued call as a data race. The
+//! annotations say that what the caller wrote before the call is visible to the receiver's thread. Without the
+//! sanitizer they compile to nothing.
 namespace ThreadHandover
 {
 
-//! What this thread wrote so far is there for whoever acquires the same @p subject afterwards.
-inline void release([[maybe_unused]] const void *subject)
+//! Publishes everything that this thread has written so far to the thread that calls acquire() with the same
+//! @p address afterwards. The address is only a key.
+inline void release([[maybe_unused]] const void *address)
 {
 #ifdef TOVICTL_THREAD_SANITIZER
-    __tsan_release(const_cast<void *>(subject));
+    __tsan_release(const_cast<void *>(address));
 #endif
 }
 
-//! What was written before the release of @p subject is there for this thread.
-inline void acquire([[maybe_unused]] const void *subject)
+//! Makes visible to this thread what was written before release() was called with the same @p address.
+inline void acquire([[maybe_unused]] const void *address)
 {
 #ifdef TOVICTL_THREAD_SANITIZER
-    __tsan_acquire(const_cast<void *>(subject));
+    __tsan_acquire(const_cast<void *>(address));
 #endif
 }
 
-//! What this thread does while it lives isn't looked at: Qt makes the object that carries the work when the release has
-//! been told, and the other thread finds the receiver, which it needs for the acquire, in just that object.
-class Unseen
+//! While it lives, the sanitizer ignores what this thread writes.
+//!
+//! Needed while Qt allocates the event of a queued call. That happens after release(), and the receiver's thread reads
+//! the event before acquire(), as the address to acquire is stored in it.
+class IgnoredWrites
 {
 public:
-    Unseen()
+    IgnoredWrites()
     {
 #ifdef TOVICTL_THREAD_SANITIZER
         AnnotateIgnoreWritesBegin(__FILE__, __LINE__);
 #endif
     }
-    ~Unseen()
+    ~IgnoredWrites()
     {
 #ifdef TOVICTL_THREAD_SANITIZER
         AnnotateIgnoreWritesEnd(__FILE__, __LINE__);
 #endif
     }
-    Q_DISABLE_COPY_MOVE(Unseen)
+    Q_DISABLE_COPY_MOVE(IgnoredWrites)
 };
 
-//! Runs @p work on the thread of @p receiver, later and in the order of the calls; never, where the receiver is gone by
-//! then. The receiver must live while this runs. Any thread.
+//! Queues @p work for the thread of @p receiver and returns at once. Calls run in the order in which they were posted;
+//! those that are pending when the receiver is deleted are dropped. The receiver must be alive during this call. May be
+//! called on any thread.
 template<typename Work>
 void post(QObject *receiver, Work &&work)
 {
     release(receiver);
-    const Unseen unseen;
+    const IgnoredWrites ignoredWrites;
     QMetaObject::invokeMethod(
         receiver,
         [receiver, work = std::forward<Work>(work)]() mutable {
@@ -84,10 +91,11 @@ void post(QObject *receiver, Work &&work)
         Qt::QueuedConnection);
 }
 
-//! Runs @p work on the thread of @p receiver, which must be another one and have an event loop, and waits for it. What
-//! a blocking queued call does, but with a semaphore that the sanitizer sees: Qt's own call goes on to read the
-//! caller's stack when its work is done.
-//! @return what the work returned
+//! Runs @p work on the thread of @p receiver and waits for it. That must be another thread, with an event loop.
+//!
+//! Used instead of Qt::BlockingQueuedConnection, which the sanitizer reports: the other thread still reads from the
+//! stack of the caller after it has woken it.
+//! @return the result of the work
 template<typename Work>
 auto call(QObject *receiver, Work &&work)
 {
@@ -110,8 +118,7 @@ auto call(QObject *receiver, Work &&work)
     }
 }
 
-//! Connects a signal to a slot of an object on another thread; what an automatic connection does, told to the
-//! sanitizer.
+//! Connects a signal to a slot of an object that lives on another thread, like a queued connection.
 template<typename Sender, typename Base, typename Receiver, typename... Args>
 QMetaObject::Connection connect(const Sender *sender, void (Base::*signal)(Args...), Receiver *receiver,
                                 void (Receiver::*slot)(Args...))
