@@ -90,7 +90,7 @@ public:
     //! about-data must have been set because it determines the settings store.
     explicit VoiceBridge(QObject *parent = nullptr);
     //! The same with other parts.
-    VoiceBridge(VoiceParts parts, QObject *parent);
+    explicit VoiceBridge(VoiceParts parts, QObject *parent = nullptr);
     //! Ends capture and speech, and waits without a timeout for a running transcription.
     ~VoiceBridge() override;
 

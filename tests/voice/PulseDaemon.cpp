@@ -3,7 +3,8 @@
 
 #include "PulseDaemon.h"
 
-#include <QFile>
+#include "Files.h"
+
 #include <QTest>
 
 #include <csignal>
@@ -24,27 +25,24 @@ PulseDaemon::PulseDaemon()
     : m_serverBefore(qgetenv("PULSE_SERVER"))
 {
     const QString socket = m_directory.filePath(QStringLiteral("native"));
-    QFile configuration(m_directory.filePath(QStringLiteral("daemon.pa")));
-    if (!configuration.open(QIODevice::WriteOnly)) {
-        QFAIL("can't write the daemon's configuration");
-    }
-    configuration.write("load-module module-null-sink sink_name=mic norewinds=1 rate=16000 channels=1\n"
-                        "set-default-source mic.monitor\n"
-                        "load-module module-native-protocol-unix auth-anonymous=1 socket=");
-    configuration.write(socket.toUtf8() + '\n');
-    configuration.close();
+    const QString configuration = m_directory.filePath(QStringLiteral("daemon.pa"));
+    QVERIFY(writeFile(configuration,
+                      "load-module module-null-sink sink_name=mic norewinds=1 rate=16000 channels=1\n"
+                      "set-default-source mic.monitor\n"
+                      "load-module module-native-protocol-unix auth-anonymous=1 socket="
+                          + socket.toUtf8() + '\n'));
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("PULSE_RUNTIME_PATH"), m_directory.filePath(QStringLiteral("run")));
     environment.remove(QStringLiteral("PULSE_SERVER"));
-    // On the session bus it would want the name that the other one has.
+    // The daemon of the environment already has the name on the session bus.
     environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
     m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral("pulseaudio"),
                     {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
                      QStringLiteral("--use-pid-file=no"), QStringLiteral("--log-target=stderr"),
-                     QStringLiteral("--log-level=error"), QStringLiteral("-F"), configuration.fileName()});
+                     QStringLiteral("--log-level=error"), QStringLiteral("-F"), configuration});
     QVERIFY(m_process.waitForStarted());
     qputenv("PULSE_SERVER", "unix:" + socket.toUtf8());
     QTRY_VERIFY(answers());

@@ -6,13 +6,14 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace std::chrono_literals;
 using Afterwards = ScriptedMicrophone::Afterwards;
 
 namespace
@@ -21,11 +22,11 @@ namespace
 const QString s_start = QStringLiteral("START listening  mode=batch  backend=whisper-small-q5  silenceTimeout=200ms");
 const QString s_noSpeech = QStringLiteral("No speech detected");
 
-constexpr int s_silenceChunks = ListeningRig::SilenceChunks;
+constexpr int s_silenceChunks = ListeningFixture::SilenceChunks;
 
-QString silenceAfter(int ms)
+QString silenceAfter(std::chrono::milliseconds audio)
 {
-    return QStringLiteral("SILENCE  no speech detected after %1 ms").arg(ms);
+    return QStringLiteral("SILENCE  no speech detected after %1 ms").arg(audio.count());
 }
 
 //! All of an object's signals but the level's, whose number depends on the scheduler.
@@ -83,21 +84,21 @@ void tst_VoiceBridgeCapture::init()
 
 void tst_VoiceBridgeCapture::hearsASentence()
 {
-    ListeningRig rig;
-    SignalLog heard(rig.voice.get());
-    rig.microphone.hear(3, ScriptedMicrophone::Quiet);
-    rig.hearSentence();
-    rig.voice->startListening();
-    QVERIFY(rig.voice->isListening());
-    QVERIFY(rig.voice->isModelLoaded());
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
+    ListeningFixture fixture;
+    SignalLog heard(fixture.voice.get());
+    fixture.microphone.hear(3, ScriptedMicrophone::Quiet);
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QVERIFY(fixture.voice->isListening());
+    QVERIFY(fixture.voice->isModelLoaded());
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
 
-    QVERIFY(!rig.voice->isListening());
-    QVERIFY(!rig.voice->isTranscribing());
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    QVERIFY(!fixture.voice->isListening());
+    QVERIFY(!fixture.voice->isTranscribing());
+    QCOMPARE(fixture.microphone.openStreams(), 0);
     // 3 quiet, 5 loud and 4 quiet chunks, the last of which isn't counted; the first three aren't kept.
     const QString samples = QString::number((5 + s_silenceChunks) * Pcm::ChunkSamples);
-    const QStringList log = rig.log();
+    const QStringList log = fixture.log();
     QCOMPARE(log.mid(0, 3),
              (QStringList {s_start, QStringLiteral("CAPTURE done  audio=550ms  samples=%1").arg(samples),
                            QStringLiteral("TRANSCRIBING (batch)  backend=whisper-small-q5")}));
@@ -124,13 +125,13 @@ void tst_VoiceBridgeCapture::hearsASentence()
 
 void tst_VoiceBridgeCapture::givesTheEngineWhatWasSaid()
 {
-    ListeningRig rig;
-    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
-    rig.microphone.hear(2, 7); // below the threshold
-    rig.microphone.hear(1, 1000);
-    rig.microphone.hear(1, -2000);
-    rig.microphone.hear(s_silenceChunks, 9);
-    rig.voice->startListening();
+    ListeningFixture fixture;
+    QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
+    fixture.microphone.hear(2, 7); // below the threshold
+    fixture.microphone.hear(1, 1000);
+    fixture.microphone.hear(1, -2000);
+    fixture.microphone.hear(s_silenceChunks, 9);
+    fixture.voice->startListening();
     QTRY_COMPARE(requests.size(), 1);
 
     QByteArray expected;
@@ -140,94 +141,96 @@ void tst_VoiceBridgeCapture::givesTheEngineWhatWasSaid()
         }
     }
     QCOMPARE(requests.constFirst().constFirst().toByteArray(), expected);
-    QTRY_VERIFY(!rig.voice->isTranscribing());
+    QTRY_VERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
 {
-    ListeningRig rig;
-    rig.voice->startListening();
-    QVERIFY(rig.voice->isListening());
-    const auto doesNothing = [&rig] {
-        SignalLog heard(rig.voice.get());
-        const QStringList log = rig.log();
-        rig.voice->startListening();
-        return heard.entries().isEmpty() && rig.log() == log && rig.microphone.openStreams() <= 1;
+    ListeningFixture fixture;
+    fixture.voice->startListening();
+    QVERIFY(fixture.voice->isListening());
+    const auto doesNothing = [&fixture] {
+        SignalLog heard(fixture.voice.get());
+        const QStringList log = fixture.log();
+        fixture.voice->startListening();
+        return heard.entries().isEmpty() && fixture.log() == log && fixture.microphone.openStreams() <= 1;
     };
     QVERIFY(doesNothing());
 
     const WhisperStandIn::Held held;
-    rig.hearSentence();
-    QTRY_VERIFY(rig.voice->isTranscribing());
+    fixture.hearSentence();
+    QTRY_VERIFY(fixture.voice->isTranscribing());
     QVERIFY(doesNothing());
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    QCOMPARE(fixture.microphone.openStreams(), 0);
     WhisperStandIn::letGo();
-    QTRY_VERIFY(!rig.voice->isTranscribing());
-    QCOMPARE(rig.log().count(s_start), 1);
+    QTRY_VERIFY(!fixture.voice->isTranscribing());
+    QCOMPARE(fixture.log().count(s_start), 1);
 }
 
 void tst_VoiceBridgeCapture::stopEndsWithWhatWasHeard()
 {
-    ListeningRig rig(Afterwards::Talks);
-    rig.microphone.hear(5, ScriptedMicrophone::Loud);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 7);
-    QVERIFY(rig.voice->isListening());
-    rig.voice->stopListening();
-    QVERIFY(rig.voice->isListening()); // the end comes later, by itself
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
-    const int chunks = rig.microphone.chunksRead();
-    QVERIFY(rig.log().contains(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2")
-                                   .arg(chunks * Pcm::ChunkMs)
-                                   .arg(chunks * Pcm::ChunkSamples)));
+    ListeningFixture fixture(Afterwards::Talks);
+    fixture.microphone.hear(5, ScriptedMicrophone::Loud);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 7);
+    QVERIFY(fixture.voice->isListening());
+    fixture.voice->stopListening();
+    QVERIFY(fixture.voice->isListening()); // the end comes later, by itself
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
+    const int chunks = fixture.microphone.chunksRead();
+    QVERIFY(fixture.log().contains(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2")
+                                       .arg((chunks * Pcm::ChunkDuration).count())
+                                       .arg(chunks * Pcm::ChunkSamples)));
 }
 
 void tst_VoiceBridgeCapture::stopBeforeSpeech()
 {
-    ListeningRig rig;
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 3);
-    SignalLog heard(rig.voice.get());
-    rig.voice->stopListening();
-    QTRY_VERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.log(), (QStringList {s_start, silenceAfter(rig.microphone.chunksRead() * Pcm::ChunkMs)}));
+    ListeningFixture fixture;
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 3);
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->stopListening();
+    QTRY_VERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.log(),
+             (QStringList {s_start, silenceAfter(fixture.microphone.chunksRead() * Pcm::ChunkDuration)}));
     QCOMPARE(
         withoutLevel(heard.entries()),
         (QStringList {QStringLiteral("listeningChanged()"), QStringLiteral("partialTranscriptChanged()"),
                       QStringLiteral("voiceLogChanged()"), QStringLiteral("errorOccurred(\"No speech detected\")")}));
-    QCOMPARE(rig.voice->lastError(), QString());
-    QVERIFY(!rig.voice->isTranscribing());
+    QCOMPARE(fixture.voice->lastError(), QString());
+    QVERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeCapture::stopWhenIdleDoesNothing()
 {
-    ListeningRig rig;
-    SignalLog heard(rig.voice.get());
-    rig.voice->stopListening();
+    ListeningFixture fixture;
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->stopListening();
     QCoreApplication::processEvents();
     QCOMPARE(heard.entries(), QStringList());
 }
 
 void tst_VoiceBridgeCapture::cutsAtTheLimit()
 {
-    ListeningRig rig;
-    rig.microphone.hear(20, ScriptedMicrophone::Quiet);
-    rig.microphone.hear(700, ScriptedMicrophone::Loud);
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
-    QVERIFY(rig.log().contains(QStringLiteral("CAPTURE done  audio=30000ms  samples=%1").arg(580 * Pcm::ChunkSamples)));
+    ListeningFixture fixture;
+    fixture.microphone.hear(20, ScriptedMicrophone::Quiet);
+    fixture.microphone.hear(700, ScriptedMicrophone::Loud);
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
+    QVERIFY(
+        fixture.log().contains(QStringLiteral("CAPTURE done  audio=30000ms  samples=%1").arg(580 * Pcm::ChunkSamples)));
     QCOMPARE(WhisperStandIn::lastTranscription().samples.size(), std::size_t(580 * Pcm::ChunkSamples));
 }
 
 void tst_VoiceBridgeCapture::quietRoomEndsAtTheLimit()
 {
-    ListeningRig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.microphone.hear(600, ScriptedMicrophone::Quiet);
-    rig.voice->startListening();
+    ListeningFixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.microphone.hear(600, ScriptedMicrophone::Quiet);
+    fixture.voice->startListening();
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), s_noSpeech);
-    QCOMPARE(rig.log(), (QStringList {s_start, silenceAfter(30000)}));
+    QCOMPARE(fixture.log(), (QStringList {s_start, silenceAfter(30s)}));
 }
 
 void tst_VoiceBridgeCapture::oddTimeoutOfTheStoreEndsAfterOneChunk()
@@ -236,7 +239,7 @@ void tst_VoiceBridgeCapture::oddTimeoutOfTheStoreEndsAfterOneChunk()
     MessageLog messages;
     const WhisperModelFile model;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     QSignalSpy requests(&voice, &VoiceBridge::requestTranscription);
     microphone.hear(2, ScriptedMicrophone::Loud);
     voice.startListening();
@@ -247,25 +250,25 @@ void tst_VoiceBridgeCapture::oddTimeoutOfTheStoreEndsAfterOneChunk()
 
 void tst_VoiceBridgeCapture::brokenMicrophoneEndsAsIfStopped()
 {
-    ListeningRig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.microphone.hear(6, ScriptedMicrophone::Loud);
-    rig.microphone.breakDown();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
-    QVERIFY(rig.log().contains(QStringLiteral("CAPTURE done  audio=300ms  samples=4800")));
+    ListeningFixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.microphone.hear(6, ScriptedMicrophone::Loud);
+    fixture.microphone.breakDown();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
+    QVERIFY(fixture.log().contains(QStringLiteral("CAPTURE done  audio=300ms  samples=4800")));
     QCOMPARE(errors.size(), 0);
 }
 
 void tst_VoiceBridgeCapture::brokenMicrophoneBeforeSpeech()
 {
-    ListeningRig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.microphone.breakDown();
-    rig.voice->startListening();
+    ListeningFixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.microphone.breakDown();
+    fixture.voice->startListening();
     QTRY_COMPARE(errors.size(), 1);
-    QCOMPARE(rig.log(), (QStringList {s_start, silenceAfter(0)}));
-    QVERIFY(!rig.voice->isListening());
+    QCOMPARE(fixture.log(), (QStringList {s_start, silenceAfter(0s)}));
+    QVERIFY(!fixture.voice->isListening());
 }
 
 void tst_VoiceBridgeCapture::microphoneThatCannotBeOpened()
@@ -273,13 +276,13 @@ void tst_VoiceBridgeCapture::microphoneThatCannotBeOpened()
     MessageLog messages;
     const WhisperModelFile model;
     int attempts = 0;
-    VoiceParts parts;
+    VoiceParts parts = VoiceFixture::parts();
     parts.openMicrophone = [&attempts](QString *reason) -> std::unique_ptr<Microphone> {
         ++attempts;
         *reason = QStringLiteral("Kein Gerät %1");
         return nullptr;
     };
-    VoiceBridge voice(std::move(parts), nullptr);
+    VoiceBridge voice(std::move(parts));
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
@@ -306,7 +309,7 @@ void tst_VoiceBridgeCapture::missingModel()
 {
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     voice.setVoiceLogEnabled(true);
     SignalLog heard(&voice);
     voice.startListening();
@@ -321,67 +324,67 @@ void tst_VoiceBridgeCapture::missingModel()
 
 void tst_VoiceBridgeCapture::levelIsTold()
 {
-    ListeningRig rig(Afterwards::Blocks);
-    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
-    rig.microphone.hear(1, 16384);
-    rig.voice->startListening();
+    ListeningFixture fixture(Afterwards::Blocks);
+    QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
+    fixture.microphone.hear(1, 16384);
+    fixture.voice->startListening();
     QTRY_COMPARE(levels.size(), 1);
-    QCOMPARE(rig.voice->inputLevel(), 0.5);
-    rig.microphone.hear(4, 8192); // numbers 1 to 4
-    QTRY_COMPARE(rig.microphone.chunksRead(), 5);
-    rig.microphone.hear(1, 4096);
+    QCOMPARE(fixture.voice->inputLevel(), 0.5);
+    fixture.microphone.hear(4, 8192); // numbers 1 to 4
+    QTRY_COMPARE(fixture.microphone.chunksRead(), 5);
+    fixture.microphone.hear(1, 4096);
     QTRY_COMPARE(levels.size(), 2);
-    QCOMPARE(rig.voice->inputLevel(), 0.125);
-    rig.microphone.breakDown();
-    QTRY_VERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.voice->inputLevel(), 0.0);
+    QCOMPARE(fixture.voice->inputLevel(), 0.125);
+    fixture.microphone.breakDown();
+    QTRY_VERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.voice->inputLevel(), 0.0);
     QCOMPARE(levels.size(), 3);
-    QTRY_VERIFY(!rig.voice->isTranscribing());
+    QTRY_VERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeCapture::cancelsWhileListening()
 {
-    ListeningRig rig(Afterwards::Talks);
-    rig.microphone.hear(3, ScriptedMicrophone::Loud);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 3);
-    QVERIFY(rig.voice->isListening());
-    SignalLog heard(rig.voice.get());
-    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    ListeningFixture fixture(Afterwards::Talks);
+    fixture.microphone.hear(3, ScriptedMicrophone::Loud);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 3);
+    QVERIFY(fixture.voice->isListening());
+    SignalLog heard(fixture.voice.get());
+    QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.microphone.openStreams(), 0);
     QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("listeningChanged()")});
 
     // The thread's end still comes, and finds nothing left.
     QTRY_COMPARE(heard.entries().count(QStringLiteral("errorOccurred(\"No speech detected\")")), 1);
     QCOMPARE(heard.entries().count(QStringLiteral("listeningChanged()")), 1);
-    QVERIFY(rig.log().constLast().startsWith(QStringLiteral("SILENCE  no speech detected after ")));
+    QVERIFY(fixture.log().constLast().startsWith(QStringLiteral("SILENCE  no speech detected after ")));
     QCOMPARE(requests.size(), 0);
-    QVERIFY(!rig.voice->isTranscribing());
+    QVERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
 {
-    ListeningRig rig;
+    ListeningFixture fixture;
     const WhisperStandIn::Held held;
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.voice->isTranscribing());
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.voice->isTranscribing());
     WhisperStandIn::waitUntilHeld();
-    SignalLog heard(rig.voice.get());
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isTranscribing());
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isTranscribing());
     QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("transcribingChanged()")});
     WhisperStandIn::letGo();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
 }
 
 void tst_VoiceBridgeCapture::cancelsWhenIdle()
 {
-    ListeningRig rig;
-    SignalLog heard(rig.voice.get());
-    rig.voice->cancelListening();
+    ListeningFixture fixture;
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->cancelListening();
     QCoreApplication::processEvents();
     // The level is told to be zero all the same.
     QCOMPARE(heard.entries(), QStringList {QStringLiteral("inputLevelChanged()")});
@@ -389,56 +392,56 @@ void tst_VoiceBridgeCapture::cancelsWhenIdle()
 
 void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
 {
-    ListeningRig rig(Afterwards::Talks);
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.microphone.hear(3, ScriptedMicrophone::Loud);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 4);
-    rig.voice->cancelListening();
-    SignalLog heard(rig.voice.get());
-    rig.voice->startListening();
+    ListeningFixture fixture(Afterwards::Talks);
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.microphone.hear(3, ScriptedMicrophone::Loud);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 4);
+    fixture.voice->cancelListening();
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->startListening();
     // Now the end of the first is delivered: it says its words, and the second goes on.
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), s_noSpeech);
-    QVERIFY(rig.voice->isListening());
-    QCOMPARE(rig.microphone.openStreams(), 1);
+    QVERIFY(fixture.voice->isListening());
+    QCOMPARE(fixture.microphone.openStreams(), 1);
     QCOMPARE(heard.entries().count(QStringLiteral("listeningChanged()")), 1);
-    const int chunks = rig.microphone.chunksRead();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= chunks + 2);
-    rig.voice->stopListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
+    const int chunks = fixture.microphone.chunksRead();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= chunks + 2);
+    fixture.voice->stopListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
     QCOMPARE(errors.size(), 1);
 }
 
 void tst_VoiceBridgeCapture::startsAnewWhenTheEndIsHeard()
 {
-    ListeningRig rig;
-    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
-    connect(rig.voice.get(), &VoiceBridge::listeningChanged, this, [&rig, isFirst = true]() mutable {
-        if (isFirst && !rig.voice->isListening()) {
+    ListeningFixture fixture;
+    QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
+    connect(fixture.voice.get(), &VoiceBridge::listeningChanged, this, [&fixture, isFirst = true]() mutable {
+        if (isFirst && !fixture.voice->isListening()) {
             isFirst = false;
-            rig.voice->startListening();
+            fixture.voice->startListening();
         }
     });
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("hello world"));
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
     // The next capture has not taken the utterance away.
     QCOMPARE(requests.constFirst().constFirst().toByteArray().size(), (5 + s_silenceChunks) * Pcm::ChunkBytes);
-    QVERIFY(rig.voice->isListening());
+    QVERIFY(fixture.voice->isListening());
 }
 
 void tst_VoiceBridgeCapture::cancelsWhenTheStartIsHeard()
 {
-    ListeningRig rig;
-    connect(rig.voice.get(), &VoiceBridge::listeningChanged, this, [&rig] {
-        if (rig.voice->isListening()) {
-            rig.voice->cancelListening();
+    ListeningFixture fixture;
+    connect(fixture.voice.get(), &VoiceBridge::listeningChanged, this, [&fixture] {
+        if (fixture.voice->isListening()) {
+            fixture.voice->cancelListening();
         }
     });
-    rig.voice->startListening();
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    fixture.voice->startListening();
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.microphone.openStreams(), 0);
 }
 
 REGISTER_TEST(tst_VoiceBridgeCapture, QCoreApplication)

@@ -6,8 +6,7 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QSettings>
@@ -84,7 +83,6 @@ private Q_SLOTS:
 void tst_VoiceBridgeEngines::initTestCase()
 {
     TestSetup::setAboutData();
-    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
 }
 
 void tst_VoiceBridgeEngines::init()
@@ -98,7 +96,7 @@ void tst_VoiceBridgeEngines::tellsWhatIsAvailable()
     const WhisperModelFile small(s_smallModel);
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     MessageLog messages;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.whisperSmallAvailable());
     QVERIFY(!voice.whisperSmallQ5Available());
     QVERIFY(voice.moonshineAvailable());
@@ -130,7 +128,7 @@ void tst_VoiceBridgeEngines::refusesWhatIsNotAvailable()
     storeBackend("whisper");
     const WhisperModelFile base(s_baseModel);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
     voice.setSttBackend(backend);
@@ -169,7 +167,7 @@ void tst_VoiceBridgeEngines::chooses()
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     const SherpaStandIn nemotron(SherpaStandIn::Engine::Nemotron);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setSttBackend(words);
     QTEST(voice.sttBackend(), "backend");
     QTEST(storedBackend(), "backend");
@@ -181,7 +179,7 @@ void tst_VoiceBridgeEngines::choosingLoadsAndStores()
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     const WhisperModelFile q5;
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
     QStringList names;
@@ -207,7 +205,7 @@ void tst_VoiceBridgeEngines::choosingThePresentOneDoesNotReload()
 {
     const WhisperModelFile q5;
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
     const QStringList calls = WhisperStandIn::calls();
@@ -222,7 +220,7 @@ void tst_VoiceBridgeEngines::choosingCancels()
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     voice.startListening();
     QVERIFY(voice.isListening());
     voice.setSttBackend(QStringLiteral("moonshine"));
@@ -233,7 +231,7 @@ void tst_VoiceBridgeEngines::choosingCancels()
 void tst_VoiceBridgeEngines::failureToLoadIsTold()
 {
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     voice.setSttBackend(QStringLiteral("whisper")); // always offered, though its model isn't there
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper"));
@@ -247,7 +245,7 @@ void tst_VoiceBridgeEngines::unknownBackendIsWhisperBase()
     storeBackend("some-engine");
     const WhisperModelFile base(s_baseModel);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.sttBackend(), QStringLiteral("some-engine"));
     QVERIFY(voice.loadModel());
     QCOMPARE(voice.modelName(), s_baseModel);
@@ -259,7 +257,7 @@ void tst_VoiceBridgeEngines::noOtherWhisperModelIsTaken()
 {
     const WhisperModelFile base(s_baseModel);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper-small-q5"));
     SignalLog heard(&voice);
     QVERIFY(!voice.loadModel());
@@ -271,7 +269,7 @@ void tst_VoiceBridgeEngines::whisperModelByPath()
 {
     const WhisperModelFile own(QStringLiteral("my %1 model.bin"));
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     QVERIFY(voice.loadModel(own.path()));
     QCOMPARE(voice.modelName(), QStringLiteral("my %1 model.bin"));
@@ -285,7 +283,7 @@ void tst_VoiceBridgeEngines::brokenWhisperModel()
 {
     const WhisperModelFile q5;
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
     const QString path = QStringLiteral("/no/such/%1.bin");
@@ -306,7 +304,7 @@ void tst_VoiceBridgeEngines::reloadingFreesTheModelBefore()
     const WhisperModelFile q5;
     MessageLog messages;
     {
-        VoiceBridge voice;
+        VoiceBridge voice(VoiceFixture::parts());
         QVERIFY(voice.loadModel());
         QVERIFY(voice.loadModel());
         QCOMPARE(WhisperStandIn::livingContexts(), 1);
@@ -342,7 +340,7 @@ void tst_VoiceBridgeEngines::lostSherpaModel()
     QFETCH(QString, name);
     const SherpaStandIn standIn(engine);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setSttBackend(backend);
     QVERIFY(voice.isModelLoaded());
     QVERIFY(QDir(standIn.modelDir()).removeRecursively());
@@ -367,7 +365,7 @@ void tst_VoiceBridgeEngines::incompleteSherpaModel()
     for (const QString &fileName : standIn.modelFiles()) {
         const QString file = standIn.modelDir() + QLatin1Char('/') + fileName;
         MessageLog messages;
-        VoiceBridge voice;
+        VoiceBridge voice(VoiceFixture::parts());
         const QString aside = file + QStringLiteral(".aside");
         QVERIFY(QFile::rename(file, aside));
         SignalLog heard(&voice);
@@ -390,7 +388,7 @@ void tst_VoiceBridgeEngines::sherpaModelByPath()
         QVERIFY(QFile::copy(standIn.modelDir() + QLatin1Char('/') + name, other.filePath(name)));
     }
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setSttBackend(QStringLiteral("moonshine"));
     QVERIFY(voice.loadModel(other.path()));
     QCOMPARE(voice.modelName(), QFileInfo(other.path()).fileName());
@@ -418,7 +416,7 @@ void tst_VoiceBridgeEngines::sherpaIsUnavailable()
     QFETCH(QString, reason);
     storeBackend(backend.constData()); // chosen while it was there
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     QVERIFY(!voice.loadModel());
     QCOMPARE(heard.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(reason)}));

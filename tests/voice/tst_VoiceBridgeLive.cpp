@@ -9,7 +9,7 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 #include "WhisperWorker.h"
 
@@ -94,16 +94,16 @@ private:
 };
 
 //! A voice path that has a live engine.
-struct Rig
+struct Fixture
 {
-    explicit Rig(bool available = true)
+    explicit Fixture(bool available = true)
     {
         auto worker = std::make_unique<ScriptedStreaming>();
         streaming = worker.get();
-        VoiceParts parts = VoiceRig::partsWith(microphone);
+        VoiceParts parts = VoiceFixture::parts(microphone);
         parts.streaming = std::move(worker);
         parts.liveSttAvailable = available;
-        voice = std::make_unique<VoiceBridge>(std::move(parts), nullptr);
+        voice = std::make_unique<VoiceBridge>(std::move(parts));
         voice->setSilenceTimeoutMs(200);
         voice->setVoiceLogEnabled(true);
     }
@@ -115,7 +115,7 @@ struct Rig
         microphone.hear(4, ScriptedMicrophone::Quiet);
     }
 
-    QStringList log() const { return VoiceRig::logEntries(*voice); }
+    QStringList log() const { return VoiceFixture::logEntries(*voice); }
 
     MessageLog messages;
     ScriptedMicrophone microphone;
@@ -196,213 +196,214 @@ void tst_VoiceBridgeLive::workerWithoutAnEngine()
 void tst_VoiceBridgeLive::showsWordsWhileTheyAreSpoken()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.streaming->m_partials =
+    Fixture fixture;
+    fixture.streaming->m_partials =
         QStringList {QStringLiteral("open"), QStringLiteral("open"), QStringLiteral("open dolphine")};
-    QVERIFY(rig.voice->liveSttAvailable());
-    QVERIFY(rig.messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: live STT available: true")));
-    QSignalSpy partials(rig.voice.get(), &VoiceBridge::partialTranscriptChanged);
+    QVERIFY(fixture.voice->liveSttAvailable());
+    QVERIFY(fixture.messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: live STT available: true")));
+    QSignalSpy partials(fixture.voice.get(), &VoiceBridge::partialTranscriptChanged);
     QStringList shown;
-    connect(rig.voice.get(), &VoiceBridge::partialTranscriptChanged, this,
-            [&] { shown.append(rig.voice->partialTranscript()); });
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
+    connect(fixture.voice.get(), &VoiceBridge::partialTranscriptChanged, this,
+            [&] { shown.append(fixture.voice->partialTranscript()); });
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
 
     // Cleared at the start, shown when they change and corrected, and cleared at the end.
     QCOMPARE(shown, (QStringList {QString(), QStringLiteral("open"), QStringLiteral("open Dolphin"), QString()}));
-    QCOMPARE(rig.voice->lastTranscriptionMs(), 12.5);
+    QCOMPARE(fixture.voice->lastTranscriptionMs(), 12.5);
     QCOMPARE(
-        rig.streaming->calls(),
+        fixture.streaming->calls(),
         (QStringList {QStringLiteral("load ") + s_modelName, QStringLiteral("start"), QStringLiteral("finalize")}));
     // Every chunk, silence too.
-    QCOMPARE(rig.streaming->fed().size(), (2 + 5 + 4) * Pcm::ChunkBytes);
-    const QStringList log = rig.log();
+    QCOMPARE(fixture.streaming->fed().size(), (2 + 5 + 4) * Pcm::ChunkBytes);
+    const QStringList log = fixture.log();
     QCOMPARE(log.mid(0, 3),
              (QStringList {
                  QStringLiteral("START listening  mode=live  backend=whisper-small-q5  silenceTimeout=200ms"),
                  QStringLiteral("CAPTURE done  audio=500ms  samples=0"),
                  QStringLiteral("TRANSCRIBING (live finalize)"),
              }));
-    QVERIFY(rig.messages.has(QtDebugMsg,
-                             QStringLiteral("VoiceBridge: live Nemotron streaming model loaded \"streaming model\"")));
-    QCOMPARE(rig.voice->modelName(), QStringLiteral("streaming model"));
-    QVERIFY(!rig.voice->isTranscribing());
+    QVERIFY(fixture.messages.has(
+        QtDebugMsg, QStringLiteral("VoiceBridge: live Nemotron streaming model loaded \"streaming model\"")));
+    QCOMPARE(fixture.voice->modelName(), QStringLiteral("streaming model"));
+    QVERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeLive::loadsTheModelOnce()
 {
     const StreamingModel model;
-    Rig rig;
-    QSignalSpy transcripts(rig.voice.get(), &VoiceBridge::transcriptReady);
+    Fixture fixture;
+    QSignalSpy transcripts(fixture.voice.get(), &VoiceBridge::transcriptReady);
     for (int round = 1; round <= 2; ++round) {
-        rig.hearSentence();
-        rig.voice->startListening();
+        fixture.hearSentence();
+        fixture.voice->startListening();
         QTRY_COMPARE(transcripts.size(), round);
     }
-    QCOMPARE(rig.streaming->calls().filter(QStringLiteral("load")).size(), 1);
-    QCOMPARE(rig.streaming->calls().count(QStringLiteral("start")), 2);
+    QCOMPARE(fixture.streaming->calls().filter(QStringLiteral("load")).size(), 1);
+    QCOMPARE(fixture.streaming->calls().count(QStringLiteral("start")), 2);
 }
 
 void tst_VoiceBridgeLive::takesUpALoadedModel()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
-    QVERIFY(!rig.voice->loadModel()); // no whisper model is there
-    QVERIFY(!rig.voice->isModelLoaded());
-    rig.voice->startListening();
-    QVERIFY(rig.voice->isModelLoaded());
-    QCOMPARE(rig.voice->modelName(), QStringLiteral("streaming model"));
-    QCOMPARE(rig.streaming->calls().filter(QStringLiteral("load")).size(), 1);
+    Fixture fixture;
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_VERIFY(!fixture.voice->lastTranscript().isEmpty());
+    QVERIFY(!fixture.voice->loadModel()); // no whisper model is there
+    QVERIFY(!fixture.voice->isModelLoaded());
+    fixture.voice->startListening();
+    QVERIFY(fixture.voice->isModelLoaded());
+    QCOMPARE(fixture.voice->modelName(), QStringLiteral("streaming model"));
+    QCOMPARE(fixture.streaming->calls().filter(QStringLiteral("load")).size(), 1);
 }
 
 void tst_VoiceBridgeLive::failsInTheEngine()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.streaming->m_fails = true;
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastError(), QStringLiteral("engine gave up"));
-    QVERIFY(!rig.voice->isTranscribing());
-    QCOMPARE(rig.log().constLast(), QStringLiteral("ERROR engine gave up"));
+    Fixture fixture;
+    fixture.streaming->m_fails = true;
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastError(), QStringLiteral("engine gave up"));
+    QVERIFY(!fixture.voice->isTranscribing());
+    QCOMPARE(fixture.log().constLast(), QStringLiteral("ERROR engine gave up"));
 }
 
 void tst_VoiceBridgeLive::failsToLoad()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.streaming->m_loads = false;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
+    Fixture fixture;
+    fixture.streaming->m_loads = false;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
     QCOMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Failed to load Nemotron streaming model"));
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.microphone.openStreams(), 0);
 }
 
 void tst_VoiceBridgeLive::missingModelIsSilent()
 {
-    Rig rig;
-    SignalLog heard(rig.voice.get());
-    rig.voice->startListening();
+    Fixture fixture;
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->startListening();
     QCOMPARE(heard.entries(), QStringList {QStringLiteral("voiceLogChanged()")}); // START
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.streaming->calls(), QStringList());
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.streaming->calls(), QStringList());
 }
 
 void tst_VoiceBridgeLive::noSpeechCancelsTheSession()
 {
     const StreamingModel model;
-    Rig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 2);
-    rig.voice->stopListening();
+    Fixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 2);
+    fixture.voice->stopListening();
     QTRY_COMPARE(errors.size(), 1);
-    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
-    QVERIFY(!rig.voice->isTranscribing());
+    QTRY_COMPARE(fixture.streaming->calls().constLast(), QStringLiteral("cancel"));
+    QVERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeLive::cancels()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.streaming->m_partials = QStringList {QStringLiteral("open")};
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->partialTranscript(), QStringLiteral("open"));
-    SignalLog heard(rig.voice.get());
-    rig.voice->cancelListening();
+    Fixture fixture;
+    fixture.streaming->m_partials = QStringList {QStringLiteral("open")};
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->partialTranscript(), QStringLiteral("open"));
+    SignalLog heard(fixture.voice.get());
+    fixture.voice->cancelListening();
     QCOMPARE(heard.entries(),
              (QStringList {QStringLiteral("inputLevelChanged()"), QStringLiteral("partialTranscriptChanged()"),
                            QStringLiteral("listeningChanged()")}));
-    QCOMPARE(rig.voice->partialTranscript(), QString());
-    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
+    QCOMPARE(fixture.voice->partialTranscript(), QString());
+    QTRY_COMPARE(fixture.streaming->calls().constLast(), QStringLiteral("cancel"));
 }
 
 void tst_VoiceBridgeLive::cancelsAfterSpeech()
 {
     const StreamingModel model;
-    Rig rig;
-    rig.microphone.hear(3, ScriptedMicrophone::Loud);
-    rig.voice->setSilenceTimeoutMs(5000);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() >= 4);
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
+    Fixture fixture;
+    fixture.microphone.hear(3, ScriptedMicrophone::Loud);
+    fixture.voice->setSilenceTimeoutMs(5000);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 4);
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
     // The end that was on its way doesn't know of that: it is a transcription, which the engine ends.
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
-    QCOMPARE(rig.streaming->calls().mid(2), (QStringList {QStringLiteral("cancel"), QStringLiteral("finalize")}));
-    QVERIFY(!rig.voice->isTranscribing());
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
+    QCOMPARE(fixture.streaming->calls().mid(2), (QStringList {QStringLiteral("cancel"), QStringLiteral("finalize")}));
+    QVERIFY(!fixture.voice->isTranscribing());
 }
 
 void tst_VoiceBridgeLive::cancelsBeforeTheSession()
 {
     const StreamingModel model;
-    Rig rig;
-    connect(rig.voice.get(), &VoiceBridge::partialTranscriptChanged, rig.voice.get(), &VoiceBridge::cancelListening);
-    rig.voice->startListening();
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.microphone.openStreams(), 0);
-    QTRY_COMPARE(rig.streaming->calls().constLast(), QStringLiteral("cancel"));
-    QVERIFY(!rig.streaming->calls().contains(QStringLiteral("start")));
+    Fixture fixture;
+    connect(fixture.voice.get(), &VoiceBridge::partialTranscriptChanged, fixture.voice.get(),
+            &VoiceBridge::cancelListening);
+    fixture.voice->startListening();
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.microphone.openStreams(), 0);
+    QTRY_COMPARE(fixture.streaming->calls().constLast(), QStringLiteral("cancel"));
+    QVERIFY(!fixture.streaming->calls().contains(QStringLiteral("start")));
 }
 
 void tst_VoiceBridgeLive::batchWhereItIsForced()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
-    Rig rig;
-    rig.voice->setBatchSttMode(true);
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("stand-in"));
-    QVERIFY(rig.log().constFirst().contains(QStringLiteral("mode=batch")));
-    QCOMPARE(rig.streaming->calls(), QStringList());
-    QCOMPARE(rig.streaming->fed(), QByteArray());
+    Fixture fixture;
+    fixture.voice->setBatchSttMode(true);
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("stand-in"));
+    QVERIFY(fixture.log().constFirst().contains(QStringLiteral("mode=batch")));
+    QCOMPARE(fixture.streaming->calls(), QStringList());
+    QCOMPARE(fixture.streaming->fed(), QByteArray());
 }
 
 void tst_VoiceBridgeLive::batchWhereItIsWanted()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
-    Rig rig;
-    rig.voice->setSttInputMode(QStringLiteral("batch"));
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("stand-in"));
-    QCOMPARE(rig.streaming->calls(), QStringList());
+    Fixture fixture;
+    fixture.voice->setSttInputMode(QStringLiteral("batch"));
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("stand-in"));
+    QCOMPARE(fixture.streaming->calls(), QStringList());
 }
 
 void tst_VoiceBridgeLive::batchWithoutAnEngine()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
-    Rig rig(false);
-    QCOMPARE(rig.voice->sttInputMode(), QStringLiteral("live"));
-    rig.voice->startListening();
-    QVERIFY(rig.log().constLast().contains(QStringLiteral("mode=batch")));
+    Fixture fixture(false);
+    QCOMPARE(fixture.voice->sttInputMode(), QStringLiteral("live"));
+    fixture.voice->startListening();
+    QVERIFY(fixture.log().constLast().contains(QStringLiteral("mode=batch")));
     // A capture that isn't live ends the session all the same; there is none.
-    rig.voice->cancelListening();
-    QTRY_COMPARE(rig.streaming->calls(), QStringList {QStringLiteral("cancel")});
+    fixture.voice->cancelListening();
+    QTRY_COMPARE(fixture.streaming->calls(), QStringList {QStringLiteral("cancel")});
 }
 
 void tst_VoiceBridgeLive::laterBatchKeepsTheStreamingModel()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
-    Rig rig;
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
-    rig.voice->setSttInputMode(QStringLiteral("batch"));
-    rig.hearSentence();
-    rig.voice->startListening();
+    Fixture fixture;
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_VERIFY(!fixture.voice->lastTranscript().isEmpty());
+    fixture.voice->setSttInputMode(QStringLiteral("batch"));
+    fixture.hearSentence();
+    fixture.voice->startListening();
     // The loaded model counts for both, so that none is loaded for this one.
-    QTRY_COMPARE(rig.voice->lastError(), QStringLiteral("Model not loaded"));
+    QTRY_COMPARE(fixture.voice->lastError(), QStringLiteral("Model not loaded"));
     QVERIFY(!WhisperStandIn::calls().contains(QStringLiteral("init ") + whisper.path()));
 }
 

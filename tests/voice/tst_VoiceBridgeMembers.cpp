@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "FakePath.h"
 #include "Members.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
+#include "VoiceFixture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 using Members::Kind;
@@ -146,7 +145,7 @@ void tst_VoiceBridgeMembers::signalsAndOperations()
 void tst_VoiceBridgeMembers::firstValues()
 {
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.isListening(), false);
     QCOMPARE(voice.isTranscribing(), false);
     QCOMPARE(voice.isModelLoaded(), false);
@@ -182,8 +181,9 @@ void tst_VoiceBridgeMembers::firstValues()
 
 void tst_VoiceBridgeMembers::beginsInItsOrder()
 {
+    const FakePath path(FakePath::Rest::Hidden); // no piper
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QStringList lines;
     for (const MessageLog::Line &line : log.lines()) {
         QCOMPARE(line.type, QtDebugMsg);
@@ -205,15 +205,12 @@ void tst_VoiceBridgeMembers::beginsInItsOrder()
 
 void tst_VoiceBridgeMembers::modelsAreLoadedLater()
 {
-    QVERIFY(QDir().mkpath(QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models")));
-    QFile model(QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models/ggml-small.en-q5_1.bin"));
-    QVERIFY(model.open(QIODevice::WriteOnly));
+    const WhisperModelFile model;
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.whisperSmallQ5Available());
     QVERIFY(!voice.isModelLoaded());
     QCOMPARE(log.count(QStringLiteral("VoiceBridge: loading")), 0);
-    QVERIFY(model.remove());
 }
 
 REGISTER_TEST(tst_VoiceBridgeMembers, QCoreApplication)

@@ -4,7 +4,7 @@
 #include "Capture.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QTest>
@@ -20,7 +20,7 @@
 namespace
 {
 
-constexpr std::size_t s_utterance = Capture::MostSamples * sizeof(qint16); // bytes
+constexpr std::size_t s_utterance = Capture::MaximumSamples * sizeof(qint16); // bytes
 //! What a container adds to it, in bytes. An engine's samples in another format are far larger.
 constexpr std::size_t s_overhead = 4096;
 
@@ -62,12 +62,12 @@ void tst_VoiceBridgeMemory::isTakenOnce()
 #ifndef COUNTS_MALLOC
     QSKIP("allocations aren't counted under a sanitizer");
 #endif
-    ListeningRig rig;
+    ListeningFixture fixture;
     for (int round = 1; round <= 3; ++round) {
         WhisperStandIn::say({QByteArray::number(round)});
-        rig.microphone.hear(700, ScriptedMicrophone::Loud);
-        rig.voice->startListening();
-        QTRY_COMPARE(rig.voice->lastTranscript(), QString::number(round));
+        fixture.microphone.hear(700, ScriptedMicrophone::Loud);
+        fixture.voice->startListening();
+        QTRY_COMPARE(fixture.voice->lastTranscript(), QString::number(round));
         // The buffer, once for all, and for each utterance one copy that goes to the engine.
         QCOMPARE(s_utterances.load(), 1 + round);
     }

@@ -5,7 +5,7 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
+#include "VoiceFixture.h"
 
 #include <QFile>
 #include <QSettings>
@@ -97,7 +97,7 @@ void tst_VoiceBridgeSettings::readsTheInputMode()
         store("liveSttEnabled", liveEnabled);
     }
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QTEST(voice.sttInputMode(), "expected");
     QCOMPARE(voice.liveSttEnabled(), liveEnabled.isValid() ? liveEnabled.toBool() : true);
     QCOMPARE(stored("sttInputMode"), mode); // reading repairs nothing in the store
@@ -123,7 +123,7 @@ void tst_VoiceBridgeSettings::readsTheSubmitMode()
     QFETCH(QString, mode);
     store("voiceSubmitMode", mode);
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QTEST(voice.voiceSubmitMode(), "expected");
 }
 
@@ -135,7 +135,7 @@ void tst_VoiceBridgeSettings::takesOtherValuesAsTheyStand()
     store("voiceConfirmDelaySec", 99);
     store("voiceLogEnabled", true);
     MessageLog log;
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.ttsEnabled(), true);
     QCOMPARE(voice.sttBackend(), QStringLiteral(" Whisper "));
     QCOMPARE(voice.silenceTimeoutMs(), 20);
@@ -150,7 +150,7 @@ void tst_VoiceBridgeSettings::survivesARestart()
 {
     MessageLog log;
     {
-        VoiceBridge voice;
+        VoiceBridge voice(VoiceFixture::parts());
         voice.setTtsEnabled(true);
         voice.setWakeWordEnabled(true);
         voice.setSttInputMode(QStringLiteral("batch"));
@@ -161,7 +161,7 @@ void tst_VoiceBridgeSettings::survivesARestart()
         voice.setBatchSttMode(true);
         voice.setVoiceTestActive(true);
     }
-    const VoiceBridge voice;
+    const VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.ttsEnabled(), true);
     QCOMPARE(voice.wakeWordEnabled(), true);
     QCOMPARE(voice.sttInputMode(), QStringLiteral("batch"));
@@ -221,7 +221,7 @@ void tst_VoiceBridgeSettings::sets()
     QFETCH(QString, logEntry);
 
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     log.clear();
     SignalLog heard(&voice);
@@ -275,7 +275,7 @@ void tst_VoiceBridgeSettings::sameValueDoesNothing()
     QFETCH(QVariant, first);
     QFETCH(QVariant, again);
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     voice.setProperty(property.constData(), first);
     const QStringList lines = voice.voiceLog();
@@ -291,7 +291,7 @@ void tst_VoiceBridgeSettings::sameValueDoesNothing()
 void tst_VoiceBridgeSettings::inputModeAndSwitchAreOneWish()
 {
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     log.clear();
     SignalLog heard(&voice);
@@ -318,7 +318,7 @@ void tst_VoiceBridgeSettings::switchForwardsToTheMode()
 {
     store("sttInputMode", QStringLiteral("batch")); // while the switch is on, as it is at first
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     QCOMPARE(voice.liveSttEnabled(), true);
     voice.setLiveSttEnabled(false);
@@ -339,7 +339,7 @@ void tst_VoiceBridgeSettings::switchForwardsToTheMode()
 void tst_VoiceBridgeSettings::testModesAreNotStored()
 {
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     voice.setVoiceTestActive(true);
     voice.setBatchSttMode(true);
@@ -351,7 +351,7 @@ void tst_VoiceBridgeSettings::testModesAreNotStored()
 void tst_VoiceBridgeSettings::logIsKeptWhileItIsOn()
 {
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     voice.appendVoiceLog(QStringLiteral("unheard"));
     QCOMPARE(voice.voiceLog(), QStringList());
@@ -381,7 +381,7 @@ void tst_VoiceBridgeSettings::logIsKeptWhileItIsOn()
 void tst_VoiceBridgeSettings::logSwitchWritesNoLine()
 {
     MessageLog log;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     log.clear();
     SignalLog heard(&voice);
     voice.setVoiceLogEnabled(true);

@@ -4,7 +4,7 @@
 #include "MessageLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QSignalSpy>
@@ -48,9 +48,9 @@ void tst_VoiceBridgeThreads::frozenMicrophone()
     OpenMicrophone open = frozen->opener();
     MessageLog messages;
     const WhisperModelFile model;
-    VoiceParts parts;
+    VoiceParts parts = VoiceFixture::parts();
     parts.openMicrophone = [&open](QString *reason) { return open(reason); };
-    VoiceBridge voice(std::move(parts), nullptr);
+    VoiceBridge voice(std::move(parts));
     voice.setSilenceTimeoutMs(200);
     QSignalSpy errors(&voice, &VoiceBridge::errorOccurred);
 
@@ -76,25 +76,25 @@ void tst_VoiceBridgeThreads::frozenMicrophone()
 
 void tst_VoiceBridgeThreads::endsWhileListening()
 {
-    ListeningRig rig;
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.chunksRead() > 0);
-    rig.voice.reset();
-    QCOMPARE(rig.microphone.openStreams(), 0);
+    ListeningFixture fixture;
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.chunksRead() > 0);
+    fixture.voice.reset();
+    QCOMPARE(fixture.microphone.openStreams(), 0);
     QCOMPARE(WhisperStandIn::livingContexts(), 0);
 }
 
 void tst_VoiceBridgeThreads::endsWhileTranscribing()
 {
-    ListeningRig rig;
+    ListeningFixture fixture;
     const WhisperStandIn::Held held;
-    rig.hearSentence();
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.voice->isTranscribing());
+    fixture.hearSentence();
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.voice->isTranscribing());
     WhisperStandIn::waitUntilHeld();
     // It waits for the engine, whose end comes from another thread meanwhile.
     std::thread release([] { WhisperStandIn::letGo(); });
-    rig.voice.reset();
+    fixture.voice.reset();
     release.join();
     QCOMPARE(WhisperStandIn::livingContexts(), 0);
     QVERIFY(WhisperStandIn::calls().contains(QStringLiteral("full ends")));
@@ -102,13 +102,13 @@ void tst_VoiceBridgeThreads::endsWhileTranscribing()
 
 void tst_VoiceBridgeThreads::endsWhileFrozen()
 {
-    ListeningRig rig(Afterwards::Blocks);
-    rig.voice->startListening();
-    QTRY_VERIFY(rig.microphone.isAwaited());
-    rig.voice.reset();
+    ListeningFixture fixture(Afterwards::Blocks);
+    fixture.voice->startListening();
+    QTRY_VERIFY(fixture.microphone.isAwaited());
+    fixture.voice.reset();
     // Its thread comes back after it: there is nobody to tell, and the stream goes.
-    rig.microphone.hear(1, ScriptedMicrophone::Loud);
-    QTRY_COMPARE(rig.microphone.openStreams(), 0);
+    fixture.microphone.hear(1, ScriptedMicrophone::Loud);
+    QTRY_COMPARE(fixture.microphone.openStreams(), 0);
 }
 
 REGISTER_TEST(tst_VoiceBridgeThreads, QCoreApplication)

@@ -6,8 +6,7 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QScopeGuard>
@@ -45,7 +44,6 @@ private Q_SLOTS:
 void tst_VoiceBridgeTranscripts::initTestCase()
 {
     TestSetup::setAboutData();
-    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
 }
 
 void tst_VoiceBridgeTranscripts::init()
@@ -63,7 +61,7 @@ void tst_VoiceBridgeTranscripts::dispatchesToTheChosenEngine()
     nemotron.says(QStringLiteral("from nemotron"));
     WhisperStandIn::say({QByteArray("from whisper")});
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     for (const char *backend : {"moonshine", "nemotron", "whisper"}) {
         voice.setSttBackend(QString::fromLatin1(backend));
         Q_EMIT voice.requestTranscription(utterance());
@@ -79,13 +77,13 @@ void tst_VoiceBridgeTranscripts::correctsTranscripts()
     const WhisperModelFile q5;
     WhisperStandIn::say({QByteArray(" Open the dolphine. ")});
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("Open the Dolphin"));
-    const QStringList log = VoiceRig::logEntries(voice);
+    const QStringList log = VoiceFixture::logEntries(voice);
     QCOMPARE(log.size(), 2);
     QCOMPARE(log.first(), QStringLiteral("CORRECTED \"Open the dolphine.\" -> \"Open the Dolphin\""));
     const QString latency = QString::number(voice.lastTranscriptionMs(), 'f', 0);
@@ -102,12 +100,12 @@ void tst_VoiceBridgeTranscripts::correctTranscriptHasNoCorrection()
     const WhisperModelFile q5;
     WhisperStandIn::say({QByteArray("what time is it")});
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("what time is it"));
-    QCOMPARE(VoiceRig::logEntries(voice).size(), 1);
+    QCOMPARE(VoiceFixture::logEntries(voice).size(), 1);
     QCOMPARE(messages.count(QStringLiteral("SttPostProcessor: \"")), 0);
 }
 
@@ -115,7 +113,7 @@ void tst_VoiceBridgeTranscripts::failureOfTheEngine()
 {
     const WhisperModelFile q5;
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
     SignalLog heard(&voice);
@@ -124,7 +122,7 @@ void tst_VoiceBridgeTranscripts::failureOfTheEngine()
     QCOMPARE(heard.entries().mid(1),
              (QStringList {QStringLiteral("transcribingChanged()"), QStringLiteral("partialTranscriptChanged()"),
                            QStringLiteral("voiceLogChanged()"), QStringLiteral("errorOccurred(\"Audio too short\")")}));
-    QCOMPARE(VoiceRig::logEntries(voice), QStringList {QStringLiteral("ERROR Audio too short")});
+    QCOMPARE(VoiceFixture::logEntries(voice), QStringList {QStringLiteral("ERROR Audio too short")});
 
     // The next transcript, and the next load, clear it.
     Q_EMIT voice.requestTranscription(utterance());
@@ -141,15 +139,15 @@ void tst_VoiceBridgeTranscripts::hostileTranscript()
     const WhisperModelFile q5;
     WhisperStandIn::say({QByteArray("%1 <img src=x> %2.")});
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("%1 <img src=x> %2"));
-    QCOMPARE(VoiceRig::logEntries(voice).first(),
+    QCOMPARE(VoiceFixture::logEntries(voice).first(),
              QStringLiteral("CORRECTED \"%1 <img src=x> %2.\" -> \"%1 <img src=x> %2\""));
-    QVERIFY(
-        VoiceRig::logEntries(voice).last().startsWith(QStringLiteral("TRANSCRIPT \"%1 <img src=x> %2\"  latency=")));
+    QVERIFY(VoiceFixture::logEntries(voice).last().startsWith(
+        QStringLiteral("TRANSCRIPT \"%1 <img src=x> %2\"  latency=")));
 }
 
 void tst_VoiceBridgeTranscripts::choosesAnotherEngineWhileOneWorks()
@@ -160,7 +158,7 @@ void tst_VoiceBridgeTranscripts::choosesAnotherEngineWhileOneWorks()
     moonshine.hold();
     nemotron.says(QStringLiteral("new words"));
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     const auto letGo = qScopeGuard([&moonshine] { moonshine.releaseAll(); }); // the voice path waits for its engine
     voice.setSttBackend(QStringLiteral("moonshine"));
     Q_EMIT voice.requestTranscription(utterance());

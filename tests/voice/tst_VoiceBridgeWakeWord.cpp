@@ -6,7 +6,7 @@
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QDBusConnection>
@@ -130,7 +130,7 @@ void tst_VoiceBridgeWakeWord::startsListening()
     const WhisperModelFile model;
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     QVERIFY(!voice.wakeWordEnabled()); // it is acted on all the same
     SignalLog heard(&voice);
     Detector detector;
@@ -144,7 +144,7 @@ void tst_VoiceBridgeWakeWord::onlyItsSignalCounts()
 {
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     QSignalSpy activations(&voice, &VoiceBridge::wakeWordActivated);
     Detector detector;
     QVERIFY(detector.hears(s_phrase, QStringLiteral("/org/kde/loomra/Other")));
@@ -163,7 +163,7 @@ void tst_VoiceBridgeWakeWord::duringACapture()
     const WhisperModelFile model;
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     voice.setVoiceLogEnabled(true);
     voice.startListening();
     QVERIFY(reply.begins(voice));
@@ -173,7 +173,7 @@ void tst_VoiceBridgeWakeWord::duringACapture()
     QTRY_VERIFY(!voice.isSpeaking());
     QVERIFY(voice.isListening());
     QCOMPARE(story(heard), QStringList {s_activated} + s_speechEnds);
-    QCOMPARE(VoiceRig::logEntries(voice).filter(QStringLiteral("START")).size(), 1);
+    QCOMPARE(VoiceFixture::logEntries(voice).filter(QStringLiteral("START")).size(), 1);
 }
 
 void tst_VoiceBridgeWakeWord::duringATranscription()
@@ -182,7 +182,7 @@ void tst_VoiceBridgeWakeWord::duringATranscription()
     const WhisperModelFile model;
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     voice.setSilenceTimeoutMs(200);
     const WhisperStandIn::Held held;
     microphone.hear(5, ScriptedMicrophone::Loud);
@@ -208,7 +208,7 @@ void tst_VoiceBridgeWakeWord::cutsSpeechOff()
     const WhisperModelFile model;
     MessageLog messages;
     ScriptedMicrophone microphone;
-    VoiceBridge voice(VoiceRig::partsWith(microphone), nullptr);
+    VoiceBridge voice(VoiceFixture::parts(microphone));
     QVERIFY(reply.begins(voice));
     SignalLog heard(&voice);
     Detector detector;
@@ -223,7 +223,7 @@ void tst_VoiceBridgeWakeWord::cutsSpeechOff()
 void tst_VoiceBridgeWakeWord::asksForTheService()
 {
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(requestsToTheManager().isEmpty());
     SignalLog heard(&voice);
     voice.setWakeWordEnabled(true);
@@ -247,7 +247,7 @@ void tst_VoiceBridgeWakeWord::asksForTheServiceAtStart()
     QSettings().setValue(QStringLiteral("voice/wakeWordEnabled"), true);
     MessageLog messages;
     {
-        const VoiceBridge voice;
+        const VoiceBridge voice(VoiceFixture::parts());
         QVERIFY(voice.wakeWordEnabled());
         QTRY_COMPARE(requestsToTheManager(), (QByteArrayList {s_start, QByteArray()}));
         // The last thing that it does.
@@ -262,7 +262,7 @@ void tst_VoiceBridgeWakeWord::withoutAManager()
 {
     const FakePath path(FakePath::Rest::Hidden);
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QSignalSpy errors(&voice, &VoiceBridge::errorOccurred);
     voice.setWakeWordEnabled(true);
     QVERIFY(voice.wakeWordEnabled());

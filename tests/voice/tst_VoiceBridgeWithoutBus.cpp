@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "MessageLog.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
+#include "VoiceFixture.h"
 
 #include <QTest>
 
@@ -20,9 +21,9 @@ private Q_SLOTS:
 void tst_VoiceBridgeWithoutBus::wakeWordStaysDead()
 {
     TestSetup::setAboutData();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     MessageLog messages;
-    VoiceBridge voice;
+    VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(messages.warnings(),
              QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
     QCOMPARE(messages.count(QStringLiteral("VoiceBridge: listening for wake word")), 0);

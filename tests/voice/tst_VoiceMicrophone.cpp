@@ -4,12 +4,12 @@
 #include "Endpointer.h"
 #include "MessageLog.h"
 #include "PulseDaemon.h"
+#include "ScopedEnvironment.h"
 #include "Sentence.h"
 #include "SherpaStandIn.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
-#include "VoiceBridge.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 
 #include <QProcess>
 #include <QSignalSpy>
@@ -56,7 +56,7 @@ double loudest(const std::vector<qint16> &samples)
 }
 
 //! A voice path that uses a stand-in engine and the real microphone.
-struct Rig
+struct Fixture
 {
     //! Waits until somebody speaks, and then for as much of it as an engine wants.
     bool hearsSpeech()
@@ -69,16 +69,16 @@ struct Rig
         return QTest::qWaitFor([&levels] { return levels.size() >= 2; });
     }
 
-    Rig()
+    Fixture()
     {
         moonshine.says(QStringLiteral("open the file manager"));
-        voice = std::make_unique<VoiceBridge>();
+        voice = std::make_unique<VoiceBridge>(VoiceFixture::parts());
         voice->setVoiceLogEnabled(true);
         voice->setSttBackend(QStringLiteral("moonshine"));
     }
     //! A test that failed in the middle may have left the engine held, for which the voice path would wait.
-    ~Rig() { moonshine.releaseAll(); }
-    Q_DISABLE_COPY_MOVE(Rig)
+    ~Fixture() { moonshine.releaseAll(); }
+    Q_DISABLE_COPY_MOVE(Fixture)
 
     MessageLog messages;
     SherpaStandIn moonshine {SherpaStandIn::Engine::Moonshine};
@@ -113,7 +113,6 @@ private Q_SLOTS:
 void tst_VoiceMicrophone::initTestCase()
 {
     TestSetup::setAboutData();
-    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
 }
 
 void tst_VoiceMicrophone::init()
@@ -125,16 +124,16 @@ void tst_VoiceMicrophone::hearsASentence()
 {
     Sentence sentence(QStringLiteral("Open the file manager"));
     QVERIFY(sentence.isMade());
-    Rig rig;
-    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
-    rig.voice->startListening();
-    QVERIFY(rig.voice->isListening());
+    Fixture fixture;
+    QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
+    fixture.voice->startListening();
+    QVERIFY(fixture.voice->isListening());
     QTRY_VERIFY(levels.size() > 0); // it reads
     sentence.speak();
-    QTRY_VERIFY(rig.voice->inputLevel() > Endpointer::SpeechThreshold);
-    QTRY_COMPARE_WITH_TIMEOUT(rig.voice->lastTranscript(), QStringLiteral("open the file manager"), 20000);
+    QTRY_VERIFY(fixture.voice->inputLevel() > Endpointer::SpeechThreshold);
+    QTRY_COMPARE_WITH_TIMEOUT(fixture.voice->lastTranscript(), QStringLiteral("open the file manager"), 20000);
 
-    const std::vector<qint16> heard = Sentence::samplesIn(rig.moonshine.wav());
+    const std::vector<qint16> heard = Sentence::samplesIn(fixture.moonshine.wav());
     const std::vector<qint16> said = sentence.samples();
     QVERIFY2(isHeardFrom(heard, said), "what was heard isn't what was said");
     const int begin = beginningOf(heard, said).value();
@@ -145,11 +144,11 @@ void tst_VoiceMicrophone::hearsASentence()
     QVERIFY(heard.size() > said.size() - std::size_t(std::max(begin, 0)));
     const std::vector<qint16> end(heard.end() - s_silenceChunks * Pcm::ChunkSamples, heard.end());
     QVERIFY(loudest(end) < Endpointer::SpeechThreshold);
-    QVERIFY(VoiceRig::logEntries(*rig.voice)
+    QVERIFY(VoiceFixture::logEntries(*fixture.voice)
                 .filter(QStringLiteral("CAPTURE done"))
                 .constFirst()
                 .endsWith(QStringLiteral("samples=%1").arg(heard.size())));
-    QCOMPARE(rig.messages.warnings(), QStringList());
+    QCOMPARE(fixture.messages.warnings(), QStringList());
 }
 
 void tst_VoiceMicrophone::hearsTwoSentences()
@@ -157,14 +156,14 @@ void tst_VoiceMicrophone::hearsTwoSentences()
     Sentence first(QStringLiteral("Undo that"));
     Sentence second(QStringLiteral("What time is it"));
     QVERIFY(first.isMade() && second.isMade());
-    Rig rig;
-    QSignalSpy transcripts(rig.voice.get(), &VoiceBridge::transcriptReady);
+    Fixture fixture;
+    QSignalSpy transcripts(fixture.voice.get(), &VoiceBridge::transcriptReady);
     for (Sentence *sentence : {&first, &second}) {
-        rig.voice->startListening();
+        fixture.voice->startListening();
         sentence->speak();
         const int count = transcripts.size() + 1;
         QTRY_COMPARE_WITH_TIMEOUT(transcripts.size(), count, 20000);
-        QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence->samples()));
+        QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence->samples()));
     }
 }
 
@@ -172,62 +171,62 @@ void tst_VoiceMicrophone::stopsInTheMiddle()
 {
     Sentence sentence(QStringLiteral("Search for all documents that were modified in the last week"));
     QVERIFY(sentence.isMade());
-    Rig rig;
-    rig.voice->startListening();
+    Fixture fixture;
+    fixture.voice->startListening();
     sentence.speak();
-    QVERIFY(rig.hearsSpeech());
-    rig.voice->stopListening();
-    QTRY_VERIFY(!rig.voice->lastTranscript().isEmpty());
-    QVERIFY(Sentence::samplesIn(rig.moonshine.wav()).size() < sentence.samples().size());
-    QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()));
+    QVERIFY(fixture.hearsSpeech());
+    fixture.voice->stopListening();
+    QTRY_VERIFY(!fixture.voice->lastTranscript().isEmpty());
+    QVERIFY(Sentence::samplesIn(fixture.moonshine.wav()).size() < sentence.samples().size());
+    QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
 }
 
 void tst_VoiceMicrophone::cancelsAtEveryStage()
 {
     Sentence sentence(QStringLiteral("Cancel"));
     QVERIFY(sentence.isMade());
-    Rig rig;
-    rig.moonshine.hold();
-    QSignalSpy requests(rig.voice.get(), &VoiceBridge::requestTranscription);
+    Fixture fixture;
+    fixture.moonshine.hold();
+    QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
 
-    rig.voice->startListening(); // before anything was read
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
+    fixture.voice->startListening(); // before anything was read
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
 
-    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
-    rig.voice->startListening(); // while nobody speaks
+    QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
+    fixture.voice->startListening(); // while nobody speaks
     QTRY_VERIFY(levels.size() > 1);
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
 
-    rig.voice->startListening(); // while somebody does
+    fixture.voice->startListening(); // while somebody does
     sentence.speak();
-    QTRY_VERIFY(rig.voice->inputLevel() > Endpointer::SpeechThreshold);
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
+    QTRY_VERIFY(fixture.voice->inputLevel() > Endpointer::SpeechThreshold);
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
     QCOMPARE(requests.size(), 0);
 
-    rig.voice->startListening(); // while the engine works
+    fixture.voice->startListening(); // while the engine works
     sentence.speakToTheEnd();
-    QTRY_COMPARE(rig.moonshine.runs(), 1);
-    QVERIFY(rig.voice->isTranscribing());
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isTranscribing());
-    rig.moonshine.release();
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
-    QVERIFY(!rig.voice->isListening());
-    QCOMPARE(rig.messages.warnings(), QStringList());
+    QTRY_COMPARE(fixture.moonshine.runs(), 1);
+    QVERIFY(fixture.voice->isTranscribing());
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isTranscribing());
+    fixture.moonshine.release();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the file manager"));
+    QVERIFY(!fixture.voice->isListening());
+    QCOMPARE(fixture.messages.warnings(), QStringList());
 }
 
 void tst_VoiceMicrophone::silentRoom()
 {
-    Rig rig;
-    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
+    Fixture fixture;
+    QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
     QTRY_VERIFY(levels.size() >= 3);
-    QCOMPARE(rig.voice->inputLevel(), 0.0);
-    rig.voice->stopListening();
+    QCOMPARE(fixture.voice->inputLevel(), 0.0);
+    fixture.voice->stopListening();
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("No speech detected"));
 }
@@ -239,10 +238,9 @@ void tst_VoiceMicrophone::readsArePrompt()
                                {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
                                 QStringLiteral("sink_name=plain")}),
              0);
-    qputenv("PULSE_SOURCE", "plain.monitor");
+    const ScopedEnvironment source("PULSE_SOURCE", "plain.monitor");
     QString reason;
     const std::unique_ptr<Microphone> microphone = openPulseMicrophone(&reason);
-    qunsetenv("PULSE_SOURCE");
     QVERIFY2(microphone, qPrintable(reason));
     std::vector<qint16> chunk(Pcm::ChunkSamples, 1);
     QVERIFY(microphone->read(chunk.data(), Pcm::ChunkBytes));
@@ -272,45 +270,41 @@ void tst_VoiceMicrophone::environmentIsAsBefore()
 {
     // It would reach every child process.
     QFETCH(QByteArray, latency);
-    if (!latency.isNull()) {
-        qputenv("PULSE_LATENCY_MSEC", latency);
-    }
+    const ScopedEnvironment variable("PULSE_LATENCY_MSEC", latency);
     QString reason;
     QVERIFY(openPulseMicrophone(&reason));
     QCOMPARE(qgetenv("PULSE_LATENCY_MSEC"), latency);
     QCOMPARE(qEnvironmentVariableIsSet("PULSE_LATENCY_MSEC"), !latency.isNull());
-    qunsetenv("PULSE_LATENCY_MSEC");
 }
 
 void tst_VoiceMicrophone::noServer()
 {
-    const QByteArray server = qgetenv("PULSE_SERVER");
-    qputenv("PULSE_SERVER", "unix:/nonexistent/native");
-    Rig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
-    qputenv("PULSE_SERVER", server);
+    Fixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    {
+        const ScopedEnvironment server("PULSE_SERVER", "unix:/nonexistent/native");
+        fixture.voice->startListening();
+    }
     QCOMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Cannot open microphone: Connection refused"));
-    QVERIFY(rig.voice->isListening());
-    QCOMPARE(rig.voice->lastError(), QString());
-    rig.voice->cancelListening();
-    QVERIFY(!rig.voice->isListening());
+    QVERIFY(fixture.voice->isListening());
+    QCOMPARE(fixture.voice->lastError(), QString());
+    fixture.voice->cancelListening();
+    QVERIFY(!fixture.voice->isListening());
 
     // It comes back.
-    rig.voice->startListening();
-    rig.voice->cancelListening();
+    fixture.voice->startListening();
+    fixture.voice->cancelListening();
     QTRY_COMPARE(errors.size(), 2);
     QCOMPARE(errors.constLast().constFirst().toString(), QStringLiteral("No speech detected"));
 }
 
 void tst_VoiceMicrophone::noSource()
 {
-    qputenv("PULSE_SOURCE", "no-such-source");
-    Rig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
-    qunsetenv("PULSE_SOURCE");
+    const ScopedEnvironment source("PULSE_SOURCE", "no-such-source");
+    Fixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
     QCOMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("Cannot open microphone: No such entity"));
 }
@@ -320,29 +314,29 @@ void tst_VoiceMicrophone::daemonDies()
     Sentence sentence(QStringLiteral("Search for all documents that were modified in the last week"));
     QVERIFY(sentence.isMade());
     PulseDaemon daemon;
-    Rig rig;
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
+    Fixture fixture;
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
     sentence.speak();
-    QVERIFY(rig.hearsSpeech());
+    QVERIFY(fixture.hearsSpeech());
     daemon.kill();
     // What was heard so far is used.
-    QTRY_COMPARE(rig.voice->lastTranscript(), QStringLiteral("open the file manager"));
-    QVERIFY(isHeardFrom(Sentence::samplesIn(rig.moonshine.wav()), sentence.samples()));
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the file manager"));
+    QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
     QCOMPARE(errors.size(), 0);
 }
 
 void tst_VoiceMicrophone::daemonFreezes()
 {
     PulseDaemon daemon;
-    Rig rig;
-    QSignalSpy levels(rig.voice.get(), &VoiceBridge::inputLevelChanged);
-    QSignalSpy errors(rig.voice.get(), &VoiceBridge::errorOccurred);
-    rig.voice->startListening();
+    Fixture fixture;
+    QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    fixture.voice->startListening();
     QTRY_VERIFY(levels.size() > 0);
     daemon.freeze();
-    rig.voice->cancelListening(); // waits, and lets the thread be
-    QVERIFY(!rig.voice->isListening());
+    fixture.voice->cancelListening(); // waits, and lets the thread be
+    QVERIFY(!fixture.voice->isListening());
     QCOMPARE(errors.size(), 0);
     daemon.thaw();
     QTRY_COMPARE(errors.size(), 1);
@@ -350,10 +344,10 @@ void tst_VoiceMicrophone::daemonFreezes()
 
     // The same once more, and the object ends before the daemon does.
     levels.clear();
-    rig.voice->startListening();
+    fixture.voice->startListening();
     QTRY_VERIFY(levels.size() > 0);
     daemon.freeze();
-    rig.voice.reset();
+    fixture.voice.reset();
     daemon.thaw();
 }
 

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "MessageLog.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 #include "VoiceTestLog.h"
 
@@ -38,12 +40,6 @@ Settings settings()
     return {QStringLiteral("live"), QStringLiteral("manual"), QStringLiteral("moonshine"), true, 900};
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(QString Result::*)
@@ -73,7 +69,7 @@ void tst_VoiceTestLog::choosesThePath_data()
 {
     QTest::addColumn<QString>("stateHome"); // below the root, as the others
     QTest::addColumn<QString>("directory");
-    QTest::newRow("usual") << QString() << "/home/.local/state";
+    QTest::newRow("default") << QString() << "/home/.local/state";
     QTest::newRow("other") << "/state"
                            << "/state";
     QTest::newRow("not clean") << "/a/../state//"
@@ -96,14 +92,17 @@ void tst_VoiceTestLog::followsTheEnvironment()
 {
     const char *variable = "XDG_STATE_HOME";
     const QString inHome = QDir::homePath() + QLatin1String("/.local/state") + s_tail;
-    qunsetenv(variable);
-    QCOMPARE(VoiceTestLog::path(), inHome);
-    qputenv(variable, "");
-    QCOMPARE(VoiceTestLog::path(), inHome);
     const QTemporaryDir state;
-    qputenv(variable, QFile::encodeName(state.path()));
+    {
+        const ScopedEnvironment unset(variable, QByteArray());
+        QCOMPARE(VoiceTestLog::path(), inHome);
+    }
+    {
+        const ScopedEnvironment empty(variable, "");
+        QCOMPARE(VoiceTestLog::path(), inHome);
+    }
+    const ScopedEnvironment set(variable, QFile::encodeName(state.path()));
     QCOMPARE(VoiceTestLog::path(), QString(state.path() + s_tail));
-    qunsetenv(variable);
 }
 
 void tst_VoiceTestLog::recordsEverything()
@@ -221,13 +220,12 @@ void tst_VoiceTestLog::warnsWhenItCannotWrite()
 void tst_VoiceTestLog::submitsNow()
 {
     const QTemporaryDir state;
-    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    const ScopedEnvironment stateHome("XDG_STATE_HOME", QFile::encodeName(state.path()));
     const MessageLog log;
     const QDateTime before = QDateTime::currentDateTimeUtc();
     VoiceTestLog::append(good(), settings());
     const QDateTime after = QDateTime::currentDateTimeUtc();
     const QByteArray line = contentOf(state.path() + s_tail);
-    qunsetenv("XDG_STATE_HOME");
     QString time = QJsonDocument::fromJson(line).object().value(QLatin1String("timestamp")).toString();
     const QRegularExpression form(QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}ZZ$"));
     QVERIFY2(form.match(time).hasMatch(), qPrintable(time));
@@ -239,12 +237,11 @@ void tst_VoiceTestLog::submitsNow()
 void tst_VoiceTestLog::submitsNothingBlank()
 {
     const QTemporaryDir state;
-    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    const ScopedEnvironment stateHome("XDG_STATE_HOME", QFile::encodeName(state.path()));
     const MessageLog log;
     Result result = good();
     result.hypothesis.clear();
     VoiceTestLog::append(result, settings());
-    qunsetenv("XDG_STATE_HOME");
     QCOMPARE(log.lines().size(), 0);
     QVERIFY(QDir(state.path()).isEmpty());
 }

@@ -10,10 +10,12 @@
 #include <atomic>
 #include <thread>
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int s_silenceMs = 200;
+constexpr auto s_silence = 200ms;
 constexpr int s_silenceChunks = 4;
 
 //! What a capture told from its thread.
@@ -83,7 +85,7 @@ void tst_Capture::endsAfterSilence()
     microphone.hear(2, 1000);
     microphone.hear(s_silenceChunks, 7);
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
 
     QVERIFY(heard.speechSeen);
@@ -100,7 +102,7 @@ void tst_Capture::stops()
     ScriptedMicrophone microphone;
     microphone.hear(2, ScriptedMicrophone::Loud);
     Heard heard;
-    Capture capture(opened(microphone), 5000, {}, heard.listener(false));
+    Capture capture(opened(microphone), 5s, {}, heard.listener(false));
     QTRY_VERIFY(microphone.chunksRead() >= 10);
     QVERIFY(!heard.finished);
     capture.stop();
@@ -116,7 +118,7 @@ void tst_Capture::endsWhenReadsFail()
     microphone.hear(5, ScriptedMicrophone::Loud);
     microphone.breakDown();
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
     QVERIFY(heard.speechSeen);
     QCOMPARE(heard.count, 5);
@@ -128,7 +130,7 @@ void tst_Capture::endsAtTheLimit()
     ScriptedMicrophone microphone;
     microphone.hear(1000, ScriptedMicrophone::Loud);
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
     QCOMPARE(heard.count, 600);
     QCOMPARE(microphone.chunksRead(), 600);
@@ -145,7 +147,7 @@ void tst_Capture::tellsEveryFifthLevel()
     }
     microphone.breakDown();
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
     // Of the chunks 0, 5 and 10, as measured: neither scaled nor smoothed.
     QCOMPARE(heard.levels, (std::vector<double> {1000 / 32768.0, 6000 / 32768.0, 11000 / 32768.0}));
@@ -159,7 +161,7 @@ void tst_Capture::tellsEveryChunkWhenLive()
     microphone.hear(1, ScriptedMicrophone::Loud);
     microphone.breakDown();
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(true));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(true));
     QTRY_VERIFY(heard.finished);
     QCOMPARE(heard.chunks.size(), std::size_t(3)); // silence before the speech too
     QCOMPARE(heard.chunks.front(), QByteArray(1600, 0));
@@ -173,7 +175,7 @@ void tst_Capture::readsOnAThreadOfItsOwn()
     microphone.hear(1, ScriptedMicrophone::Loud);
     microphone.breakDown();
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
     QVERIFY(microphone.readingThread() != std::this_thread::get_id());
     QVERIFY(microphone.readingThread() == heard.thread);
@@ -188,7 +190,7 @@ void tst_Capture::usesMemoryAgain()
         microphone.hear(50 * (round + 1), ScriptedMicrophone::Loud);
         microphone.breakDown();
         Heard heard;
-        Capture capture(opened(microphone), s_silenceMs, std::move(samples), heard.listener(false));
+        Capture capture(opened(microphone), s_silence, std::move(samples), heard.listener(false));
         QTRY_VERIFY(heard.finished);
         samples = capture.join();
         QCOMPARE(samples.size(), std::size_t(50 * (round + 1)) * Pcm::ChunkSamples);
@@ -201,7 +203,7 @@ void tst_Capture::joinsTwice()
 {
     ScriptedMicrophone microphone;
     Heard heard;
-    Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     capture.join();
     QVERIFY(heard.finished);
     QVERIFY(!heard.speechSeen);
@@ -214,9 +216,9 @@ void tst_Capture::leavesAFrozenThreadAlone()
     microphone.hear(1, ScriptedMicrophone::Loud);
     Heard heard;
     {
-        Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(false));
+        Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
         QTRY_VERIFY(microphone.isAwaited());
-        QCOMPARE(capture.join(1), std::vector<qint16>());
+        QCOMPARE(capture.join(1ms), std::vector<qint16>());
         QCOMPARE(microphone.openStreams(), 1); // freeing it under a read would abort the process
     }
     QVERIFY(!heard.finished);
@@ -230,9 +232,9 @@ void tst_Capture::aFrozenThreadTellsNothingButItsEnd()
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
     Heard heard;
     {
-        Capture capture(opened(microphone), s_silenceMs, {}, heard.listener(true));
+        Capture capture(opened(microphone), s_silence, {}, heard.listener(true));
         QTRY_VERIFY(microphone.isAwaited());
-        capture.join(1);
+        capture.join(1ms);
     }
     // A later capture may be on by now: its level and its session aren't this one's.
     microphone.hear(1, ScriptedMicrophone::Loud);

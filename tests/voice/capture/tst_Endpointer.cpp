@@ -10,6 +10,7 @@
 #include <cmath>
 #include <limits>
 
+using namespace std::chrono_literals;
 using Decision = Endpointer::Decision;
 
 Q_DECLARE_METATYPE(Endpointer::Decision)
@@ -80,14 +81,14 @@ void tst_Endpointer::silenceEndsSpeech_data()
 void tst_Endpointer::silenceEndsSpeech()
 {
     QFETCH(int, timeoutMs);
-    Endpointer endpointer(timeoutMs);
+    Endpointer endpointer {std::chrono::milliseconds(timeoutMs)};
     QCOMPARE(endpointer.take(s_speech), Decision::Store);
     QTEST(chunksToEnd(endpointer, s_silence), "quietChunks");
 }
 
 void tst_Endpointer::lastQuietChunkIsStoredButNotCounted()
 {
-    Endpointer endpointer(700);
+    Endpointer endpointer(700ms);
     for (int i = 0; i < 10; ++i) {
         QCOMPARE(endpointer.take(s_speech), Decision::Store);
     }
@@ -101,7 +102,7 @@ void tst_Endpointer::lastQuietChunkIsStoredButNotCounted()
 
 void tst_Endpointer::silenceBeforeSpeechIsSkipped()
 {
-    Endpointer endpointer(200);
+    Endpointer endpointer(200ms);
     for (int i = 0; i < 50; ++i) {
         QCOMPARE(endpointer.take(s_silence), Decision::Skip);
         QVERIFY(!endpointer.speechSeen());
@@ -114,7 +115,7 @@ void tst_Endpointer::silenceBeforeSpeechIsSkipped()
 
 void tst_Endpointer::pausesStartTheSilenceAnew()
 {
-    Endpointer endpointer(200);
+    Endpointer endpointer(200ms);
     for (int word = 0; word < 5; ++word) {
         QCOMPARE(endpointer.take(s_speech), Decision::Store);
         for (int i = 0; i < 3; ++i) {
@@ -126,7 +127,7 @@ void tst_Endpointer::pausesStartTheSilenceAnew()
 
 void tst_Endpointer::oneChunkIsSpeech()
 {
-    Endpointer endpointer(50);
+    Endpointer endpointer(50ms);
     endpointer.take(s_silence);
     QCOMPARE(endpointer.take(s_speech), Decision::Store);
     QCOMPARE(endpointer.take(s_silence), Decision::StoreAndEnd);
@@ -151,7 +152,7 @@ void tst_Endpointer::threshold()
 {
     QFETCH(double, level);
     QFETCH(bool, isSpeech);
-    Endpointer endpointer(700);
+    Endpointer endpointer(700ms);
     QCOMPARE(endpointer.take(level), isSpeech ? Decision::Store : Decision::Skip);
     QCOMPARE(endpointer.speechSeen(), isSpeech);
 }
@@ -168,13 +169,13 @@ void tst_Endpointer::endsAtTheLimit_data()
 void tst_Endpointer::endsAtTheLimit()
 {
     QFETCH(double, level);
-    Endpointer endpointer(700);
+    Endpointer endpointer(700ms);
     for (int i = 0; i < 600; ++i) {
         QVERIFY(!endpointer.isAtLimit());
         QTEST(endpointer.take(level), "decision");
     }
     QVERIFY(endpointer.isAtLimit());
-    QCOMPARE(endpointer.chunkIndex() * Pcm::ChunkMs, 30000);
+    QVERIFY(endpointer.chunkIndex() * Pcm::ChunkDuration == 30s);
 }
 
 void tst_Endpointer::measuresLevels_data()

@@ -3,6 +3,8 @@
 
 #include "SherpaStandIn.h"
 
+#include "Files.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -37,16 +39,10 @@ void require(bool holds, const QString &what)
     }
 }
 
-void writeFile(const QString &path, const QByteArray &content)
+//! Fails the running test if the file can't be written.
+void requireFile(const QString &path, const QByteArray &content)
 {
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), path);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    require(writeFile(path, content), path);
 }
 
 QByteArray quoted(QString word)
@@ -84,7 +80,7 @@ SherpaStandIn::SherpaStandIn(Engine engine, const QString &home)
         require(QDir().mkpath(dir), dir);
     }
     for (const QString &name : m_modelFiles) {
-        writeFile(m_modelDir + QLatin1Char('/') + name, QByteArrayLiteral("model"));
+        requireFile(m_modelDir + QLatin1Char('/') + name, QByteArrayLiteral("model"));
     }
     write();
 }
@@ -111,14 +107,14 @@ void SherpaStandIn::says(const QString &transcript)
 
 void SherpaStandIn::prints(const QByteArray &output, const QByteArray &errors, int exitCode)
 {
-    writeFile(note("output"), output);
-    writeFile(note("errors"), errors);
+    requireFile(note("output"), output);
+    requireFile(note("errors"), errors);
     behaves("cat \"$notes/output\"; cat \"$notes/errors\" >&2; exit " + QByteArray::number(exitCode));
 }
 
 void SherpaStandIn::crashes(const QByteArray &output)
 {
-    writeFile(note("output"), output);
+    requireFile(note("output"), output);
     behaves(QByteArrayLiteral("cat \"$notes/output\"; kill -SEGV $$"));
 }
 
@@ -149,7 +145,7 @@ void SherpaStandIn::releaseAll()
 {
     // Who opens it from now on finds an empty file, and who reads from the old one finds its end.
     const QString open = note("open");
-    writeFile(open, QByteArray());
+    requireFile(open, QByteArray());
     require(::rename(QFile::encodeName(open).constData(), QFile::encodeName(note("gate")).constData()) == 0, open);
     if (m_gate >= 0) {
         ::close(std::exchange(m_gate, -1));
@@ -186,9 +182,9 @@ void SherpaStandIn::write() const
 {
     // In place of the old file, as one that runs can't be written to.
     const QString fresh = m_program + QStringLiteral(".new");
-    writeFile(fresh,
-              "#!" + m_interpreter + "\nnotes=" + quoted(m_notes.path()) + '\n' + s_prelude
-                  + (m_isHeld ? "waitForRelease\n" : "") + m_behaviour + '\n');
+    requireFile(fresh,
+                "#!" + m_interpreter + "\nnotes=" + quoted(m_notes.path()) + '\n' + s_prelude
+                    + (m_isHeld ? "waitForRelease\n" : "") + m_behaviour + '\n');
     require(QFile::setPermissions(fresh, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner), fresh);
     require(::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(m_program).constData()) == 0, m_program);
 }

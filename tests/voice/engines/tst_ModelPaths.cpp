@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "ModelPaths.h"
+#include "ScopedEnvironment.h"
 #include "TestRegistry.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -21,7 +22,7 @@ const QString s_online = QStringLiteral("bin/sherpa-onnx");
 const QString s_moonshine = QStringLiteral("sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27");
 const QString s_nemotron = QStringLiteral("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
 
-const QString s_own = QStringLiteral("home/.local/share/tovi-forkeldaos/models/");
+const QString s_user = QStringLiteral("home/.local/share/tovi-forkeldaos/models/");
 const QString s_packaged = QStringLiteral("system/usr/share/tovi-forkeldaos/models/");
 const QString s_experiments = QStringLiteral("home/experiments/whisper-voice-test/models/");
 const QString s_whisperExperiments = QStringLiteral("home/experiments/whisper-voice-test/whisper.cpp/models/");
@@ -34,7 +35,8 @@ using ModelSearch = QString (*)(const QString &candidate, const SearchRoots &roo
 
 Q_DECLARE_METATYPE(ModelSearch)
 
-//! Each row makes a tree of its own. A path that ends with a slash is a directory, one with a star an executable file.
+//! Each row creates its own directory tree. A path with a trailing slash is a directory, one with a trailing star an
+//! executable file.
 class tst_ModelPaths : public QObject
 {
     Q_OBJECT
@@ -53,12 +55,12 @@ private Q_SLOTS:
     void findsTheStreamingModel();
     void findsSherpa_data();
     void findsSherpa();
-    void looksAtThisSystem();
+    void rootsOfThisProcess();
     void followsTheHome();
 
 private:
     void make(const QStringList &paths) const;
-    //! In the tree; empty stays empty.
+    //! Absolute path in the tree. An empty string stays empty.
     QString path(const QString &relative) const
     {
         return relative.isEmpty() ? QString() : QString(m_tree->path() + QLatin1Char('/') + relative);
@@ -88,10 +90,9 @@ void tst_ModelPaths::make(const QStringList &paths) const
         }
         const bool isProgram = relative.endsWith(QLatin1Char('*'));
         relative.remove(QLatin1Char('*'));
-        QVERIFY(QDir().mkpath(QFileInfo(path(relative)).path()));
-        QFile file(path(relative));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(!isProgram || file.setPermissions(file.permissions() | QFile::ExeOwner));
+        const QString file = path(relative);
+        QVERIFY(writeFile(file));
+        QVERIFY(!isProgram || QFile::setPermissions(file, QFile::permissions(file) | QFile::ExeOwner));
     }
 }
 
@@ -110,31 +111,32 @@ void tst_ModelPaths::findsWhisperModels_data()
     const QStringList all {s_packaged + base,
                            s_packaged + small,
                            s_packaged + q5,
-                           s_own + base,
-                           s_own + small,
-                           s_own + q5,
+                           s_user + base,
+                           s_user + small,
+                           s_user + q5,
                            s_whisperExperiments + base,
                            s_whisperExperiments + small,
                            s_whisperExperiments + q5};
     row("nothing there", {}, "whisper", {});
     row("packaged before all", all, "whisper", s_packaged + base);
-    row("own before experiments", all.mid(3), "whisper", s_own + base);
+    row("user before experiments", all.mid(3), "whisper", s_user + base);
     row("experiments", all.mid(6), "whisper", s_whisperExperiments + base);
     row("small", all, "whisper-small", s_packaged + small);
-    row("small, own", all.mid(3), "whisper-small", s_own + small);
+    row("small, user", all.mid(3), "whisper-small", s_user + small);
     row("small, experiments", all.mid(6), "whisper-small", s_whisperExperiments + small);
     row("small-q5", all, "whisper-small-q5", s_packaged + q5);
-    row("small-q5, own", all.mid(3), "whisper-small-q5", s_own + q5);
+    row("small-q5, user", all.mid(3), "whisper-small-q5", s_user + q5);
     row("small-q5, experiments", all.mid(6), "whisper-small-q5", s_whisperExperiments + q5);
     row("unknown id has the base model", all, "no such engine", s_packaged + base);
     row("no id has the base model", all, "", s_packaged + base);
     row("other case is unknown", all, "Whisper-Small", s_packaged + base);
     row("id of another engine has the base model", all, "moonshine", s_packaged + base);
-    row("no base model for a missing small-q5", {s_packaged + base, s_own + small}, "whisper-small-q5", {});
-    row("no base model for a missing small", {s_packaged + base, s_own + q5}, "whisper-small", {});
-    row("no small for a missing base model", {s_packaged + small, s_own + q5}, "whisper", {});
+    row("no base model for a missing small-q5", {s_packaged + base, s_user + small}, "whisper-small-q5", {});
+    row("no base model for a missing small", {s_packaged + base, s_user + q5}, "whisper-small", {});
+    row("no small for a missing base model", {s_packaged + small, s_user + q5}, "whisper", {});
     row("not where the directories of models are", {s_experiments + base}, "whisper", {});
-    row("a directory is no model file", {s_packaged + base + QLatin1Char('/'), s_own + base}, "whisper", s_own + base);
+    row("a directory is no model file", {s_packaged + base + QLatin1Char('/'), s_user + base}, "whisper",
+        s_user + base);
 }
 
 void tst_ModelPaths::findsWhisperModels()
@@ -154,17 +156,17 @@ void tst_ModelPaths::findsModelDirs_data()
 
     const auto rows = [](const char *engine, ModelSearch search, const QString &name, const QString &other) {
         const QString dir = name + QLatin1Char('/');
-        const QStringList all {s_experiments + dir, s_own + dir, s_packaged + dir};
+        const QStringList all {s_experiments + dir, s_user + dir, s_packaged + dir};
         const auto row = [&](const char *title, const QStringList &there, const QString &found) {
             QTest::addRow("%s: %s", engine, title) << search << there << found;
         };
         row("nothing there", {}, {});
         row("experiments before all", all, s_experiments + name);
-        row("own before packaged", all.mid(1), s_own + name);
+        row("user before packaged", all.mid(1), s_user + name);
         row("packaged", all.mid(2), s_packaged + name);
         row("not where whisper's are", {s_whisperExperiments + dir}, {});
-        row("a file is no directory", {s_experiments + name, s_own + dir}, s_own + name);
-        row("the other engine's", {s_own + other + QLatin1Char('/')}, {});
+        row("a file is no directory", {s_experiments + name, s_user + dir}, s_user + name);
+        row("the other engine's", {s_user + other + QLatin1Char('/')}, {});
     };
     rows("moonshine", ModelPaths::resolveMoonshineModelDir, s_moonshine, s_nemotron);
     rows("nemotron", ModelPaths::resolveNemotronModelDir, s_nemotron, s_moonshine);
@@ -192,10 +194,10 @@ void tst_ModelPaths::prefersTheCandidate()
 {
     QFETCH(ModelSearch, search);
     QFETCH(QString, name);
-    make({s_own + name + QLatin1Char('/'), QStringLiteral("mine/"), QStringLiteral("file")});
+    make({s_user + name + QLatin1Char('/'), QStringLiteral("mine/"), QStringLiteral("file")});
     // Whatever is in it, and whatever it is called.
     QCOMPARE(search(path(QStringLiteral("mine")), roots()), path(QStringLiteral("mine")));
-    QCOMPARE(search(path(QStringLiteral("file")), roots()), path(s_own + name));
+    QCOMPARE(search(path(QStringLiteral("file")), roots()), path(s_user + name));
 }
 
 void tst_ModelPaths::findsTheStreamingModel_data()
@@ -204,12 +206,12 @@ void tst_ModelPaths::findsTheStreamingModel_data()
     QTest::addColumn<QString>("found");
 
     const QString dir = s_nemotron + QLatin1Char('/');
-    const QStringList all {s_experiments + dir, s_own + dir, s_packaged + dir};
+    const QStringList all {s_experiments + dir, s_user + dir, s_packaged + dir};
     QTest::newRow("nothing there") << QStringList() << QString();
-    QTest::newRow("experiments before own") << all << s_experiments + s_nemotron;
-    QTest::newRow("own") << QStringList(all.mid(1)) << s_own + s_nemotron;
+    QTest::newRow("experiments before user") << all << s_experiments + s_nemotron;
+    QTest::newRow("user") << QStringList(all.mid(1)) << s_user + s_nemotron;
     QTest::newRow("never packaged") << QStringList(all.mid(2)) << QString();
-    QTest::newRow("a file is no directory") << QStringList {s_own + s_nemotron} << QString();
+    QTest::newRow("a file is no directory") << QStringList {s_user + s_nemotron} << QString();
 }
 
 void tst_ModelPaths::findsTheStreamingModel()
@@ -260,25 +262,21 @@ void tst_ModelPaths::findsSherpa()
     QCOMPARE(ModelPaths::findSherpaBinary(program, roots()), root.isEmpty() ? QString() : path(root + program));
 }
 
-void tst_ModelPaths::looksAtThisSystem()
+void tst_ModelPaths::rootsOfThisProcess()
 {
     const SearchRoots roots = SearchRoots::ofThisProcess();
     QCOMPARE(roots.home, QDir::homePath());
     QCOMPARE(roots.system, QString());
-    // Without a root of a test's own the places are these.
-    QVERIFY(!QFile::exists(QStringLiteral("/usr/share/tovi-forkeldaos/models")));
-    QCOMPARE(ModelPaths::resolveMoonshineModelDir({}, roots), QString());
-    QCOMPARE(ModelPaths::resolveWhisperModelPath({}, roots), QString());
+    QCOMPARE(roots.packagedModels(), QStringLiteral("/usr/share/tovi-forkeldaos/models"));
+    QCOMPARE(roots.userModels(), QString(QDir::homePath() + QStringLiteral("/.local/share/tovi-forkeldaos/models")));
 }
 
 void tst_ModelPaths::followsTheHome()
 {
-    make({s_own + s_moonshine + QLatin1Char('/')});
-    const QByteArray before = qgetenv("HOME");
-    qputenv("HOME", QFile::encodeName(path(QStringLiteral("home"))));
-    const QString found = ModelPaths::resolveMoonshineModelDir({}, SearchRoots::ofThisProcess());
-    qputenv("HOME", before);
-    QCOMPARE(found, path(s_own + s_moonshine));
+    make({s_user + s_moonshine + QLatin1Char('/')});
+    const ScopedEnvironment home("HOME", QFile::encodeName(path(QStringLiteral("home"))));
+    const SearchRoots roots {SearchRoots::ofThisProcess().home, path(QStringLiteral("system"))};
+    QCOMPARE(ModelPaths::resolveMoonshineModelDir({}, roots), path(s_user + s_moonshine));
 }
 
 REGISTER_TEST(tst_ModelPaths, QCoreApplication)

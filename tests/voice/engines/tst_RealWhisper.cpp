@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "TinyModel.h"
-#include "VoiceBridge.h"
 #include "WhisperWorker.h"
 
 #include "MessageLog.h"
 #include "SignalLog.h"
 #include "TestRegistry.h"
+#include "VoiceFixture.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -154,7 +154,7 @@ void tst_RealWhisper::goesAllTheWay()
     const MessageLog log;
     const QString name = QStringLiteral("ggml-small.en-q5_1.bin");
     TinyModel::write(QDir::homePath() + QLatin1String("/.local/share/tovi-forkeldaos/models/") + name, m_model);
-    VoiceBridge bridge;
+    VoiceBridge bridge(VoiceFixture::parts());
     QVERIFY(bridge.whisperSmallQ5Available());
     bridge.setSttBackend(QStringLiteral("whisper-small-q5"));
     QVERIFY(bridge.loadModel());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "SherpaTest.h"
+#include "SherpaWorkerFixture.h"
 #include "TestRegistry.h"
 
 #include <QFile>
@@ -11,6 +11,8 @@
 
 #include <cerrno>
 #include <csignal>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -41,22 +43,22 @@ private:
 } // namespace
 
 //! Every way in which a transcription can fail, but for one without speech.
-class tst_SherpaFailures : public SherpaTest
+class tst_SherpaFailures : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void wantsAModel_data() { TestedSherpa::addRows(); }
+    void wantsAModel_data() { EngineUnderTest::addRows(); }
     void wantsAModel();
-    void wantsATenthOfASecond_data() { TestedSherpa::addRows(); }
+    void wantsATenthOfASecond_data() { EngineUnderTest::addRows(); }
     void wantsATenthOfASecond();
-    void toldWhenThereIsNoTempFile_data() { TestedSherpa::addRows(); }
+    void toldWhenThereIsNoTempFile_data() { EngineUnderTest::addRows(); }
     void toldWhenThereIsNoTempFile();
     void toldWhenTheDiskIsFull_data();
     void toldWhenTheDiskIsFull();
-    void toldWhenItCannotStart_data() { TestedSherpa::addRows(); }
+    void toldWhenItCannotStart_data() { EngineUnderTest::addRows(); }
     void toldWhenItCannotStart();
-    void endsWhatTakesTooLong_data() { TestedSherpa::addRows(); }
+    void endsWhatTakesTooLong_data() { EngineUnderTest::addRows(); }
     void endsWhatTakesTooLong();
     void showsTheOutputOfAFailure_data();
     void showsTheOutputOfAFailure();
@@ -64,7 +66,7 @@ private Q_SLOTS:
 
 void tst_SherpaFailures::wantsAModel()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
     const QStringList notLoaded = failed(tested->name + QStringLiteral(" model not loaded"));
     QCOMPARE(outcomesOf(*worker, s_audio), notLoaded);
@@ -73,7 +75,7 @@ void tst_SherpaFailures::wantsAModel()
 
 void tst_SherpaFailures::wantsATenthOfASecond()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
     const QStringList tooShort = failed(QStringLiteral("Audio too short"));
@@ -86,29 +88,29 @@ void tst_SherpaFailures::wantsATenthOfASecond()
 
 void tst_SherpaFailures::toldWhenThereIsNoTempFile()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
     // There, not even the superuser can make a file.
-    const ChangedVariable temp("TMPDIR", "/dev/null");
+    const ScopedEnvironment temp("TMPDIR", "/dev/null");
     QCOMPARE(outcomesOf(*worker, s_audio), failed(QStringLiteral("Cannot create temp WAV file")));
     QCOMPARE(m_standIn->runs(), 0);
 }
 
 void tst_SherpaFailures::toldWhenTheDiskIsFull_data()
 {
-    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<int>("size");
-    for (const TestedSherpa *tested : TestedSherpa::both()) {
+    for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         // Qt keeps the small one in a buffer for a while, and finds out later.
-        QTest::addRow("%s: small", qPrintable(tested->name)) << tested << s_shortestAudio;
+        QTest::addRow("%s: small", qPrintable(tested->name)) << tested << s_minimumBytes;
         QTest::addRow("%s: big", qPrintable(tested->name)) << tested << 960000;
     }
 }
 
 void tst_SherpaFailures::toldWhenTheDiskIsFull()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     QFETCH(int, size);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
@@ -123,7 +125,7 @@ void tst_SherpaFailures::toldWhenTheDiskIsFull()
 
 void tst_SherpaFailures::toldWhenItCannotStart()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     const QStringList notStarted = failed(QStringLiteral("Failed to start ") + tested->program);
     m_standIn->cannotStart();
@@ -137,11 +139,11 @@ void tst_SherpaFailures::toldWhenItCannotStart()
 
 void tst_SherpaFailures::endsWhatTakesTooLong()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     m_standIn->hangs();
-    const std::unique_ptr<SherpaWorker> worker = tested->worker(500);
-    QVERIFY(worker->load(m_standIn->modelDir()));
+    const std::unique_ptr<SherpaWorker> worker = tested->worker(500ms);
+    QVERIFY(worker->load(m_standIn->modelDir(), isolatedRoots()));
     QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" timed out")));
     // None, where the machine was so busy that the program didn't get as far.
     for (const qint64 pid : m_standIn->processIds()) {
@@ -152,12 +154,12 @@ void tst_SherpaFailures::endsWhatTakesTooLong()
 
 void tst_SherpaFailures::showsTheOutputOfAFailure_data()
 {
-    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QByteArray>("output");
     QTest::addColumn<QByteArray>("errors");
     QTest::addColumn<int>("exitCode"); // -1: a crash
     QTest::addColumn<QString>("shown");
-    for (const TestedSherpa *tested : TestedSherpa::both()) {
+    for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         const auto row = [&](const char *name, const QByteArray &output, const QByteArray &errors, int exitCode,
                              const QString &shown) {
             QTest::addRow("%s: %s", qPrintable(tested->name), name) << tested << output << errors << exitCode << shown;
@@ -179,7 +181,7 @@ void tst_SherpaFailures::showsTheOutputOfAFailure_data()
 
 void tst_SherpaFailures::showsTheOutputOfAFailure()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     QFETCH(QByteArray, output);
     QFETCH(QByteArray, errors);
     QFETCH(int, exitCode);

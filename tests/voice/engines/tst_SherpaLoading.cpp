@@ -1,48 +1,50 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "SherpaTest.h"
+#include "SherpaWorkerFixture.h"
 #include "TestRegistry.h"
 
 #include <QFile>
 #include <QTest>
 
+using namespace std::chrono_literals;
+
 //! Finding the program and the model, and what is said about them.
-class tst_SherpaLoading : public SherpaTest
+class tst_SherpaLoading : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsWhatIsThere_data() { TestedSherpa::addRows(); }
+    void tellsWhatIsThere_data() { EngineUnderTest::addRows(); }
     void tellsWhatIsThere();
-    void searchesTheModel_data() { TestedSherpa::addRows(); }
+    void searchesTheModel_data() { EngineUnderTest::addRows(); }
     void searchesTheModel();
-    void loads_data() { TestedSherpa::addRows(); }
+    void loads_data() { EngineUnderTest::addRows(); }
     void loads();
-    void loadsFromAnywhere_data() { TestedSherpa::addRows(); }
+    void loadsFromAnywhere_data() { EngineUnderTest::addRows(); }
     void loadsFromAnywhere();
-    void wantsTheProgram_data() { TestedSherpa::addRows(); }
+    void wantsTheProgram_data() { EngineUnderTest::addRows(); }
     void wantsTheProgram();
-    void wantsTheDirectory_data() { TestedSherpa::addRows(); }
+    void wantsTheDirectory_data() { EngineUnderTest::addRows(); }
     void wantsTheDirectory();
     void wantsEachFile_data();
     void wantsEachFile();
-    void forgetsTheModelBefore_data() { TestedSherpa::addRows(); }
+    void forgetsTheModelBefore_data() { EngineUnderTest::addRows(); }
     void forgetsTheModelBefore();
     void hasTextsForTheUser();
-    void hasPatience();
+    void runTimeouts();
 
 private:
     //! The name of the worker, as in the log.
-    static QString worker(const TestedSherpa *tested) { return tested->name + QStringLiteral("Worker"); }
+    static QString worker(const EngineUnderTest *tested) { return tested->name + QStringLiteral("Worker"); }
 };
 
 void tst_SherpaLoading::tellsWhatIsThere()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
     const auto shown = [&] {
-        const SherpaWorker::Availability there = worker->availability();
+        const SherpaWorker::Availability there = worker->availability(isolatedRoots());
         return QList<bool> {there.program, there.model, there.available()};
     };
     QCOMPARE(shown(), (QList<bool> {false, false, false}));
@@ -63,23 +65,23 @@ void tst_SherpaLoading::tellsWhatIsThere()
 
 void tst_SherpaLoading::searchesTheModel()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
-    QCOMPARE(worker->resolveModelDir(QString()), m_standIn->modelDir());
-    QCOMPARE(worker->resolveModelDir(m_standIn->libDir()), m_standIn->libDir());
-    QCOMPARE(worker->resolveModelDir(m_standIn->program()), m_standIn->modelDir());
+    QCOMPARE(worker->resolveModelDir(QString(), isolatedRoots()), m_standIn->modelDir());
+    QCOMPARE(worker->resolveModelDir(m_standIn->libDir(), isolatedRoots()), m_standIn->libDir());
+    QCOMPARE(worker->resolveModelDir(m_standIn->program(), isolatedRoots()), m_standIn->modelDir());
 }
 
 void tst_SherpaLoading::loads()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
     QVERIFY(!worker->isLoaded());
     QCOMPARE(worker->modelName(), QString());
 
-    QVERIFY(worker->load(m_standIn->modelDir()));
+    QVERIFY(worker->load(m_standIn->modelDir(), isolatedRoots()));
     QVERIFY(worker->isLoaded());
     QCOMPARE(worker->modelName(), m_standIn->modelDir().section(QLatin1Char('/'), -1));
     QVERIFY(m_log->has(QtDebugMsg,
@@ -91,14 +93,14 @@ void tst_SherpaLoading::loads()
 
 void tst_SherpaLoading::loadsFromAnywhere()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     m_standIn->says(QStringLiteral("open"));
     const QTemporaryDir home(QDir::homePath() + QStringLiteral("/XXXXXX"));
     const QString mine = home.filePath(QStringLiteral("my %1 'model'"));
     QVERIFY(QFile::rename(m_standIn->modelDir(), mine));
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
-    QVERIFY(worker->load(mine + QLatin1Char('/')));
+    QVERIFY(worker->load(mine + QLatin1Char('/'), isolatedRoots()));
     QCOMPARE(worker->modelName(), QStringLiteral("my %1 'model'"));
     QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
     QVERIFY(m_standIn->arguments().at(2).endsWith(QLatin1Char('=') + mine + QLatin1Char('/')
@@ -107,26 +109,26 @@ void tst_SherpaLoading::loadsFromAnywhere()
 
 void tst_SherpaLoading::wantsTheProgram()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     QVERIFY(QFile::remove(m_standIn->program()));
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
-    QVERIFY(!worker->load(m_standIn->modelDir()));
+    QVERIFY(!worker->load(m_standIn->modelDir(), isolatedRoots()));
     QVERIFY(!worker->isLoaded());
     const QStringList warning {QStringLiteral("%1: %2 not found").arg(this->worker(tested), tested->program)};
     QCOMPARE(m_log->takeWarnings(), warning);
     // The program is missed before anything else is.
-    QVERIFY(!worker->load(QStringLiteral("/nonexistent")));
+    QVERIFY(!worker->load(QStringLiteral("/nonexistent"), isolatedRoots()));
     QCOMPARE(m_log->takeWarnings(), warning);
 }
 
 void tst_SherpaLoading::wantsTheDirectory()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
     for (const QString &dir : {QStringLiteral("/nonexistent/model"), m_standIn->program(), QString()}) {
-        QVERIFY(!worker->load(dir));
+        QVERIFY(!worker->load(dir, isolatedRoots()));
         QVERIFY(!worker->isLoaded());
         QCOMPARE(m_log->takeWarnings(),
                  QStringList {QStringLiteral("%1: model dir missing: \"%2\"").arg(this->worker(tested), dir)});
@@ -135,9 +137,9 @@ void tst_SherpaLoading::wantsTheDirectory()
 
 void tst_SherpaLoading::wantsEachFile_data()
 {
-    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QString>("file");
-    for (const TestedSherpa *tested : TestedSherpa::both()) {
+    for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         for (const QString &file : SherpaStandIn(tested->engine).modelFiles()) {
             QTest::addRow("%s: %s", qPrintable(tested->name), qPrintable(file)) << tested << file;
         }
@@ -146,12 +148,12 @@ void tst_SherpaLoading::wantsEachFile_data()
 
 void tst_SherpaLoading::wantsEachFile()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     QFETCH(QString, file);
     m_standIn.emplace(tested->engine);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
     QVERIFY(QFile::remove(m_standIn->modelDir() + QLatin1Char('/') + file));
-    QVERIFY(!worker->load(m_standIn->modelDir()));
+    QVERIFY(!worker->load(m_standIn->modelDir(), isolatedRoots()));
     QVERIFY(!worker->isLoaded());
     QCOMPARE(worker->modelName(), QString());
     QCOMPARE(m_log->takeWarnings(),
@@ -161,10 +163,10 @@ void tst_SherpaLoading::wantsEachFile()
 
 void tst_SherpaLoading::forgetsTheModelBefore()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     QVERIFY(worker->isLoaded());
-    QVERIFY(!worker->load(QStringLiteral("/nonexistent")));
+    QVERIFY(!worker->load(QStringLiteral("/nonexistent"), isolatedRoots()));
     QCOMPARE(m_log->takeWarnings().size(), 1);
     QVERIFY(!worker->isLoaded());
     QCOMPARE(worker->modelName(), QString());
@@ -192,12 +194,12 @@ void tst_SherpaLoading::hasTextsForTheUser()
     QCOMPARE(nemotron.available, "VoiceBridge: nemotron available:");
 }
 
-void tst_SherpaLoading::hasPatience()
+void tst_SherpaLoading::runTimeouts()
 {
-    QCOMPARE(SherpaEngine::moonshine().runTimeout, 120000);
-    QCOMPARE(SherpaEngine::nemotron().runTimeout, 180000);
-    QCOMPARE(&TestedSherpa::moonshine().worker()->engine(), &SherpaEngine::moonshine());
-    QCOMPARE(&TestedSherpa::nemotron().worker()->engine(), &SherpaEngine::nemotron());
+    QVERIFY(SherpaEngine::moonshine().runTimeout == 120s);
+    QVERIFY(SherpaEngine::nemotron().runTimeout == 180s);
+    QCOMPARE(&EngineUnderTest::moonshine().worker()->engine(), &SherpaEngine::moonshine());
+    QCOMPARE(&EngineUnderTest::nemotron().worker()->engine(), &SherpaEngine::nemotron());
 }
 
 REGISTER_TEST(tst_SherpaLoading, QCoreApplication)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "SherpaTest.h"
+#include "SherpaWorkerFixture.h"
 #include "TestRegistry.h"
 #include "ThreadHandover.h"
 
@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr int s_patience = 20000; // ms
+constexpr int s_timeout = 20000; // ms
 
 } // namespace
 
@@ -73,28 +73,28 @@ private:
 };
 
 //! The worker in a thread of its own, as in the program.
-class tst_SherpaThread : public SherpaTest
+class tst_SherpaThread : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void leavesTheOtherThreadsAlone_data() { TestedSherpa::addRows(); }
+    void leavesTheOtherThreadsAlone_data() { EngineUnderTest::addRows(); }
     void leavesTheOtherThreadsAlone();
-    void tellsOfFailures_data() { TestedSherpa::addRows(); }
+    void tellsOfFailures_data() { EngineUnderTest::addRows(); }
     void tellsOfFailures();
-    void workInTurn_data() { TestedSherpa::addRows(); }
+    void workInTurn_data() { EngineUnderTest::addRows(); }
     void workInTurn();
-    void loadsWhileATranscriptionWaits_data() { TestedSherpa::addRows(); }
+    void loadsWhileATranscriptionWaits_data() { EngineUnderTest::addRows(); }
     void loadsWhileATranscriptionWaits();
-    void loadsAndTakesAtOnce_data() { TestedSherpa::addRows(); }
+    void loadsAndTakesAtOnce_data() { EngineUnderTest::addRows(); }
     void loadsAndTakesAtOnce();
-    void endsWithItsThread_data() { TestedSherpa::addRows(); }
+    void endsWithItsThread_data() { EngineUnderTest::addRows(); }
     void endsWithItsThread();
 };
 
 void tst_SherpaThread::leavesTheOtherThreadsAlone()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     m_standIn->says(QStringLiteral("open the file"));
     m_standIn->hold();
@@ -102,7 +102,7 @@ void tst_SherpaThread::leavesTheOtherThreadsAlone()
     QElapsedTimer sincePost;
     sincePost.start();
     worker.transcribe(s_audio);
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
     QElapsedTimer sinceRun;
     sinceRun.start();
     QCOMPARE(tempFiles().size(), 1);
@@ -112,7 +112,7 @@ void tst_SherpaThread::leavesTheOtherThreadsAlone()
 
     const double runTime = static_cast<double>(sinceRun.nsecsElapsed()) / 1e6;
     m_standIn->release();
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open the file"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open the file"), s_timeout);
     const double wholeTime = static_cast<double>(sincePost.nsecsElapsed()) / 1e6;
     // All of the run is counted, and nothing else.
     QVERIFY2(worker.listener.times.first() >= runTime && worker.listener.times.first() <= wholeTime,
@@ -122,64 +122,64 @@ void tst_SherpaThread::leavesTheOtherThreadsAlone()
 
 void tst_SherpaThread::tellsOfFailures()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     m_standIn->prints("no model\n", QByteArray(), 1);
     worker.transcribe(s_audio);
     QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, failed(tested->program + QStringLiteral(" failed: no model\n")),
-                              s_patience);
+                              s_timeout);
 }
 
 void tst_SherpaThread::workInTurn()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     m_standIn->says(QStringLiteral("open"));
     m_standIn->hold();
     worker.transcribe(s_audio);
     worker.transcribe(s_audio);
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
     QCOMPARE(tempFiles().size(), 1);
     m_standIn->release();
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_patience);
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_timeout);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_timeout);
     m_standIn->release();
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_timeout);
 }
 
 void tst_SherpaThread::loadsWhileATranscriptionWaits()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     m_standIn->says(QStringLiteral("open"));
     m_standIn->hold();
     worker.transcribe(s_audio);
     worker.transcribe(s_audio);
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
     // Whoever cancelled may load again at once: what runs has what it needs, and what waits gets the new model.
     const QString other = m_standIn->modelDir() + QStringLiteral("-2");
     QVERIFY(QFile::rename(m_standIn->modelDir(), other));
-    QVERIFY(worker->load(other));
+    QVERIFY(worker->load(other, isolatedRoots()));
     QVERIFY(!m_standIn->arguments().first().contains(other));
     m_standIn->release();
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 2, s_timeout);
     QVERIFY(m_standIn->arguments().first().contains(other));
     m_standIn->release();
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_timeout);
     QVERIFY(QDir(other).removeRecursively());
 }
 
 void tst_SherpaThread::loadsAndTakesAtOnce()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     constexpr int times = 200;
     for (int i = 0; i < times; ++i) {
         // Too short to get further than to the model.
         worker.transcribe(QByteArray());
-        QVERIFY(worker->load(m_standIn->modelDir()));
+        QVERIFY(worker->load(m_standIn->modelDir(), isolatedRoots()));
     }
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes.size(), times, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes.size(), times, s_timeout);
     const QStringList possible =
         failed(QStringLiteral("Audio too short")) + failed(tested->name + QStringLiteral(" model not loaded"));
     for (const QString &outcome : qAsConst(worker.listener.outcomes)) {
@@ -189,18 +189,18 @@ void tst_SherpaThread::loadsAndTakesAtOnce()
 
 void tst_SherpaThread::endsWithItsThread()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
     m_standIn->says(QStringLiteral("open"));
     m_standIn->hold();
     worker.transcribe(s_audio);
-    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
     // The transcription that runs is waited for.
     worker.thread.quit();
     m_standIn->release();
-    QVERIFY(worker.thread.wait(s_patience));
+    QVERIFY(worker.thread.wait(s_timeout));
     QVERIFY(worker.isGone());
-    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_timeout);
 }
 
 REGISTER_TEST(tst_SherpaThread, QCoreApplication)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "SherpaTest.h"
+#include "SherpaWorkerFixture.h"
 #include "TestRegistry.h"
 
 #include <QFile>
@@ -9,26 +9,26 @@
 #include <QTest>
 
 //! Runs of a program that works: what it is given, and what is made of its output.
-class tst_SherpaWorker : public SherpaTest
+class tst_SherpaWorker : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void handsOverTheAudio_data() { TestedSherpa::addRows(); }
+    void handsOverTheAudio_data() { EngineUnderTest::addRows(); }
     void handsOverTheAudio();
     void putsTheLibrariesFirst_data();
     void putsTheLibrariesFirst();
     void understands_data();
     void understands();
-    void passesOverItsLog_data() { TestedSherpa::addRows(); }
+    void passesOverItsLog_data() { EngineUnderTest::addRows(); }
     void passesOverItsLog();
-    void startsAProgramForEachUtterance_data() { TestedSherpa::addRows(); }
+    void startsAProgramForEachUtterance_data() { EngineUnderTest::addRows(); }
     void startsAProgramForEachUtterance();
 };
 
 void tst_SherpaWorker::handsOverTheAudio()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
     QByteArray samples;
@@ -65,10 +65,10 @@ void tst_SherpaWorker::handsOverTheAudio()
 
 void tst_SherpaWorker::putsTheLibrariesFirst_data()
 {
-    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("behind");
-    for (const TestedSherpa *tested : TestedSherpa::both()) {
+    for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         const auto row = [&](const char *name, const QByteArray &before, const QByteArray &behind) {
             QTest::addRow("%s: %s", qPrintable(tested->name), name) << tested << before << behind;
         };
@@ -81,10 +81,10 @@ void tst_SherpaWorker::putsTheLibrariesFirst_data()
 
 void tst_SherpaWorker::putsTheLibrariesFirst()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     QFETCH(QByteArray, before);
     QFETCH(QByteArray, behind);
-    const ChangedVariable libraries("LD_LIBRARY_PATH", before);
+    const ScopedEnvironment libraries("LD_LIBRARY_PATH", before);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
     QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
@@ -94,12 +94,12 @@ void tst_SherpaWorker::putsTheLibrariesFirst()
 
 void tst_SherpaWorker::understands_data()
 {
-    QTest::addColumn<const TestedSherpa *>("tested");
+    QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QByteArray>("output");
     QTest::addColumn<QByteArray>("errors");
     QTest::addColumn<QStringList>("outcomes");
     const QStringList noSpeech = failed(QStringLiteral("No speech detected in audio"));
-    for (const TestedSherpa *tested : TestedSherpa::both()) {
+    for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         const auto row = [&](const char *name, const QByteArray &output, const QByteArray &errors,
                              const QStringList &outcomes) {
             QTest::addRow("%s: %s", qPrintable(tested->name), name) << tested << output << errors << outcomes;
@@ -126,7 +126,7 @@ void tst_SherpaWorker::understands_data()
 
 void tst_SherpaWorker::understands()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     QFETCH(QByteArray, output);
     QFETCH(QByteArray, errors);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
@@ -136,7 +136,7 @@ void tst_SherpaWorker::understands()
 
 void tst_SherpaWorker::passesOverItsLog()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->prints("plain\nOnlineRecognizerConfig()\n");
     const bool isMoonshine = tested->engine == SherpaStandIn::Engine::Moonshine;
@@ -147,7 +147,7 @@ void tst_SherpaWorker::passesOverItsLog()
 
 void tst_SherpaWorker::startsAProgramForEachUtterance()
 {
-    QFETCH(const TestedSherpa *, tested);
+    QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("one"));
     QCOMPARE(outcomesOf(*worker, s_audio), ready("one"));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "WhisperTest.h"
+#include "WhisperWorkerFixture.h"
 
 #include "SignalLog.h"
 #include "TestRegistry.h"
@@ -57,7 +57,7 @@ private:
 } // namespace
 
 //! The model that the worker has, and who may have it.
-class tst_WhisperModel : public WhisperTest
+class tst_WhisperModel : public WhisperWorkerFixture
 {
     Q_OBJECT
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "WhisperTest.h"
+#include "WhisperWorkerFixture.h"
 
 #include "SignalLog.h"
 #include "TestRegistry.h"
@@ -19,7 +19,7 @@ using Segments = QList<std::optional<QByteArray>>;
 Q_DECLARE_METATYPE(Segments)
 
 //! What becomes of an utterance.
-class tst_WhisperWorker : public WhisperTest
+class tst_WhisperWorker : public WhisperWorkerFixture
 {
     Q_OBJECT
 

@@ -3,6 +3,8 @@
 
 #include "PiperStandIn.h"
 
+#include "Files.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
@@ -24,20 +26,6 @@ void require(bool holds, const QString &what)
     if (!holds) {
         QTest::qFail(qPrintable(what), __FILE__, __LINE__);
     }
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    require(QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
-                && file.write(content) == content.size(),
-            path);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QStringList linesOf(const QString &path)
@@ -69,7 +57,7 @@ PiperStandIn::PiperStandIn(const QString &home)
     , m_voice(home + QStringLiteral("/.local/share/piper/voices/en_US-lessac-medium.onnx"))
 {
     require(m_notes.isValid(), m_notes.errorString());
-    writeFile(m_voice, QByteArrayLiteral("voice"));
+    require(writeFile(m_voice, QByteArrayLiteral("voice")), m_voice);
     behaves(s_readText + "exec cat \"$notes/text\"");
 }
 
@@ -77,17 +65,6 @@ PiperStandIn::~PiperStandIn()
 {
     QFile::remove(m_program);
     QFile::remove(m_voice);
-}
-
-bool PiperStandIn::systemHasNone()
-{
-    for (const char *path : {"/usr/bin/piper", "/usr/local/bin/piper", "/usr/share/tovi-forkeldaos/bin/piper",
-                             "/usr/share/tovi-forkeldaos/models", "/usr/share/piper-voices"}) {
-        if (QFileInfo::exists(QString::fromLatin1(path))) {
-            return false;
-        }
-    }
-    return true;
 }
 
 void PiperStandIn::speaks()
@@ -146,8 +123,9 @@ void PiperStandIn::write(const QByteArray &interpreter, const QByteArray &script
 {
     // In place of the old file, as one that runs can't be written to.
     QFile::remove(m_program);
-    writeFile(m_program, "#!" + interpreter + '\n' + script + '\n');
-    require(QFile::setPermissions(m_program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner), m_program);
+    require(writeFile(m_program, "#!" + interpreter + '\n' + script + '\n')
+                && QFile::setPermissions(m_program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner),
+            m_program);
 }
 
 PaplayStandIn::PaplayStandIn()

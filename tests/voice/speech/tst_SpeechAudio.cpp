@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PiperStandIn.h"
-#include "SpeechStory.h"
+#include "SpeechFixture.h"
 #include "TestRegistry.h"
 
 #include <QProcess>
@@ -11,7 +11,7 @@
 #include <cmath>
 #include <numeric>
 
-using namespace SpeechWords;
+using namespace SpeechEvents;
 
 namespace
 {
@@ -80,15 +80,9 @@ class tst_SpeechAudio : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void isHeard();
     void isHeardNoMoreWhenStopped();
 };
-
-void tst_SpeechAudio::initTestCase()
-{
-    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
-}
 
 void tst_SpeechAudio::isHeard()
 {
@@ -97,9 +91,9 @@ void tst_SpeechAudio::isHeard()
     Monitor monitor;
     QTRY_VERIFY(monitor.isListening());
     QCOMPARE(monitor.loudness().size(), 0);
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(QStringLiteral("Open the **file manager**."));
-    QTRY_COMPARE_WITH_TIMEOUT(speech.told(), (QStringList {begins, ends, finished}), 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(speech.events(), (QStringList {begins, ends, finished}), 30000);
     QCOMPARE(piper.text(), QStringLiteral("Open the file manager."));
     // It is a sentence of more than a second.
     QTRY_VERIFY(monitor.loudness().size() > 15);
@@ -114,12 +108,12 @@ void tst_SpeechAudio::isHeardNoMoreWhenStopped()
     piper.speaks();
     Monitor monitor;
     QTRY_VERIFY(monitor.isListening());
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(QStringLiteral("one two three four five six seven eight nine ten ").repeated(10));
     QTRY_VERIFY_WITH_TIMEOUT(!monitor.loudness().isEmpty(), 30000);
     speech->stop();
     QVERIFY(!speech->isSpeaking());
-    QVERIFY(speech.told().endsWith(finished));
+    QVERIFY(speech.events().endsWith(finished));
     // A minute of it was to come. What the server had mixed already, and what was under way, may still.
     const int heard = monitor.chunks();
     const int loud = monitor.loudness().size();

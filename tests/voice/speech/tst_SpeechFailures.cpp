@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PiperStandIn.h"
-#include "SpeechStory.h"
+#include "SpeechFixture.h"
 #include "TestRegistry.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTest>
 
-using namespace SpeechWords;
+using namespace SpeechEvents;
 
 namespace
 {
@@ -33,7 +33,6 @@ class tst_SpeechFailures : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void piperDoesNotStart_data();
     void piperDoesNotStart();
     void piperFails_data();
@@ -47,11 +46,6 @@ private Q_SLOTS:
     void paplayIsMissingAndPiperGoesOn();
 };
 
-void tst_SpeechFailures::initTestCase()
-{
-    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
-}
-
 void tst_SpeechFailures::piperDoesNotStart_data()
 {
     QTest::addColumn<bool>("isThere");
@@ -64,17 +58,17 @@ void tst_SpeechFailures::piperDoesNotStart()
     QFETCH(bool, isThere);
     PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     isThere ? piper.cannotStart() : piper.vanishes();
     speech->speak(s_text);
     QVERIFY(!speech->isSpeaking());
     QCOMPARE(speech.take(), (QStringList {begins, ends, startErrorOf(piper.program()), notStarted, ends}));
     // The player was started all the same, and ends as nothing comes.
-    QTRY_COMPARE(speech.told(), (QStringList {ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {ends, finished}));
     speech.take();
     QTRY_COMPARE(speech->children().size(), 0);
     speech->stop();
-    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(speech.events(), QStringList());
     QCOMPARE(paplay.sound(), QByteArray());
 }
 
@@ -91,10 +85,10 @@ void tst_SpeechFailures::piperFails()
     PiperStandIn piper;
     const PaplayStandIn paplay;
     piper.exits(code);
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     // An exit code is no error of the process.
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QCOMPARE(paplay.sound(), QByteArray());
 }
 
@@ -104,15 +98,15 @@ void tst_SpeechFailures::piperCrashes()
     PaplayStandIn paplay;
     piper.crashes();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, crashed}));
     speech.take();
     QVERIFY(!speech->isSpeaking());
     // The player is left to a stop.
     QCOMPARE(speech->children().size(), 2);
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, finished}));
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
@@ -121,12 +115,12 @@ void tst_SpeechFailures::piperDoesNotRead()
     PiperStandIn piper;
     const PaplayStandIn paplay;
     piper.behaves(QByteArrayLiteral("exec sleep 1000"));
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(piper.runs(), 1);
     QVERIFY(speech->isSpeaking());
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, crashed, ends, finished}));
 }
 
 void tst_SpeechFailures::paplayFails_data()
@@ -143,9 +137,9 @@ void tst_SpeechFailures::paplayFails()
     PaplayStandIn paplay;
     piper.exits(0);
     isCrash ? paplay.crashes() : paplay.exits(1);
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
@@ -155,14 +149,14 @@ void tst_SpeechFailures::paplayEndsFirst()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.exits(0);
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     // Piper is ended with it, and nothing is said of that. It is let go when it has ended.
     QTRY_COMPARE(speech->children().size(), 0);
     speech->stop();
     speech.destroy();
-    QCOMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, finished}));
 }
 
 void tst_SpeechFailures::paplayIsMissing()
@@ -170,14 +164,14 @@ void tst_SpeechFailures::paplayIsMissing()
     PiperStandIn piper;
     const FakePath nothing(FakePath::Rest::Hidden);
     piper.behaves(QByteArrayLiteral("read -r _; while :; do echo sound; done"));
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     // Nobody reads what piper writes, of which it dies. Nothing has been said, so nothing is finished.
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, crashed}));
     QVERIFY(!speech->isSpeaking());
     speech->stop();
     QTRY_COMPARE(speech->children().size(), 0);
-    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, crashed}));
 }
 
 void tst_SpeechFailures::paplayIsMissingAndPiperGoesOn()
@@ -188,13 +182,13 @@ void tst_SpeechFailures::paplayIsMissingAndPiperGoesOn()
                                     "while echo sound; do :; done 2> /dev/null\n"
                                     ": > \"$notes/refused\"\n"
                                     "exec /bin/sleep 1000"));
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_VERIFY(QFile::exists(piper.note(QStringLiteral("refused"))));
     QVERIFY(speech->isSpeaking());
     QCOMPARE(speech.take(), QStringList {begins});
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, crashed}));
+    QCOMPARE(speech.events(), (QStringList {ends, crashed}));
     QVERIFY(!speech->isSpeaking());
     QTRY_COMPARE(speech->children().size(), 0);
 }

@@ -3,12 +3,12 @@
 
 #include "PiperStandIn.h"
 #include "SignalLog.h"
-#include "SpeechStory.h"
+#include "SpeechFixture.h"
 #include "TestRegistry.h"
 
 #include <QTest>
 
-using namespace SpeechWords;
+using namespace SpeechEvents;
 
 namespace
 {
@@ -23,7 +23,6 @@ class tst_SpeechOutput : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void detects_data();
     void detects();
     void detectsAgain();
@@ -42,11 +41,6 @@ private Q_SLOTS:
     void endsWithItsOwner();
 };
 
-void tst_SpeechOutput::initTestCase()
-{
-    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
-}
-
 void tst_SpeechOutput::detects_data()
 {
     QTest::addColumn<bool>("hasPiper");
@@ -63,6 +57,7 @@ void tst_SpeechOutput::detects()
     QFETCH(bool, hasPiper);
     QFETCH(bool, hasVoice);
     QFETCH(QString, line);
+    const FakePath path(FakePath::Rest::Hidden);
     const PiperStandIn piper;
     if (!hasPiper) {
         QVERIFY(QFile::remove(piper.program()));
@@ -75,7 +70,7 @@ void tst_SpeechOutput::detects()
     QVERIFY(!speech.isAvailable());
     int linesAtSignal = -1;
     connect(&speech, &SpeechOutput::availableChanged, &speech, [&] { linesAtSignal = log.lines().size(); });
-    speech.detect();
+    speech.detect(isolatedRoots());
     QCOMPARE(speech.isAvailable(), hasPiper && hasVoice);
     QCOMPARE(speech.piperPath(), hasPiper ? piper.program() : QString());
     QCOMPARE(speech.piperVoicePath(), hasVoice ? piper.voice() : QString());
@@ -87,16 +82,17 @@ void tst_SpeechOutput::detects()
 
 void tst_SpeechOutput::detectsAgain()
 {
+    const FakePath path(FakePath::Rest::Hidden);
     const PiperStandIn piper;
     const MessageLog log;
     SpeechOutput speech;
     SignalLog told(&speech);
-    speech.detect();
+    speech.detect(isolatedRoots());
     QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
-    speech.detect();
+    speech.detect(isolatedRoots());
     QCOMPARE(told.take(), QStringList());
     QVERIFY(QFile::remove(piper.program()));
-    speech.detect();
+    speech.detect(isolatedRoots());
     QVERIFY(!speech.isAvailable());
     QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
 }
@@ -118,11 +114,11 @@ void tst_SpeechOutput::speaks()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QVERIFY(speech->isSpeaking());
-    QCOMPARE(speech.told(), QStringList {begins});
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(speech.events(), QStringList {begins});
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QVERIFY(!speech->isSpeaking());
     QCOMPARE(piper.arguments(),
              (QStringList {QStringLiteral("--model"), piper.voice(), QStringLiteral("--output-raw")}));
@@ -136,16 +132,16 @@ void tst_SpeechOutput::speaks()
     QTRY_COMPARE(speech->children().size(), 0);
     speech->stop();
     speech.destroy();
-    QCOMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, finished}));
 }
 
 void tst_SpeechOutput::speaksWithoutMarks()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(QStringLiteral("# Title\n\n\n\nSee **bold** [label](target), `code`\n```\nx\n```\n## Part "));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QCOMPARE(piper.text(), QStringLiteral("Title\n\nSee bold label, \n\n## Part"));
 }
 
@@ -153,9 +149,9 @@ void tst_SpeechOutput::speaksNoMoreThanThatMuch()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(QString(1001, QLatin1Char('x')));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QCOMPARE(piper.text(), QString(QString(1000, QLatin1Char('x')) + QLatin1String("...")));
 }
 
@@ -172,12 +168,12 @@ void tst_SpeechOutput::ignoresBlankText()
     const PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     speech.take();
     // What is being said goes on.
     speech->speak(text);
-    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(speech.events(), QStringList());
     QVERIFY(speech->isSpeaking());
 }
 
@@ -186,13 +182,13 @@ void tst_SpeechOutput::codeAloneSilencesTheOneBefore()
     const PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(piper.text(), s_text);
     QTRY_VERIFY(isGone(piper.processIds().constFirst()));
     speech.take();
     speech->speak(QStringLiteral("```\ncode\n```"));
-    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, finished}));
     QVERIFY(!speech->isSpeaking());
     QCOMPARE(piper.runs(), 1);
     QTRY_COMPARE(speech->children().size(), 0);
@@ -203,7 +199,7 @@ void tst_SpeechOutput::cutsOffTheOneBefore()
     const PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(QStringLiteral("first"));
     QTRY_COMPARE(piper.text(), QStringLiteral("first"));
     QTRY_VERIFY(isGone(piper.processIds().constFirst()));
@@ -211,7 +207,7 @@ void tst_SpeechOutput::cutsOffTheOneBefore()
     speech->speak(QStringLiteral("second"));
     QVERIFY(isGone(paplay.processIds().constFirst()));
     QTRY_COMPARE(piper.text(), QStringLiteral("second"));
-    QCOMPARE(speech.told(), (QStringList {begins, ends, finished, begins}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, finished, begins}));
     QVERIFY(speech->isSpeaking());
 }
 
@@ -221,7 +217,7 @@ void tst_SpeechOutput::stopsInTheMiddle()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(piper.runs(), 1);
     QTRY_COMPARE(paplay.runs(), 1);
@@ -233,7 +229,7 @@ void tst_SpeechOutput::stopsInTheMiddle()
     QCOMPARE(speech.take(), (QStringList {ends, crashed, ends, finished}));
     QTRY_COMPARE(speech->children().size(), 0);
     speech.destroy();
-    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(speech.events(), QStringList());
 }
 
 void tst_SpeechOutput::stopsBeforeTheFirstEvent()
@@ -242,10 +238,10 @@ void tst_SpeechOutput::stopsBeforeTheFirstEvent()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {begins, ends, crashed, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, crashed, ends, finished}));
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
@@ -254,21 +250,21 @@ void tst_SpeechOutput::stopsWhatPlaysOn()
     const PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(piper.text(), s_text);
     QTRY_VERIFY(isGone(piper.processIds().constFirst()));
     speech.take();
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, finished}));
 }
 
 void tst_SpeechOutput::stopsNothing()
 {
     const PiperStandIn piper;
-    const SpeechStory speech;
+    const SpeechFixture speech;
     speech->stop();
-    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(speech.events(), QStringList());
 }
 
 void tst_SpeechOutput::endsWithItsOwner()
@@ -277,7 +273,7 @@ void tst_SpeechOutput::endsWithItsOwner()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(piper.runs(), 1);
     QTRY_COMPARE(paplay.runs(), 1);
@@ -285,7 +281,7 @@ void tst_SpeechOutput::endsWithItsOwner()
     speech.destroy();
     QVERIFY(isGone(piper.processIds().constFirst()));
     QVERIFY(isGone(paplay.processIds().constFirst()));
-    QCOMPARE(speech.told(), QStringList());
+    QCOMPARE(speech.events(), QStringList());
 }
 
 REGISTER_TEST(tst_SpeechOutput, QCoreApplication)

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PiperStandIn.h"
-#include "SpeechStory.h"
+#include "SpeechFixture.h"
 #include "TestRegistry.h"
 
 #include <QTest>
 
-using namespace SpeechWords;
+using namespace SpeechEvents;
 
 //! Slots that speak and stop while speech tells of itself.
 class tst_SpeechReentry : public QObject
@@ -15,7 +15,6 @@ class tst_SpeechReentry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void speaksAgainWhenFinished();
     void speaksAgainWhenStopped();
     void speaksAgainWhenSilent();
@@ -32,7 +31,7 @@ namespace
 
 //! Runs something at the first time of a signal after which there is silence.
 template<typename Signal, typename Work>
-void once(const SpeechStory &speech, Signal signal, Work work)
+void once(const SpeechFixture &speech, Signal signal, Work work)
 {
     auto connection = std::make_shared<QMetaObject::Connection>();
     *connection = QObject::connect(speech.get(), signal, speech.get(), [&speech, connection, work] {
@@ -45,19 +44,14 @@ void once(const SpeechStory &speech, Signal signal, Work work)
 
 } // namespace
 
-void tst_SpeechReentry::initTestCase()
-{
-    QVERIFY2(PiperStandIn::systemHasNone(), "piper is installed on this system");
-}
-
 void tst_SpeechReentry::speaksAgainWhenFinished()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, finished, begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished, begins, ends, finished}));
     QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
     QCOMPARE(paplay.runs(), 2);
     QTRY_COMPARE(speech->children().size(), 0);
@@ -69,7 +63,7 @@ void tst_SpeechReentry::speaksAgainWhenStopped()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
     speech->stop();
@@ -78,18 +72,18 @@ void tst_SpeechReentry::speaksAgainWhenStopped()
     QVERIFY(speech->isSpeaking());
     QTRY_COMPARE(speech->children().size(), 2);
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, crashed, ends, finished}));
 }
 
 void tst_SpeechReentry::speaksAgainWhenSilent()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     // Before the end of the first was told as a whole.
     once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, begins, finished, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, begins, finished, ends, finished}));
     QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
     QTRY_COMPARE(speech->children().size(), 0);
 }
@@ -100,7 +94,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperIsKilled()
     PaplayStandIn paplay;
     piper.hangs();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     // The player of the first still runs then: it ends before the second begins.
     once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
@@ -109,7 +103,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperIsKilled()
     QVERIFY(speech->isSpeaking());
     QTRY_COMPARE(speech->children().size(), 2);
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, crashed, ends, finished}));
 }
 
 void tst_SpeechReentry::theLastOneToSpeakIsHeard()
@@ -117,14 +111,14 @@ void tst_SpeechReentry::theLastOneToSpeakIsHeard()
     const PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     once(speech, &SpeechOutput::speakingFinished, [&] { speech->speak(QStringLiteral("third")); });
     speech->speak(QStringLiteral("first"));
     QTRY_COMPARE(piper.text(), QStringLiteral("first"));
     QTRY_VERIFY(isGone(piper.processIds().constFirst()));
     // The third is asked for while the second cuts off the first.
     speech->speak(QStringLiteral("second"));
-    QCOMPARE(speech.told(), (QStringList {begins, ends, finished, begins}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends, finished, begins}));
     QVERIFY(speech->isSpeaking());
     QTRY_COMPARE(piper.text(), QStringLiteral("third"));
     QCOMPARE(piper.runs(), 2);
@@ -135,14 +129,14 @@ void tst_SpeechReentry::stoppedAtItsBeginning()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     connect(speech.get(), &SpeechOutput::speakingChanged, speech.get(), [&] {
         if (speech->isSpeaking()) {
             speech->stop();
         }
     });
     speech->speak(QStringLiteral("first"));
-    QCOMPARE(speech.told(), (QStringList {begins, ends}));
+    QCOMPARE(speech.events(), (QStringList {begins, ends}));
     QVERIFY(!speech->isSpeaking());
     QCOMPARE(speech->children().size(), 0);
 }
@@ -151,7 +145,7 @@ void tst_SpeechReentry::overtakenAtItsBeginning()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
-    SpeechStory speech;
+    SpeechFixture speech;
     bool isFirst = true;
     connect(speech.get(), &SpeechOutput::speakingChanged, speech.get(), [&] {
         if (std::exchange(isFirst, false)) {
@@ -159,7 +153,7 @@ void tst_SpeechReentry::overtakenAtItsBeginning()
         }
     });
     speech->speak(QStringLiteral("first"));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, begins, ends, finished}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, begins, ends, finished}));
     QCOMPARE(paplay.sound(), QByteArrayLiteral("second"));
     QCOMPARE(piper.runs(), 1);
 }
@@ -170,10 +164,10 @@ void tst_SpeechReentry::stoppedInItsError()
     PaplayStandIn paplay;
     piper.crashes();
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     once(speech, &SpeechOutput::speakingChanged, [&] { speech->stop(); });
     speech->speak(QStringLiteral("first"));
-    QTRY_COMPARE(speech.told(), (QStringList {begins, ends, ends, finished, crashed}));
+    QTRY_COMPARE(speech.events(), (QStringList {begins, ends, ends, finished, crashed}));
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
@@ -182,7 +176,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
     PiperStandIn piper;
     PaplayStandIn paplay;
     paplay.playsOn();
-    SpeechStory speech;
+    SpeechFixture speech;
     piper.cannotStart();
     once(speech, &SpeechOutput::speakingChanged, [&] {
         piper.hangs();
@@ -198,7 +192,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
     QTRY_COMPARE(piper.runs(), 1);
     QTRY_COMPARE(speech->children().size(), 2);
     speech->stop();
-    QCOMPARE(speech.told(), (QStringList {ends, crashed, ends, finished}));
+    QCOMPARE(speech.events(), (QStringList {ends, crashed, ends, finished}));
 }
 
 REGISTER_TEST(tst_SpeechReentry, QCoreApplication)

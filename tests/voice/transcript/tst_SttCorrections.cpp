@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "MessageLog.h"
 #include "SttPostProcessor.h"
 #include "TestRegistry.h"
@@ -16,12 +17,6 @@ namespace
 
 //! The rows for the assistant's and the tool's own name come first; their variants are of our choice.
 constexpr int s_ownRows = 2;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QJsonObject resource(const QString &name)
 {

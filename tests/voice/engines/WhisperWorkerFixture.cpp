@@ -1,25 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "WhisperTest.h"
+#include "WhisperWorkerFixture.h"
 
 #include <QFile>
 #include <QTest>
 
-void WhisperTest::init()
+void WhisperWorkerFixture::init()
 {
     m_log = std::make_unique<MessageLog>();
     WhisperStandIn::reset();
 }
 
-void WhisperTest::cleanup()
+void WhisperWorkerFixture::cleanup()
 {
     QCOMPARE(m_log->warnings(), QStringList());
     m_log.reset();
     QCOMPARE(WhisperStandIn::livingContexts(), 0);
 }
 
-QString WhisperTest::model(const QString &name)
+QString WhisperWorkerFixture::model(const QString &name)
 {
     QFile file(m_directory.filePath(name));
     if (!file.open(QIODevice::WriteOnly)) {
@@ -28,7 +28,7 @@ QString WhisperTest::model(const QString &name)
     return file.fileName();
 }
 
-std::unique_ptr<WhisperWorker> WhisperTest::loaded()
+std::unique_ptr<WhisperWorker> WhisperWorkerFixture::loaded()
 {
     auto worker = std::make_unique<WhisperWorker>();
     if (!worker->loadModel(model())) {
@@ -37,12 +37,12 @@ std::unique_ptr<WhisperWorker> WhisperTest::loaded()
     return worker;
 }
 
-QByteArray WhisperTest::silence(int bytes)
+QByteArray WhisperWorkerFixture::silence(int bytes)
 {
     return QByteArray(bytes, '\0');
 }
 
-QString WhisperTest::failed(const char *error)
+QString WhisperWorkerFixture::failed(const char *error)
 {
     return QStringLiteral("transcriptionFailed(\"%1\")").arg(QLatin1String(error));
 }

@@ -16,7 +16,7 @@
 //! What tests of the whisper worker against the stand-in of the library share: before each the stand-in is as new, and
 //! after each nothing was warned of and no context is left over. The worker's slots are called directly, as the thread
 //! that they run on is whoever calls.
-class WhisperTest : public QObject
+class WhisperWorkerFixture : public QObject
 {
     Q_OBJECT
 

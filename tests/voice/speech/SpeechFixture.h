@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "IsolatedRoots.h"
 #include "MessageLog.h"
 #include "SpeechOutput.h"
 
@@ -12,7 +13,7 @@
 #include <csignal>
 #include <memory>
 
-namespace SpeechWords
+namespace SpeechEvents
 {
 
 const QString begins = QStringLiteral("speakingChanged, speaking");
@@ -21,38 +22,37 @@ const QString finished = QStringLiteral("speakingFinished");
 const QString crashed = QStringLiteral("VoiceBridge: piper process error: \"Process crashed\"");
 const QString notStarted = QStringLiteral("VoiceBridge: failed to start piper");
 
-} // namespace SpeechWords
+} // namespace SpeechEvents
 
-//! Whether a child has ended, and its end was noticed.
+//! Whether a child process has ended and was reaped.
 inline bool isGone(qint64 process)
 {
     return ::kill(static_cast<pid_t>(process), 0) != 0;
 }
 
-//! Speech as it was found in the test's home, and all that it tells, signals and log, in one order. Its end is part of
-//! the story.
-class SpeechStory
+//! Speech output with the programs in the test's home. Records its signals and log lines in one list, including those
+//! that it emits when it is deleted.
+class SpeechFixture
 {
 public:
-    SpeechStory()
+    SpeechFixture()
     {
-        m_speech->detect();
+        m_speech->detect(isolatedRoots());
         m_log.clear();
         SpeechOutput *speech = m_speech.get();
         QObject::connect(speech, &SpeechOutput::speakingChanged, speech, [speech] {
-            qDebug().noquote() << (speech->isSpeaking() ? SpeechWords::begins : SpeechWords::ends);
+            qDebug().noquote() << (speech->isSpeaking() ? SpeechEvents::begins : SpeechEvents::ends);
         });
         QObject::connect(speech, &SpeechOutput::speakingFinished, speech,
-                         [] { qDebug().noquote() << SpeechWords::finished; });
+                         [] { qDebug().noquote() << SpeechEvents::finished; });
     }
 
     SpeechOutput *operator->() const { return m_speech.get(); }
     SpeechOutput *get() const { return m_speech.get(); }
-    //! Ends it.
     void destroy() { m_speech.reset(); }
 
-    //! What was told so far.
-    QStringList told() const
+    //! The recorded signals and log lines.
+    QStringList events() const
     {
         QStringList texts;
         for (const MessageLog::Line &line : m_log.lines()) {
@@ -60,10 +60,10 @@ public:
         }
         return texts;
     }
-    //! The same, and forgets it.
+    //! Returns the record and clears it.
     QStringList take()
     {
-        const QStringList texts = told();
+        const QStringList texts = events();
         m_log.clear();
         return texts;
     }

@@ -1,27 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "SherpaTest.h"
+#include "SherpaWorkerFixture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTest>
 
-const QByteArray SherpaTest::s_audio(s_shortestAudio, '\x12');
+const QByteArray SherpaWorkerFixture::s_audio(s_minimumBytes, '\x12');
 
-void SherpaTest::initTestCase()
-{
-    QVERIFY(SherpaStandIn::systemHasNone());
-}
-
-void SherpaTest::init()
+void SherpaWorkerFixture::init()
 {
     m_temp.emplace(QDir::homePath() + QStringLiteral("/temp-XXXXXX"));
     m_tempVariable.emplace("TMPDIR", QFile::encodeName(m_temp->path()));
     m_log.emplace();
 }
 
-void SherpaTest::cleanup()
+void SherpaWorkerFixture::cleanup()
 {
     const QStringList leftBehind = tempFiles();
     const QStringList warnings = m_log->warnings();
@@ -33,25 +28,25 @@ void SherpaTest::cleanup()
     QCOMPARE(warnings, QStringList());
 }
 
-QStringList SherpaTest::ready(const char *text)
+QStringList SherpaWorkerFixture::ready(const char *text)
 {
     return {QStringLiteral("ready: ") + QString::fromUtf8(text)};
 }
 
-QStringList SherpaTest::failed(const QString &error)
+QStringList SherpaWorkerFixture::failed(const QString &error)
 {
     return {QStringLiteral("failed: ") + error};
 }
 
-std::unique_ptr<SherpaWorker> SherpaTest::loaded(const TestedSherpa *tested)
+std::unique_ptr<SherpaWorker> SherpaWorkerFixture::loaded(const EngineUnderTest *tested)
 {
     m_standIn.emplace(tested->engine);
     std::unique_ptr<SherpaWorker> worker = tested->worker();
-    worker->load(m_standIn->modelDir());
+    worker->load(m_standIn->modelDir(), isolatedRoots());
     return worker;
 }
 
-QStringList SherpaTest::tempFiles() const
+QStringList SherpaWorkerFixture::tempFiles() const
 {
     return QDir(m_temp->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
 }
