@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 The tovictl developers
 # SPDX-License-Identifier: GPL-2.0-or-later
 
-# Makes the target tovictl_whisper: libwhisper and the definition HAVE_WHISPER where the library is to be used, nothing
-# elsewhere. WHISPER_USED tells which.
-set(WHISPER AUTO CACHE STRING "Speech recognition through libwhisper: AUTO (where it is found), REQUIRED or OFF")
+# Defines the target tovictl_whisper. It links libwhisper and defines HAVE_WHISPER if the library is used, and is empty
+# otherwise. WHISPER_USED says which.
+set(WHISPER AUTO CACHE STRING "Speech recognition with libwhisper: AUTO (if it is found), REQUIRED or OFF")
 set_property(CACHE WHISPER PROPERTY STRINGS AUTO REQUIRED OFF)
 if(NOT WHISPER MATCHES "^(AUTO|REQUIRED|OFF)$")
     message(FATAL_ERROR "WHISPER is \"${WHISPER}\", but must be AUTO, REQUIRED or OFF")
@@ -12,11 +12,16 @@ endif()
 add_library(tovictl_whisper INTERFACE)
 set(WHISPER_USED OFF)
 if(WHISPER STREQUAL "OFF")
-    message(STATUS "libwhisper: not used, as WHISPER is OFF")
     return()
 endif()
 
 find_package(whisper CONFIG QUIET)
+set_package_properties(whisper PROPERTIES
+    TYPE RECOMMENDED
+    URL "https://github.com/ggml-org/whisper.cpp"
+    DESCRIPTION "Speech recognition"
+    PURPOSE "The whisper models (pkg-config's \"whisper\" will do as well)"
+)
 if(TARGET whisper)
     target_link_libraries(tovictl_whisper INTERFACE whisper)
     set(WHISPER_USED ON)
@@ -30,9 +35,6 @@ endif()
 
 if(WHISPER_USED)
     target_compile_definitions(tovictl_whisper INTERFACE HAVE_WHISPER)
-    message(STATUS "libwhisper: found")
 elseif(WHISPER STREQUAL "REQUIRED")
     message(FATAL_ERROR "libwhisper is required, but neither its CMake package nor pkg-config's \"whisper\" was found")
-else()
-    message(STATUS "libwhisper: not found; the whisper models can't be used by what is built")
 endif()
