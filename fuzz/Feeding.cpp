@@ -9,11 +9,15 @@
 #include <QDeadlineTimer>
 #include <QString>
 
+#include <chrono>
+
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int s_patience = 20000; // ms
-constexpr int s_turn = 50; // ms
+constexpr auto s_timeout = 20s;
+constexpr auto s_pollInterval = 50ms;
 
 } // namespace
 
@@ -24,9 +28,9 @@ QString Feeding::withId(QString frame, qint64 id)
 
 void Feeding::pumpUntil(const std::function<bool()> &condition)
 {
-    const QDeadlineTimer deadline(s_patience);
+    const QDeadlineTimer deadline(s_timeout);
     while (!condition()) {
-        require(!deadline.hasExpired(), "the clients find the peer in this process");
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, s_turn);
+        require(!deadline.hasExpired(), "the clients connect to the peer in this process in time");
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, s_pollInterval.count());
     }
 }

@@ -9,17 +9,17 @@
 
 class QString;
 
-//! What both clients of the bridge need to be fed with frames.
+//! What the fuzzed clients share.
 namespace Feeding
 {
 
-//! Where a frame means the id of the request that was opened just before it.
+//! Placeholder in a frame for the id of the request that was opened just before it.
 constexpr char IdPlaceholder = '#';
 
-//! The frame with an id in the place of each placeholder.
+//! Replaces each placeholder in the frame by the id.
 QString withId(QString frame, qint64 id);
 
-//! Runs the event loop until the condition holds; ends the program when that takes too long.
+//! Runs the event loop until the condition holds. Aborts the program after 20 seconds.
 void pumpUntil(const std::function<bool()> &condition);
 
 } // namespace Feeding

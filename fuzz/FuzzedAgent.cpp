@@ -33,23 +33,23 @@ constexpr Operation s_operations[] = {
 FuzzedAgent::FuzzedAgent()
 {
     checkSignals();
-    m_agent.setCurrentModel(text("a/b")); // else each prompt would look into the store for one
+    m_agent.setCurrentModel(text("a/b")); // or each prompt would read the settings
     Feeding::pumpUntil([this] { return m_agent.isServiceAvailable(); });
 }
 
 void FuzzedAgent::checkSignals()
 {
     QObject::connect(&m_agent, &AgentBridge::errorOccurred, &m_agent,
-                     [](const QString &error) { require(!error.isEmpty(), "an error has words"); });
+                     [](const QString &error) { require(!error.isEmpty(), "an error has a text"); });
     QObject::connect(&m_agent, &AgentBridge::actionStarted, &m_agent,
                      [](const QString &tool) { require(!tool.isEmpty(), "a tool has a name"); });
     QObject::connect(&m_agent, &AgentBridge::usageReported, &m_agent,
-                     [](int input, int output) { require(input > 0 || output > 0, "some use is reported"); });
+                     [](int input, int output) { require(input > 0 || output > 0, "a usage report is not empty"); });
     QObject::connect(&m_agent, &AgentBridge::structuredReplyReceived, &m_agent, [](const QString &json) {
         require(QJsonDocument::fromJson(json.toUtf8()).isObject(), "a structured reply is an object");
     });
     QObject::connect(&m_agent, &AgentBridge::agentReplied, &m_agent, [this](const QString &response) {
-        require(!response.isEmpty(), "a reply has words");
+        require(!response.isEmpty(), "a reply has a text");
         m_replied = response;
     });
 }
@@ -67,15 +67,15 @@ void FuzzedAgent::take(quint8 choice, const QString &frame)
 void FuzzedAgent::deliver(const QString &frame)
 {
     const bool called = QMetaObject::invokeMethod(&m_agent, "onTextMessageReceived", Q_ARG(QString, frame));
-    require(called, "AgentBridge has its slot for frames");
+    require(called, "AgentBridge has a slot for frames");
 }
 
 void FuzzedAgent::checkState() const
 {
-    require(m_agent.isServiceAvailable(), "no frame ends the connection");
+    require(m_agent.isServiceAvailable(), "no frame closes the connection");
     const QLatin1String possible[] = {AgentStatus::Idle, AgentStatus::Thinking, AgentStatus::Error};
     require(std::find(std::begin(possible), std::end(possible), m_agent.status()) != std::end(possible),
-            "the status is one of those of a connection");
+            "the status is valid for an open connection");
 }
 
 void FuzzedAgent::checkThatItAnswers()
@@ -83,15 +83,15 @@ void FuzzedAgent::checkThatItAnswers()
     m_replied.clear();
     m_agent.sendIntent(text("fresh"));
     deliver(Feeding::withId(text(R"({"type":"response","id":#,"payload":{"response":"good"}})"), ++m_lastId));
-    require(m_replied == text("good"), "a fresh prompt is answered");
-    require(!m_agent.isThinking() && m_agent.status() == AgentStatus::Idle, "a good reply ends the thinking");
+    require(m_replied == text("good"), "a new prompt is answered");
+    require(!m_agent.isThinking() && m_agent.status() == AgentStatus::Idle, "a reply ends the thinking");
     require(m_agent.activePhase().isEmpty() && m_agent.routedAgent().isEmpty() && m_agent.planStepIndex() < 0,
-            "a good reply clears the progress");
+            "a reply clears the progress");
 }
 
 void FuzzedAgent::cancelAll()
 {
-    // With a prompt open, so that the cancel is sent in any case and takes an id too.
+    // With a prompt open the cancel is always sent, and uses an id too.
     m_agent.sendIntent(text("cancelled"));
     m_agent.cancelRequest();
     m_lastId += 2;

@@ -7,15 +7,15 @@
 
 #include <QString>
 
-//! An AgentBridge that is connected to the peer in this process, and what must hold of it whatever the bridge says.
+//! An AgentBridge connected to the peer in this process, with the invariants that hold for any input.
 class FuzzedAgent
 {
 public:
     FuzzedAgent();
 
-    //! Opens a request, delivers the frame, checks that the client still serves, and cancels what is left.
-    //! @param choice which operation; any value
-    //! @param frame may name the request's id by Feeding::IdPlaceholder
+    //! Opens a request, delivers the frame, checks that a new prompt is still answered, and cancels what is open.
+    //! @param choice selects the operation; any value is valid
+    //! @param frame may contain Feeding::IdPlaceholder for the id of the request
     void take(quint8 choice, const QString &frame);
 
 private:
@@ -26,7 +26,7 @@ private:
     void cancelAll();
 
     AgentBridge m_agent;
-    //! Every operation takes one id, and nothing else does.
+    //! The id of the last request. Each operation uses one id.
     qint64 m_lastId = 0;
     QString m_replied;
 };

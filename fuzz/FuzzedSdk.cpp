@@ -16,16 +16,16 @@
 namespace
 {
 
-constexpr int s_mostIds = 9000;
+constexpr int s_maxIds = 9000;
 
-//! Where a frame means what is kept beside its request, which stands under a number too.
+//! Placeholder in a frame for the id under which the arguments of its request are kept.
 constexpr QLatin1Char s_keptPlaceholder('@');
 constexpr int s_keptOffset = 10000;
 
-//! More ids than an input can take: its operation, its frame, and what follows from their replies.
+//! More ids than one input can use: for its operation, its frame, and the requests that their replies lead to.
 constexpr int s_idsAhead = 8;
 
-//! Without listModels, which runs a program and waits for it.
+//! All but listModels, which runs a program and waits for it.
 const std::vector<SdkOperation> &operations()
 {
     static const std::vector<SdkOperation> s_operations = [] {
@@ -44,7 +44,7 @@ FuzzedSdk::FuzzedSdk()
     : m_sdk(&m_config)
 {
     checkSignals();
-    m_sdk.setConnectOnly(true); // a lost connection must not start a bridge
+    m_sdk.setConnectOnly(true); // so that a lost connection starts no bridge
     m_sdk.reconnectBridge();
     Feeding::pumpUntil([this] { return m_sdk.isConnected(); });
     makeCapable();
@@ -54,7 +54,7 @@ FuzzedSdk::FuzzedSdk()
 void FuzzedSdk::checkSignals()
 {
     QObject::connect(&m_sdk, &LoomraSDK::error, &m_sdk,
-                     [](const QString &text) { require(!text.isEmpty(), "an error has words"); });
+                     [](const QString &text) { require(!text.isEmpty(), "an error has a text"); });
     QObject::connect(&m_sdk, &LoomraSDK::workspaceIntelPanelUpdated, &m_sdk, [](const QJsonObject &panel) {
         require(panel.value(QLatin1String("dwellSummary")).isObject(), "the panel's summary is an object");
     });
@@ -67,12 +67,12 @@ void FuzzedSdk::checkSignals()
 
 void FuzzedSdk::take(quint8 choice, const QString &frame)
 {
-    operations()[choice % operations().size()].call(m_sdk); // which takes the next id, unless it is refused
+    operations()[choice % operations().size()].call(m_sdk); // uses the next id, unless it is refused
     QString withIds = Feeding::withId(frame, m_nextId);
     withIds.replace(s_keptPlaceholder, QString::number(m_nextId + s_keptOffset));
     deliver(withIds);
 
-    require(m_sdk.isConnected() && m_sdk.isReady(), "no frame ends the connection");
+    require(m_sdk.isConnected() && m_sdk.isReady(), "no frame closes the connection");
     if (!m_sdk.isWorkspaceIntelAvailable() || !m_sdk.isAiRuntimeAvailable()) {
         makeCapable();
     }
@@ -81,13 +81,13 @@ void FuzzedSdk::take(quint8 choice, const QString &frame)
 
 bool FuzzedSdk::isWornOut() const
 {
-    return m_nextId > s_mostIds;
+    return m_nextId > s_maxIds;
 }
 
 void FuzzedSdk::deliver(const QString &frame)
 {
     const bool called = QMetaObject::invokeMethod(&m_sdk, "onWebSocketTextMessageReceived", Q_ARG(QString, frame));
-    require(called, "LoomraSDK has its slot for frames");
+    require(called, "LoomraSDK has a slot for frames");
 }
 
 void FuzzedSdk::deliverForNextIds(const QString &frame, const std::function<bool()> &isDone)
@@ -100,26 +100,26 @@ void FuzzedSdk::deliverForNextIds(const QString &frame, const std::function<bool
 void FuzzedSdk::makeCapable()
 {
     const auto isCapable = [this] { return m_sdk.isWorkspaceIntelAvailable() && m_sdk.isAiRuntimeAvailable(); };
-    checkThatItAnswers(); // so that what the input left open is out of the way
+    checkThatItAnswers(); // answers what the input left open
     deliver(QStringLiteral(R"({"type":"ready"})"));
     deliverForNextIds(
         QStringLiteral(
             R"({"type":"response","id":#,"payload":{"workspaceIntelligence":{"enabled":true},"aiRuntime":{"enabled":true}}})"),
         isCapable);
-    require(isCapable(), "the capabilities are asked for when the bridge is ready");
+    require(isCapable(), "the capabilities are requested when the bridge is ready");
 }
 
 void FuzzedSdk::checkThatItAnswers()
 {
     const QString asked = QStringLiteral("fresh");
     const QString reply = QStringLiteral(R"({"type":"response","id":#,"payload":{}})");
-    // The replies on the way may lead to requests, whose ids come after this one's: once more, until none was open.
+    // Replies to older requests may open new ones with later ids: repeat until none was open.
     int expected = 0;
     do {
         expected = m_nextId + 1;
         m_deleted.clear();
         m_sdk.automationDelete(asked);
         deliverForNextIds(reply, [&] { return m_deleted == asked; });
-        require(m_deleted == asked, "a fresh request is answered");
+        require(m_deleted == asked, "a new request is answered");
     } while (m_nextId != expected);
 }

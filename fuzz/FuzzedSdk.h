@@ -10,28 +10,30 @@
 
 #include <functional>
 
-//! A LoomraSDK that is ready and may use everything, and what must hold of it whatever the bridge says. It is connected
-//! to the peer in this process, which reads what is sent and says nothing.
+//! A LoomraSDK that is ready and has all capabilities, with the invariants that hold for any input. It is connected to
+//! the peer in this process, which never replies.
 class FuzzedSdk
 {
 public:
     FuzzedSdk();
 
-    //! Opens a request, delivers the frame, and checks that the client still serves.
-    //! @param choice which operation; any value
-    //! @param frame may name the request's id by Feeding::IdPlaceholder
+    //! Opens a request, delivers the frame, and checks that a new request is still answered.
+    //! @param choice selects the operation; any value is valid
+    //! @param frame may contain Feeding::IdPlaceholder for the id of the request
     void take(quint8 choice, const QString &frame);
 
-    //! Whether it should be made anew: open requests stay by design, and so many ids would meet the kept arguments.
+    //! Whether the object should be replaced: unanswered requests stay open by design, and the ids would reach the range
+    //! that stands for kept arguments.
     bool isWornOut() const;
 
 private:
     void checkSignals();
     void deliver(const QString &frame);
-    //! Delivers the frame for the next ids in turn, one of which is what an open request got.
+    //! Delivers the frame with one id after another until the condition holds: the exact id of the open request isn't
+    //! known.
     void deliverForNextIds(const QString &frame, const std::function<bool()> &isDone);
     void makeCapable();
-    //! A fresh request is answered; finds out by the way which id comes next.
+    //! Checks that a new request is answered, and finds out which id comes next.
     void checkThatItAnswers();
 
     ConfigManager m_config;

@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-//! Ends the program, which the fuzzer takes for a finding, unless what the rule says holds.
+//! Aborts the program if the rule doesn't hold. The fuzzer reports this as a finding.
+//! @param rule what must hold, as a sentence
 inline void require(bool holds, const char *rule)
 {
     if (!holds) {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The list of models as the agent CLI prints it, and its merge with the bridge's.
+// Fuzzes the parser of the agent CLI's list of models, and the merge with the list of the bridge.
 //
-// The first line of an input is JSON, the bridge's rows; the rest is what the CLI prints.
+// The first line of an input is the list of the bridge in JSON, the rest is the output of the CLI.
 
 #include "CliModels.h"
 #include "Require.h"
@@ -28,13 +28,13 @@ void checkRow(const QJsonObject &row)
     const QString provider = text("provider");
     const QString fullId = text("fullId");
     require(!provider.isEmpty() && provider == provider.trimmed() && !provider.contains(QLatin1Char('/')),
-            "a provider is what stands before the first slash");
+            "a provider is the text before the first slash");
     require(!text("id").isEmpty() && text("id") == text("id").trimmed() && text("id") == text("name"),
             "id and name are the model");
     require(fullId == provider + QLatin1Char('/') + text("id"), "a full id is the provider and the model");
     require(text("displayName") == fullId, "a model is shown by its full id");
     require(row.value(QLatin1String("free")) == fullId.contains(QLatin1String("free"), Qt::CaseInsensitive),
-            "what is free says so");
+            "a model is free if its full id contains \"free\"");
 }
 
 void checkMerge(const QJsonArray &bridgeRows, const QJsonArray &cliRows)
@@ -44,9 +44,9 @@ void checkMerge(const QJsonArray &bridgeRows, const QJsonArray &cliRows)
     for (int i = 0; i < merged.size(); ++i) {
         const QString fullId = fullIdOf(merged.at(i));
         if (i < bridgeRows.size()) {
-            require(merged.at(i) == bridgeRows.at(i), "the bridge's rows stand first and as they are");
+            require(merged.at(i) == bridgeRows.at(i), "the bridge's rows come first and unchanged");
         } else {
-            require(!fullId.isEmpty() && !known.contains(fullId), "a row of the CLI comes once");
+            require(!fullId.isEmpty() && !known.contains(fullId), "a row of the CLI appears once");
         }
         known.insert(fullId);
     }
@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString output = QString::fromUtf8(input.mid(lineEnd + 1));
 
     const QJsonArray cliRows = CliModels::rowsIn(output);
-    require(cliRows.size() <= output.count(QLatin1Char('/')), "each row has a slash of its own");
+    require(cliRows.size() <= output.count(QLatin1Char('/')), "each row comes from a separate slash");
     for (const QJsonValue row : cliRows) {
         checkRow(row.toObject());
     }

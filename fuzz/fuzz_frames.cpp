@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// Frames of the bridge, to what reads them: the parser and both clients.
+// Fuzzes frames of the bridge: their parser and both clients.
 //
-// The first byte of an input chooses the request that is open when the frame comes, the rest is the frame. It listens
-// on the bridge's port itself, so it runs where that is free: scripts/fuzz sees to it.
+// The first byte of an input selects the request that is open when the frame arrives, the rest is the frame. The peer
+// listens on the bridge's port, which scripts/fuzz provides in a network namespace.
 
 #include "BridgeFrame.h"
 #include "Feeding.h"
@@ -26,10 +26,10 @@ namespace
 
 constexpr quint16 s_port = 8765;
 
-//! So many inputs between two turns of the event loop, which takes what was sent from the sockets.
+//! Inputs between two runs of the event loop, which empties the sockets.
 constexpr int s_inputsPerTurn = 64;
 
-//! Only what ends the program is worth a line.
+//! Prints fatal messages only.
 void stayQuiet(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type == QtFatalMsg) {
@@ -37,7 +37,7 @@ void stayQuiet(QtMsgType type, const QMessageLogContext &, const QString &messag
     }
 }
 
-//! Takes the clients' connections and reads what they send.
+//! A WebSocket server that accepts the clients' connections and never replies.
 class Peer
 {
 public:
@@ -54,7 +54,7 @@ private:
     QWebSocketServer m_server {QStringLiteral("peer"), QWebSocketServer::NonSecureMode};
 };
 
-// Never deleted at the end: Qt's own statics are gone by then.
+// Not deleted at exit, because Qt's own statics are destroyed before.
 QCoreApplication *s_application = nullptr;
 Peer *s_peer = nullptr;
 FuzzedSdk *s_sdk = nullptr;
@@ -68,10 +68,10 @@ void makeClients()
     s_agent = new FuzzedAgent;
 }
 
-void turn()
+void runEventLoop()
 {
     QCoreApplication::processEvents();
-    // No event loop runs, so that nothing else asks for these.
+    // processEvents() leaves these out while no event loop runs.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -81,14 +81,14 @@ void checkFrame(const QString &text)
     const BridgeFrame frame = BridgeFrame::parse(text);
     require(frame.isObject || frame.message.isEmpty(), "only an object has keys");
     require(frame.isObject || frame.kind == Kind::Unreadable || frame.kind == Kind::OlderReply,
-            "what is no object is a reply to nothing");
+            "a frame that is no object is unreadable or an older reply");
     require(frame.kind == Kind::Event || (frame.eventPayload.isEmpty() && frame.eventName.isEmpty()),
-            "only an event tells of one");
+            "only an event has a name and payload");
     if (frame.isObject) {
         const QString again = QString::fromUtf8(QJsonDocument(frame.message).toJson(QJsonDocument::Compact));
         const BridgeFrame second = BridgeFrame::parse(again);
         require(second.isObject && second.kind == frame.kind && second.eventName.size() == frame.eventName.size(),
-                "a frame that is written again reads the same");
+                "a frame is the same after a round trip");
     }
 }
 
@@ -96,7 +96,7 @@ void checkFrame(const QString &text)
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    qunsetenv("LOOMRA_DEBUG"); // which would write a log
+    qunsetenv("LOOMRA_DEBUG"); // it would write a log
     qputenv("LOOMRA_WORKSPACE_NOTIFY_INAPP", "1");
     qInstallMessageHandler(stayQuiet);
     s_application = new QCoreApplication(*argc, *argv);
@@ -120,7 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     static int s_inputs = 0;
     if (++s_inputs % s_inputsPerTurn == 0) {
-        turn();
+        runEventLoop();
     }
     if (s_sdk->isWornOut()) {
         makeClients();

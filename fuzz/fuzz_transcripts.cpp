@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What an engine's program prints, on its way to a corrected transcript, and back to what is read aloud.
+// Fuzzes the output of an engine on its way to a corrected transcript, and the text that is read aloud.
 //
-// What stands before the first zero byte are rules of correction, in JSON; the program's own where there is no such
-// byte. The rest is what the engine prints.
+// The part before the first zero byte is a set of correction rules in JSON; without such a byte the installed rules are
+// used. The rest is the output of the engine.
 
 #include "Require.h"
 #include "SherpaOutput.h"
@@ -18,16 +18,16 @@
 namespace
 {
 
-//! Each step may lengthen a text by what the rules hold, so that rules which feed each other grow without end as they
-//! should; beyond this there is nothing to learn.
-constexpr int s_longest = 4096; // characters
+//! Rules may lengthen a text at each step, so rules that feed each other make very long texts of long ones. Longer
+//! inputs find nothing new.
+constexpr int s_maxLength = 4096; // characters
 
 const SttPostProcessor &installedRules()
 {
     static const SttPostProcessor rules = [] {
         SttPostProcessor processor;
         processor.loadInstalledRules();
-        require(processor.isLoaded(), "the program's own rules are good");
+        require(processor.isLoaded(), "the installed rules are valid");
         return processor;
     }();
     return rules;
@@ -36,8 +36,8 @@ const SttPostProcessor &installedRules()
 void checkCorrections(const SttPostProcessor &rules, const QString &text)
 {
     const QString final = rules.correctFinal(text);
-    require(text.isEmpty() == final.isEmpty(), "what was said doesn't vanish, and nothing comes of nothing");
-    require(rules.correctPartial(QString()).isEmpty(), "nothing stays nothing");
+    require(text.isEmpty() == final.isEmpty(), "the installed rules empty no text and fill no empty one");
+    require(rules.correctPartial(QString()).isEmpty(), "an empty text stays empty");
     rules.correctPartial(text);
 }
 
@@ -53,22 +53,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const int rulesEnd = input.indexOf('\0');
-    const QString output = QString::fromUtf8(input.mid(rulesEnd + 1)).left(s_longest);
+    const QString output = QString::fromUtf8(input.mid(rulesEnd + 1)).left(s_maxLength);
 
     const QString transcript = SherpaOutput::transcriptIn(output, QStringLiteral("Recognizer"));
-    require(transcript == transcript.trimmed(), "a transcript has no blanks around it");
+    require(transcript == transcript.trimmed(), "a transcript has no surrounding whitespace");
     checkCorrections(installedRules(), transcript);
     checkCorrections(installedRules(), output);
     if (rulesEnd >= 0) {
         SttPostProcessor rules;
         rules.loadRules(input.left(rulesEnd));
-        // Rules of a stranger may turn words into nothing: that they come to an end is all that is asked.
+        // Other rules may empty a text; the only requirement is that they terminate.
         rules.correctFinal(output);
         rules.correctPartial(transcript);
     }
 
     const QString spoken = SpeechText::spoken(output);
-    require(spoken.size() <= 1003, "a long reply is cut short");
-    require(spoken == spoken.trimmed() || spoken.endsWith(QLatin1String("...")), "nothing is said of blanks");
+    require(spoken.size() <= 1003, "a long reply is truncated");
+    require(spoken == spoken.trimmed() || spoken.endsWith(QLatin1String("...")), "a text that is read aloud has no surrounding whitespace");
     return 0;
 }
