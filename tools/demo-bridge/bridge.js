@@ -9,7 +9,7 @@ const { readSettings } = require('./lib/settings');
 const EXIT_FAILURE = 1;
 const EXIT_USAGE = 2;
 
-//! Loads the server, or tells what to do where its one dependency was never installed.
+//! Loads the server. Without its one dependency, returns null and logs how to install it.
 function loadServer() {
     try {
         return require('./lib/server');
@@ -34,7 +34,7 @@ async function main() {
     if (!server)
         return EXIT_FAILURE;
 
-    // Before the first listener, and for good: the default action of a signal would end with another code.
+    // Installed before the first listener and never removed: the default action of a signal has another exit code.
     const asked = new Promise((resolve) => {
         process.on('SIGTERM', resolve);
         process.on('SIGINT', resolve);
@@ -45,7 +45,7 @@ async function main() {
         bridge = await server.start(settings);
     } catch (error) {
         if (error.code === 'EADDRINUSE') {
-            // Not a failure: whoever has the port is taken for a bridge that already serves.
+            // Not a failure: another bridge is assumed to use the port.
             log.note(`Port ${settings.port} is taken, so there is nothing to do here`);
             return 0;
         }
@@ -60,6 +60,6 @@ async function main() {
 }
 
 main().then((code) => {
-    // A set code and an empty event loop end the process; process.exit() could cut off the last line.
+    // Not process.exit(), which could truncate the output: the process ends when the event loop is empty.
     process.exitCode = code;
 });

@@ -6,18 +6,18 @@
 const { Failure } = require('./frames');
 const { Store } = require('./store');
 
-//! What was done, and how to take it back. Actions live as long as the process; the oldest go first.
+//! The audit trail: what was done, and how to undo it. Actions live as long as the process; the oldest are removed first.
 class AuditTrail {
     #now;
     #actions = new Store({ noun: 'action', code: 'ACTION_NOT_FOUND', prefix: 'act' });
-    #undo = new Map(); // a list of functions by action id, empty for what only read, null for what stays done
+    #undo = new Map(); // functions by action id: empty if nothing changed, null if it can't be undone
 
     constructor(now = Date.now) {
         this.#now = now;
     }
 
-    //! Enters an action. `steps` are {capabilityId, params, undo}: undo is a function, undefined where nothing changed,
-    //! or null where nothing can be taken back. Gives the action's id.
+    //! Adds an action and returns its id. `steps` are {capabilityId, params, undo}: undo is a function, undefined if
+    //! nothing changed, or null if the step can't be undone.
     enter(source, steps) {
         this.#actions.makeRoom();
         const { id } = this.#actions.add({
@@ -37,7 +37,7 @@ class AuditTrail {
         return this.#actions.all().slice(-limit).reverse();
     }
 
-    //! Takes an action back, its last step first. Gives how many steps were taken back and how many had to stay.
+    //! Undoes an action, its last step first. Returns how many steps were undone and how many couldn't be.
     revert(id) {
         const action = this.#actions.get(id);
         if (action.revertedAt !== null)

@@ -8,7 +8,7 @@ const { Store } = require('./store');
 
 const DAY_MS = 24 * 60 * 60 * 1000;
 
-//! Stored automations. They are kept and switched, never run: no scheduler stands behind them.
+//! Stored automations. They can be edited and enabled, but never run: there is no scheduler.
 class Automations {
     #rows = new Store({ noun: 'automation', code: 'AUTOMATION_NOT_FOUND', prefix: 'auto' });
 
@@ -31,7 +31,7 @@ class Automations {
         });
     }
 
-    //! All of them, `lastRun` in milliseconds since 1970 or null.
+    //! All automations; `lastRun` is in milliseconds since 1970, or null.
     list() {
         return this.#rows.all();
     }
@@ -42,7 +42,7 @@ class Automations {
         return this.#rows.add({ name, enabled: true, lastRun: null, trigger, steps, condition });
     }
 
-    //! Changes what is given of `name`, `trigger`, `steps`, `condition` and `enabled`; other keys are left alone.
+    //! Changes those of `name`, `trigger`, `steps`, `condition` and `enabled` that are given; ignores other keys.
     update({ id, name, trigger, steps, condition, enabled }) {
         if (steps && !steps.length)
             throw invalid('An automation needs at least one step');

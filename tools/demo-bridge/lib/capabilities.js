@@ -3,10 +3,10 @@
 
 'use strict';
 
-// What a plan can do, on the made-up desktop alone. A capability is a row: `risk` ("low", "medium" or "high"; none where
-// it only reads), `params` (rules as those of methods), `check` (what the rules can't say), `tool` (the name that its
-// event carries; the id where there is none), `unseen` (true where the outcome cannot be read back), `denied` (why it is
-// never done) and `perform(desktop, params)`. That gives {result, undo}, and `undo` is null where it stays done.
+// What a plan can do on the simulated desktop. A capability is a row: `risk` ("low", "medium" or "high"; absent if it
+// only reads), `params` (rules as for methods), `check` (further checks), `tool` (the name in its event, by default the
+// id), `unseen` (true if the outcome can't be verified), `denied` (the reason why it never runs) and
+// `perform(desktop, params)`, which returns {result, undo}; `undo` is null if it can't be undone.
 
 const { POWER_PROFILES } = require('./desktop');
 const { checkOneOf, checkRange, invalid } = require('./params');
@@ -198,7 +198,7 @@ const byId = new Map(CAPABILITIES.map((row) => [row.id, { params: {}, tool: row.
 //! The row of a capability, or undefined.
 const findCapability = (id) => byId.get(id);
 
-//! What is never done, and why.
+//! The capabilities that never run, with the reason.
 const deniedCapabilities = () =>
     CAPABILITIES.filter((row) => row.denied).map(({ id, denied: reason }) => ({ capabilityId: id, reason }));
 

@@ -12,25 +12,25 @@ const ACTION_PACE = 0.3; // beats
 const FILE_PREFIX = '--- File: ';
 const QUESTION = 'User question: ';
 
-//! A rough count, as good as any without a model: four characters to the token.
+//! A rough estimate: four characters per token.
 const tokens = (text) => Math.max(1, Math.ceil(text.length / 4));
 
 const usageOf = (prompt, response) => ({ inputTokens: tokens(prompt), outputTokens: tokens(response) });
 
-//! What the user asked, without the attached files that stand before it.
+//! The user's text, without the attached files before it.
 function questionOf(message) {
     const at = message.startsWith(FILE_PREFIX) ? message.lastIndexOf(QUESTION) : -1;
     return at < 0 ? message : message.slice(at + QUESTION.length);
 }
 
-//! Gives the session of a request: the one it names, or a new one when that is unknown or none is named. A new one
-//! enters the list with its first reply, for before that its client doesn't know it.
+//! The session of a request: the one that it names, or a new one if that is unknown or absent. A new session is listed
+//! after its first reply, because its client doesn't know it before.
 function openSession(house, sessionId) {
     const known = house.sessions.find(sessionId);
     return { session: known ?? house.sessions.draft(), startsSession: !known };
 }
 
-//! Runs a turn in the session of its request, and completes what `play(turn)` gives into a reply.
+//! Runs a turn in the session of its request, and makes a reply from the result of `play(turn)`.
 async function converse({ id, params, connection, house }, prompt, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
     const { desktop } = house;
@@ -42,7 +42,7 @@ async function converse({ id, params, connection, house }, prompt, play) {
     if ('payload' in outcome)
         return reply(outcome.payload, form);
     session.add('assistant', response);
-    // A session that was deleted meanwhile doesn't come back.
+    // A session that was deleted in the meantime isn't listed again.
     if (startsSession || house.sessions.find(session.id))
         house.sessions.keep(session);
     const usage = outcome.usage ?? usageOf(params.message ?? prompt, response);
@@ -53,11 +53,11 @@ function rewrite({ params, house }, transcript) {
     const { session } = openSession(house, params.sessionId);
     const response = rephrase.cleanUp(transcript);
     house.sessions.keep(session);
-    // The conversation keeps no trace of it: the user has said nothing yet.
+    // Not part of the conversation: the user hasn't said anything yet.
     return reply({ response, sessionId: session.id, usage: usageOf(params.message, response) });
 }
 
-//! A prompt. The scenario that it chooses answers.
+//! Answers a prompt with its scenario.
 async function chat(request) {
     const { message } = request.params;
     if (!message.trim())
@@ -71,8 +71,8 @@ async function chat(request) {
     });
 }
 
-//! Stops what runs on this connection, in the session that is named or in all. A stopped prompt gets an error reply of
-//! its own, so that no request stays open.
+//! Stops the turns of this connection, in the given session or in all. Each stopped prompt gets an error reply, so that
+//! no request stays open.
 function cancel({ params, connection }) {
     return reply({ ok: true, cancelled: connection.turns.cancel(params.sessionId) });
 }
@@ -82,7 +82,7 @@ const ACTIONS = new Map([
     ['slider_submitted', 'The value has arrived. A real bridge would now set it.'],
 ]);
 
-//! The user has used a widget of a reply. The answer is an ordinary reply.
+//! Answers an action on a widget of a reply, like a prompt.
 async function handleStructuredUiAction(request) {
     const { actionType, data } = request.params;
     return converse(request, actionType, async (turn) => {

@@ -14,8 +14,8 @@ const { NO_REPLY } = require('./outcomes');
 const MAX_UNREAD_BYTES = 64 * 1024 * 1024;
 const MAX_NAME = 100;
 
-//! One client: reads its requests, has them performed and writes the replies. Whatever arrives, the connection and the
-//! process live on.
+//! One client: parses its requests, performs them and sends the replies. No input closes the connection or ends the
+//! process.
 class Connection {
     constructor(socket, house) {
         this.socket = socket;
@@ -29,14 +29,14 @@ class Connection {
             this.turns.closeAll();
         });
         this.send(frames.ready());
-        house.clients.add(this); // after "ready", which is the first frame whatever goes on
+        house.clients.add(this); // after "ready", which must be the first frame
     }
 
     send(message) {
         this.sendText(JSON.stringify(message));
     }
 
-    //! Sends a frame as it stands. Nothing goes to a client that has left, or that has stopped reading.
+    //! Sends a frame as it is, unless the client has disconnected or stopped reading.
     sendText(text) {
         if (this.socket.readyState !== this.socket.OPEN)
             return;
@@ -48,7 +48,7 @@ class Connection {
         this.socket.send(text);
     }
 
-    //! Cuts the connection without the closing handshake.
+    //! Closes the connection without the closing handshake.
     hangUp() {
         this.socket.terminate();
     }
@@ -60,7 +60,7 @@ class Connection {
             return;
         }
         log.note(fault);
-        // What stood in the frame may be anybody's secret: the journal, which clients read, doesn't repeat it.
+        // The frame may contain a secret, and clients can read the journal.
         this.house.journal.add('warn', 'frame.unread', 'A frame was no request');
         if (id)
             this.fail(id, method, new frames.Failure(fault, 'INVALID_REQUEST'));
@@ -91,7 +91,7 @@ class Connection {
         }
     }
 
-    //! A request that failed; one that was cancelled did what it should.
+    //! Logs a failed request. A cancelled one is no failure.
     count(method, { message, code }) {
         if (code === 'CANCELLED')
             return;

@@ -7,7 +7,7 @@ const { Failure } = require('./frames');
 
 const POWER_PROFILES = ['power-saver', 'balanced', 'performance'];
 
-//! A made-up desktop: the state that plans read and change in place of the real one.
+//! A simulated desktop, which plans read and change in place of the real one.
 class Desktop {
     #nextWindow = 1;
 
@@ -33,21 +33,21 @@ class Desktop {
         ['Text editor', 'Terminal', 'File manager'].forEach((title) => this.open(title));
     }
 
-    //! Sets one property and gives the function that sets it back.
+    //! Sets a property and returns the function that restores it.
     put(key, value) {
         const before = this[key];
         this[key] = value;
         return () => { this[key] = before; };
     }
 
-    //! Opens a window and gives the function that closes it again.
+    //! Opens a window and returns the function that closes it.
     open(title) {
         const window = { id: this.#nextWindow++, title, state: 'normal' };
         this.windows = [...this.windows, window];
         return () => { this.windows = this.windows.filter(({ id }) => id !== window.id); };
     }
 
-    //! The window of a title, in any case; throws a Failure when none is open.
+    //! The window with this title, ignoring case. Throws a Failure if there is none.
     window(title) {
         const window = this.windows.find((each) => each.title.toLowerCase() === title.toLowerCase());
         if (!window)
@@ -55,20 +55,20 @@ class Desktop {
         return window;
     }
 
-    //! Replaces the state of a window and gives the function that sets it back.
+    //! Replaces the state of a window and returns the function that restores it.
     putState(window, state) {
         const before = window.state;
         window.state = state;
         return () => { window.state = before; };
     }
 
-    //! Closes a window and gives the function that brings it back.
+    //! Closes a window and returns the function that reopens it.
     close(window) {
         this.windows = this.windows.filter((each) => each !== window);
         return () => { this.windows = [...this.windows, window].sort((a, b) => a.id - b.id); };
     }
 
-    //! Its state as the clients see it.
+    //! The state as clients see it.
     report() {
         return { windows: { windows: this.windows }, panels: { panels: this.panels }, theme: this.theme };
     }

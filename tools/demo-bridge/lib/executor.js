@@ -9,10 +9,10 @@ const { checkParams, invalid } = require('./params');
 const { MAX_STEPS } = require('./planner');
 
 const STEP_BEATS = 0.5;
-const MAX_PARAMS = 2000; // characters as JSON: what has run must fit into the audit trail
+const MAX_PARAMS = 2000; // characters as JSON; the audit trail must have room for it
 const STOPPED = 'Stopped by the emergency stop';
 
-//! The rows of steps. Throws a Failure for what can't run, before anything has.
+//! The capabilities of the steps. Throws a Failure if one of them can't run, before any has run.
 function checkSteps(steps) {
     if (!steps.length || steps.length > MAX_STEPS)
         throw invalid(`A plan has from 1 to ${MAX_STEPS} steps`);
@@ -32,14 +32,14 @@ function checkSteps(steps) {
     });
 }
 
-//! Runs plans on the made-up desktop, one at a time, and tells every client how it goes: the one that shows the steps
-//! is another than the one that asks.
+//! Runs plans on the simulated desktop, one at a time, and sends the progress to every client: the client that shows the
+//! steps isn't the one that requests them.
 class Executor {
     #facts;
     #running = null;
     #stopped = false;
 
-    //! `facts` are {enabled, desktop, audit, pace, metrics, broadcast}; without `enabled` plans are only checked.
+    //! `facts` are {enabled, desktop, audit, pace, metrics, broadcast}; without `enabled`, plans are only checked.
     constructor(facts) {
         this.#facts = facts;
     }
@@ -52,7 +52,7 @@ class Executor {
         return this.#facts.enabled;
     }
 
-    //! Ends what runs, before its next step, and refuses more until `resume`.
+    //! Stops the running plan before its next step, and refuses others until `resume`.
     stop() {
         this.#stopped = true;
         this.#running?.abort();
@@ -66,7 +66,7 @@ class Executor {
         return deniedCapabilities();
     }
 
-    //! Runs a plan and gives its outcome, a failed step included. Rejects with a Failure when it can't even begin.
+    //! Runs a plan and resolves to its outcome, even if a step fails. Rejects with a Failure if the plan can't start.
     async run(source, steps) {
         const checked = checkSteps(steps);
         if (this.#stopped)
@@ -103,7 +103,7 @@ class Executor {
             if (row.unseen)
                 details.push(`${row.id} cannot be read back`);
         }
-        // No reply of the showing client's own follows, so nothing else would clear the phase there.
+        // The client that shows the phase gets no reply, so nothing else would clear it there.
         broadcast('plan.phase', { phase: '' });
 
         const failed = done.length < checked.length;
@@ -112,7 +112,7 @@ class Executor {
         return done.length ? { ...outcome, actionId: audit.enter(source, done) } : outcome;
     }
 
-    //! One step. Gives why it failed, or an empty text.
+    //! Runs one step. Resolves to the reason of its failure, or an empty text.
     async #perform(row, params, signal, results, done) {
         const { desktop, pace, metrics } = this.#facts;
         const fail = (error) => {

@@ -9,7 +9,7 @@ const { Failure } = require('./frames');
 class Feedback {
     #votes = { up: 0, down: 0 };
 
-    //! Takes one vote, "up" or "down". Throws a Failure for any other word.
+    //! Counts a vote, "up" or "down". Throws a Failure for any other word.
     add(vote) {
         if (!Object.hasOwn(this.#votes, vote))
             throw new Failure('A vote is "up" or "down"', 'INVALID_PARAMS');

@@ -22,11 +22,11 @@ const SAMPLES = {
     'empty.txt': '',
 };
 
-//! A small tree of files in memory. Paths are read from its root, with or without a leading slash, and none leads out.
+//! A small tree of files in memory. Paths are relative to its root, with or without a leading slash; none leads outside.
 class FileTree {
     #contents = new Map(Object.entries(SAMPLES));
 
-    //! Names in a folder, in order, folders with a slash at their end.
+    //! The sorted names in a folder; those of folders end with a slash.
     list(folder) {
         const inner = this.#clean(folder);
         const prefix = inner === '' ? '' : `${inner}/`;
@@ -50,7 +50,7 @@ class FileTree {
         throw this.#isFolder(inner) ? this.#failure(file, 'is a folder', 'IS_A_FOLDER') : this.#missing(file);
     }
 
-    //! Writes a file, its folders included.
+    //! Writes a file and creates its folders.
     write(file, content) {
         const inner = this.#clean(file);
         if (inner === '' || /[/\\]$/.test(file) || this.#isFolder(inner))

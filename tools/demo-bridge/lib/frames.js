@@ -3,8 +3,8 @@
 
 'use strict';
 
-//! A refusal that goes back to the client as the error of its request.
-//! `form` names one of the reply forms below.
+//! An error that is sent to the client as the reply to its request.
+//! `form` is one of the reply forms below.
 class Failure extends Error {
     constructor(message, code, form = 'response') {
         super(message);
@@ -13,8 +13,7 @@ class Failure extends Error {
     }
 }
 
-//! The forms in which a reply can go out. Clients read all of them; the bridge itself speaks "response",
-//! the others are there for scenarios.
+//! The forms of a reply. Clients accept all of them; the bridge uses "response", the others are for scenarios.
 const FORMS = {
     response: {
         success: (id, method, payload) => ({ type: 'response', id, method, payload }),
@@ -40,8 +39,8 @@ const failure = (id, method, { message, code, form = 'response' }) =>
 
 const isObject = (value) => typeof value === 'object' && value !== null && !Array.isArray(value);
 
-//! Reads one frame. Gives `request` ({id, method, params}) or `fault` (a text), the latter with `id` and `method` as
-//! far as they could be read: without an id there is nobody to answer.
+//! Parses a frame. Returns `request` ({id, method, params}) or `fault` (a text), the latter with `id` and `method` if
+//! they could be parsed: without an id there can be no reply.
 function readRequest(data, isBinary) {
     if (isBinary)
         return { fault: 'Binary frames are not read' };

@@ -5,7 +5,7 @@
 
 const BEATS_EACH = 0.3;
 
-//! How a free model of each provider fares; the others want a token first.
+//! The made-up result for the free model of each provider; the others need a token.
 const ANSWERS = new Map([['demo', { responseMs: 120 }], ['workshop', { responseMs: 640, wantsToken: true }]]);
 
 function tryModel({ fullId, displayName, provider }, tokens) {
@@ -21,7 +21,7 @@ function tryModel({ fullId, displayName, provider }, tokens) {
     };
 }
 
-//! Tries all free models, one after another. Gives a row for each and, as `recommended`, the fastest that answered.
+//! Tries all free models in turn. Resolves to a row for each and, as `recommended`, the fastest one that replied.
 async function checkFree(models, tokens, pace) {
     const results = [];
     for (const model of models.filter(({ free }) => free)) {

@@ -21,7 +21,7 @@ const { SessionStore } = require('./sessions');
 const { Tokens } = require('./tokens');
 const { Workspaces } = require('./workspaces');
 
-//! All that the clients share. It lives as long as the process.
+//! Everything that the clients share. Lives as long as the process.
 class House {
     clients = new Set();
     sessions = new SessionStore();
@@ -51,13 +51,13 @@ class House {
         this.reports = new Reports(this);
     }
 
-    //! Sends a notice to every client.
+    //! Sends an event to every client.
     broadcast(name, fields) {
         const notice = frames.event(name, fields);
         this.clients.forEach((client) => client.send(notice));
     }
 
-    //! The bridge ends: what is under way here ends too.
+    //! Cancels everything that is running, when the bridge stops.
     close() {
         this.pace.close();
     }

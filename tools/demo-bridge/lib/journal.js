@@ -9,7 +9,7 @@ const MAX_ENTRIES = 200;
 const MAX_MESSAGE = 300;
 const WINDOW_MS = 60 * 1000;
 
-//! What went wrong here, counted and with its latest entries; times in milliseconds since 1970.
+//! The log of errors and warnings: counters and the latest entries. Times are in milliseconds since 1970.
 class Journal {
     #now;
     #entries = [];
@@ -20,7 +20,7 @@ class Journal {
         this.#now = now;
     }
 
-    //! Enters a line of the level "error" or "warn".
+    //! Adds an entry of the level "error" or "warn".
     add(level, event, message) {
         const timestamp = this.#now();
         ++this.#totals[level];
@@ -34,17 +34,17 @@ class Journal {
         return this.#totals[level];
     }
 
-    //! When the last line of a level was entered, or null.
+    //! The time of the last entry of a level, or null.
     lastTs(level) {
         return this.#last[level];
     }
 
-    //! The latest lines, oldest first.
+    //! The latest entries, oldest first.
     latest(count) {
         return this.#entries.slice(-count);
     }
 
-    //! Whether the last minute had more ("up") or fewer ("down") of a level than the minute before, or as many ("stable").
+    //! The number of entries of a level in the last minute against the minute before: "up", "down" or "stable".
     direction(level) {
         const now = this.#now();
         const count = (from, to) => this.#entries

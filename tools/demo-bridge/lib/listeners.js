@@ -5,8 +5,8 @@
 
 const http = require('http');
 
-//! Clients come by both: one by the address itself, another by the name "localhost", which may mean either.
-//! The order is fixed: of two bridges that start at once, one loses at the first address and leaves the second alone.
+//! Clients use both: one connects to the IPv4 address, the other to "localhost", which may be either.
+//! The order is fixed: if two bridges start at once, one of them fails at the first address and doesn't try the second.
 const LOOPBACK = [
     { host: '127.0.0.1', shown: '127.0.0.1' },
     { host: '::1', shown: '[::1]', optional: true },
@@ -49,15 +49,15 @@ async function listenOnAll(port, addresses) {
     return opened;
 }
 
-//! Opens one HTTP server an address, all on the same port. Gives `port`, `servers`, `shown` (addresses as they stand in
-//! a URL) and `missing` (optional addresses that this machine does not have). Rejects with the system's error, with
-//! all closed again.
+//! Opens an HTTP server for each address, all on the same port. Resolves to `port`, `servers`, `shown` (addresses as
+//! written in a URL) and `missing` (optional addresses that this machine doesn't have). Rejects with the system's error
+//! after closing all servers.
 async function openListeners(port, addresses = LOOPBACK) {
     for (let attempt = 1; ; ++attempt) {
         try {
             return await listenOnAll(port, addresses);
         } catch (error) {
-            // A port that is free at the first address may be taken at the second; another one will do then.
+            // A port that is free at the first address may be in use at the second: try another one.
             if (port !== 0 || error.code !== 'EADDRINUSE' || attempt === ATTEMPTS_AT_ANY_PORT)
                 throw error;
         }

@@ -5,21 +5,21 @@
 
 const MAX_QUOTE = 200;
 
-// A parent that has closed its end of a pipe must not bring the bridge down; with no reader left there is nobody to tell.
+// A closed pipe must not end the bridge; without a reader there is no output.
 process.stdout.on('error', () => {});
 process.stderr.on('error', () => {});
 
-//! One line on standard output: what a caller waits for.
+//! Prints the line for which callers wait, on standard output.
 function announce(text) {
     process.stdout.write(`${text}\n`);
 }
 
-//! One line on standard error: what went wrong.
+//! Prints an error as one line on standard error.
 function note(text) {
     process.stderr.write(`${text}\n`);
 }
 
-//! Words from outside, made fit for a log line: quoted, without control characters, of bounded length.
+//! Untrusted text for a log line: quoted, truncated, and without control characters.
 function quote(text) {
     const short = text.length > MAX_QUOTE ? `${text.slice(0, MAX_QUOTE)}…` : text;
     return JSON.stringify(short).replace(/[\u007f-\u009f\u2028\u2029]/g, '?');

@@ -9,14 +9,14 @@ const MAX_LATENCIES = 500;
 
 const rounded = (milliseconds) => Math.round(milliseconds * 10) / 10;
 
-//! Counts what the bridge did since it began; all times in milliseconds.
+//! Counters since the start of the bridge. Times are in milliseconds.
 class Metrics {
     #clock;
     #began;
     #latencies = [];
     #counts = { requestCount: 0, actionCount: 0, suggestionCount: 0, errorCount: 0 };
 
-    //! `clock` gives milliseconds that never go back.
+    //! `clock` is monotonic, in milliseconds.
     constructor(clock = () => performance.now()) {
         this.#clock = clock;
         this.#began = clock();
@@ -26,7 +26,7 @@ class Metrics {
         return Math.floor(this.#clock() - this.#began);
     }
 
-    //! A request has come; gives the function to call when it is answered.
+    //! Counts a request. Returns the function to call when it is answered.
     beginRequest() {
         ++this.#counts.requestCount;
         const began = this.#clock();
@@ -49,7 +49,7 @@ class Metrics {
         ++this.#counts.errorCount;
     }
 
-    //! The counters, and how long the last answered requests took.
+    //! The counters, and the latency of the last requests.
     report() {
         const sorted = [...this.#latencies].sort((a, b) => a - b);
         const sum = sorted.reduce((all, each) => all + each, 0);

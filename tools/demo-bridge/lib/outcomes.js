@@ -3,10 +3,10 @@
 
 'use strict';
 
-//! What a method hands back when its request stays open for good.
+//! Returned by a method whose request is never answered.
 const NO_REPLY = Symbol('no reply');
 
-//! What a method hands back otherwise: the result, and the form that it goes out in.
+//! Returned by all other methods: the result, and the form of the reply.
 const reply = (payload, form) => ({ payload, form });
 
 module.exports = { NO_REPLY, reply };

@@ -5,7 +5,7 @@
 
 const timers = require('timers/promises');
 
-//! Lets time pass in beats for work that belongs to no connection.
+//! Waits in beats, for work that belongs to no connection.
 class Pace {
     #beat;
     #closed = new AbortController();
@@ -15,7 +15,7 @@ class Pace {
         this.#beat = beat;
     }
 
-    //! Gives true after some beats, or false as soon as `signal` or the end of the bridge cuts them short.
+    //! Resolves to true after some beats, or to false as soon as `signal` is aborted or the bridge stops.
     async pass(beats, signal) {
         const ends = new AbortController();
         const end = () => ends.abort();
@@ -34,7 +34,7 @@ class Pace {
         return !ends.signal.aborted;
     }
 
-    //! The bridge ends: nothing waits any longer.
+    //! Ends all waits, when the bridge stops.
     close() {
         this.#closed.abort();
     }

@@ -16,8 +16,8 @@ const KINDS = {
 
 const invalid = (words) => new Failure(words, 'INVALID_PARAMS');
 
-//! Checks the params of a request against its rules, such as {message: 'string', sessionId: 'string?'}; a question
-//! mark means that the key may be left out. Params without a rule are nobody's concern. Throws a Failure.
+//! Checks the params of a request against its rules, such as {message: 'string', sessionId: 'string?'}; keys with a
+//! question mark are optional. Ignores params without a rule. Throws a Failure.
 function checkParams(rules, params) {
     for (const [key, rule] of Object.entries(rules)) {
         const optional = rule.endsWith('?');
@@ -30,13 +30,13 @@ function checkParams(rules, params) {
     }
 }
 
-//! Checks that a number lies from `least` to `most`. Throws a Failure.
+//! Checks that a number is in the range from `least` to `most`. Throws a Failure.
 function checkRange(key, value, least, most) {
     if (value < least || value > most)
         throw invalid(`The parameter "${key}" must be from ${least} to ${most}`);
 }
 
-//! Checks that a value is one of some words. Throws a Failure.
+//! Checks that a value is one of the given words. Throws a Failure.
 function checkOneOf(key, value, words) {
     if (!words.includes(value))
         throw invalid(`The parameter "${key}" must be one of: ${words.join(', ')}`);

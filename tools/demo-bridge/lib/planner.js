@@ -3,7 +3,7 @@
 
 'use strict';
 
-// Words to steps. No model stands behind it: a wish is cut into parts, and a part chooses its step by the words in it.
+// Makes a plan from text, without a model: the text is split into parts, and keywords select the step of each part.
 
 const { findCapability } = require('./capabilities');
 const { cut, oneLine } = require('./text');
@@ -50,7 +50,7 @@ const RULES = [
     { pattern: /\b(?:shut ?down|power off)\b/, plan: () => step('power.shutdown') },
     { pattern: /\bdelete\b/, plan: () => step('file.delete') },
     { pattern: /\binstall\b/, plan: () => step('package.install') },
-    // Before the next one, for windows may be "open".
+    // Before the next one, because windows may be "open".
     { pattern: /\bwindows\b/, plan: () => step('window.list') },
     { pattern: /\b(?:open|launch|start) (?:the )?(.+)/, plan: ([, name]) => step('app.launch', { name }) },
     {
@@ -75,8 +75,8 @@ function stepFor(part) {
 
 const refused = (summary, reason) => ({ allowed: false, requiresApproval: false, plan: [], summary, reason });
 
-//! A plan for a wish. It is not allowed where no step was found, or one is never done; only one that merely reads runs
-//! without approval.
+//! The plan for a text. It isn't allowed if no step was found or one of them is denied. It requires approval unless all
+//! steps only read.
 function makePlan(message) {
     const wish = oneLine(message.slice(0, MAX_WISH));
     const summary = cut(wish, MAX_SUMMARY);

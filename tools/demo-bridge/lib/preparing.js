@@ -7,8 +7,8 @@ const { Failure } = require('./frames');
 
 const refusal = (error, { id, name, status }) => ({ ok: false, error, workspace: { id, name, status } });
 
-//! Prepares a workspace: opens its apps on the made-up desktop, as a plan that enters the audit trail. What stands in
-//! its way is part of the result; only an unknown workspace is a Failure.
+//! Prepares a workspace: opens its apps on the simulated desktop, as a plan that is added to the audit trail. Obstacles
+//! are part of the result; only an unknown workspace is a Failure.
 async function prepare({ workspaces, executor, runtime }, { workspaceId, dryRun = false }) {
     const template = workspaces.get(workspaceId);
     if (template.status !== 'active')

@@ -11,7 +11,7 @@ const MINUTE_MS = 60 * 1000;
 const YEAR_MS = 366 * 24 * 60 * MINUTE_MS;
 const MAX_TEXT = 1000;
 
-//! Pending reminders. One whose time has come leaves the list; nobody is reminded.
+//! Pending reminders. A reminder that is due is removed; nothing else happens.
 class Reminders {
     #now;
     #rows = new Store({ noun: 'reminder', code: 'REMINDER_NOT_FOUND', prefix: 'rem' });
@@ -22,7 +22,7 @@ class Reminders {
         this.schedule({ title: 'Stretch', message: 'Time to get up for a moment.', delayMs: 45 * MINUTE_MS });
     }
 
-    //! What is still to come, the next first: `fire_at` in milliseconds since 1970, `remaining_ms` until then.
+    //! Pending reminders, next first; `fire_at` is in milliseconds since 1970, `remaining_ms` is the time until then.
     list() {
         this.#dropDue();
         return this.#rows.all()

@@ -5,7 +5,7 @@
 
 const { oneLine } = require('./text');
 
-//! A rewrite of a voice transcript comes as an ordinary chat with the agent "chat" and this frame around the words.
+//! A request to rephrase a transcript is a chat with the agent "chat" and this text around the transcript.
 const REQUEST = /^You are a text-only assistant\. Do NOT execute any actions or tools\. Rephrase [^\n]*\n\n"([^]*)"$/;
 
 const FILLERS = /(?<![\p{L}\p{N}])(?:u+m+|u+h+|e+rm*|hm+|you know|i mean)(?![\p{L}\p{N}])[,.…]*/giu;
@@ -20,7 +20,7 @@ function transcriptOf({ message, agent }) {
     return match ? match[1] : null;
 }
 
-//! The transcript as a clean sentence: without filler words and stutters, with a capital and a full stop.
+//! The transcript as a clean sentence: without filler words and stutters, capitalised and with a full stop.
 function cleanUp(transcript) {
     const words = oneLine(transcript.replace(FILLERS, ' '))
         .replace(REPEATED_WORD, '$1')
@@ -28,7 +28,7 @@ function cleanUp(transcript) {
         .replace(/^[,.;: ]+/, '');
     if (!words)
         return oneLine(transcript);
-    const [first] = words; // a whole character, also beyond the basic plane
+    const [first] = words; // a whole code point, even outside the BMP
     const sentence = first.toLocaleUpperCase('en') + words.slice(first.length);
     return ENDS_SENTENCE.test(sentence) ? sentence : `${sentence}.`;
 }

@@ -3,7 +3,7 @@
 
 'use strict';
 
-// Reports on the bridge, which are true, and on the machine, which are made up and move.
+// Reports about the bridge, which are real, and about the machine, which are made up and vary.
 
 const { POWER_PROFILES } = require('./desktop');
 
@@ -13,11 +13,11 @@ const KEPT = 50;
 
 const megabytes = (bytes) => Math.round(bytes / MB);
 
-//! A figure that swings about `base`, once in `period` seconds.
+//! A value that oscillates around `base` with a period of `period` seconds.
 const wave = (seconds, base, swing, period) =>
     Math.round((base + swing * Math.sin((2 * Math.PI * seconds) / period)) * 10) / 10;
 
-//! How busy this process was since the last reading, in percent of one processor.
+//! The processor use of this process since the last call, in percent of one core.
 class CpuGauge {
     #lastUsage = process.cpuUsage();
     #lastTime = process.hrtime.bigint();
@@ -27,7 +27,7 @@ class CpuGauge {
         const time = process.hrtime.bigint();
         const usage = process.cpuUsage(this.#lastUsage);
         const elapsed = Number(time - this.#lastTime) / 1000;
-        if (elapsed >= 1000) { // microseconds; anything shorter says nothing
+        if (elapsed >= 1000) { // microseconds; a shorter interval is too inexact
             this.#percent = Math.min(100, Math.round(((usage.user + usage.system) / elapsed) * 1000) / 10);
             this.#lastUsage = process.cpuUsage();
             this.#lastTime = time;
@@ -36,7 +36,7 @@ class CpuGauge {
     }
 }
 
-//! All reports, each an object that goes out whole.
+//! All reports. Each is sent as a whole.
 class Reports {
     #house;
     #cpu = new CpuGauge();

@@ -13,7 +13,7 @@ const GATINGS = ['require_approval', 'auto_safe', 'off'];
 
 const action = (id, label) => ({ id, label });
 
-//! Proposed in turns, so that both kinds can be seen.
+//! Proposed alternately, so that both kinds can be seen.
 const SUGGESTIONS = [
     {
         id: 'sug_focus_dev',
@@ -35,11 +35,11 @@ const SUGGESTIONS = [
     },
 ];
 
-//! What a client makes a notification of.
+//! The part of a suggestion that a client shows as a notification.
 const notification = ({ id, title, body, actions, suggestionType, workspaceId }) =>
     ({ title, body, actions, suggestionType, suggestionId: id, workspaceId });
 
-//! The part that acts on suggestions: its settings, its jobs and what it proposes.
+//! The AI runtime: its settings, jobs and suggestions.
 class AiRuntime {
     #house;
     #now;
@@ -78,7 +78,7 @@ class AiRuntime {
         };
     }
 
-    //! Sets one setting by its text. Throws a Failure for what it can't be.
+    //! Sets a setting from text. Throws a Failure if the value is invalid.
     set(key, value) {
         checkOneOf('key', key, Object.keys(this.#settings));
         if (key === 'runtimeEnabled') {
@@ -90,7 +90,7 @@ class AiRuntime {
         }
     }
 
-    //! Counts one execution, unless the gate is closed; gives why, or an empty text.
+    //! Counts one execution. Returns why it is refused, or an empty text.
     admit() {
         if (this.#settings.executionGating !== 'off' && this.#executionsThisHour() >= MAX_PER_HOUR)
             return `No more than ${MAX_PER_HOUR} executions an hour`;
@@ -120,7 +120,7 @@ class AiRuntime {
         return { mode: 'embedded', runtimePid: connected ? process.pid : 0, connected };
     }
 
-    //! Looks whether there is something to propose. `notified` is true when the client is to show it.
+    //! Checks for a suggestion. `notified` is true if the client should show it.
     check({ ignoreDnd = false, dryRun = false }) {
         this.endJob(this.beginJob('workspace.analysis'), '');
         ++this.#checks;
@@ -129,7 +129,7 @@ class AiRuntime {
 
         if (!this.#settings.runtimeEnabled)
             return nothing('runtime_disabled');
-        // One that was dismissed silences the others too: whoever dismisses wants to be left alone.
+        // Intentional: dismissing one suggestion silences the others too.
         if (this.#dismissed.size)
             return nothing('no_suggestions');
         const suggestion = SUGGESTIONS[this.#proposed % SUGGESTIONS.length];
@@ -153,7 +153,7 @@ class AiRuntime {
         this.#dismissed.add(suggestionId);
     }
 
-    //! Forgets what was dismissed and gives how many there were.
+    //! Clears the dismissed suggestions and returns their number.
     clearDismissed() {
         const cleared = this.#dismissed.size;
         this.#dismissed.clear();

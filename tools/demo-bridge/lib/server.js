@@ -14,13 +14,13 @@ const { openListeners } = require('./listeners');
 const PATH = '/ws';
 const MAX_FRAME_BYTES = 16 * 1024 * 1024;
 const GOING_AWAY = 1001;
-const GRACE_MS = 250; // for the closing handshake of clients, before their connections are cut
+const GRACE_MS = 250; // for the closing handshake, before connections are closed
 
-//! The status that an upgrade request is refused with, or 0.
+//! The HTTP status with which an upgrade request is refused, or 0.
 function refusal(request) {
     if (request.url.split('?', 1)[0] !== PATH)
         return 404;
-    // Only browsers send an origin, and no web page has any business here.
+    // Only browsers send an origin, and web pages must not connect.
     if (request.headers.origin !== undefined)
         return 403;
     return 0;
@@ -37,7 +37,7 @@ function answerPlainRequest(request, response) {
     response.end(`${http.STATUS_CODES[status]}\n`);
 }
 
-//! Starts serving. Gives `urls` and `stop()`; rejects with the system's error when the port cannot be had.
+//! Starts the server. Resolves to `urls` and `stop()`; rejects with the system's error if the port is in use.
 async function start(settings) {
     const { port, servers, shown, missing } = await openListeners(settings.port);
     const house = new House(settings);
@@ -65,7 +65,7 @@ async function start(settings) {
     for (const address of missing)
         log.note(`${address} is not available on this machine, so the demo bridge does without it`);
 
-    //! Ends within GRACE_MS, whatever the clients do.
+    //! Stops within GRACE_MS, whatever the clients do.
     async function stop() {
         house.close();
         const closed = servers.map((server) => new Promise((resolve) => server.close(resolve)));

@@ -15,7 +15,7 @@ const MAX_NAME = 200;
 const MAX_GIVEN_NAME = 40;
 const UNNAMED = 'New session';
 
-//! A conversation. It is named after its first prompt unless somebody named it before.
+//! A conversation. Its name is that of its first prompt by default.
 class Session {
     id = `ses_${crypto.randomBytes(8).toString('hex')}`;
     name = UNNAMED;
@@ -31,17 +31,17 @@ class Session {
     }
 }
 
-//! All sessions, in memory, shared by all clients. Ids are random: a client that kept one from an earlier run must not
-//! land in somebody else's conversation.
+//! All sessions, in memory, shared by all clients. Ids are random, so that an id from an earlier run never matches another
+//! conversation.
 class SessionStore {
     #byId = new Map(); // least recently used first
 
-    //! A new session that nobody sees yet; `keep` puts it into the list.
+    //! A new session, which is not listed until `keep`.
     draft() {
         return new Session();
     }
 
-    //! Puts a session into the list, or to its top. The least recently used one goes when there are too many.
+    //! Adds a session to the list or moves it to the top. Removes the least recently used one if there are too many.
     keep(session) {
         this.#byId.delete(session.id);
         this.#byId.set(session.id, session);
@@ -54,7 +54,7 @@ class SessionStore {
         return this.#byId.get(id);
     }
 
-    //! The session; throws a Failure when there is none.
+    //! The session of an id. Throws a Failure if there is none.
     get(id) {
         const session = this.find(id);
         if (!session)

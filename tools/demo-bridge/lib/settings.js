@@ -3,15 +3,15 @@
 
 'use strict';
 
-//! The variables that hold a whole number; an empty one counts as unset.
+//! The variables with an integer; an empty one counts as unset.
 const NUMBERS = [
-    // 0 asks for any free port; the line that the bridge prints then tells which.
+    // 0 uses any free port, which the bridge prints.
     { key: 'port', variable: 'LOOMRA_BRIDGE_PORT', least: 0, most: 65535, preset: 8765 },
-    // The length of one beat; every scenario counts its pauses in beats.
+    // The length of a beat, the unit of all pauses in scenarios.
     { key: 'beat', variable: 'LOOMRA_DEMO_DELAY_MS', least: 0, most: 60000, preset: 1000 },
 ];
 
-const ON = '1'; // what switches on that which is off otherwise
+const ON = '1'; // enables what is disabled by default
 
 function readNumber({ variable, least, most, preset }, env) {
     const text = (env[variable] ?? '').trim();
@@ -23,13 +23,13 @@ function readNumber({ variable, least, most, preset }, env) {
     return value;
 }
 
-//! On unless switched off: everything but "0" and "false" (in any case) means yes, also an unset variable.
+//! Enabled by default: any value but "0" and "false" (ignoring case) means yes.
 function readSwitch(text = '') {
     return text !== '0' && text.toLowerCase() !== 'false';
 }
 
-//! Reads the environment once: `port`, `beat` (milliseconds), `executorPathEnabled`, `workspaceIntel` and `aiRuntime`.
-//! Throws an Error whose message is fit for the user when a number makes no sense.
+//! Parses the environment: `port`, `beat` (milliseconds), `executorPathEnabled`, `workspaceIntel` and `aiRuntime`.
+//! Throws an Error with a message for the user if a number is invalid.
 function readSettings(env) {
     const settings = {
         executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),

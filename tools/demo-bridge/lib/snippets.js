@@ -3,7 +3,7 @@
 
 'use strict';
 
-// Code that looks written on purpose, from templates: no model stands behind it.
+// Code from templates, without a model.
 
 const { cut, oneLine } = require('./text');
 
@@ -38,7 +38,7 @@ const languageOf = (name) => {
     return Object.hasOwn(LANGUAGES, known) ? LANGUAGES[known] : LANGUAGES.javascript;
 };
 
-//! A name for a function, out of the first words of a prompt that fit into one.
+//! A function name from the first words of a prompt that are valid in one.
 function nameWords(prompt) {
     const words = prompt.toLowerCase().match(/[a-z][a-z0-9]*/g) ?? [];
     return words.length ? words.slice(0, MAX_WORDS) : ['demo'];
@@ -46,10 +46,10 @@ function nameWords(prompt) {
 
 const remark = ({ remark: mark }, text) => `${mark} ${cut(oneLine(text), MAX_REMARK)}\n`;
 
-//! A piece of code that carries the prompt as its remark. An unknown language reads as JavaScript.
+//! Code with the prompt as its comment. An unknown language means JavaScript.
 function generate(prompt, languageName) {
     const language = languageOf(languageName);
-    // Prefixed, so that a prompt that is one reserved word still makes a name.
+    // Prefixed, so that a reserved word makes a valid name.
     return remark(language, prompt) + language.body(['make', ...nameWords(prompt)]);
 }
 
@@ -61,12 +61,12 @@ const EDITS = [
     { pattern: /\bremove\b.*\b(?:blank|empty) lines\b/i, edit: (code) => code.replace(/^[ \t]*\r?\n/gm, '') },
     {
         pattern: /\bremove\b.*\btrailing (?:blanks|spaces|white ?space)\b/i,
-        edit: (code) => code.replace(/(?<![ \t])[ \t]+$/gm, ''), // from where a run begins: no run is tried twice
+        edit: (code) => code.replace(/(?<![ \t])[ \t]+$/gm, ''), // the lookbehind keeps this linear
     },
     { pattern: /\btabs to spaces\b/i, edit: (code) => code.replace(/\t/g, '    ') },
 ];
 
-//! Does what it understands of an instruction; anything else it only writes above the code, as a remark.
+//! Follows the instructions that it knows; others become a comment above the code.
 function edit(code, instruction, languageName) {
     for (const { pattern, edit: change } of EDITS) {
         const match = pattern.exec(instruction.slice(0, MAX_INSTRUCTION));

@@ -11,8 +11,8 @@ const { cut } = require('./text');
 const MAX_SHOWN_ID = 100;
 const MAX_ROW = 100000; // characters as JSON
 
-//! Rows in memory by an id that they get here, oldest first. `noun` names a row in messages ("an automation"),
-//! `code` is the code of the failure when there is none, `prefix` begins the ids.
+//! Rows in memory, oldest first, by an id that the store assigns. `noun` is a row's name in messages ("an automation"),
+//! `code` is the error code for an unknown id, `prefix` begins each id.
 class Store {
     #byId = new Map();
     #facts;
@@ -21,7 +21,7 @@ class Store {
         this.#facts = { limit: 500, ...facts };
     }
 
-    //! Keeps a row and gives it, its id included. Throws a Failure for one that is too big, or one too many.
+    //! Adds a row and returns it with its id. Throws a Failure if the row is too big or the store is full.
     add(row) {
         if (this.#byId.size >= this.#facts.limit)
             throw new Failure(`The demo bridge keeps no more than ${this.#facts.limit} of these`, 'FULL');
@@ -31,7 +31,7 @@ class Store {
         return kept;
     }
 
-    //! The row; throws a Failure when there is none.
+    //! The row of an id. Throws a Failure if there is none.
     get(id) {
         const row = this.#byId.get(id);
         if (!row)
@@ -40,7 +40,7 @@ class Store {
         return row;
     }
 
-    //! Replaces some fields of a row and gives it. Throws a Failure when there is none, or it gets too big.
+    //! Replaces some fields of a row and returns it. Throws a Failure if there is no such row or it gets too big.
     change(id, fields) {
         const row = this.get(id);
         this.#checkSize({ ...row, ...fields });
@@ -52,7 +52,7 @@ class Store {
         this.#byId.delete(id);
     }
 
-    //! Forgets the oldest row when the store is full, for stores that never refuse one.
+    //! Removes the oldest row if the store is full, for stores that never refuse a new one.
     makeRoom() {
         if (this.#byId.size >= this.#facts.limit)
             this.#byId.delete(this.#byId.keys().next().value);

@@ -3,7 +3,7 @@
 
 'use strict';
 
-//! The first `limit` code units of a text, never half of a surrogate pair, with an ellipsis where something was cut.
+//! The first `limit` code units of a text, with an ellipsis if it was truncated. Never splits a surrogate pair.
 function cut(text, limit) {
     if (text.length <= limit)
         return text;
@@ -12,7 +12,7 @@ function cut(text, limit) {
     return `${text.slice(0, splitsPair ? limit - 1 : limit)}…`;
 }
 
-//! All white space, line breaks too, as single blanks.
+//! Replaces each run of whitespace, including line breaks, by one space.
 const oneLine = (text) => text.replace(/\s+/g, ' ').trim();
 
 module.exports = { cut, oneLine };

@@ -8,23 +8,23 @@ const { invalid } = require('./params');
 const MAX_TOKEN = 4096;
 const MAX_PROVIDERS = 100;
 const SHOWN_END = 4;
-const LEAST_TO_SHOW = 12; // of a shorter token its end would give too much away
+const LEAST_TO_SHOW = 12; // the end of a shorter token would reveal too much
 
 const mask = (token) => (token.length < LEAST_TO_SHOW ? '••••' : `••••${token.slice(-SHOWN_END)}`);
 
 const keyOf = (provider) => `${provider.toUpperCase().replace(/[^A-Z0-9]+/g, '_')}_API_KEY`;
 
-//! What is known of the tokens of providers. Nothing here uses a token, so none is kept, only how it ends.
+//! The tokens of providers. Nothing uses them, so only the end of each token is kept.
 class Tokens {
     #byProvider = new Map();
 
-    //! `providers` are the names that are told also without a token.
+    //! `providers` are the names that are listed even without a token.
     constructor(providers) {
         for (const provider of providers)
             this.#byProvider.set(provider, { tokenKey: keyOf(provider), masked: '' });
     }
 
-    //! Takes a token and gives the status of its provider. Throws a Failure for what can be none.
+    //! Sets a token and returns the status of its provider. Throws a Failure if the token is malformed.
     set(given, givenToken, givenKey = '') {
         const [provider, token, tokenKey] = [given, givenToken, givenKey].map((text) => text.trim());
         if (!/^[\w.-]{1,64}$/.test(provider))
@@ -43,7 +43,7 @@ class Tokens {
         return Boolean(this.#byProvider.get(provider)?.masked);
     }
 
-    //! The status of one provider, also of an unknown one.
+    //! The status of a provider, even of an unknown one.
     status(provider) {
         const { tokenKey, masked } = this.#byProvider.get(provider) ?? { tokenKey: keyOf(provider), masked: '' };
         return { provider, configured: masked !== '', tokenKey, masked };

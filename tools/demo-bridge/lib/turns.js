@@ -11,7 +11,7 @@ const MAX_OPEN = 200;
 
 const cancelledFailure = () => new frames.Failure('The request was cancelled', 'CANCELLED');
 
-//! One running prompt, as its scenario sees it: what was asked, where, and the means to send events and let time pass.
+//! One running prompt, as its scenario sees it: the prompt, its session, and functions to send events and to wait.
 class Turn {
     #connection;
     #beat;
@@ -30,12 +30,12 @@ class Turn {
         this.history = session.messages.slice();
     }
 
-    //! Sends a notice to the client that asked.
+    //! Sends an event to the client of this prompt.
     event(name, fields) {
         this.#connection.send(frames.event(name, fields));
     }
 
-    //! Sends a frame that no well-behaved bridge would send.
+    //! Sends a frame as it is, even a malformed one.
     sendText(text) {
         this.#connection.sendText(text);
     }
@@ -44,21 +44,21 @@ class Turn {
         this.#connection.hangUp();
     }
 
-    //! Lets some beats pass. Rejects with a Failure as soon as the turn is cancelled.
+    //! Waits some beats. Rejects with a Failure as soon as the turn is cancelled.
     async pause(beats) {
         await this.#wait(beats, this.#cancelled.signal);
         if (this.#cancelled.signal.aborted)
             throw cancelledFailure();
     }
 
-    //! Lets some beats pass, cancelled or not. Rejects when the client leaves.
+    //! Waits some beats, even if the turn is cancelled. Rejects if the client disconnects.
     async pauseRegardless(beats) {
         await this.#wait(beats, this.#closed.signal);
         if (this.#closed.signal.aborted)
             throw cancelledFailure();
     }
 
-    //! Resolves at the cancel, or after some beats without one.
+    //! Resolves when the turn is cancelled, or after some beats.
     async untilCancelled(beats) {
         await this.#wait(beats, this.#cancelled.signal);
     }
@@ -94,7 +94,7 @@ class Turns {
         this.#beat = beat;
     }
 
-    //! Runs `play(turn)` as a turn of its own and gives what it gives.
+    //! Runs `play(turn)` as a new turn and returns its result.
     async run(facts, play) {
         if (this.#open.size >= MAX_OPEN)
             throw new frames.Failure('Too many prompts are open on this connection', 'BUSY');
@@ -107,8 +107,8 @@ class Turns {
         }
     }
 
-    //! Cancels what belongs to a session, or everything when none is named. A turn that started its session is always
-    //! meant: its client cannot know the session's id yet. Gives the number of turns.
+    //! Cancels the turns of a session, or all if none is given, and returns their number. A turn that started its session
+    //! is always included, because its client can't know the session's id yet.
     cancel(sessionId) {
         const meant = [...this.#open].filter(
             (turn) => !sessionId || turn.startsSession || turn.session.id === sessionId);
@@ -116,7 +116,7 @@ class Turns {
         return meant.length;
     }
 
-    //! The client has left: everything ends.
+    //! Ends all turns, when the client disconnects.
     closeAll() {
         this.#open.forEach((turn) => turn.close());
     }

@@ -14,7 +14,7 @@ const isSwitch = (value) => value === 'true' || value === 'false';
 const isCount = (value) => /^[1-9]\d{0,3}$/.test(value);
 const isShare = (value) => /^(?:0(?:\.\d{1,6})?|1(?:\.0{1,6})?)$/.test(value);
 
-//! The settings, which are texts on the wire and here.
+//! The settings. Their values are texts, as on the wire.
 const SETTINGS = [
     { key: 'observationEnabled', preset: 'true', fits: isSwitch, words: '"true" or "false"' },
     { key: 'retentionDays', preset: '30', fits: isCount, words: 'a number of days' },
@@ -32,7 +32,7 @@ const templates = () => [
     workspace(4, 'photo-evening', 'Photo evening', 'Sort the pictures of the week.', ['Photos']),
 ];
 
-//! A row as the clients see it. One template writes its rules as text, for clients read both forms.
+//! A row as clients see it. One template has its rules as text, because clients accept both forms.
 function shownRow({ slug, apps, ...row }) {
     const rules = { slug, apps };
     return slug === 'research'
@@ -40,7 +40,7 @@ function shownRow({ slug, apps, ...row }) {
         : { ...row, behaviorRules: rules };
 }
 
-//! What was learned of the user's workspaces: all of it made up, but what is switched stays switched.
+//! Workspaces as if learned from the user. All of it is made up, but changes are kept.
 class Workspaces {
     #templates = templates();
     #settings = new Map(SETTINGS.map(({ key, preset }) => [key, preset]));
@@ -49,7 +49,7 @@ class Workspaces {
         return Object.fromEntries(this.#settings);
     }
 
-    //! Sets one setting. Throws a Failure for an unknown key and for a value that it can't have.
+    //! Changes a setting. Throws a Failure if the key is unknown or the value invalid.
     set(key, value) {
         const setting = SETTINGS.find((each) => each.key === key);
         if (!setting)
@@ -59,7 +59,7 @@ class Workspaces {
         this.#settings.set(key, value);
     }
 
-    //! How long the apps were used in the last so many days.
+    //! The time for which each app was used in the last days.
     dwell(days = DEFAULT_DAYS) {
         checkRange('days', days, 1, MAX_DAYS);
         const apps = HOURS_A_DAY.map(([app, hours]) => ({ app, hours: Math.round(hours * days * 10) / 10 }));
@@ -70,12 +70,12 @@ class Workspaces {
         return this.#templates.map(shownRow);
     }
 
-    //! The template of an id; throws a Failure when there is none.
+    //! The template of an id. Throws a Failure if there is none.
     get(id) {
         return this.#find((each) => each.id === id, `id ${id}`);
     }
 
-    //! Switches the template of a slug, of an id, or of both.
+    //! Enables or disables the template with this slug, this id, or both.
     enable({ slug, id, enabled }) {
         if (slug === undefined && id === undefined)
             throw invalid('One of the parameters "slug" and "id" must be there');

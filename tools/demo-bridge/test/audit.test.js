@@ -10,7 +10,7 @@ const { CAPABILITIES } = require('../lib/capabilities');
 const { Desktop } = require('../lib/desktop');
 const { test } = require('./support/timed');
 
-//! Params that change something, for each capability that changes anything that can be set back.
+//! Params with an effect, for each capability that can be undone.
 const CHANGES = {
     'audio.volume.set': { level: 1 },
     'audio.volume.mute': { mute: true },

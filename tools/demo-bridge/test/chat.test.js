@@ -8,7 +8,7 @@ const assert = require('assert/strict');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
 
-// A beat so long that nothing which pauses ends by itself.
+// So long that no pause ends during a test.
 const FOREVER = { LOOMRA_DEMO_DELAY_MS: '60000' };
 
 const running = (client) => client.until(({ type }) => type === 'event');
@@ -128,7 +128,7 @@ test('a transcript is rewritten in its session and leaves no trace there', async
     assert.equal((await client.result('loadMessages', { sessionId })).messages.length, 2);
     assert.deepEqual(client.events, []);
 
-    // Without a session it starts one, for the client goes on with what the reply names.
+    // Without a session it starts one, because the client continues with the one in the reply.
     const other = await rewrite('open it');
     assert.notEqual(other.sessionId, sessionId);
     assert.equal((await client.chat('light', { sessionId: other.sessionId })).sessionId, other.sessionId);

@@ -134,7 +134,7 @@ test('bytes that break the protocol close only their own connection', async (t) 
         socket.on('error', () => {});
         socket.write(Buffer.from(bytes, 'latin1'));
         socket.resume();
-        // The end of ours would close it as well: what is waited for is the bridge's.
+        // Our own end would close the socket too, so wait for the bridge's.
         await Promise.race([once(socket, 'end'), once(socket, 'close')]);
         socket.destroy();
     }

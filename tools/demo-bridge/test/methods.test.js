@@ -24,7 +24,7 @@ const NAMES = ['chat', 'cancel', 'messageFeedback', 'handleStructuredUiAction', 
 
 const ALL_ON = { LOOMRA_WORKSPACE_INTEL: '1', LOOMRA_AI_RUNTIME: '1' };
 
-//! Values of the right kind, and some of every other.
+//! Values of the right type, and some of each other type.
 const RIGHT = {
     string: 'x', text: 'x', integer: 1, boolean: true, object: {}, objects: [{}],
 };

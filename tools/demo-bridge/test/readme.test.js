@@ -14,7 +14,7 @@ const README = fs.readFileSync(path.join(__dirname, '..', 'README.md'), 'utf8');
 const LINES = [...README.matchAll(/^(→|←) (\{.*\})$/gm)].map(([, arrow, text]) => ({ isRequest: arrow === '→', text }));
 const ID = /\b(?:act|auto|rem|ses)_[0-9a-f]+/;
 
-//! Made-up ids in the text, by those that really came.
+//! Maps an id of the document to the actual one.
 function learnIds(told, real, ids) {
     const [made] = ID.exec(told) ?? [];
     const [came] = ID.exec(real) ?? [];
@@ -24,7 +24,7 @@ function learnIds(told, real, ids) {
 
 const withIds = (text, ids) => [...ids].reduce((all, [made, came]) => all.replaceAll(made, came), text);
 
-//! Times differ from run to run: only that they are there counts.
+//! Times differ in each run, so only their presence is compared.
 const timeless = (text) => JSON.parse(text, (key, value) => (/Ms$/.test(key) && Number.isFinite(value) ? 0 : value));
 
 test('the examples of the README are what really happens', async (t) => {

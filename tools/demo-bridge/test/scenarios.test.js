@@ -21,7 +21,7 @@ before(async () => {
 });
 after(() => bridge.stop());
 
-//! Sends a prompt on a connection of its own; gives its reply and what else came.
+//! Sends a prompt on a new connection; resolves to its reply and the other frames.
 async function ask(prompt) {
     const client = await bridge.connect();
     const id = client.post('chat', { message: prompt });
@@ -191,7 +191,7 @@ test('"twice" answers two times', async () => {
 test('"silence" never answers', async () => {
     const client = await bridge.connect();
     const id = client.post('chat', { message: 'silence' });
-    // An answer would be there before that of a later prompt of the same pace.
+    // A reply would arrive before that of a later prompt with the same pace.
     await client.chat('plain');
     await client.chat('plain');
     assert.ok(!client.messages.some((message) => message.id === id));

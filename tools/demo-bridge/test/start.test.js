@@ -63,7 +63,7 @@ for (const [variable, value] of [['LOOMRA_BRIDGE_PORT', 'eight'], ['LOOMRA_DEMO_
     });
 }
 
-// Containers tend to open all ports to everybody.
+// Containers often publish all ports.
 const firstFreeForAll = Number(fs.readFileSync('/proc/sys/net/ipv4/ip_unprivileged_port_start', 'utf8'));
 const mayListenAnywhere = process.getuid() === 0 || firstFreeForAll <= 1;
 
@@ -88,7 +88,7 @@ for (const signal of ['SIGTERM', 'SIGINT']) {
         await working.until(({ type }) => type === 'event');
         const idle = await bridge.connect(bridge.otherHost);
 
-        // One that never answers the closing handshake, one that never says anything, one that asks half a question.
+        // A client without the closing handshake, a silent one, and one with half a request.
         const deaf = await bridge.connect();
         deaf.socket._socket.pause();
         const mute = net.connect(bridge.port, '127.0.0.1');
@@ -99,7 +99,7 @@ for (const signal of ['SIGTERM', 'SIGINT']) {
         }
         half.write('GET /ws HTTP/1.1\r\nHost: x\r\n');
 
-        // Waiting for any of them, or for the chat's pause, would outlast the test.
+        // Waiting for any of them, or for the chat's pause, would exceed the timeout.
         assert.deepEqual(await bridge.stop(signal), { code: 0, signal: null });
         assert.equal(await idle.closed, 1001);
         assert.equal(await working.closed, 1001);
@@ -128,7 +128,7 @@ test('it outlives whoever read its output', async (t) => {
     assert.equal((await client.chat('plain')).response, 'This is a plain answer.');
 });
 
-//! The status of a refused upgrade, once the connection is closed after it.
+//! The status of a refused upgrade, after the connection is closed.
 async function refusal(url, options) {
     const socket = new WebSocket(url, options);
     const [request, response] = await once(socket, 'unexpected-response');

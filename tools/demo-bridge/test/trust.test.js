@@ -8,7 +8,7 @@ const assert = require('assert/strict');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
 
-const LONG_BEAT = { LOOMRA_DEMO_DELAY_MS: '60000' }; // a step that nothing but a stop ends
+const LONG_BEAT = { LOOMRA_DEMO_DELAY_MS: '60000' }; // such a step ends only by a stop
 
 const step = (capabilityId, params) => ({ capabilityId, params });
 const dark = step('theme.apply', { name: 'Breeze Dark' });

@@ -69,7 +69,7 @@ const SENTENCES = [
 for (const [heard, clean] of SENTENCES)
     test(`the transcript "${heard}" is cleaned up`, () => assert.equal(rephrase.cleanUp(heard), clean));
 
-// A rule that tried every way of reading such a text would not come back in time for the runner, or run out of stack.
+// Backtracking on such a text would exceed the timeout or the stack.
 test('cleaning up comes to its end, whatever was said', () => {
     const many = (bit) => bit.repeat(200000);
     for (const [said, clean] of [
@@ -83,7 +83,7 @@ test('cleaning up comes to its end, whatever was said', () => {
         [many('I mean'), 'I meanI mean.'],
         [many('\n'), ''],
     ])
-        assert.ok(rephrase.cleanUp(said) === clean, said.slice(0, 6)); // not told whole
+        assert.ok(rephrase.cleanUp(said) === clean, said.slice(0, 6)); // not printed as a whole
 });
 
 test('the store forgets the least recently used session and the oldest messages', () => {
@@ -122,7 +122,7 @@ test('a port that is taken at the second address is taken', { skip: withoutIPv6 
     const { port } = other.address();
     await assert.rejects(openListeners(port), { code: 'EADDRINUSE' });
 
-    // The first address was given back.
+    // The first address was released.
     const again = net.createServer().listen(port, '127.0.0.1');
     await once(again, 'listening');
     await closeAll([again]);

@@ -9,7 +9,7 @@ const { reply } = require('../outcomes');
 const DEFAULT_LANGUAGE = 'javascript';
 const ROOT = '.';
 
-//! The language that the context of an edit names, when it does.
+//! The language that the context of an edit names, if any.
 const languageIn = ({ language } = {}) => (typeof language === 'string' ? language : DEFAULT_LANGUAGE);
 
 const generateCode = ({ params: { prompt, language = DEFAULT_LANGUAGE } }) =>

@@ -3,8 +3,8 @@
 
 'use strict';
 
-// A method is a row: `name`, `params` (rules, none where it takes none), `needs` (settings that must be on) and
-// `perform`, which gets {id, params, connection, house} and gives an outcome.
+// A method is a row: `name`, `params` (rules, absent without params), `needs` (settings that must be enabled) and
+// `perform`, which takes {id, params, connection, house} and returns an outcome.
 
 const { Failure } = require('../frames');
 const { cut } = require('../text');
@@ -28,7 +28,7 @@ const NEEDS = {
 
 const byName = new Map(METHODS.map((method) => [method.name, { params: {}, needs: [], ...method }]));
 
-//! The row of a method. Throws a Failure for one that is unknown, or that these settings leave off.
+//! The row of a method. Throws a Failure if it is unknown or disabled by the settings.
 function findMethod(name, settings) {
     const method = byName.get(name);
     if (!method)

@@ -87,7 +87,7 @@ module.exports = [
         perform: ({ house }) => reply({ ok: true, cleared: house.runtime.clearDismissed() }),
     },
 
-    // Clients ask for these two whatever is switched on.
+    // Clients request these two even if the feature is disabled.
     { name: 'workspaceRuntimeGetHealth', perform: ({ house }) => reply(house.runtime.health()) },
     { name: 'workspaceRuntimeListJobs', perform: ({ house }) => reply({ jobs: house.runtime.jobs() }) },
 ];

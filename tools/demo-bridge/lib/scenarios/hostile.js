@@ -7,7 +7,7 @@ const { Failure } = require('../frames');
 
 const NOWHERE = 'http://127.0.0.1:9/pixel.png';
 
-//! The address that the words point at: the one that the prompt adds, so that a test can listen there.
+//! The address to which the hostile text points: by default a closed port, or the one in the prompt, where a test listens.
 function targetOf(rest) {
     const [word] = rest.split(' ');
     return /^https?:\/\/[^\s"'<>]+$/.test(word) ? word : NOWHERE;

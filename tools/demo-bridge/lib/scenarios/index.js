@@ -3,10 +3,10 @@
 
 'use strict';
 
-// A scenario is a row: `phrases` (what a prompt begins with to choose it; the first is the one that help shows), `about`
-// (for help), `pace` (beats before the answer) and `answer`, either the outcome itself or a function of the turn and of
-// the words after the phrase that gives it. An outcome is {response, ui, followUps, usage}, of which only `response`
-// must be there; `form` chooses another reply form and `payload` replaces the whole result.
+// A scenario is a row: `phrases` (a prompt that begins with one of them selects the scenario; help shows the first),
+// `about` (for help), `pace` (beats before the reply) and `answer`, which is the outcome or a function of the turn and of
+// the text after the phrase. An outcome is {response, ui, followUps, usage}, of which only `response` is required;
+// `form` selects another reply form and `payload` replaces the whole result.
 
 const { cut } = require('../text');
 
@@ -56,13 +56,13 @@ GROUPS[0].scenarios.unshift(help);
 const byPhrase = new Map(GROUPS.flatMap(({ scenarios }) =>
     scenarios.flatMap((scenario) => scenario.phrases.map((phrase) => [phrase.toLowerCase(), scenario]))));
 
-// Longest first, so that "tool tag" is not taken for "tool".
+// Longest first, so that "tool tag" doesn't match "tool".
 const phrases = [...byPhrase.keys()].sort((a, b) => b.length - a.length);
 
 const CONTINUES_WORD = /^[\p{L}\p{N}_-]/u;
 
-//! Chooses by the prompt's first words, in any case, any white space between them counting as one blank.
-//! Gives the scenario and `rest`, the words after the phrase (the whole prompt where none fits).
+//! Selects a scenario by the beginning of the prompt, ignoring case and the amount of whitespace.
+//! Returns the scenario and `rest`, the text after the phrase (the whole prompt if none matches).
 function choose(prompt) {
     const words = prompt.trim().replace(/\s+/g, ' ');
     const lower = words.toLowerCase();
@@ -73,11 +73,11 @@ function choose(prompt) {
     return { scenario: echo, rest: prompt.trim() };
 }
 
-//! Plays the scenario that a prompt chooses and gives its outcome. Rejects with a Failure when it fails or is cancelled.
+//! Plays the scenario of a prompt and resolves to its outcome. Rejects with a Failure if it fails or is cancelled.
 async function play(turn, prompt) {
     const { scenario, rest } = choose(prompt);
     const pace = scenario.pace ?? DEFAULT_PACE;
-    if (pace > 0) // a scenario without a pace begins at once, before a cancel could get in between
+    if (pace > 0) // without a pace it begins at once, before a cancel could arrive
         await turn.pause(pace);
     if (typeof scenario.answer !== 'function')
         return scenario.answer;

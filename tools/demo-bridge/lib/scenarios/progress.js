@@ -8,7 +8,7 @@ const STEPS = ['theme.apply', 'panel.opacity.set', 'kde.notify'];
 const route = (turn, agent) => turn.event('agent.routed', { agent });
 const phase = (turn, name) => turn.event('plan.phase', { phase: name });
 
-//! Goes through the steps of a plan, so many beats each.
+//! Goes through the steps of a plan, with a number of beats for each.
 async function walkPlan(turn, beats) {
     phase(turn, 'executing');
     for (const [index, capabilityId] of STEPS.entries()) {
@@ -43,7 +43,7 @@ async function oneStep(turn) {
     return { response: 'The one step is done.' };
 }
 
-//! Every notice once, also those that a client has no use for.
+//! Every event once, even those that a client ignores.
 async function allEvents(turn) {
     turn.event('ready', {});
     turn.event('weather.changed', { sky: 'blue' });
@@ -70,7 +70,7 @@ async function routed(turn, rest) {
     return { response: 'Another agent has taken this.' };
 }
 
-//! Answers although it was told to stop: some time after the cancel, or of itself when none comes.
+//! Replies in spite of a cancel: some time after it, or by default without one.
 async function late(turn) {
     await turn.untilCancelled(20);
     await turn.pauseRegardless(1);

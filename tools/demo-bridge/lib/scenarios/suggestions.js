@@ -3,7 +3,7 @@
 
 'use strict';
 
-// The prompts that the window itself offers, on its cards and as suggested next steps. What they report is made up.
+// The prompts that the window offers on its cards and as next steps. Their reports are made up.
 
 const { POWER_PROFILES } = require('../desktop');
 const { oneLine } = require('../text');
@@ -14,7 +14,7 @@ const last = (messages, role) => messages.filter((message) => message.role === r
 
 const AGAIN = 'run that again';
 
-//! Repeats the user's last prompt that was not itself a wish to repeat.
+//! Repeats the user's last prompt, skipping those that asked for a repeat.
 function again(turn, rest, play) {
     const earlier = turn.history.filter(
         ({ role, content }) => role === 'user' && !oneLine(content).toLowerCase().startsWith(AGAIN));
@@ -71,7 +71,7 @@ async function focus(turn) {
     return { response: 'The terminal would be in front now, if the demo bridge could touch your windows.' };
 }
 
-//! The dashboard's chips ask for a profile in these words.
+//! The wording of the dashboard's chips for a profile.
 function switchProfile(turn, rest) {
     const profile = POWER_PROFILES.find((name) => rest.toLowerCase() === `${name} power profile`);
     if (!profile)

@@ -3,7 +3,7 @@
 
 'use strict';
 
-//! An answer for which one tool ran.
+//! A reply after one tool has run.
 const ran = (tool, response) => async (turn) => {
     turn.event('tool.executed', { tool, result: 'ok' });
     await turn.pause(0.5);

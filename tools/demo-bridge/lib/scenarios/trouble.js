@@ -10,7 +10,7 @@ const fail = (...facts) => () => {
     throw new Failure(...facts);
 };
 
-//! Frames that belong to no request, and one that is none, before an answer that is as it should be.
+//! Frames that belong to no request, and a malformed one, before a valid reply.
 function noise(turn) {
     const frames = [
         'this is not JSON',

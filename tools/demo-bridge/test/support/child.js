@@ -13,11 +13,11 @@ const { Client } = require('./client');
 
 const BRIDGE = path.join(__dirname, '..', '..', 'bridge.js');
 
-//! Whether this machine has the second address that the bridge listens on; a reason to skip where it has not.
+//! Whether this machine has the second address of the bridge; otherwise the reason to skip a test.
 const hasIPv6 = Object.values(os.networkInterfaces()).flat().some(({ address }) => address === '::1');
 const withoutIPv6 = hasIPv6 ? false : 'this machine has no ::1';
 
-//! An environment without whatever is set for the bridge around the tests.
+//! The environment without the caller's variables for the bridge.
 const clean = (env) => Object.fromEntries(Object.entries(env).filter(([name]) => !name.startsWith('LOOMRA_')));
 
 //! The bridge as a real child process.
@@ -32,7 +32,7 @@ class Child {
         this.ended = once(this.process, 'close').then(([code, signal]) => ({ code, signal }));
     }
 
-    //! Waits for the line that tells the port.
+    //! Waits for the line with the port.
     async listening() {
         const lines = readline.createInterface({ input: this.process.stdout });
         const line = await Promise.race([
@@ -48,32 +48,32 @@ class Child {
         return `ws://${host}:${this.port}${urlPath}`;
     }
 
-    //! A client that has seen "ready".
+    //! A client that has received "ready".
     connect(host) {
         return Client.open(this.url(host));
     }
 
-    //! Ends the child by a signal and gives {code, signal}.
+    //! Ends the child by a signal and resolves to {code, signal}.
     stop(signal = 'SIGTERM') {
         this.process.kill(signal);
         return this.ended;
     }
 
-    //! Waits until a pattern stands on standard error.
+    //! Waits until standard error matches a pattern.
     async complains(pattern) {
         while (!pattern.test(this.errors))
             await once(this.process.stderr, 'data');
     }
 }
 
-//! Starts a bridge on a port of its own, which ends with the test. Unless told otherwise its scenarios don't pause.
+//! Starts a bridge on a free port, which ends with the test. Its scenarios have no pauses by default.
 async function startBridge(t, env = {}) {
     const child = new Child({ LOOMRA_BRIDGE_PORT: '0', LOOMRA_DEMO_DELAY_MS: '0', ...env });
     t.after(() => child.stop('SIGKILL'));
     return child.listening();
 }
 
-//! Runs a bridge that is expected to end by itself; gives {code, output, errors}.
+//! Runs a bridge that should end without a signal; resolves to {code, output, errors}.
 async function runBridge(env) {
     const child = new Child(env);
     const { code } = await child.ended;

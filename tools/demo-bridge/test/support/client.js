@@ -6,7 +6,7 @@
 const { once } = require('events');
 const WebSocket = require('ws');
 
-//! A client of the bridge that keeps every frame it got, in order, and tells requests' replies apart by their id.
+//! A client of the bridge that keeps all received frames in order, and finds the reply to a request by its id.
 class Client {
     frames = []; // texts
     #lastId = 0;
@@ -42,12 +42,12 @@ class Client {
         });
     }
 
-    //! The payloads of the events that came, without those of `name` when given.
+    //! The payloads of the received events, without those of `name` if given.
     get events() {
         return this.messages.filter(({ type }) => type === 'event').map(({ payload }) => payload);
     }
 
-    //! Waits for a message that fits, those that are there included; fails when the connection closes before it.
+    //! Waits for a message that matches, including received ones. Fails if the connection closes before.
     until(fits) {
         return new Promise((resolve, reject) => {
             const waiter = { fits, resolve, reject };
@@ -56,12 +56,12 @@ class Client {
         });
     }
 
-    //! Sends a frame as it stands.
+    //! Sends a frame as it is.
     raw(data, options) {
         this.socket.send(data, options);
     }
 
-    //! Sends a request and gives its id.
+    //! Sends a request and returns its id.
     post(method, params = {}) {
         const id = ++this.#lastId;
         this.raw(JSON.stringify({ id, method, params }));

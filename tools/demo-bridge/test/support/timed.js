@@ -7,7 +7,7 @@ const { test: plainTest } = require('node:test');
 
 const LIMIT_MS = 30000;
 
-//! A test that fails by its name when what it waits for never comes.
+//! A test with a timeout, whose failure names the test.
 function test(name, ...optionsAndBody) {
     const body = optionsAndBody.pop();
     return plainTest(name, { timeout: LIMIT_MS, ...optionsAndBody[0] }, body);

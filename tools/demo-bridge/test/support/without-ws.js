@@ -3,8 +3,8 @@
 
 'use strict';
 
-// Preloaded into a bridge, this makes the machine one where "npm ci" never ran. Moving the package away would not do:
-// some systems offer one of their own to every program.
+// Preloaded into a bridge, this simulates a machine on which "npm ci" never ran. Moving the package away isn't enough,
+// because some systems provide their own for all programs.
 const Module = require('module');
 
 const resolve = Module._resolveFilename;
