@@ -9,7 +9,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 namespace
 {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QtTest>
+#include <QTest>
 
 //! The test classes of one executable. Tests of one room share an executable, so that an edit links one file and not
 //! dozens; each class still runs in a process of its own, as `tests_ROOM CLASS [ARGUMENTS OF QTEST]`.
