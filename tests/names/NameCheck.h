@@ -13,10 +13,9 @@
 
 struct QMetaObject;
 
-//! Checks the members that QML uses of objects whose type it doesn't know. It follows chains such as
-//! "panel.bar.bridge.status" from names whose type is known: ids, properties that are set to one of these, local
-//! constants, native objects, and the properties that a part of the interface is handed (see addHandedProperty()).
-//! Where a type is not known, nothing is reported.
+//! Checks the members that QML uses of untyped objects: names, numbers of arguments, writes and signal handlers. It
+//! follows chains such as "panel.bar.bridge.status" through ids, properties and local constants to the objects that it
+//! knows. Nothing is reported where the type remains unknown.
 class NameCheck
 {
 public:
@@ -34,17 +33,17 @@ public:
     void addFile(const QString &path, const QString &source);
     //! An object in QML's root context. Without a type it is a value that has no members.
     void addNativeObject(const QString &name, const QMetaObject *type);
-    //! Wherever a variable or property has this name, it is an object of that QML file's type.
+    //! Declares that every variable or property of this name holds an object of a QML file's type.
     void addHandedProperty(const QString &name, const QString &qmlType);
-    //! A type of Qt, by its name in QML. Members of types that are not added are not checked.
+    //! A type of Qt by its name in QML. Members of other types of Qt are not checked.
     void addBaseType(const QString &name, const QMetaObject *type);
-    //! One whose C++ class is private, by its properties.
+    //! A type of Qt whose C++ class is private, with its properties.
     void addBaseType(const QString &name, const QStringList &properties);
 
     //! All findings in a file, by line.
     QVector<Finding> check(const QString &path) const;
-    //! What @p fake declares that @p real doesn't have, or has as another kind or with other arguments. Both are QML
-    //! types; @p real may be the name of a native object.
+    //! Members of the QML type @p fake that @p real lacks, or has as another kind or with other parameters. @p real is
+    //! a QML type or the name of a native object.
     QVector<Finding> checkFake(const QString &fake, const QString &real, const QStringList &except = {}) const;
 
 private:

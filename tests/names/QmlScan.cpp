@@ -6,190 +6,12 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <utility>
 
 namespace QmlScan
 {
 
 namespace
 {
-
-//! The longest first.
-const QStringList s_punctuators =
-    QStringLiteral(">>>= ... === !== **= <<= >>= >>> => == != <= >= && || ++ -- += -= *= /= %= &= |= ^= << >> **")
-        .split(QLatin1Char(' '));
-//! After these names an expression begins.
-const QStringList s_operatorNames =
-    QStringLiteral("return typeof case in of instanceof delete void new throw else do yield").split(QLatin1Char(' '));
-
-class Tokenizer
-{
-public:
-    explicit Tokenizer(const QString &source)
-        : m_source(source)
-    {
-    }
-
-    QVector<Token> run()
-    {
-        while (m_at < m_source.size()) {
-            step();
-        }
-        return m_tokens;
-    }
-
-private:
-    QChar at(int offset = 0) const { return m_source.size() > m_at + offset ? m_source.at(m_at + offset) : QChar(); }
-    bool startsWith(const QString &text) const { return m_source.midRef(m_at, text.size()) == text; }
-
-    void step()
-    {
-        if (at().isSpace()) {
-            advance(1);
-        } else if (at() == QLatin1Char('/') && at(1) == QLatin1Char('/')) {
-            advanceTo(m_source.indexOf(QLatin1Char('\n'), m_at));
-        } else if (at() == QLatin1Char('/') && at(1) == QLatin1Char('*')) {
-            const int end = m_source.indexOf(QLatin1String("*/"), m_at + 2);
-            advanceTo(end < 0 ? end : end + 2);
-        } else if (isNamePart(at()) && !at().isDigit()) {
-            add(Token::Kind::Name, lengthWhile(isNamePart));
-        } else if (at().isDigit() || (at() == QLatin1Char('.') && at(1).isDigit())) {
-            add(Token::Kind::Number, numberLength());
-        } else if (at() == QLatin1Char('"') || at() == QLatin1Char('\'')) {
-            addString(stringLength(at()), 1);
-        } else if (at() == QLatin1Char('`')) {
-            advance(1);
-            addTemplatePart();
-        } else if (at() == QLatin1Char('/') && !followsOperand()) {
-            add(Token::Kind::Pattern, patternLength());
-        } else {
-            addPunctuator();
-        }
-    }
-
-    static bool isNamePart(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$'); }
-
-    //! Whether a slash divides here; else it begins a regular expression.
-    bool followsOperand() const
-    {
-        if (m_tokens.isEmpty()) {
-            return false;
-        }
-        const Token &last = m_tokens.last();
-        switch (last.kind) {
-        case Token::Kind::Name:
-            return !s_operatorNames.contains(last.text);
-        case Token::Kind::Punctuator:
-            return last.text == QLatin1String(")") || last.text == QLatin1String("]");
-        default:
-            return true;
-        }
-    }
-
-    template<typename Predicate>
-    int lengthWhile(Predicate predicate) const
-    {
-        int length = 0;
-        while (m_at + length < m_source.size() && predicate(at(length))) {
-            ++length;
-        }
-        return length;
-    }
-
-    int numberLength() const
-    {
-        return lengthWhile([previous = QChar()](QChar c) mutable {
-            const bool isExponentSign =
-                (c == QLatin1Char('-') || c == QLatin1Char('+')) && previous == QLatin1Char('e');
-            previous = c;
-            return isNamePart(c) || c == QLatin1Char('.') || isExponentSign;
-        });
-    }
-
-    int stringLength(QChar quote) const
-    {
-        int length = 1;
-        while (m_at + length < m_source.size() && at(length) != quote && at(length) != QLatin1Char('\n')) {
-            length += at(length) == QLatin1Char('\\') ? 2 : 1;
-        }
-        return length + 1;
-    }
-
-    int patternLength() const
-    {
-        int length = 1;
-        bool inClass = false;
-        while (m_at + length < m_source.size() && at(length) != QLatin1Char('\n')
-               && (inClass || at(length) != QLatin1Char('/'))) {
-            inClass = at(length) == QLatin1Char('[') || (inClass && at(length) != QLatin1Char(']'));
-            length += at(length) == QLatin1Char('\\') ? 2 : 1;
-        }
-        ++length;
-        while (isNamePart(at(length))) {
-            ++length; // flags
-        }
-        return length;
-    }
-
-    //! From here to the end of the template or to its next expression.
-    void addTemplatePart()
-    {
-        int length = 0;
-        while (m_at + length < m_source.size() && at(length) != QLatin1Char('`')
-               && !(at(length) == QLatin1Char('$') && at(length + 1) == QLatin1Char('{'))) {
-            length += at(length) == QLatin1Char('\\') ? 2 : 1;
-        }
-        addString(length, 0);
-        if (at() == QLatin1Char('$')) {
-            m_braces.append(true);
-            add(Token::Kind::Punctuator, 2);
-        } else {
-            advance(1);
-        }
-    }
-
-    void addPunctuator()
-    {
-        const auto longer = std::find_if(s_punctuators.begin(), s_punctuators.end(),
-                                         [this](const QString &punctuator) { return startsWith(punctuator); });
-        const QChar first = at();
-        add(Token::Kind::Punctuator, longer == s_punctuators.end() ? 1 : longer->size());
-        if (first == QLatin1Char('{')) {
-            m_braces.append(false);
-        } else if (first == QLatin1Char('}') && !m_braces.isEmpty() && m_braces.takeLast()) {
-            addTemplatePart();
-        }
-    }
-
-    void addString(int length, int quotes)
-    {
-        add(Token::Kind::String, length);
-        Token &token = m_tokens.last();
-        token.text = token.text.mid(quotes, token.text.size() - 2 * quotes);
-    }
-
-    void add(Token::Kind kind, int length)
-    {
-        m_tokens.append({kind, m_source.mid(m_at, length), m_line, m_line != m_lastLine});
-        advance(length);
-        m_lastLine = m_line;
-    }
-
-    void advanceTo(int position) { advance((position < 0 ? m_source.size() : position) - m_at); }
-
-    void advance(int length)
-    {
-        m_line += m_source.midRef(m_at, length).count(QLatin1Char('\n'));
-        m_at = std::min(m_at + length, int(m_source.size()));
-    }
-
-    const QString m_source;
-    int m_at = 0;
-    int m_line = 1;
-    int m_lastLine = 0; //!< in which the last token ended
-    QVector<Token> m_tokens;
-    QVector<bool> m_braces; //!< those that are open: whether they belong to a template
-};
 
 bool isOpening(const QString &text)
 {
@@ -212,11 +34,11 @@ bool endsOperand(const Token &token)
     if (token.kind == Token::Kind::Punctuator) {
         return isClosing(token.text) || token.text == QLatin1String("++") || token.text == QLatin1String("--");
     }
-    return token.kind != Token::Kind::Name || !s_operatorNames.contains(token.text);
+    return token.kind != Token::Kind::Name || !isOperator(token.text);
 }
 
-//! Whether an expression can't go on with a token that follows an operand on another line.
-bool beginsAnew(const Token &token)
+//! Whether a token at the start of a line, after an operand, belongs to another expression.
+bool startsExpression(const Token &token)
 {
     return token.kind != Token::Kind::Punctuator && token.text != QLatin1String("in")
         && token.text != QLatin1String("instanceof");
@@ -241,8 +63,7 @@ protected:
     }
     int closing(int token) const { return m_document.closing(token); }
 
-    //! The end of the expression at a token, which is not beyond @p limit. It ends where a line ends that makes a
-    //! whole.
+    //! The end of the expression at a token, maximum @p limit. A line break ends it if it is complete.
     int expressionEnd(int token, int limit) const
     {
         for (int i = token; i < limit; ++i) {
@@ -251,7 +72,7 @@ protected:
                 || (next.kind == Token::Kind::Punctuator && isClosing(next.text))) {
                 return i;
             }
-            if (i > token && next.startsLine && beginsAnew(next) && endsOperand(m_document.tokens.at(i - 1))) {
+            if (i > token && next.startsLine && startsExpression(next) && endsOperand(m_document.tokens.at(i - 1))) {
                 return i;
             }
             if (next.kind == Token::Kind::Punctuator && isOpening(next.text)) {
@@ -568,11 +389,6 @@ Document parse(const QString &source)
 }
 
 } // namespace
-
-QVector<Token> tokenize(const QString &source)
-{
-    return Tokenizer(source).run();
-}
 
 bool Document::is(int token, const char *text) const
 {

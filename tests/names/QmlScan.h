@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "QmlTokens.h"
+
 #include <QHash>
 #include <QString>
 #include <QVector>
@@ -11,25 +13,6 @@
 //! understand is skipped. Whether a file is valid is qmllint's business.
 namespace QmlScan
 {
-
-//! Comments and whitespace are no tokens.
-struct Token
-{
-    enum class Kind
-    {
-        Name, //!< an identifier or a keyword
-        Number,
-        String, //!< without its quotes; also each literal part of a template
-        Pattern, //!< a regular expression
-        Punctuator, //!< "${" and "}" enclose an expression of a template
-    };
-    Kind kind;
-    QString text;
-    int line; //!< from 1
-    bool startsLine; //!< nothing but whitespace and comments is before it in its line
-};
-
-QVector<Token> tokenize(const QString &source);
 
 //! Tokens by their index, without the end.
 struct Range

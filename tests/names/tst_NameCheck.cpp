@@ -116,7 +116,7 @@ void tst_NameCheck::uses_data()
                                     << "1: bar.x is not declared by Bar.qml";
     QTest::newRow("function as a value") << "onA: f(bar.submit)" << none;
     QTest::newRow("signal") << "onA: bar.closed()"
-                            << "1: bar.closed takes 1 arguments, but is called with 0";
+                            << "1: bar.closed takes 1 argument, but is called with 0";
 
     QTest::newRow("write") << "onA: { bar.height = 1; bar.height += 1; bar.height++ }" << none;
     QTest::newRow("comparison") << "a: bar.width === 1 || bar.submit == 2" << none;
@@ -180,7 +180,7 @@ void tst_NameCheck::uses_data()
                                            << "1: onSend handles \"send\", which is no signal of Bridge";
     QTest::newRow("handler with too many parameters")
         << "Connections { target: bar.bridge; function onReplied(a, b) {} }"
-        << "1: onReplied has 2 parameters, but \"replied\" of Bridge has 1";
+        << "1: onReplied has 2 parameters, but \"replied\" of Bridge has 1 argument";
     QTest::newRow("handlers of a QML object") << "Connections { target: bar\nfunction onClosed(a) {}\n"
                                                  "function onHeightChanged() {}\nfunction onStoreChanged() {} }"
                                               << none;
@@ -230,7 +230,7 @@ void tst_NameCheck::fakes_data()
                                   << "submit is a property, but a function in Bar.qml";
     QTest::newRow("other parameters") << "Bar"
                                       << "function submit(a) {}"
-                                      << "submit takes 1 arguments, but 0 in Bar.qml";
+                                      << "submit takes 1 argument, but 0 arguments in Bar.qml";
     QTest::newRow("native") << "agentBridge"
                             << "property string status; function send(a) {} signal replied(string a)" << none;
     QTest::newRow("native, too many") << "agentBridge"
@@ -238,7 +238,7 @@ void tst_NameCheck::fakes_data()
                                       << "x is not declared by Bridge";
     QTest::newRow("native, other parameters") << "agentBridge"
                                               << "signal replied()"
-                                              << "replied takes 0 arguments, but 1 in Bridge";
+                                              << "replied takes 0 arguments, but 1 argument in Bridge";
 }
 
 void tst_NameCheck::fakes()

@@ -35,8 +35,7 @@ const QVector<NativeObject> s_nativeObjects = {
     {QStringLiteral("voiceBridge"), &VoiceBridge::staticMetaObject},
 };
 
-//! Members that QML looks for although the program's own class doesn't have them, with the reason. They are checked
-//! before they are used.
+//! A member that QML uses although the program's own class doesn't have it, after it has tested for it.
 struct Probe
 {
     QString file;
@@ -51,7 +50,7 @@ const QVector<Probe> s_probes = {
     {QStringLiteral("contents/ui/omnibar/controllers/ConversationController.qml"), QStringLiteral("target.sendIntent")},
 };
 
-//! What a fake offers to tests beside the members of the real object.
+//! What a fake declares for tests besides members of the real object.
 const QStringList s_forTests = {QStringLiteral("answers")};
 
 QString contentOf(const QString &path)
@@ -83,7 +82,8 @@ QString asText(const QVector<NameCheck::Finding> &findings)
 
 } // namespace
 
-//! The program's QML names no member that doesn't exist. See NameCheck for what that covers.
+//! Checks the members that the program's QML uses of the window, its theme and the native objects. In QML these are
+//! untyped, so that a typo would be a silent "undefined".
 class tst_QmlNames : public QObject
 {
     Q_OBJECT
@@ -91,6 +91,8 @@ class tst_QmlNames : public QObject
 private Q_SLOTS:
     void initTestCase();
     void members();
+    void knownTypes_data();
+    void knownTypes();
     void fakes_data();
     void fakes();
     void nativeObjects();
@@ -141,6 +143,38 @@ void tst_QmlNames::members()
     }
 }
 
+void tst_QmlNames::knownTypes_data()
+{
+    QTest::addColumn<QString>("object");
+    QTest::addColumn<QString>("type");
+    QTest::newRow("window") << "bar"
+                            << "OmniBar.qml";
+    QTest::newRow("theme") << "theme"
+                           << "OmniBarTheme.qml";
+    QTest::newRow("tray view") << "tray"
+                               << "TrayIcon.qml";
+    QTest::newRow("chat client") << "bar.bridge"
+                                 << "AgentBridge";
+    QTest::newRow("SDK client") << "bar.sdk"
+                                << "LoomraSDK";
+    QTest::newRow("voice") << "bar.voice"
+                           << "VoiceBridge";
+    QTest::newRow("stored appearance") << "bar.appearanceStore"
+                                       << "omniUiStore in OmniBar.qml";
+}
+
+//! Where a type isn't known nothing is checked, so these must stay known however OmniBar.qml is written.
+void tst_QmlNames::knownTypes()
+{
+    QFETCH(const QString, object);
+    QFETCH(const QString, type);
+    NameCheck check = m_check;
+    const QString path = QStringLiteral("Example.qml");
+    check.addFile(path, QStringLiteral("Item { width: %1.missing }").arg(object));
+    QCOMPARE(asText(check.check(path)),
+             QStringLiteral("Example.qml:1: %1.missing is not declared by %2").arg(object, type));
+}
+
 void tst_QmlNames::fakes_data()
 {
     QTest::addColumn<QString>("fake");
@@ -153,7 +187,7 @@ void tst_QmlNames::fakes_data()
                                   << "voiceBridge";
 }
 
-//! A fake that offers more than the real object would let a test pass that shouldn't.
+//! If a fake had members that the real object lacks, tests could pass that shouldn't.
 void tst_QmlNames::fakes()
 {
     QFETCH(const QString, fake);
@@ -162,7 +196,7 @@ void tst_QmlNames::fakes()
     QVERIFY2(findings.isEmpty(), qPrintable(QLatin1Char('\n') + asText(findings)));
 }
 
-//! The table above is that of the program.
+//! The table above has the native objects of the program.
 void tst_QmlNames::nativeObjects()
 {
     static const QRegularExpression s_registration(

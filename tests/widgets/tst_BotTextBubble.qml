@@ -14,7 +14,7 @@ Item {
     width: 600
     height: 800
 
-    //! The bubble as its row draws it.
+    //! A bubble inside a row, as in the conversation.
     Component {
         id: rows
 
@@ -49,14 +49,14 @@ Item {
         function dot(row) {
             return findChild(row, "toolDot").item;
         }
-        //! Whether two colours are the same but for what blending rounds off.
+        //! Whether two colours are equal, except for rounding errors of blending.
         function isNear(a, b) {
             return Math.max(Math.abs(a.r - b.r), Math.abs(a.g - b.g), Math.abs(a.b - b.b)) < 1.5 / 255;
         }
-        //! How many pixels of the picture are of a colour.
+        //! The number of pixels of this colour.
         function countOfColor(item, color) {
             const picture = grabImage(item);
-            const wanted = Qt.lighter(color, 1); // a text becomes a colour
+            const wanted = Qt.lighter(color, 1); // converts a string to a colour
             let count = 0;
             for (let y = 0; y < item.height; ++y) {
                 for (let x = 0; x < item.width; ++x) {
@@ -67,7 +67,7 @@ Item {
             }
             return count;
         }
-        //! The rectangle within which a picture differs from its ground.
+        //! The bounding rectangle of everything that is drawn on the background.
         function inkOf(item) {
             const picture = grabImage(item);
             const ground = picture.pixel(0, 0);
@@ -203,25 +203,25 @@ Item {
         function test_marginsOnAllSides(row) {
             const item = make({ content: row.text });
             const ink = inkOf(item);
-            // A letter may lean out by a pixel.
+            // A glyph may extend beyond the margin by a pixel.
             verify(ink.left >= 11 && ink.right <= 520 - 12, JSON.stringify(ink));
             verify(ink.top >= 10 && ink.top <= 26, JSON.stringify(ink));
             verify(item.height - ink.bottom >= 7 && item.height - ink.bottom <= 26, JSON.stringify(ink) + item.height);
         }
 
-        function test_hostileWordsFetchNothing_data() {
+        function test_hostileTextFetchesNothing_data() {
             return ["<img src='URL/x.png'>", "<img src=\"URL/x.png\"/>", "![x](URL/x.png)", "<a href='URL/'>x</a>",
                     "`<img src='URL/x.png'>`", "```\n<img src='URL/x.png'>\n```", "> <img src='URL/x.png'>",
                     "# <img src='URL/x.png'>", "- <img src='URL/x.png'>", "<table background='URL/x.png'><tr><td>x</table>",
                     "<link rel='stylesheet' href='URL/x.css'>", "<img src='URL/x.png'>" + " x".repeat(30000)]
                 .map(text => ({ tag: text.substring(0, 40) + text.length, text: text }));
         }
-        function test_hostileWordsFetchNothing(row) {
+        function test_hostileTextFetchesNothing(row) {
             const before = loopbackListener.connections;
             const item = make({ content: row.text.replace("URL", loopbackListener.address) });
-            grabImage(item); // it has been drawn
+            grabImage(item); // waits for rendering
             const image = createTemporaryObject(images, root);
-            // This one is fetched, by the same loader: what was asked for before it would have come by now.
+            // Loaded by the same network thread, so an earlier request would have arrived before this one.
             qmlWarnings.expect("QML Image: Error transferring");
             image.source = loopbackListener.address + "/meant.png";
             tryCompare(image, "status", Image.Error);
@@ -236,11 +236,11 @@ Item {
             }
         }
 
-        //! A megabyte stays in hand, and is still there to read.
-        function test_veryLongWords_data() {
+        //! A megabyte is still shown, and quickly.
+        function test_veryLongTexts_data() {
             return ["> a\n", "- a\n", "a\n\n", "5% ", "<img src=x>"].map(text => ({ tag: JSON.stringify(text), text: text }));
         }
-        function test_veryLongWords(row) {
+        function test_veryLongTexts(row) {
             const text = row.text.repeat(Math.ceil(1048576 / row.text.length));
             const item = make({ content: text });
             verify(item.bubble.implicitHeight > 1000);
@@ -248,7 +248,7 @@ Item {
             compare(words(item).text, text);
         }
 
-        function test_longWordsAreStillMarkdown() {
+        function test_longTextsAreStillMarkdown() {
             const row = make({ content: "**b** ".repeat(8000) });
             compare(words(row).textFormat, Text.RichText);
         }

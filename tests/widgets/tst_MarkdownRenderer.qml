@@ -13,12 +13,12 @@ TestCase {
     readonly property string amber: "#fbbf24"
     readonly property string green: "#4ade80"
 
-    //! What the reader sees of rich text: its characters, a newline for each break and between blocks.
+    //! The text of rich text without its markup, with newlines for breaks and between blocks.
     function visibleText(html) {
         return html.replace(/<br\/>|<\/p>|<\/pre>/g, "\n").replace(/<[^>]*>/g, "").replace(/\n+$/, "")
             .replace(/&nbsp;/g, " ").replace(/&lt;/g, "<").replace(/&gt;/g, ">").replace(/&amp;/g, "&");
     }
-    //! The inner part of the only paragraph.
+    //! Renders a text that makes one paragraph, and returns what is inside of it.
     function paragraph(markdown, options) {
         const html = MarkdownRenderer.render(markdown, options);
         const match = /^<p style="margin:0 0 8px 0;line-height:145%">([^]*)<\/p>$/.exec(html);
@@ -51,7 +51,7 @@ TestCase {
         compare(paragraph(row.tag), row.html);
     }
 
-    //! In every form: only tags that the renderer makes, and nothing of the words inside of them.
+    //! In every form there are only the renderer's own tags, without any untrusted text inside.
     function test_noMarkupComesThrough_data() {
         return ["X", "# X", "- X", "1. X", "1) X", "> X", "```X\nX\n```", "`X`", "**X**", "*X*", "_X_", "**50%** X", "X\nX",
                 "X`X", "X**", "# **`X`**"].map(form => ({ tag: form }));
@@ -74,7 +74,7 @@ TestCase {
     // ---- Blocks
 
     function test_nothing_data() {
-        return [{ tag: "empty", text: "" }, { tag: "blank", text: " \t " }, { tag: "blank lines", text: "\n\r\n\r \n" }];
+        return [{ tag: "empty", text: "" }, { tag: "whitespace", text: " \t " }, { tag: "lines of whitespace", text: "\n\r\n\r \n" }];
     }
     function test_nothing(row) {
         compare(MarkdownRenderer.render(row.text), "");
@@ -104,7 +104,7 @@ TestCase {
             { tag: "with a language", text: "```cpp\na\n```", code: "a", after: "" },
             { tag: "never closed", text: "```\na\n\n# b", code: "a\n\n# b", after: "" },
             { tag: "only its beginning", text: "```", code: "", after: "" },
-            { tag: "blanks are kept", text: "```\n  a\n\tb  \n```", code: "  a\n\tb  ", after: "" },
+            { tag: "whitespace is kept", text: "```\n  a\n\tb  \n```", code: "  a\n\tb  ", after: "" },
             { tag: "no inline forms", text: "```\n**a** `b` _c_ 50% *d*\n```", code: "**a** `b` _c_ 50% *d*", after: "" },
             { tag: "CR LF", text: "```\r\na\r\nb\r\n```\r\nafter", code: "a\nb", after: "after" }
         ];
@@ -303,7 +303,7 @@ TestCase {
 
     // ---- Size
 
-    // Quadratic work would take minutes, on a megabyte of markers that cost nothing as well as on fewer that make markup.
+    // With quadratic complexity these would take minutes: a megabyte of plain markers, and less text that makes markup.
     function test_hostileSize_data() {
         const quick = ["*", "`", "> ", "**", "_", "<", "&", "1", "%", " ", "-", "#", "a"];
         const blocks = ["```\n", ">\n", "> a\n", "- a\n", "1. a\n", "# a\n", "---\n", "a\n", "a\n\n", "\n"];
@@ -313,8 +313,7 @@ TestCase {
     }
     function test_hostileSize(row) {
         const text = row.text.repeat(Math.ceil(row.size / row.text.length));
-        // The output stays in proportion. Work that grows faster than the text would take minutes here, beyond the
-        // time limit of the test program.
+        // The output is proportional to the input. Superlinear work would exceed the timeout of the test.
         verify(MarkdownRenderer.render(text).length < 100 * text.length);
         compare(typeof MarkdownRenderer.percentColor(text), "string");
     }

@@ -6,7 +6,7 @@ import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
 
-// One long file, as all of it tests one controller with one fake of the bar, which is a part of it.
+// Long, because all tests need the same controller and fakes.
 TestCase {
     id: test
     name: "ConversationController"
@@ -76,7 +76,7 @@ TestCase {
         conversation.submitInput();
     }
 
-    // ---- First values
+    // ---- Initial values
 
     function test_firstValues() {
         compare(conversation.chatModel.count, 0);
@@ -222,7 +222,7 @@ TestCase {
         compare(bridge.takeCalls(), ["inputMode = text", "sendIntent(hello there)"]);
     }
 
-    function test_submitOfBlanksOnlyHidesTheMenu() {
+    function test_submitOfWhitespaceOnlyHidesTheMenu() {
         bar.slashMenuVisible = true;
         submit("  ");
         compare(conversation.chatModel.count, 0);
@@ -268,7 +268,7 @@ TestCase {
                                      + "\n\nUser question: what is it?)"]);
     }
 
-    function test_submitMakesTheModeTextAgain() {
+    function test_submitResetsTheInputMode() {
         conversation.lastInputMode = "voice";
         submit("typed");
         compare(conversation.lastInputMode, "text");
@@ -309,7 +309,7 @@ TestCase {
         compare(bridge.takeCalls(), ["currentModel = loomra/two", "inputMode = text", "sendIntent(go)"]);
     }
 
-    function test_aSetterOfTheAgentIsPreferred() {
+    function test_setCurrentAgentIsPreferred() {
         begin(setterBridges);
         conversation.currentAgentId = "planner";
         conversation.sendToBridge("go");
@@ -364,7 +364,7 @@ TestCase {
         compare(bar.takeCalls(), ["refreshResponseSuggestions([{\"prompt\":\"more\"}])", "speakReply(A)"]);
     }
 
-    function test_structureServesOneReply() {
+    function test_structureIsUsedForOneReply() {
         bridge.structuredReplyReceived("{\"followUps\":[{\"prompt\":\"more\"}]}");
         bridge.agentReplied("one");
         bar.takeCalls();
@@ -396,7 +396,7 @@ TestCase {
         compare(bar.appearanceStore.lightChrome, false);
     }
 
-    function test_unreadableStructure_data() {
+    function test_malformedStructure_data() {
         return [
             { tag: "no JSON", ui: "{", warns: true },
             { tag: "null", ui: "null" },
@@ -405,7 +405,7 @@ TestCase {
         ];
     }
 
-    function test_unreadableStructure(data) {
+    function test_malformedStructure(data) {
         bridge.structuredReplyReceived(data.ui);
         if (data.warns)
             ignoreWarning(/^\[OmniBar\] structured reply can't be read: SyntaxError/);
@@ -534,7 +534,7 @@ TestCase {
         compare(bridge.takeCalls(), []);
     }
 
-    function test_clearLeavesAllElse() {
+    function test_clearKeepsEverythingElse() {
         bridge.structuredReplyReceived("{}");
         bridge.usageReported(5, 0);
         conversation.appendUserMessage("one");

@@ -59,7 +59,7 @@ TestCase {
         compare(phases.activePhaseLabel, "");
     }
 
-    function test_theHoldBeginsAnew() {
+    function test_holdTimerRestarts() {
         bridge.activePhase = "executing";
         bridge.activePhase = "";
         verify(phases.phaseLabelHoldTimer.running);
@@ -113,14 +113,14 @@ TestCase {
         compare(phases.phaseLabelHoldTimer.running, false);
     }
 
-    function test_stepsThatSayNothing_data() {
+    function test_stepsWithoutALabel_data() {
         return [
             { tag: "no capability", status: "thinking", capability: "" },
             { tag: "not thinking", status: "idle", capability: "theme.apply" }
         ];
     }
 
-    function test_stepsThatSayNothing(data) {
+    function test_stepsWithoutALabel(data) {
         bridge.status = data.status;
         bridge.planStepCapability = data.capability;
         const before = phases.activePhaseLabel;

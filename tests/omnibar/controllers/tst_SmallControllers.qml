@@ -6,7 +6,7 @@ import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
 
-//! The controllers whose subjects have little in the bar so far.
+//! Controllers that are too small for a test file each.
 TestCase {
     id: test
     name: "SmallControllers"
@@ -64,7 +64,7 @@ TestCase {
 
     // ---- Attached files
 
-    function test_filesServeOneQuestion() {
+    function test_filesGoWithOnePrompt() {
         const attachments = make(attachmentControllers);
         compare(attachments.slashAttachedFiles, []);
         compare(attachments.takeAttachedFiles(), []);
@@ -112,7 +112,7 @@ TestCase {
         compare(client.calls, []);
     }
 
-    function test_modelsAreAskedFor() {
+    function test_modelsAreRequested() {
         const client = withClient({});
         const models = make(modelsControllers);
         models.modelsStatusMessage = "old";

@@ -28,7 +28,7 @@ TestCase {
         return list;
     }
 
-    function test_seededFromTheGeneralOnes() {
+    function test_initialSuggestionsAreGeneral() {
         compare(suggestions.responseSuggestionsModel.count, 0);
         suggestions.initResponseSuggestions();
         compare(fields("title"), ["<Tell me more>", "<Run again>", "<What else?>", "<Simplify>"]);
@@ -41,7 +41,7 @@ TestCase {
         compare(fields("iconBg"), ["0.4,0.2,0.8", "0.8,0.5,0.1", "0.8,0.2,0.4", "0.2,0.4,0.8"]);
     }
 
-    function test_wordsOfTheLastQueryAndReplyCount() {
+    function test_suggestionsMatchTheLastQueryAndReply() {
         bar.answers.lastText = { "user": "Which WINDOWS are open?", "assistant": "The cpu is busy." };
         suggestions.refreshResponseSuggestions([]);
         compare(fields("prompt"), ["List my open windows", "Show my current system status",
@@ -58,7 +58,7 @@ TestCase {
                 ["now", "Do it", "system-run", "#ff0000", "1,0,0"]);
     }
 
-    function test_fourAtMost() {
+    function test_maximumIsFour() {
         suggestions.refreshResponseSuggestions([1, 2, 3, 4, 5].map(n => ({ "prompt": "p" + n })));
         compare(fields("prompt"), ["p1", "p2", "p3", "p4"]);
     }
@@ -92,13 +92,14 @@ TestCase {
 
     function test_hiddenWhileTheLatestTurnOffersAChoice(data) {
         suggestions.initResponseSuggestions();
-        bar.answers.latestTurn = [{ "role": "user", "messageType": "text" }, { "role": "assistant", "messageType": data.type },
-                    { "role": "assistant", "messageType": "text" }];
+        bar.answers.latestTurn = [{ "role": "user", "messageType": "text" },
+                                  { "role": "assistant", "messageType": data.type },
+                                  { "role": "assistant", "messageType": "text" }];
         bar.chatModel.append({ "role": "assistant" });
         compare(suggestions.shown, data.shown);
     }
 
-    function test_aClickIsAPromptOfTheLastMode() {
+    function test_clickKeepsTheInputMode() {
         bar.lastInputMode = "voice";
         suggestions.activateResponseSuggestion("Run that again");
         compare(bar.takeCalls(), ["appendUserMessage(Run that again)", "scrollToBottom()", "sendToBridge(Run that again)"]);

@@ -190,7 +190,7 @@ TestCase {
         compare(bar.takeCalls(), []);
     }
 
-    function test_theFocusOfWhatIsGoneGoesToThePrompt_data() {
+    function test_promptGetsTheFocusOfAHiddenControl_data() {
         return [
             { tag: "the sheet closes", change: () => { surface.settingsPanelOpen = !surface.settingsPanelOpen; } },
             { tag: "the first row comes", change: () => bar.chatModel.append({ "role": "user" }) },
@@ -198,7 +198,7 @@ TestCase {
         ];
     }
 
-    function test_theFocusOfWhatIsGoneGoesToThePrompt(data) {
+    function test_promptGetsTheFocusOfAHiddenControl(data) {
         bar.activeFocusItem = { "visible": true };
         wait(0);
         data.change();
@@ -214,7 +214,7 @@ TestCase {
         compare(bar.takeCalls(), ["inputField.forceActiveFocus()"]);
     }
 
-    function test_noFocusAtAllGoesToThePrompt() {
+    function test_promptGetsTheFocusIfNothingHasIt() {
         bar.activeFocusItem = null;
         tryVerify(() => bar.calls.length > 0);
         compare(bar.takeCalls(), ["inputField.forceActiveFocus()"]);
@@ -235,7 +235,7 @@ TestCase {
         compare(bar.takeCalls(), ["inputField.forceActiveFocus()", "requestActivate()"]);
     }
 
-    function test_aRefusedBlurIsNoTrouble() {
+    function test_failedBlurIsIgnored() {
         bar.appearanceStore.translucentBackground = true;
         surface.applyWindowBlurBehind();
         surface.place();

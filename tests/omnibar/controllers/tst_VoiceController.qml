@@ -16,7 +16,7 @@ TestCase {
     Component { id: bars; FakeBar {} }
     Component { id: silent; VoiceController {} }
 
-    // Each instance sees a voice bridge of its own under the name that the program's context gives it.
+    // Gives each instance its own fake, with the id that VoiceController expects as a context property.
     Component {
         id: speaking
 
@@ -86,7 +86,7 @@ TestCase {
         compareEnded();
     }
 
-    function test_sendOfNothing() {
+    function test_sendOfEmptyInput() {
         withoutVoice();
         pend("");
         voice.voiceConfirmSend();
@@ -117,7 +117,7 @@ TestCase {
     function test_aTranscriptGoesIntoTheInput_data() {
         return [
             { tag: "words", words: "open the file manager", taken: true },
-            { tag: "as they are", words: "  two  blanks ", taken: true },
+            { tag: "unchanged", words: "  two  spaces ", taken: true },
             { tag: "a command for the bar", words: "/clear", taken: true },
             { tag: "nothing", words: "", taken: false },
             { tag: "batch of a test", words: "open", batchSttMode: true, taken: false },
@@ -138,7 +138,7 @@ TestCase {
         compare(fake.takeCalls(), []);
     }
 
-    function test_inTheBubbleTheInputDoesNotTakeTheKeys() {
+    function test_inputDoesNotTakeTheFocusInTheBubble() {
         const fake = withVoice();
         bar.compactMode = true;
         fake.transcriptReady("open");
@@ -146,7 +146,7 @@ TestCase {
         compare(bar.takeCalls(), []);
     }
 
-    function test_aTestThatEndsGivesTheInputBack() {
+    function test_transcriptsArriveAgainAfterATest() {
         const fake = withVoice();
         fake.voiceTestActive = true;
         fake.transcriptReady("for the test");
@@ -168,7 +168,7 @@ TestCase {
         return [
             { tag: "on", enabled: true, available: true, calls: ["speak(hello)"] },
             { tag: "switched off", enabled: false, available: true, calls: [] },
-            { tag: "not there", enabled: true, available: false, calls: [] },
+            { tag: "not available", enabled: true, available: false, calls: [] },
             { tag: "neither", enabled: false, available: false, calls: [] }
         ];
     }

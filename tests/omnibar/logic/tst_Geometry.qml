@@ -118,10 +118,10 @@ TestCase {
             { tag: "text from a settings file", value: "0.7", opacity: 0.7 },
             { tag: "NaN", value: NaN, opacity: 1 },
             { tag: "infinite", value: Infinity, opacity: 1 },
-            { tag: "endlessly little", value: -Infinity, opacity: 0.65 },
+            { tag: "negative infinity", value: -Infinity, opacity: 0.65 },
             { tag: "words", value: "dark", opacity: 1 },
             { tag: "empty", value: "", opacity: 1 },
-            { tag: "blank", value: " ", opacity: 1 },
+            { tag: "whitespace", value: " ", opacity: 1 },
             { tag: "null", value: null, opacity: 1 },
             { tag: "undefined", value: undefined, opacity: 1 },
             { tag: "object", value: {}, opacity: 1 }

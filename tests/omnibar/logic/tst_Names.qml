@@ -11,7 +11,7 @@ TestCase {
 
     property var translated: []
 
-    //! A stand-in for the catalogue: it complains about what the real one answers with a complaint.
+    //! A fake translation function, which fails for texts that KI18n complains about.
     function translate(text) {
         verify(text !== "" && text.indexOf("%") < 0, "not translatable: " + text);
         translated.push(text);
@@ -40,7 +40,7 @@ TestCase {
         "kde.lock_screen": "Lock screen", "kde.mute_audio": "Mute audio", "kde.set_volume": "Set volume",
         "kde.get_volume": "Get volume"
     })
-    //! Ids that every object answers to.
+    //! Members of every JavaScript object, which must not count as known ids.
     readonly property var foreign: ["constructor", "__proto__", "toString", "hasOwnProperty", "valueOf"]
 
     function rows(names) {

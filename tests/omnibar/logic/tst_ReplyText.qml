@@ -49,8 +49,8 @@ TestCase {
             { tag: "function=", text: "a<function=x><parameter=y>b</parameter></function>c", plain: "ac" },
             { tag: "single tags, any case", text: "a<TOOL_CALL>b</Tool_Call>c<Function_Call x=\"1\">d</function>e<Parameter>f<invoke >g",
               plain: "abcdefg" },
-            { tag: "an end without a beginning", text: "a</tool_call>b", plain: "ab" },
-            { tag: "an end with a blank", text: "a<tool_call>b</tool_call >c", plain: "ac" },
+            { tag: "end tag without start tag", text: "a</tool_call>b", plain: "ab" },
+            { tag: "end tag with a space", text: "a<tool_call>b</tool_call >c", plain: "ac" },
             { tag: "a tag without an end stays", text: "a <tool_call b", plain: "a <tool_call b" },
             { tag: "three newlines become two", text: "a\n\n\nb<tool_call>c</tool_call>\n\n\n\n\nd", plain: "a\n\nb\n\nd" },
             { tag: "trimmed", text: "\n a <tool_call>b</tool_call> \n", plain: "a" },
@@ -70,12 +70,12 @@ TestCase {
               status: "success", rest: "It is done." },
             { tag: "no rest", text: "[TOOL: x] [STATUS: success] [RESULT: ok]", tool: "x", status: "success",
               rest: "Action completed." },
-            { tag: "blank rest", text: "[TOOL: x] [STATUS: error] [RESULT: ok] \n ", tool: "x", status: "error",
+            { tag: "rest of whitespace", text: "[TOOL: x] [STATUS: error] [RESULT: ok] \n ", tool: "x", status: "error",
               rest: "Action completed." },
             { tag: "text before is lost", text: "Let me see. [TOOL: x] [STATUS: failed] [RESULT: no] Sorry.", tool: "x",
               status: "failed", rest: "Sorry." },
-            { tag: "no blanks", text: "[TOOL:x][STATUS:success][RESULT:ok]Fine", tool: "x", status: "success", rest: "Fine" },
-            { tag: "many blanks", text: "[TOOL:  x ]\n[STATUS:\tsuccess ]  [RESULT: ]\nFine\nand more", tool: "x",
+            { tag: "no whitespace", text: "[TOOL:x][STATUS:success][RESULT:ok]Fine", tool: "x", status: "success", rest: "Fine" },
+            { tag: "much whitespace", text: "[TOOL:  x ]\n[STATUS:\tsuccess ]  [RESULT: ]\nFine\nand more", tool: "x",
               status: "success", rest: "Fine\nand more" },
             { tag: "values of several words", text: "[TOOL: a b] [STATUS: c: d] [RESULT: [e] f", tool: "a b",
               status: "c: d", rest: "f" },
@@ -131,7 +131,7 @@ TestCase {
         compare(ReplyText.lightChromeFromWording(row.tag), row.light);
     }
 
-    // Quadratic work on a megabyte would take minutes.
+    // With quadratic complexity, a megabyte would take minutes.
     function test_hostileReplies_data() {
         return ["<", "<tool_call>", "<tool_call ", "<invoke name=\"x\">", "<invoke name=", "<invoke name= name", "</tool_call",
                 "<function=", "<function=x>", "<minimax:tool_call ", "<parameter ", "\n", " ", "[TOOL:", "[TOOL:]", "[TOOL:] ",

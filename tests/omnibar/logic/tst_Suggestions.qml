@@ -110,7 +110,7 @@ TestCase {
             { tag: "wrong types", entry: { prompt: "p", title: 1, label: {}, subtitle: [], description: true, iconName: 2,
                                            icon: null, iconColor: 3, iconBg: [0, 0, 0] },
               card: card("p", "", "p", icon, color, bg) },
-            { tag: "blank fields", entry: { prompt: " ", label: "l", title: "\n", subtitle: "", description: "d" },
+            { tag: "fields of whitespace", entry: { prompt: " ", label: "l", title: "\n", subtitle: "", description: "d" },
               card: card("l", "d", "l", icon, color, bg) },
             { tag: "markup stays text", entry: { label: "<img src=x>" },
               card: card("<img src=x>", "", "<img src=x>", icon, color, bg) }
@@ -207,7 +207,7 @@ TestCase {
         compare(Suggestions.followUpCards(row.array).map(one => one.title), row.titles);
     }
 
-    // ---- Both together
+    // ---- Cards of both kinds
 
     function test_cards_data() {
         return [

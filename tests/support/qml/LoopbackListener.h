@@ -5,14 +5,14 @@
 
 #include <QTcpServer>
 
-//! A server on a free port of the loopback device, which has nothing. It tells whether words that were only to be shown
-//! made the program fetch something.
+//! An HTTP server on a free loopback port that answers "404 Not Found". It counts connections, so that a test can check
+//! that displaying a text fetches nothing.
 class LoopbackListener : public QObject
 {
     Q_OBJECT
-    //! "http://127.0.0.1:PORT"; "" when it doesn't listen.
+    //! "http://127.0.0.1:PORT", "" if not listening.
     Q_PROPERTY(QString address READ address CONSTANT)
-    //! How many connections came so far.
+    //! Number of connections so far.
     Q_PROPERTY(int connections READ connections NOTIFY connectionsChanged)
 
 public:

@@ -10,13 +10,13 @@
 #include <QQmlEngine>
 #include <QtQuickTest>
 
-//! The runner of every tst_*.qml: the program's resource tree as its import path, the program's about-data, and any
-//! warning of the QML engine a failure. (The engine keeps the errors of bindings until the outermost creation is done.
-//! Without "when: windowShown" that is after the last test, which is then the one reported.)
+//! The runner of all tst_*.qml. It imports the program's resources, sets the program's about data and turns warnings of
+//! the QML engine into failures. (The engine reports errors in bindings when the outermost object is complete. Without
+//! "when: windowShown" that is after the last test, to which the failure is then attributed.)
 //!
-//! Tests find two objects in their context:
-//!   qmlWarnings       expect(start): a warning that begins so is meant to come, and must come
-//!   loopbackListener  a server on loopback that has nothing: address, connections
+//! Tests have two context properties:
+//!   qmlWarnings       see QmlWarnings; expect(start) for a warning that must occur
+//!   loopbackListener  see LoopbackListener; address, connections
 class QmlTests : public QObject
 {
     Q_OBJECT

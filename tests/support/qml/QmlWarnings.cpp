@@ -32,6 +32,6 @@ void QmlWarnings::judge(const QString &description, const QString &whole)
 void QmlWarnings::reportMissing()
 {
     for (const QString &start : qAsConst(m_expected)) {
-        QTest::qFail(qPrintable(QStringLiteral("this warning did not come: ") + start), __FILE__, __LINE__);
+        QTest::qFail(qPrintable(QStringLiteral("missing warning: ") + start), __FILE__, __LINE__);
     }
 }

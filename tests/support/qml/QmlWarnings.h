@@ -16,10 +16,10 @@ class QmlWarnings : public QObject
 public:
     void watch(QQmlEngine *engine);
 
-    //! The next warning whose description begins so is no failure; if none comes until the end, that is one.
+    //! Expects a warning that starts with this text: it is not a failure, but its absence is.
     Q_INVOKABLE void expect(const QString &start) { m_expected.append(start); }
 
-    //! Fails for every expected warning that didn't come.
+    //! Fails for each expected warning that did not occur.
     void reportMissing();
 
 private:

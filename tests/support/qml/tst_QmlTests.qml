@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-//! The runner itself: it knows the program, and takes warnings seriously.
+//! Tests the runner: about data, expected warnings and the loopback listener.
 TestCase {
     id: test
     name: "QmlTests"
@@ -22,7 +22,7 @@ TestCase {
         createTemporaryObject(wrong, test);
     }
 
-    //! Else a test that waits for no connection would prove nothing.
+    //! Otherwise tests that expect no connection would be meaningless.
     function test_listenerSeesAFetch() {
         const before = loopbackListener.connections;
         verify(loopbackListener.address.startsWith("http://127.0.0.1:"));
