@@ -13,7 +13,7 @@
 bool ConnectedAgent::begin()
 {
     const bool connected = peer.waitForConnection() && waitUntil([this] { return agent.isServiceAvailable(); });
-    heard.take();
+    emitted.take();
     log.clear();
     return connected;
 }
@@ -35,7 +35,7 @@ ScriptedBridge::Request ConnectedAgent::prompt(const QString &text)
 {
     agent.sendIntent(text);
     const ScriptedBridge::Request request = peer.takeRequest(QStringLiteral("chat"));
-    heard.take();
+    emitted.take();
     log.clear();
     return request;
 }
@@ -44,7 +44,7 @@ bool ConnectedAgent::disconnectPeer()
 {
     peer.connection(0)->close();
     const bool gone = waitUntil([this] { return agent.status() == AgentStatus::Disconnected; });
-    heard.take();
+    emitted.take();
     log.clear();
     return gone;
 }
@@ -64,11 +64,11 @@ QString quoted(const QString &text)
 
 QStringList failure(const QString &text)
 {
-    QStringList heard {AgentSignals::NotThinking, AgentSignals::Error};
+    QStringList emitted {AgentSignals::NotThinking, AgentSignals::Error};
     if (!text.isEmpty()) {
-        heard.prepend(QStringLiteral("errorOccurred(\"%1\")").arg(text));
+        emitted.prepend(QStringLiteral("errorOccurred(\"%1\")").arg(text));
     }
-    return heard;
+    return emitted;
 }
 
 QStringList bridgeError(const QString &text)
@@ -84,13 +84,13 @@ void ConnectedAgentTest::initTestCase()
 void ConnectedAgentTest::init()
 {
     TestSetup::clearSettings();
-    c = std::make_unique<ConnectedAgent>();
-    QVERIFY(c->begin());
+    fixture = std::make_unique<ConnectedAgent>();
+    QVERIFY(fixture->begin());
 }
 
 void ConnectedAgentTest::cleanup()
 {
-    QCOMPARE(c->log.warnings(), QStringList());
-    QVERIFY(c->peer.isAllTaken());
-    c.reset();
+    QCOMPARE(fixture->log.warnings(), QStringList());
+    QVERIFY(fixture->peer.isAllTaken());
+    fixture.reset();
 }

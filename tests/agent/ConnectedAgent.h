@@ -32,7 +32,8 @@ public:
     MessageLog log; // first, to see everything
     ScriptedBridge peer;
     AgentBridge agent;
-    SignalLog heard {&agent};
+    SignalLog emitted {&agent};
+    SignalLog &heard = emitted; // the old name, still used by tst_AgentBridgeConnection
 };
 
 //! Entries of the signal log.
@@ -67,7 +68,7 @@ class ConnectedAgentTest : public QObject
     Q_OBJECT
 
 protected:
-    std::unique_ptr<ConnectedAgent> c;
+    std::unique_ptr<ConnectedAgent> fixture;
 
 private Q_SLOTS:
     void initTestCase();

@@ -30,7 +30,7 @@ void tst_AgentBridgeClipboard::copies_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("words") << "copy me";
-    QTest::newRow("lines and blanks") << " a\n\tb ";
+    QTest::newRow("lines and whitespace") << " a\n\tb ";
     QTest::newRow("other alphabets") << "日本 ü";
     QTest::newRow("empty") << "";
 }

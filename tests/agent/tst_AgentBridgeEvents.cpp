@@ -17,7 +17,7 @@ private Q_SLOTS:
     void ignoresOtherEvents_data();
     void ignoresOtherEvents();
     void routedAgentIsKnownBeforeThePhase();
-    void planStepSpeaksEvenWhenNothingChanged();
+    void planStepIsEmittedEvenIfUnchanged();
 
     void goodReplyClearsTheProgress();
     void errorKeepsTheProgress();
@@ -26,7 +26,7 @@ private Q_SLOTS:
 void tst_AgentBridgeEvents::progressEvents_data()
 {
     QTest::addColumn<QStringList>("payloads");
-    QTest::addColumn<QStringList>("signalsHeard");
+    QTest::addColumn<QStringList>("emitted");
 
     const QStringList routed {QStringLiteral("routedAgentChanged(\"a\")"),
                               QStringLiteral("activePhaseChanged(\"routing\")")};
@@ -78,16 +78,16 @@ void tst_AgentBridgeEvents::progressEvents()
     QFETCH(QStringList, payloads);
     const auto deliverAll = [&] {
         for (const QString &payload : qAsConst(payloads)) {
-            if (!c->deliver(QStringLiteral("{\"type\":\"event\",\"payload\":") + payload + QLatin1Char('}'))) {
+            if (!fixture->deliver(QStringLiteral("{\"type\":\"event\",\"payload\":") + payload + QLatin1Char('}'))) {
                 return false;
             }
         }
         return true;
     };
-    c->prompt();
+    fixture->prompt();
     QVERIFY(deliverAll());
-    QTEST(c->heard.take(), "signalsHeard"); // so neither isThinking nor status moves
-    QCOMPARE(c->agent.status(), QStringLiteral("thinking"));
+    QTEST(fixture->emitted.take(), "emitted"); // so neither isThinking nor status moves
+    QCOMPARE(fixture->agent.status(), QStringLiteral("thinking"));
 }
 
 void tst_AgentBridgeEvents::ignoresOtherEvents_data()
@@ -106,77 +106,79 @@ void tst_AgentBridgeEvents::ignoresOtherEvents_data()
 void tst_AgentBridgeEvents::ignoresOtherEvents()
 {
     QFETCH(QString, frame);
-    c->prompt();
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(), QStringList());
-    QCOMPARE(c->log.lines().size(), 1); // that it came
+    fixture->prompt();
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QCOMPARE(fixture->log.lines().size(), 1); // that it came
 }
 
 void tst_AgentBridgeEvents::routedAgentIsKnownBeforeThePhase()
 {
     QString agentAtPhase;
-    connect(&c->agent, &AgentBridge::activePhaseChanged, this, [&] { agentAtPhase = c->agent.routedAgent(); });
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"event","payload":{"event":"agent.routed","agent":"planner"}})")));
+    connect(&fixture->agent, &AgentBridge::activePhaseChanged, this,
+            [&] { agentAtPhase = fixture->agent.routedAgent(); });
+    QVERIFY(
+        fixture->deliver(QStringLiteral(R"({"type":"event","payload":{"event":"agent.routed","agent":"planner"}})")));
     QCOMPARE(agentAtPhase, QStringLiteral("planner"));
-    QCOMPARE(c->agent.activePhase(), QStringLiteral("routing"));
+    QCOMPARE(fixture->agent.activePhase(), QStringLiteral("routing"));
 }
 
-void tst_AgentBridgeEvents::planStepSpeaksEvenWhenNothingChanged()
+void tst_AgentBridgeEvents::planStepIsEmittedEvenIfUnchanged()
 {
     const QString frame = QStringLiteral(
         R"({"type":"event","payload":{"event":"plan.step","index":1.9,"total":3,"capabilityId":"c","phase":"p"}})");
     for (int i = 0; i < 2; ++i) {
-        QVERIFY(c->deliver(frame));
-        QCOMPARE(c->heard.take(), QStringList {QStringLiteral("planStepChanged()")});
-        QCOMPARE(c->agent.planStepIndex(), 1);
-        QCOMPARE(c->agent.planStepTotal(), 3);
-        QCOMPARE(c->agent.planStepCapability(), QStringLiteral("c"));
-        QCOMPARE(c->agent.planStepPhase(), QStringLiteral("p"));
+        QVERIFY(fixture->deliver(frame));
+        QCOMPARE(fixture->emitted.take(), QStringList {QStringLiteral("planStepChanged()")});
+        QCOMPARE(fixture->agent.planStepIndex(), 1);
+        QCOMPARE(fixture->agent.planStepTotal(), 3);
+        QCOMPARE(fixture->agent.planStepCapability(), QStringLiteral("c"));
+        QCOMPARE(fixture->agent.planStepPhase(), QStringLiteral("p"));
     }
     // What isn't told goes back to its default.
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"event","payload":{"event":"plan.step","total":1e300}})")));
-    QCOMPARE(c->agent.planStepIndex(), -1);
-    QCOMPARE(c->agent.planStepTotal(), 2147483647);
-    QCOMPARE(c->agent.planStepCapability(), QString());
-    QCOMPARE(c->agent.planStepPhase(), QString());
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"event","payload":{"event":"plan.step","total":1e300}})")));
+    QCOMPARE(fixture->agent.planStepIndex(), -1);
+    QCOMPARE(fixture->agent.planStepTotal(), 2147483647);
+    QCOMPARE(fixture->agent.planStepCapability(), QString());
+    QCOMPARE(fixture->agent.planStepPhase(), QString());
 }
 
 void tst_AgentBridgeEvents::goodReplyClearsTheProgress()
 {
-    const ScriptedBridge::Request request = c->prompt();
-    c->peer.event(QStringLiteral("agent.routed"), json(QStringLiteral(R"({"agent":"planner"})")));
-    c->peer.event(QStringLiteral("plan.step"),
-                  json(QStringLiteral(R"({"index":1,"total":2,"capabilityId":"theme.apply","phase":"run"})")));
-    QTRY_COMPARE(c->agent.planStepIndex(), 1);
-    c->heard.take();
+    const ScriptedBridge::Request request = fixture->prompt();
+    fixture->peer.event(QStringLiteral("agent.routed"), json(QStringLiteral(R"({"agent":"planner"})")));
+    fixture->peer.event(QStringLiteral("plan.step"),
+                        json(QStringLiteral(R"({"index":1,"total":2,"capabilityId":"theme.apply","phase":"run"})")));
+    QTRY_COMPARE(fixture->agent.planStepIndex(), 1);
+    fixture->emitted.take();
 
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","ui":{}}})").arg(request.id)));
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","ui":{}}})").arg(request.id)));
     QCOMPARE(
-        c->heard.take(),
+        fixture->emitted.take(),
         (QStringList {QStringLiteral("structuredReplyReceived(\"{}\")"), QStringLiteral("activePhaseChanged(\"\")"),
                       QStringLiteral("routedAgentChanged(\"\")"), QStringLiteral("planStepChanged()")}
          + AgentSignals::GoodReply));
-    QCOMPARE(c->agent.planStepIndex(), -1);
-    QCOMPARE(c->agent.planStepTotal(), 0);
-    QCOMPARE(c->agent.planStepCapability(), QString());
-    QCOMPARE(c->agent.planStepPhase(), QString());
+    QCOMPARE(fixture->agent.planStepIndex(), -1);
+    QCOMPARE(fixture->agent.planStepTotal(), 0);
+    QCOMPARE(fixture->agent.planStepCapability(), QString());
+    QCOMPARE(fixture->agent.planStepPhase(), QString());
 }
 
 void tst_AgentBridgeEvents::errorKeepsTheProgress()
 {
     for (const char *frame : {R"({"id":%1,"error":"no"})", R"({"id":%1})", R"({"id":%1,"result":{}})",
                               R"({"type":"error","id":%1,"error":{"message":"no"}})"}) {
-        const ScriptedBridge::Request request = c->prompt();
-        c->peer.event(QStringLiteral("agent.routed"), json(QStringLiteral(R"({"agent":"planner"})")));
-        c->peer.event(QStringLiteral("plan.step"), json(QStringLiteral(R"({"index":1,"total":2})")));
-        c->peer.event(QStringLiteral("plan.phase"), json(QStringLiteral(R"({"phase":"executing"})")));
-        QTRY_COMPARE(c->agent.activePhase(), QStringLiteral("executing"));
-        QVERIFY(c->deliver(QString::fromLatin1(frame).arg(request.id)));
-        QCOMPARE(c->agent.status(), QStringLiteral("error"));
-        QCOMPARE(c->agent.activePhase(), QStringLiteral("executing"));
-        QCOMPARE(c->agent.routedAgent(), QStringLiteral("planner"));
-        QCOMPARE(c->agent.planStepIndex(), 1);
-        QVERIFY(!c->log.takeWarnings().isEmpty());
+        const ScriptedBridge::Request request = fixture->prompt();
+        fixture->peer.event(QStringLiteral("agent.routed"), json(QStringLiteral(R"({"agent":"planner"})")));
+        fixture->peer.event(QStringLiteral("plan.step"), json(QStringLiteral(R"({"index":1,"total":2})")));
+        fixture->peer.event(QStringLiteral("plan.phase"), json(QStringLiteral(R"({"phase":"executing"})")));
+        QTRY_COMPARE(fixture->agent.activePhase(), QStringLiteral("executing"));
+        QVERIFY(fixture->deliver(QString::fromLatin1(frame).arg(request.id)));
+        QCOMPARE(fixture->agent.status(), QStringLiteral("error"));
+        QCOMPARE(fixture->agent.activePhase(), QStringLiteral("executing"));
+        QCOMPARE(fixture->agent.routedAgent(), QStringLiteral("planner"));
+        QCOMPARE(fixture->agent.planStepIndex(), 1);
+        QVERIFY(!fixture->log.takeWarnings().isEmpty());
     }
 }
 

@@ -26,9 +26,9 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void hasAnUpperLimitForMessages_data();
-    void hasAnUpperLimitForMessages();
-    void takesLongMessages();
+    void rejectsOversizedMessages_data();
+    void rejectsOversizedMessages();
+    void acceptsLongMessages();
     void survivesGarbage();
     void survivesBinaryFrames();
 };
@@ -43,51 +43,51 @@ void tst_AgentBridgeFrames::init()
     TestSetup::clearSettings();
 }
 
-void tst_AgentBridgeFrames::hasAnUpperLimitForMessages_data()
+void tst_AgentBridgeFrames::rejectsOversizedMessages_data()
 {
     QTest::addColumn<quint64>("frameSize");
     QTest::newRow("in one frame") << quint64(2 * s_limit);
     QTest::newRow("in many frames") << quint64(1024 * 1024);
 }
 
-void tst_AgentBridgeFrames::hasAnUpperLimitForMessages()
+void tst_AgentBridgeFrames::rejectsOversizedMessages()
 {
     QFETCH(quint64, frameSize);
-    ConnectedAgent c;
-    QVERIFY(c.begin());
-    c.prompt();
-    c.peer.connection(0)->setOutgoingFrameSize(frameSize);
-    c.peer.sendRaw(QString(static_cast<int>(s_limit) + 1, QLatin1Char(' ')));
-    QTRY_COMPARE_WITH_TIMEOUT(c.agent.isServiceAvailable(), false, 60000);
-    QTRY_VERIFY(timerOf(c.agent)->isActive());
-    QCOMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 0);
-    c.log.takeWarnings(); // the socket's own words on it are Qt's
+    ConnectedAgent fixture;
+    QVERIFY(fixture.begin());
+    fixture.prompt();
+    fixture.peer.connection(0)->setOutgoingFrameSize(frameSize);
+    fixture.peer.sendRaw(QString(static_cast<int>(s_limit) + 1, QLatin1Char(' ')));
+    QTRY_COMPARE_WITH_TIMEOUT(fixture.agent.isServiceAvailable(), false, 60000);
+    QTRY_VERIFY(timerOf(fixture.agent)->isActive());
+    QCOMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 0);
+    fixture.log.takeWarnings(); // the socket's own words on it are Qt's
 
-    endPause(c.agent);
-    QVERIFY(c.peer.waitForConnection(2));
-    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(c.prompt().id, quint64(2));
+    endPause(fixture.agent);
+    QVERIFY(fixture.peer.waitForConnection(2));
+    QTRY_COMPARE(fixture.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(fixture.prompt().id, quint64(2));
 }
 
-void tst_AgentBridgeFrames::takesLongMessages()
+void tst_AgentBridgeFrames::acceptsLongMessages()
 {
-    ConnectedAgent c;
-    QVERIFY(c.begin());
-    const ScriptedBridge::Request request = c.prompt();
+    ConnectedAgent fixture;
+    QVERIFY(fixture.begin());
+    const ScriptedBridge::Request request = fixture.prompt();
     const QString text(8 * 1024 * 1024, QLatin1Char('x'));
     QString reply;
-    connect(&c.agent, &AgentBridge::agentReplied, this, [&](const QString &response) { reply = response; });
-    c.peer.reply(request, answer(text));
+    connect(&fixture.agent, &AgentBridge::agentReplied, this, [&](const QString &response) { reply = response; });
+    fixture.peer.reply(request, answer(text));
     QTRY_VERIFY_WITH_TIMEOUT(!reply.isEmpty(), 60000);
     QVERIFY(reply == text);
-    QCOMPARE(c.log.warnings(), QStringList());
+    QCOMPARE(fixture.log.warnings(), QStringList());
 }
 
 void tst_AgentBridgeFrames::survivesGarbage()
 {
-    ConnectedAgent c;
-    QVERIFY(c.begin());
-    const ScriptedBridge::Request request = c.prompt();
+    ConnectedAgent fixture;
+    QVERIFY(fixture.begin());
+    const ScriptedBridge::Request request = fixture.prompt();
 
     QRandomGenerator random(20260101);
     const QString good = QStringLiteral(R"({"type":"response","id":99,"payload":{"response":"hi","usage":{}}})");
@@ -105,28 +105,28 @@ void tst_AgentBridgeFrames::survivesGarbage()
                 frame[random.bounded(frame.size())] = QLatin1Char(static_cast<char>(random.bounded(0x20, 0x7f)));
             }
         }
-        c.peer.sendRaw(frame);
+        fixture.peer.sendRaw(frame);
     }
-    QTRY_COMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), rounds);
+    QTRY_COMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), rounds);
 
     // No signal, and the conversation goes on where it was.
-    QCOMPARE(c.heard.entries(), QStringList());
-    QVERIFY(c.agent.isThinking());
-    QCOMPARE(c.peer.connectionCount(), 1);
-    c.peer.reply(request, answer(QStringLiteral("still here")));
-    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(c.heard.entries().first(), QStringLiteral("agentReplied(\"still here\")"));
+    QCOMPARE(fixture.emitted.entries(), QStringList());
+    QVERIFY(fixture.agent.isThinking());
+    QCOMPARE(fixture.peer.connectionCount(), 1);
+    fixture.peer.reply(request, answer(QStringLiteral("still here")));
+    QTRY_COMPARE(fixture.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(fixture.emitted.entries().first(), QStringLiteral("agentReplied(\"still here\")"));
 }
 
 void tst_AgentBridgeFrames::survivesBinaryFrames()
 {
-    ConnectedAgent c;
-    QVERIFY(c.begin());
-    const ScriptedBridge::Request request = c.prompt();
-    c.peer.connection(0)->sendBinaryMessage(QByteArray(1000, '\xff'));
-    c.peer.reply(request, answer(QStringLiteral("hi")));
-    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(c.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 1);
+    ConnectedAgent fixture;
+    QVERIFY(fixture.begin());
+    const ScriptedBridge::Request request = fixture.prompt();
+    fixture.peer.connection(0)->sendBinaryMessage(QByteArray(1000, '\xff'));
+    fixture.peer.reply(request, answer(QStringLiteral("hi")));
+    QTRY_COMPARE(fixture.agent.status(), QStringLiteral("idle"));
+    QCOMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 1);
 }
 
 REGISTER_TEST(tst_AgentBridgeFrames, QCoreApplication)

@@ -34,10 +34,10 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void hasItsFirstValues();
+    void hasDefaultValues();
     void offersItsMembersToQml();
-    void takesStoredChoices_data();
-    void takesStoredChoices();
+    void readsStoredChoices_data();
+    void readsStoredChoices();
     void choicesAreStored();
     void writingTheSameValueDoesNothing();
 };
@@ -52,7 +52,7 @@ void tst_AgentBridgeMembers::init()
     TestSetup::clearSettings();
 }
 
-void tst_AgentBridgeMembers::hasItsFirstValues()
+void tst_AgentBridgeMembers::hasDefaultValues()
 {
     MessageLog log;
     const AgentBridge agent;
@@ -144,7 +144,7 @@ void tst_AgentBridgeMembers::offersItsMembersToQml()
     QCOMPARE(Members::answers(type), QStringList {QStringLiteral("bool isServiceAvailable()")});
 }
 
-void tst_AgentBridgeMembers::takesStoredChoices_data()
+void tst_AgentBridgeMembers::readsStoredChoices_data()
 {
     QTest::addColumn<QVariant>("storedAgent");
     QTest::addColumn<QVariant>("storedModel");
@@ -158,14 +158,14 @@ void tst_AgentBridgeMembers::takesStoredChoices_data()
                           << "p/m";
     QTest::newRow("empty") << text("") << text("") << "auto"
                            << "";
-    QTest::newRow("blanks stay") << text(" a ") << text(" p/m ") << " a "
-                                 << " p/m ";
+    QTest::newRow("whitespace stays") << text(" a ") << text(" p/m ") << " a "
+                                      << " p/m ";
     QTest::newRow("lists") << QVariant(QStringList {QStringLiteral("a"), QStringLiteral("b")})
                            << QVariant(QStringList {QStringLiteral("a"), QStringLiteral("b")}) << "auto"
                            << "";
 }
 
-void tst_AgentBridgeMembers::takesStoredChoices()
+void tst_AgentBridgeMembers::readsStoredChoices()
 {
     QFETCH(QVariant, storedAgent);
     QFETCH(QVariant, storedModel);
@@ -184,14 +184,14 @@ void tst_AgentBridgeMembers::choicesAreStored()
     MessageLog log;
     {
         AgentBridge agent;
-        SignalLog heard(&agent);
+        SignalLog emitted(&agent);
         agent.setCurrentAgent(QStringLiteral("planner"));
         QVERIFY(log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Agent changed to: \"planner\"")));
         log.clear();
         QVERIFY(agent.setProperty("currentModel", QStringLiteral("loomra/big")));
         QVERIFY(agent.setProperty("inputMode", QStringLiteral("voice")));
         QCOMPARE(log.lines().size(), 0);
-        QCOMPARE(heard.entries(),
+        QCOMPARE(emitted.entries(),
                  (QStringList {QStringLiteral("currentAgentChanged(\"planner\")"),
                                QStringLiteral("currentModelChanged(\"loomra/big\")"),
                                QStringLiteral("inputModeChanged(\"voice\")")}));
@@ -216,12 +216,12 @@ void tst_AgentBridgeMembers::writingTheSameValueDoesNothing()
 {
     MessageLog log;
     AgentBridge agent;
-    SignalLog heard(&agent);
+    SignalLog emitted(&agent);
     log.clear();
     agent.setCurrentAgent(QStringLiteral("auto"));
     agent.setCurrentModel(QString());
     agent.setInputMode(QStringLiteral("text"));
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(log.lines().size(), 0);
     QVERIFY(!QSettings().contains(QStringLiteral("omniBar/currentAgent")));
     QVERIFY(!QSettings().contains(QStringLiteral("omniBar/currentModel")));

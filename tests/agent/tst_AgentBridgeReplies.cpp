@@ -20,8 +20,8 @@ class tst_AgentBridgeReplies : public ConnectedAgentTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void dropsWhatIsNoObject_data();
-    void dropsWhatIsNoObject();
+    void rejectsFramesThatAreNotObjects_data();
+    void rejectsFramesThatAreNotObjects();
     void logsTheStartOfAMessage();
 
     void endsAChat_data();
@@ -35,7 +35,7 @@ private Q_SLOTS:
     void keepsTheSessionOfAnEmptyReply();
 };
 
-void tst_AgentBridgeReplies::dropsWhatIsNoObject_data()
+void tst_AgentBridgeReplies::rejectsFramesThatAreNotObjects_data()
 {
     QTest::addColumn<QString>("frame");
     QTest::addColumn<QString>("reason");
@@ -45,19 +45,19 @@ void tst_AgentBridgeReplies::dropsWhatIsNoObject_data()
                          << "unterminated string";
     QTest::newRow("array") << R"([{"type":"ready"}])"
                            << "no error occurred";
-    QTest::newRow("blank") << " "
-                           << "illegal value";
+    QTest::newRow("whitespace") << " "
+                                << "illegal value";
 }
 
-void tst_AgentBridgeReplies::dropsWhatIsNoObject()
+void tst_AgentBridgeReplies::rejectsFramesThatAreNotObjects()
 {
     QFETCH(QString, frame);
     QFETCH(QString, reason);
-    c->prompt();
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(), QStringList());
-    QVERIFY(c->agent.isThinking());
-    QCOMPARE(c->log.takeWarnings(),
+    fixture->prompt();
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QVERIFY(fixture->agent.isThinking());
+    QCOMPARE(fixture->log.takeWarnings(),
              (QStringList {QStringLiteral("[AgentBridge] Failed to parse WebSocket message as JSON: ") + quoted(reason),
                            QStringLiteral("[AgentBridge] Raw message: ") + quoted(frame)}));
 }
@@ -65,16 +65,16 @@ void tst_AgentBridgeReplies::dropsWhatIsNoObject()
 void tst_AgentBridgeReplies::logsTheStartOfAMessage()
 {
     const QString frame = QStringLiteral("{\"type\":\"event\",\"fill\":\"%1\"}").arg(QString(300, QLatin1Char('x')));
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->log.lines().size(), 1);
-    QVERIFY(
-        c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Received WebSocket message: ") + quoted(frame.left(200))));
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->log.lines().size(), 1);
+    QVERIFY(fixture->log.has(QtDebugMsg,
+                             QStringLiteral("[AgentBridge] Received WebSocket message: ") + quoted(frame.left(200))));
 }
 
 void tst_AgentBridgeReplies::endsAChat_data()
 {
     QTest::addColumn<QString>("frame"); // %1 is the id
-    QTest::addColumn<QStringList>("signalsHeard");
+    QTest::addColumn<QStringList>("emitted");
     QTest::addColumn<QStringList>("warnings");
 
     const QStringList none;
@@ -98,10 +98,10 @@ void tst_AgentBridgeReplies::endsAChat_data()
                                     << none;
     QTest::newRow("id with a fraction") << R"({"id":%1.5,"result":{"response":"hi"}})" << AgentSignals::GoodReply
                                         << none;
-    QTest::newRow("blank response") << R"({"id":%1,"result":{"response":" "}})"
-                                    << QStringList {QStringLiteral("agentReplied(\" \")"), AgentSignals::NotThinking,
-                                                    AgentSignals::Idle}
-                                    << none;
+    QTest::newRow("whitespace response") << R"({"id":%1,"result":{"response":" "}})"
+                                         << QStringList {QStringLiteral("agentReplied(\" \")"),
+                                                         AgentSignals::NotThinking, AgentSignals::Idle}
+                                         << none;
 
     // Errors in a reply
     QTest::newRow("message") << R"({"type":"response","id":%1,"error":{"message":"no","code":"E1"}})"
@@ -127,8 +127,8 @@ void tst_AgentBridgeReplies::endsAChat_data()
         << R"({"id":%1,"error":{"message":"x"},"result":{"response":"hi"}})" << AgentSignals::GoodReply << none;
     QTest::newRow("older: object and no result")
         << R"({"id":%1,"error":{"message":"x"}})" << unexpected << unexpectedLog;
-    QTest::newRow("place holders stay") << R"({"id":%1,"error":"50% of %2"})" << failure(QStringLiteral("50% of %2"))
-                                        << bridgeError(QStringLiteral("50% of %2"));
+    QTest::newRow("placeholders stay") << R"({"id":%1,"error":"50% of %2"})" << failure(QStringLiteral("50% of %2"))
+                                       << bridgeError(QStringLiteral("50% of %2"));
 
     // Results that are none
     QTest::newRow("result a text") << R"({"id":%1,"result":"hi"})" << unexpected << unexpectedLog;
@@ -195,15 +195,15 @@ void tst_AgentBridgeReplies::endsAChat()
 {
     QFETCH(QString, frame);
     QFETCH(QStringList, warnings);
-    const ScriptedBridge::Request request = c->prompt();
-    QVERIFY(c->deliver(frame.replace(QStringLiteral("%1"), QString::number(request.id))));
-    QTEST(c->heard.take(), "signalsHeard");
-    const QStringList logged = c->log.takeWarnings();
+    const ScriptedBridge::Request request = fixture->prompt();
+    QVERIFY(fixture->deliver(frame.replace(QStringLiteral("%1"), QString::number(request.id))));
+    QTEST(fixture->emitted.take(), "emitted");
+    const QStringList logged = fixture->log.takeWarnings();
     QCOMPARE(logged.size(), warnings.size());
     for (int i = 0; i < logged.size(); ++i) {
         QVERIFY2(logged.at(i).startsWith(warnings.at(i)), qUtf8Printable(logged.at(i)));
     }
-    QVERIFY(!c->agent.isThinking());
+    QVERIFY(!fixture->agent.isThinking());
 }
 
 void tst_AgentBridgeReplies::namesTheTypeOfABadResult_data()
@@ -222,13 +222,13 @@ void tst_AgentBridgeReplies::namesTheTypeOfABadResult()
 {
     QFETCH(QString, result);
     QFETCH(int, type);
-    const QString frame = QStringLiteral("{\"id\":%1").arg(c->prompt().id) + result + QLatin1Char('}');
-    QVERIFY(c->deliver(frame));
+    const QString frame = QStringLiteral("{\"id\":%1").arg(fixture->prompt().id) + result + QLatin1Char('}');
+    QVERIFY(fixture->deliver(frame));
     QCOMPARE(
-        c->log.takeWarnings(),
+        fixture->log.takeWarnings(),
         (QStringList {QStringLiteral("[AgentBridge] Unexpected result payload from bridge, result type: %1").arg(type),
                       QStringLiteral("[AgentBridge] Full message: ") + quoted(frame)}));
-    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
+    QCOMPARE(fixture->emitted.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
 }
 
 void tst_AgentBridgeReplies::structuredTextComesFirst()
@@ -236,28 +236,29 @@ void tst_AgentBridgeReplies::structuredTextComesFirst()
     // The state that a listener sees at each of the two.
     QStringList seen;
     const auto look = [&](const QString &) {
-        seen.append(c->agent.status() + QLatin1Char(' ')
-                    + (c->agent.isThinking() ? QStringLiteral("thinking") : QStringLiteral("still")));
+        seen.append(fixture->agent.status() + QLatin1Char(' ')
+                    + (fixture->agent.isThinking() ? QStringLiteral("thinking") : QStringLiteral("still")));
     };
-    connect(&c->agent, &AgentBridge::structuredReplyReceived, this, look);
-    connect(&c->agent, &AgentBridge::agentReplied, this, look);
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","ui":{}}})").arg(c->prompt().id)));
+    connect(&fixture->agent, &AgentBridge::structuredReplyReceived, this, look);
+    connect(&fixture->agent, &AgentBridge::agentReplied, this, look);
+    QVERIFY(
+        fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","ui":{}}})").arg(fixture->prompt().id)));
     QCOMPARE(seen, (QStringList {QStringLiteral("thinking thinking"), QStringLiteral("thinking thinking")}));
 }
 
 void tst_AgentBridgeReplies::aReplyMayBeAnsweredByTheNextIntent()
 {
-    connect(&c->agent, &AgentBridge::agentReplied, &c->agent, [this](const QString &response) {
+    connect(&fixture->agent, &AgentBridge::agentReplied, &fixture->agent, [this](const QString &response) {
         if (response == QLatin1String("first")) {
-            c->agent.sendIntent(QStringLiteral("next"));
+            fixture->agent.sendIntent(QStringLiteral("next"));
         }
     });
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"first"}})").arg(c->prompt().id)));
-    const ScriptedBridge::Request next = c->peer.takeRequest();
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"first"}})").arg(fixture->prompt().id)));
+    const ScriptedBridge::Request next = fixture->peer.takeRequest();
     QCOMPARE(next.id, quint64(2));
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"second"}})").arg(next.id)));
-    QVERIFY(c->heard.entries().contains(QStringLiteral("agentReplied(\"second\")")));
-    QCOMPARE(c->agent.status(), QStringLiteral("idle"));
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"second"}})").arg(next.id)));
+    QVERIFY(fixture->emitted.entries().contains(QStringLiteral("agentReplied(\"second\")")));
+    QCOMPARE(fixture->agent.status(), QStringLiteral("idle"));
 }
 
 void tst_AgentBridgeReplies::keepsTheSession()
@@ -265,27 +266,29 @@ void tst_AgentBridgeReplies::keepsTheSession()
     const auto sessionOf = [](const ScriptedBridge::Request &request) {
         return request.params.value(QStringLiteral("sessionId"));
     };
-    ScriptedBridge::Request request = c->prompt();
+    ScriptedBridge::Request request = fixture->prompt();
     QVERIFY(sessionOf(request).isUndefined());
     for (const char *session : {R"("s1")", R"("")", "null", "5"}) {
-        QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":%2}})")
-                               .arg(QString::number(request.id), QLatin1String(session))));
-        request = c->prompt();
+        QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":%2}})")
+                                     .arg(QString::number(request.id), QLatin1String(session))));
+        request = fixture->prompt();
         QCOMPARE(sessionOf(request), QJsonValue(QStringLiteral("s1"))); // only a text that isn't empty replaces it
     }
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":"s2"}})").arg(request.id)));
-    QCOMPARE(sessionOf(c->prompt()), QJsonValue(QStringLiteral("s2")));
-    c->agent.rephraseText(QStringLiteral("x"));
-    QCOMPARE(sessionOf(c->peer.takeRequest()), QJsonValue(QStringLiteral("s2")));
-    c->agent.sendMessageFeedback(QStringLiteral("up"), 0, QString());
-    QCOMPARE(sessionOf(c->peer.takeRequest()), QJsonValue(QStringLiteral("s2")));
+    QVERIFY(
+        fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":"s2"}})").arg(request.id)));
+    QCOMPARE(sessionOf(fixture->prompt()), QJsonValue(QStringLiteral("s2")));
+    fixture->agent.rephraseText(QStringLiteral("x"));
+    QCOMPARE(sessionOf(fixture->peer.takeRequest()), QJsonValue(QStringLiteral("s2")));
+    fixture->agent.sendMessageFeedback(QStringLiteral("up"), 0, QString());
+    QCOMPARE(sessionOf(fixture->peer.takeRequest()), QJsonValue(QStringLiteral("s2")));
 }
 
 void tst_AgentBridgeReplies::keepsTheSessionOfAnEmptyReply()
 {
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"","sessionId":"s1"}})").arg(c->prompt().id)));
-    QCOMPARE(c->log.takeWarnings().size(), 1);
-    QCOMPARE(c->prompt().params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
+    QVERIFY(fixture->deliver(
+        QStringLiteral(R"({"id":%1,"result":{"response":"","sessionId":"s1"}})").arg(fixture->prompt().id)));
+    QCOMPARE(fixture->log.takeWarnings().size(), 1);
+    QCOMPARE(fixture->prompt().params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
 }
 
 REGISTER_TEST(tst_AgentBridgeReplies, QCoreApplication)

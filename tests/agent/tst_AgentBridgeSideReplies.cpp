@@ -12,8 +12,8 @@ class tst_AgentBridgeSideReplies : public ConnectedAgentTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void feedbackIsQuiet_data();
-    void feedbackIsQuiet();
+    void feedbackReplyEmitsNothing_data();
+    void feedbackReplyEmitsNothing();
     void refusedFeedbackEndsAChat();
     void errorMessageForFeedbackIsShown();
 
@@ -24,7 +24,7 @@ private Q_SLOTS:
     void rephraseFails();
 };
 
-void tst_AgentBridgeSideReplies::feedbackIsQuiet_data()
+void tst_AgentBridgeSideReplies::feedbackReplyEmitsNothing_data()
 {
     QTest::addColumn<QString>("frame");
     QTest::addColumn<QString>("line");
@@ -32,8 +32,8 @@ void tst_AgentBridgeSideReplies::feedbackIsQuiet_data()
                         << "ok= true";
     QTest::newRow("not ok") << R"({"id":%1,"result":{"ok":false,"response":"hi","sessionId":"s9"}})"
                             << "ok= false";
-    QTest::newRow("nothing said") << R"({"id":%1,"result":{}})"
-                                  << "ok= false";
+    QTest::newRow("missing") << R"({"id":%1,"result":{}})"
+                             << "ok= false";
     QTest::newRow("null") << R"({"id":%1,"result":null})"
                           << "(empty ack)";
     QTest::newRow("missing") << R"({"type":"response","id":%1})"
@@ -42,42 +42,43 @@ void tst_AgentBridgeSideReplies::feedbackIsQuiet_data()
                           << "(empty ack)";
 }
 
-void tst_AgentBridgeSideReplies::feedbackIsQuiet()
+void tst_AgentBridgeSideReplies::feedbackReplyEmitsNothing()
 {
     QFETCH(QString, frame);
     QFETCH(QString, line);
-    c->prompt(); // goes on thinking all the while
-    c->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
-    QVERIFY(c->deliver(frame.arg(c->peer.takeRequest().id)));
-    QCOMPARE(c->heard.take(), QStringList());
-    QVERIFY(
-        c->log.has(QtDebugMsg,
-                   QString(QStringLiteral("[AgentBridge] messageFeedback recorded") //
-                           + (line.startsWith(QLatin1Char('(')) ? QStringLiteral(" ") : QStringLiteral(", ")) + line)));
-    QVERIFY(c->agent.isThinking());
-    QCOMPARE(c->agent.status(), QStringLiteral("thinking"));
-    QVERIFY(!c->prompt().params.contains(QStringLiteral("sessionId")));
+    fixture->prompt(); // goes on thinking all the while
+    fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
+    QVERIFY(fixture->deliver(frame.arg(fixture->peer.takeRequest().id)));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QVERIFY(fixture->log.has(QtDebugMsg,
+                             QString(QStringLiteral("[AgentBridge] messageFeedback recorded") //
+                                     + (line.startsWith(QLatin1Char('(')) ? QStringLiteral(" ") : QStringLiteral(", "))
+                                     + line)));
+    QVERIFY(fixture->agent.isThinking());
+    QCOMPARE(fixture->agent.status(), QStringLiteral("thinking"));
+    QVERIFY(!fixture->prompt().params.contains(QStringLiteral("sessionId")));
 }
 
 void tst_AgentBridgeSideReplies::refusedFeedbackEndsAChat()
 {
     for (const char *frame : {R"({"type":"response","id":%1,"error":{"message":"no"}})",
                               R"({"id":%1,"error":"no","result":{"ok":true}})"}) {
-        c->prompt();
-        c->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
-        QVERIFY(c->deliver(QString::fromLatin1(frame).arg(c->peer.takeRequest().id)));
+        fixture->prompt();
+        fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
+        QVERIFY(fixture->deliver(QString::fromLatin1(frame).arg(fixture->peer.takeRequest().id)));
         // No text for the user, but all the rest.
-        QCOMPARE(c->heard.take(), failure({}));
-        QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+        QCOMPARE(fixture->emitted.take(), failure({}));
+        QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
     }
 }
 
 void tst_AgentBridgeSideReplies::errorMessageForFeedbackIsShown()
 {
-    c->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
-    c->peer.error(c->peer.takeRequest(), QStringLiteral("no"));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
-    QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+    fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
+    fixture->peer.error(fixture->peer.takeRequest(), QStringLiteral("no"));
+    QTRY_COMPARE(fixture->emitted.entries(),
+                 (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
+    QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
 }
 
 void tst_AgentBridgeSideReplies::rephraseAnswers_data()
@@ -94,59 +95,61 @@ void tst_AgentBridgeSideReplies::rephraseAnswers_data()
                                << "\"";
     QTest::newRow("empty") << ""
                            << "";
-    QTest::newRow("blank") << "  "
-                           << "";
-    QTest::newRow("place holders") << "set %1 to %2"
-                                   << "set %1 to %2";
+    QTest::newRow("whitespace") << "  "
+                                << "";
+    QTest::newRow("placeholders") << "set %1 to %2"
+                                  << "set %1 to %2";
 }
 
 void tst_AgentBridgeSideReplies::rephraseAnswers()
 {
     QFETCH(QString, response);
     QFETCH(QString, text);
-    c->agent.rephraseText(QStringLiteral("open uh it"));
-    c->peer.reply(c->peer.takeRequest(),
-                  answer(response, json(QStringLiteral(R"({"ui":{"blocks":[]},"followUps":["x"]})"))));
-    QTRY_COMPARE(c->heard.entries(),
+    fixture->agent.rephraseText(QStringLiteral("open uh it"));
+    fixture->peer.reply(fixture->peer.takeRequest(),
+                        answer(response, json(QStringLiteral(R"({"ui":{"blocks":[]},"followUps":["x"]})"))));
+    QTRY_COMPARE(fixture->emitted.entries(),
                  QStringList {QStringLiteral("rephraseReady(\"open uh it\", \"") + text + QStringLiteral("\")")});
-    QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] rephrase result: \"open uh it\" -> ") + quoted(text)));
+    QVERIFY(fixture->log.has(QtDebugMsg,
+                             QStringLiteral("[AgentBridge] rephrase result: \"open uh it\" -> ") + quoted(text)));
 }
 
 void tst_AgentBridgeSideReplies::rephraseTakesSessionAndUsage()
 {
-    c->agent.rephraseText(QStringLiteral("x"));
-    c->peer.replyOldForm(
-        c->peer.takeRequest(),
+    fixture->agent.rephraseText(QStringLiteral("x"));
+    fixture->peer.replyOldForm(
+        fixture->peer.takeRequest(),
         answer(QStringLiteral("X"), json(QStringLiteral(R"({"sessionId":"s1","usage":{"outputTokens":3}})"))));
-    QTRY_COMPARE(c->heard.entries(),
+    QTRY_COMPARE(fixture->emitted.entries(),
                  (QStringList {QStringLiteral("usageReported(0, 3)"), QStringLiteral("rephraseReady(\"x\", \"X\")")}));
-    QCOMPARE(c->prompt().params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
+    QCOMPARE(fixture->prompt().params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
 }
 
 void tst_AgentBridgeSideReplies::rephraseLeavesTheChatAlone()
 {
-    const ScriptedBridge::Request chat = c->prompt();
-    c->peer.event(QStringLiteral("plan.phase"), json(QStringLiteral(R"({"phase":"creating"})")));
-    QTRY_COMPARE(c->agent.activePhase(), QStringLiteral("creating"));
-    c->heard.take();
-    c->agent.rephraseText(QStringLiteral("x"));
-    c->peer.reply(c->peer.takeRequest(), answer(QStringLiteral("X")));
-    QTRY_COMPARE(c->heard.entries(), QStringList {QStringLiteral("rephraseReady(\"x\", \"X\")")});
-    c->heard.take();
-    QVERIFY(c->agent.isThinking());
-    QCOMPARE(c->agent.activePhase(), QStringLiteral("creating"));
-    c->peer.reply(chat, answer(QStringLiteral("hi")));
-    QTRY_COMPARE(c->heard.entries(),
+    const ScriptedBridge::Request chat = fixture->prompt();
+    fixture->peer.event(QStringLiteral("plan.phase"), json(QStringLiteral(R"({"phase":"creating"})")));
+    QTRY_COMPARE(fixture->agent.activePhase(), QStringLiteral("creating"));
+    fixture->emitted.take();
+    fixture->agent.rephraseText(QStringLiteral("x"));
+    fixture->peer.reply(fixture->peer.takeRequest(), answer(QStringLiteral("X")));
+    QTRY_COMPARE(fixture->emitted.entries(), QStringList {QStringLiteral("rephraseReady(\"x\", \"X\")")});
+    fixture->emitted.take();
+    QVERIFY(fixture->agent.isThinking());
+    QCOMPARE(fixture->agent.activePhase(), QStringLiteral("creating"));
+    fixture->peer.reply(chat, answer(QStringLiteral("hi")));
+    QTRY_COMPARE(fixture->emitted.entries(),
                  (QStringList {QStringLiteral("activePhaseChanged(\"\")")} + AgentSignals::GoodReply));
 }
 
 void tst_AgentBridgeSideReplies::rephraseFails()
 {
     // The failure is told like any other; no rephraseReady comes.
-    c->agent.rephraseText(QStringLiteral("x"));
-    c->peer.fail(c->peer.takeRequest(), QStringLiteral("no"), QStringLiteral("E1"));
-    QTRY_COMPARE(c->heard.entries(), (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
-    QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+    fixture->agent.rephraseText(QStringLiteral("x"));
+    fixture->peer.fail(fixture->peer.takeRequest(), QStringLiteral("no"), QStringLiteral("E1"));
+    QTRY_COMPARE(fixture->emitted.entries(),
+                 (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
+    QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
 }
 
 REGISTER_TEST(tst_AgentBridgeSideReplies, QCoreApplication)

@@ -28,25 +28,25 @@ private Q_SLOTS:
     void forgetsARequestThatFailed();
 
     void ignoresStreamsOfNoRequest();
-    void takesAStreamForAReply();
+    void treatsAStreamAsAReply();
 };
 
 void tst_AgentBridgeStrayReplies::logsAGoodReply()
 {
-    const ScriptedBridge::Request request = c->prompt();
-    QVERIFY(c->deliver(
+    const ScriptedBridge::Request request = fixture->prompt();
+    QVERIFY(fixture->deliver(
         QStringLiteral(R"({"id":%1,"result":{"response":"hello","sessionId":"s1","ui":{}}})").arg(request.id)));
-    QCOMPARE(c->log.warnings(), QStringList());
-    QCOMPARE(c->log.texts().mid(1),
+    QCOMPARE(fixture->log.warnings(), QStringList());
+    QCOMPARE(fixture->log.texts().mid(1),
              (QStringList {
                  QStringLiteral("[AgentBridge] Processing message, id= 1 hasResult= true hasError= true"),
                  QStringLiteral("[AgentBridge] Received response from bridge, sessionId= \"s1\" responseLength= 5"),
                  QStringLiteral("[AgentBridge] Structured UI payload detected, emitting structuredReplyReceived")}));
 
     // Follow-ups alone come without a line of their own.
-    QVERIFY(
-        c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hello","followUps":[]}})").arg(c->prompt().id)));
-    QCOMPARE(c->log.count(QStringLiteral("[AgentBridge] Structured")), 0);
+    QVERIFY(fixture->deliver(
+        QStringLiteral(R"({"id":%1,"result":{"response":"hello","followUps":[]}})").arg(fixture->prompt().id)));
+    QCOMPARE(fixture->log.count(QStringLiteral("[AgentBridge] Structured")), 0);
 }
 
 void tst_AgentBridgeStrayReplies::logsWhatAReplyHas_data()
@@ -71,8 +71,8 @@ void tst_AgentBridgeStrayReplies::logsWhatAReplyHas()
 {
     QFETCH(QString, frame);
     QFETCH(QString, line);
-    QVERIFY(c->deliver(frame));
-    QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Processing message, ") + line));
+    QVERIFY(fixture->deliver(frame));
+    QVERIFY(fixture->log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Processing message, ") + line));
 }
 
 void tst_AgentBridgeStrayReplies::dropsStrayMessages_data()
@@ -101,62 +101,62 @@ void tst_AgentBridgeStrayReplies::dropsStrayMessages()
 {
     QFETCH(QString, id);
     QFETCH(QString, logged);
-    c->prompt();
-    c->prompt();
+    fixture->prompt();
+    fixture->prompt();
     for (const char *form : {R"({"type":"response","id":%1,"payload":%2})", R"({"id":%1,"result":%2})"}) {
         const QString result = QStringLiteral(R"({"response":"hi","sessionId":"s9","usage":{"inputTokens":5}})");
-        QVERIFY(c->deliver(QString::fromLatin1(form).arg(id, result)));
-        QVERIFY(c->log.has(
+        QVERIFY(fixture->deliver(QString::fromLatin1(form).arg(id, result)));
+        QVERIFY(fixture->log.has(
             QtDebugMsg,
             QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= (1, 2)").arg(logged)));
     }
-    QCOMPARE(c->heard.take(), QStringList());
-    QVERIFY(c->agent.isThinking());
-    QVERIFY(!c->prompt().params.contains(QStringLiteral("sessionId")));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QVERIFY(fixture->agent.isThinking());
+    QVERIFY(!fixture->prompt().params.contains(QStringLiteral("sessionId")));
 }
 
 void tst_AgentBridgeStrayReplies::dropsADuplicate()
 {
-    const QString frame = QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(c->prompt().id);
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(), AgentSignals::GoodReply);
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(), QStringList());
+    const QString frame = QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(fixture->prompt().id);
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take(), AgentSignals::GoodReply);
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
 void tst_AgentBridgeStrayReplies::forgetsARequestThatFailed()
 {
-    const quint64 id = c->prompt().id;
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"error","id":%1,"error":{"message":"no"}})").arg(id)));
-    QCOMPARE(c->heard.take(), failure(QStringLiteral("no")));
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(id)));
-    QCOMPARE(c->heard.take(), QStringList());
-    QCOMPARE(c->log.takeWarnings(), bridgeError(QStringLiteral("no")));
-    QVERIFY(c->log.has(QtDebugMsg,
-                       QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= ()").arg(id)));
+    const quint64 id = fixture->prompt().id;
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"error","id":%1,"error":{"message":"no"}})").arg(id)));
+    QCOMPARE(fixture->emitted.take(), failure(QStringLiteral("no")));
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(id)));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+    QVERIFY(fixture->log.has(
+        QtDebugMsg, QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= ()").arg(id)));
 
     // One for an unknown id leaves the others open.
-    const quint64 open = c->prompt().id;
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"error","id":99,"error":{}})")));
-    c->heard.take();
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(open)));
-    QCOMPARE(c->heard.take(), (QStringList {QStringLiteral("agentReplied(\"hi\")"), AgentSignals::Idle}));
+    const quint64 open = fixture->prompt().id;
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"error","id":99,"error":{}})")));
+    fixture->emitted.take();
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(open)));
+    QCOMPARE(fixture->emitted.take(), (QStringList {QStringLiteral("agentReplied(\"hi\")"), AgentSignals::Idle}));
 }
 
 void tst_AgentBridgeStrayReplies::ignoresStreamsOfNoRequest()
 {
-    c->prompt();
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"stream","payload":{"text":"part"}})")));
-    QCOMPARE(c->heard.take(), QStringList());
-    QVERIFY(c->agent.isThinking());
+    fixture->prompt();
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"stream","payload":{"text":"part"}})")));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QVERIFY(fixture->agent.isThinking());
 }
 
-void tst_AgentBridgeStrayReplies::takesAStreamForAReply()
+void tst_AgentBridgeStrayReplies::treatsAStreamAsAReply()
 {
-    const quint64 id = c->prompt().id;
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"stream","id":%1,"payload":{"response":"part"}})").arg(id)));
-    QCOMPARE(c->heard.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
-    QCOMPARE(c->log.takeWarnings().size(), 2);
+    const quint64 id = fixture->prompt().id;
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"stream","id":%1,"payload":{"response":"part"}})").arg(id)));
+    QCOMPARE(fixture->emitted.take(), (QStringList {s_unexpected, AgentSignals::NotThinking, AgentSignals::Error}));
+    QCOMPARE(fixture->log.takeWarnings().size(), 2);
 }
 
 REGISTER_TEST(tst_AgentBridgeStrayReplies, QCoreApplication)

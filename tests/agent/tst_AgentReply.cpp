@@ -22,21 +22,21 @@ class tst_AgentReply : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsTexts_data();
-    void readsTexts();
-    void readsUsage_data();
-    void readsUsage();
+    void parsesTexts_data();
+    void parsesTexts();
+    void parsesUsage_data();
+    void parsesUsage();
     void mergesFollowUps_data();
     void mergesFollowUps();
-    void readsPlanSteps_data();
-    void readsPlanSteps();
-    void readsIds_data();
-    void readsIds();
+    void parsesPlanSteps_data();
+    void parsesPlanSteps();
+    void parsesIds_data();
+    void parsesIds();
     void dropsOnePairOfQuotationMarks_data();
     void dropsOnePairOfQuotationMarks();
 };
 
-void tst_AgentReply::readsTexts_data()
+void tst_AgentReply::parsesTexts_data()
 {
     QTest::addColumn<QString>("result");
     QTest::addColumn<QString>("response");
@@ -54,12 +54,12 @@ void tst_AgentReply::readsTexts_data()
     QTest::newRow("objects") << R"({"response":{"text":"hi"},"sessionId":null})"
                              << ""
                              << "";
-    QTest::newRow("blanks stay") << R"({"response":" hi\n","sessionId":" "})"
-                                 << " hi\n"
-                                 << " ";
+    QTest::newRow("whitespace stays") << R"({"response":" hi\n","sessionId":" "})"
+                                      << " hi\n"
+                                      << " ";
 }
 
-void tst_AgentReply::readsTexts()
+void tst_AgentReply::parsesTexts()
 {
     QFETCH(QString, result);
     const AgentReply reply = AgentReply::read(json(result));
@@ -67,7 +67,7 @@ void tst_AgentReply::readsTexts()
     QTEST(reply.sessionId, "sessionId");
 }
 
-void tst_AgentReply::readsUsage_data()
+void tst_AgentReply::parsesUsage_data()
 {
     QTest::addColumn<QString>("usage");
     QTest::addColumn<int>("input");
@@ -85,7 +85,7 @@ void tst_AgentReply::readsUsage_data()
     QTest::newRow("number") << "5" << 0 << 0;
 }
 
-void tst_AgentReply::readsUsage()
+void tst_AgentReply::parsesUsage()
 {
     QFETCH(QString, usage);
     const AgentReply reply = AgentReply::read(json(QStringLiteral("{\"usage\":%1}").arg(usage)));
@@ -126,7 +126,7 @@ void tst_AgentReply::mergesFollowUps()
     QTEST(reply.uiJson, "uiJson");
 }
 
-void tst_AgentReply::readsPlanSteps_data()
+void tst_AgentReply::parsesPlanSteps_data()
 {
     QTest::addColumn<QString>("payload");
     QTest::addColumn<int>("index");
@@ -154,7 +154,7 @@ void tst_AgentReply::readsPlanSteps_data()
                                  << "" << false;
 }
 
-void tst_AgentReply::readsPlanSteps()
+void tst_AgentReply::parsesPlanSteps()
 {
     QFETCH(QString, payload);
     const PlanStep step = PlanStep::read(json(payload));
@@ -165,7 +165,7 @@ void tst_AgentReply::readsPlanSteps()
     QTEST(step.isRunning(), "running");
 }
 
-void tst_AgentReply::readsIds_data()
+void tst_AgentReply::parsesIds_data()
 {
     QTest::addColumn<QString>("value");
     QTest::addColumn<quint64>("id");
@@ -186,7 +186,7 @@ void tst_AgentReply::readsIds_data()
     QTest::newRow("array") << "[7]" << quint64(0);
 }
 
-void tst_AgentReply::readsIds()
+void tst_AgentReply::parsesIds()
 {
     QFETCH(QString, value);
     QTEST(requestIdOf(json(QStringLiteral("{\"id\":%1}").arg(value)).value(QStringLiteral("id"))), "id");
@@ -205,10 +205,10 @@ void tst_AgentReply::dropsOnePairOfQuotationMarks_data()
                             << "open it";
     QTest::newRow("single") << "'open it'"
                             << "open it";
-    QTest::newRow("blanks outside go first") << " \n\"open it\"\t"
-                                             << "open it";
-    QTest::newRow("blanks inside stay") << "\" open it \""
-                                        << " open it ";
+    QTest::newRow("outer whitespace is removed first") << " \n\"open it\"\t"
+                                                       << "open it";
+    QTest::newRow("inner whitespace stays") << "\" open it \""
+                                            << " open it ";
     QTest::newRow("one pair only") << "\"\"open it\"\""
                                    << "\"open it\"";
     QTest::newRow("single inside double") << "\"'open it'\""
@@ -231,8 +231,8 @@ void tst_AgentReply::dropsOnePairOfQuotationMarks_data()
                                  << "“open it”";
     QTest::newRow("empty") << ""
                            << "";
-    QTest::newRow("blank") << " \n"
-                           << "";
+    QTest::newRow("whitespace") << " \n"
+                                << "";
 }
 
 void tst_AgentReply::dropsOnePairOfQuotationMarks()

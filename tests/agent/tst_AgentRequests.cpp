@@ -22,21 +22,21 @@ class tst_AgentRequests : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void chatTellsWhatIsKnown_data();
-    void chatTellsWhatIsKnown();
+    void chatOmitsEmptyValues_data();
+    void chatOmitsEmptyValues();
     void cancelNamesTheSession();
-    void rephraseIsAChatOfItsOwn_data();
-    void rephraseIsAChatOfItsOwn();
-    void rephraseKeepsPlaceHoldersOfTheUser();
-    void uiActionTakesObjectsOnly_data();
-    void uiActionTakesObjectsOnly();
-    void feedbackTellsWhatIsKnown_data();
-    void feedbackTellsWhatIsKnown();
+    void rephraseIsASeparateChat_data();
+    void rephraseIsASeparateChat();
+    void rephraseKeepsPlaceholdersInUserText();
+    void uiActionAcceptsObjectsOnly_data();
+    void uiActionAcceptsObjectsOnly();
+    void feedbackOmitsEmptyValues_data();
+    void feedbackOmitsEmptyValues();
     void feedbackCutsLongTexts_data();
     void feedbackCutsLongTexts();
 };
 
-void tst_AgentRequests::chatTellsWhatIsKnown_data()
+void tst_AgentRequests::chatOmitsEmptyValues_data()
 {
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("sessionId");
@@ -61,11 +61,11 @@ void tst_AgentRequests::chatTellsWhatIsKnown_data()
                                       << "auto"
                                       << ""
                                       << "text" << json(R"({"message":"hi","agent":"auto","inputMode":"text"})");
-    QTest::newRow("blanks stay") << "  hi \n"
-                                 << ""
-                                 << ""
-                                 << " p/m "
-                                 << "x" << json(R"({"message":"  hi \n","model":" p/m ","inputMode":"x"})");
+    QTest::newRow("whitespace stays") << "  hi \n"
+                                      << ""
+                                      << ""
+                                      << " p/m "
+                                      << "x" << json(R"({"message":"  hi \n","model":" p/m ","inputMode":"x"})");
     QTest::newRow("empty message stays") << ""
                                          << ""
                                          << ""
@@ -73,7 +73,7 @@ void tst_AgentRequests::chatTellsWhatIsKnown_data()
                                          << "text" << json(R"({"message":"","inputMode":"text"})");
 }
 
-void tst_AgentRequests::chatTellsWhatIsKnown()
+void tst_AgentRequests::chatOmitsEmptyValues()
 {
     QFETCH(QString, message);
     QFETCH(QString, sessionId);
@@ -89,7 +89,7 @@ void tst_AgentRequests::cancelNamesTheSession()
     QCOMPARE(AgentRequests::cancel({}), QJsonObject());
 }
 
-void tst_AgentRequests::rephraseIsAChatOfItsOwn_data()
+void tst_AgentRequests::rephraseIsASeparateChat_data()
 {
     QTest::addColumn<QString>("sessionId");
     QTest::addColumn<QString>("model");
@@ -109,7 +109,7 @@ void tst_AgentRequests::rephraseIsAChatOfItsOwn_data()
                              << "agent message";
 }
 
-void tst_AgentRequests::rephraseIsAChatOfItsOwn()
+void tst_AgentRequests::rephraseIsASeparateChat()
 {
     QFETCH(QString, sessionId);
     QFETCH(QString, model);
@@ -126,14 +126,14 @@ void tst_AgentRequests::rephraseIsAChatOfItsOwn()
                             "\"open uh the files\""));
 }
 
-void tst_AgentRequests::rephraseKeepsPlaceHoldersOfTheUser()
+void tst_AgentRequests::rephraseKeepsPlaceholdersInUserText()
 {
     const QString said = QStringLiteral("set volume to %1 %2 \"%L1\" 50%");
     const QString message = AgentRequests::rephrase(said, {}).value(QStringLiteral("message")).toString();
     QVERIFY2(message.endsWith(QStringLiteral("unchanged.\n\n\"") + said + QLatin1Char('"')), qUtf8Printable(message));
 }
 
-void tst_AgentRequests::uiActionTakesObjectsOnly_data()
+void tst_AgentRequests::uiActionAcceptsObjectsOnly_data()
 {
     QTest::addColumn<QString>("data");
     QTest::addColumn<QJsonObject>("object");
@@ -149,7 +149,7 @@ void tst_AgentRequests::uiActionTakesObjectsOnly_data()
     QTest::newRow("empty") << "" << QJsonObject();
 }
 
-void tst_AgentRequests::uiActionTakesObjectsOnly()
+void tst_AgentRequests::uiActionAcceptsObjectsOnly()
 {
     QFETCH(QString, data);
     QFETCH(QJsonObject, object);
@@ -160,7 +160,7 @@ void tst_AgentRequests::uiActionTakesObjectsOnly()
     QCOMPARE(AgentRequests::uiAction(QStringLiteral("option_selected"), data, s_full), expected);
 }
 
-void tst_AgentRequests::feedbackTellsWhatIsKnown_data()
+void tst_AgentRequests::feedbackOmitsEmptyValues_data()
 {
     QTest::addColumn<QString>("userQuery");
     QTest::addColumn<QString>("sessionId");
@@ -178,7 +178,7 @@ void tst_AgentRequests::feedbackTellsWhatIsKnown_data()
                                          "source":"omnibar","inputMode":"text"})");
 }
 
-void tst_AgentRequests::feedbackTellsWhatIsKnown()
+void tst_AgentRequests::feedbackOmitsEmptyValues()
 {
     QFETCH(QString, userQuery);
     QFETCH(QString, sessionId);

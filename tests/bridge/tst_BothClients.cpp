@@ -109,17 +109,17 @@ void tst_BothClients::frames()
         return QString(frame).replace(QLatin1String("\"id\":1"),
                                       QStringLiteral("\"id\":") + QString::number(ids.value(connection)));
     };
-    SignalLog heardOfFirst(&first);
-    SignalLog heardOfSecond(&second);
+    SignalLog emittedByFirst(&first);
+    SignalLog emittedBySecond(&second);
     QVERIFY(QMetaObject::invokeMethod(&first, "onWebSocketTextMessageReceived", Q_ARG(QString, frameFor(1))));
-    QCOMPARE(heardOfFirst.take().join(s_line), sdk);
+    QCOMPARE(emittedByFirst.take().join(s_line), sdk);
     QVERIFY(QMetaObject::invokeMethod(&second, "onTextMessageReceived", Q_ARG(QString, frameFor(0))));
-    QStringList heard = heardOfSecond.take();
-    heard.removeAll(QStringLiteral("thinkingChanged(false)"));
-    heard.erase(std::remove_if(heard.begin(), heard.end(),
-                               [](const QString &entry) { return entry.startsWith(QLatin1String("statusChanged")); }),
-                heard.end());
-    QCOMPARE(heard.join(s_line), agent);
+    QStringList emitted = emittedBySecond.take();
+    emitted.removeAll(QStringLiteral("thinkingChanged(false)"));
+    emitted.erase(std::remove_if(emitted.begin(), emitted.end(),
+                                 [](const QString &entry) { return entry.startsWith(QLatin1String("statusChanged")); }),
+                  emitted.end());
+    QCOMPARE(emitted.join(s_line), agent);
 }
 
 REGISTER_TEST(tst_BothClients, QCoreApplication)

@@ -16,16 +16,16 @@ class tst_BridgeFrame : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsKindsApart_data();
-    void tellsKindsApart();
-    void takesResultFromTheKeyOfItsForm_data();
-    void takesResultFromTheKeyOfItsForm();
-    void readsEvents_data();
-    void readsEvents();
-    void keepsIdAndErrorAsTheyStand();
-    void saysWhyTextIsUnreadable_data();
-    void saysWhyTextIsUnreadable();
-    void readsOtherTopLevelsAsObjectWithoutKeys();
+    void distinguishesKinds_data();
+    void distinguishesKinds();
+    void findsTheResultOfBothForms_data();
+    void findsTheResultOfBothForms();
+    void parsesEvents_data();
+    void parsesEvents();
+    void keepsIdAndErrorUnchanged();
+    void reportsParseErrors_data();
+    void reportsParseErrors();
+    void treatsOtherTopLevelsAsEmptyObjects();
     void survivesAnyDepth();
     void errorTextIsMessageOrCode_data();
     void errorTextIsMessageOrCode();
@@ -33,7 +33,7 @@ private Q_SLOTS:
     void requestIsCompactAndWhole();
 };
 
-void tst_BridgeFrame::tellsKindsApart_data()
+void tst_BridgeFrame::distinguishesKinds_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<Kind>("kind");
@@ -47,15 +47,15 @@ void tst_BridgeFrame::tellsKindsApart_data()
     QTest::newRow("unknown type") << R"({"type":"answer"})" << Kind::OlderReply;
     QTest::newRow("empty type") << R"({"type":""})" << Kind::OlderReply;
     QTest::newRow("other case") << R"({"type":"Ready"})" << Kind::OlderReply;
-    QTest::newRow("type with blanks") << R"({"type":"ready "})" << Kind::OlderReply;
+    QTest::newRow("type with whitespace") << R"({"type":"ready "})" << Kind::OlderReply;
     QTest::newRow("type is a number") << R"({"type":5})" << Kind::OlderReply;
     QTest::newRow("type is an array") << R"({"type":["ready"]})" << Kind::OlderReply;
     QTest::newRow("last of two types counts") << R"({"type":"ready","type":"event"})" << Kind::Event;
     QTest::newRow("empty object") << "{}" << Kind::OlderReply;
-    QTest::newRow("blanks around") << " \n{\"type\":\"ready\"}\n " << Kind::Ready;
+    QTest::newRow("surrounded by whitespace") << " \n{\"type\":\"ready\"}\n " << Kind::Ready;
 }
 
-void tst_BridgeFrame::tellsKindsApart()
+void tst_BridgeFrame::distinguishesKinds()
 {
     QFETCH(QString, text);
     const BridgeFrame frame = BridgeFrame::parse(text);
@@ -65,7 +65,7 @@ void tst_BridgeFrame::tellsKindsApart()
     QCOMPARE(frame.message, json(text));
 }
 
-void tst_BridgeFrame::takesResultFromTheKeyOfItsForm_data()
+void tst_BridgeFrame::findsTheResultOfBothForms_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QJsonValue>("result");
@@ -79,13 +79,13 @@ void tst_BridgeFrame::takesResultFromTheKeyOfItsForm_data()
     QTest::newRow("array") << R"({"result":[true]})" << QJsonValue(QJsonArray {true});
 }
 
-void tst_BridgeFrame::takesResultFromTheKeyOfItsForm()
+void tst_BridgeFrame::findsTheResultOfBothForms()
 {
     QFETCH(QString, text);
     QTEST(BridgeFrame::parse(text).result, "result");
 }
 
-void tst_BridgeFrame::readsEvents_data()
+void tst_BridgeFrame::parsesEvents_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("name");
@@ -100,7 +100,7 @@ void tst_BridgeFrame::readsEvents_data()
     QTest::newRow("a response is no event") << R"({"type":"response","payload":{"event":"ready"}})" << QString() << 0;
 }
 
-void tst_BridgeFrame::readsEvents()
+void tst_BridgeFrame::parsesEvents()
 {
     QFETCH(QString, text);
     const BridgeFrame frame = BridgeFrame::parse(text);
@@ -108,7 +108,7 @@ void tst_BridgeFrame::readsEvents()
     QTEST(frame.eventPayload.size(), "payloadKeys");
 }
 
-void tst_BridgeFrame::keepsIdAndErrorAsTheyStand()
+void tst_BridgeFrame::keepsIdAndErrorUnchanged()
 {
     const BridgeFrame full = BridgeFrame::parse(QStringLiteral(R"({"id":"7","error":{"code":"E1"}})"));
     QCOMPARE(full.id, QJsonValue(QStringLiteral("7")));
@@ -119,7 +119,7 @@ void tst_BridgeFrame::keepsIdAndErrorAsTheyStand()
     QVERIFY(bare.error.isUndefined());
 }
 
-void tst_BridgeFrame::saysWhyTextIsUnreadable_data()
+void tst_BridgeFrame::reportsParseErrors_data()
 {
     QTest::addColumn<QString>("text");
 
@@ -134,7 +134,7 @@ void tst_BridgeFrame::saysWhyTextIsUnreadable_data()
     QTest::newRow("byte order mark inside") << QStringLiteral("{}") + QChar(0xfeff);
 }
 
-void tst_BridgeFrame::saysWhyTextIsUnreadable()
+void tst_BridgeFrame::reportsParseErrors()
 {
     QFETCH(QString, text);
     const BridgeFrame frame = BridgeFrame::parse(text);
@@ -147,7 +147,7 @@ void tst_BridgeFrame::saysWhyTextIsUnreadable()
     QVERIFY(frame.result.isUndefined());
 }
 
-void tst_BridgeFrame::readsOtherTopLevelsAsObjectWithoutKeys()
+void tst_BridgeFrame::treatsOtherTopLevelsAsEmptyObjects()
 {
     const BridgeFrame frame = BridgeFrame::parse(QStringLiteral(R"([{"type":"ready"}])"));
     QCOMPARE(frame.kind, Kind::OlderReply);

@@ -44,7 +44,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void hasItsFirstValues();
+    void hasDefaultValues();
     void offersItsMembersToQml();
     void apiKeySignalsChanges();
     void knownProjectMovesToTheFront();
@@ -52,10 +52,10 @@ private Q_SLOTS:
     void pathsThatStayOutOfTheRecentOnes_data();
     void pathsThatStayOutOfTheRecentOnes();
     void sameProjectDoesNothing();
-    void takesPathsAsTheyAreWritten();
-    void longListIsReadWholeAndCutByTheNextProject();
+    void comparesPathsLiterally();
+    void longListIsTruncatedByTheNextProject();
     void templatesAreSwitchedOnAndOff();
-    void minutesAreTakenAsTheyAreSet();
+    void settersDoNotBoundMinutes();
 };
 
 void tst_ConfigManager::initTestCase()
@@ -68,7 +68,7 @@ void tst_ConfigManager::init()
     ConfigFile::remove();
 }
 
-void tst_ConfigManager::hasItsFirstValues()
+void tst_ConfigManager::hasDefaultValues()
 {
     const ConfigManager config;
     QCOMPARE(config.apiKey(), QString());
@@ -115,11 +115,11 @@ void tst_ConfigManager::offersItsMembersToQml()
 void tst_ConfigManager::apiKeySignalsChanges()
 {
     ConfigManager config;
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     config.setProperty("apiKey", QStringLiteral("k"));
     config.setProperty("apiKey", QStringLiteral("k"));
     QCOMPARE(config.apiKey(), QStringLiteral("k"));
-    QCOMPARE(heard.entries(), QStringList(QStringLiteral("apiKeyChanged()")));
+    QCOMPARE(emitted.entries(), QStringList(QStringLiteral("apiKeyChanged()")));
 }
 
 void tst_ConfigManager::knownProjectMovesToTheFront()
@@ -131,11 +131,11 @@ void tst_ConfigManager::knownProjectMovesToTheFront()
     }
     QCOMPARE(config.recentProjects(), (QStringList {projects[4], projects[3], projects[2], projects[1]}));
 
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     config.setCurrentProject(projects[2]);
     QCOMPARE(config.currentProject(), projects[2]);
     QCOMPARE(config.recentProjects(), (QStringList {projects[2], projects[4], projects[3], projects[1]}));
-    QCOMPARE(heard.entries(), (QStringList {s_recentProjectsChanged, s_currentProjectChanged}));
+    QCOMPARE(emitted.entries(), (QStringList {s_recentProjectsChanged, s_currentProjectChanged}));
 }
 
 void tst_ConfigManager::eleventhProjectPushesOutTheOldest()
@@ -167,12 +167,12 @@ void tst_ConfigManager::pathsThatStayOutOfTheRecentOnes()
     const Projects projects;
     ConfigManager config;
     config.setCurrentProject(projects[1]);
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
 
     config.setCurrentProject(path);
     QCOMPARE(config.currentProject(), path);
     QCOMPARE(config.recentProjects(), QStringList(projects[1]));
-    QCOMPARE(heard.entries(), QStringList(s_currentProjectChanged));
+    QCOMPARE(emitted.entries(), QStringList(s_currentProjectChanged));
 }
 
 void tst_ConfigManager::sameProjectDoesNothing()
@@ -180,12 +180,12 @@ void tst_ConfigManager::sameProjectDoesNothing()
     const Projects projects;
     ConfigManager config;
     config.setCurrentProject(projects[1]);
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     config.setCurrentProject(projects[1]);
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
 }
 
-void tst_ConfigManager::takesPathsAsTheyAreWritten()
+void tst_ConfigManager::comparesPathsLiterally()
 {
     const Projects projects;
     const QString otherSpelling = projects[1] + QLatin1Char('/');
@@ -195,7 +195,7 @@ void tst_ConfigManager::takesPathsAsTheyAreWritten()
     QCOMPARE(config.recentProjects(), (QStringList {otherSpelling, projects[1]}));
 }
 
-void tst_ConfigManager::longListIsReadWholeAndCutByTheNextProject()
+void tst_ConfigManager::longListIsTruncatedByTheNextProject()
 {
     QStringList paths;
     for (int number = 1; number <= 15; ++number) {
@@ -217,7 +217,7 @@ void tst_ConfigManager::templatesAreSwitchedOnAndOff()
 {
     const QString slug = QStringLiteral("x");
     ConfigManager config;
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     config.setWorkspaceTemplateSlugEnabled(QStringLiteral("z"), true);
     config.setWorkspaceTemplateSlugEnabled(slug, true);
     config.setWorkspaceTemplateSlugEnabled(slug, true);
@@ -238,18 +238,18 @@ void tst_ConfigManager::templatesAreSwitchedOnAndOff()
     QVERIFY(!config.isWorkspaceTemplateSlugEnabled(slug));
     config.save();
     QVERIFY2(ConfigFile::content().contains("\nEnabledWorkspaceTemplateSlugs=z\n"), ConfigFile::content().constData());
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
 }
 
-void tst_ConfigManager::minutesAreTakenAsTheyAreSet()
+void tst_ConfigManager::settersDoNotBoundMinutes()
 {
     ConfigManager config;
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     config.setWorkspaceSuggestionReminderMinutes(5000);
     config.setWorkspaceSuggestionReminderEnabled(true);
     QCOMPARE(config.workspaceSuggestionReminderMinutes(), 5000);
     QCOMPARE(config.workspaceSuggestionReminderEnabled(), true);
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QVERIFY(!QFile::exists(ConfigFile::path()));
 }
 

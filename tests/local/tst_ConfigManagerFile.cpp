@@ -40,13 +40,13 @@ private Q_SLOTS:
     void minutesAreBoundedOnReading_data();
     void minutesAreBoundedOnReading();
     void savesAllValues();
-    void savesNothingByItself();
+    void doesNotSaveAutomatically();
     void loadsWithoutSignals();
-    void loadTakesBackWhatWasNotSaved();
-    void loadDoesNotLookAtTheDisk();
-    void fileIsForTheUserAlone();
-    void savesWhenItEnds();
-    void keepsQuietWhenItCannotSave();
+    void loadDiscardsUnsavedChanges();
+    void loadDoesNotReread();
+    void fileIsPrivate();
+    void savesOnDestruction();
+    void ignoresSaveErrors();
 };
 
 void tst_ConfigManagerFile::initTestCase()
@@ -65,10 +65,10 @@ void tst_ConfigManagerFile::minutesAreBoundedOnReading_data()
     QTest::addColumn<int>("minutes");
 
     QTest::newRow("as it is") << QByteArray("30") << 30;
-    QTest::newRow("least") << QByteArray("1") << 1;
+    QTest::newRow("minimum") << QByteArray("1") << 1;
     QTest::newRow("0") << QByteArray("0") << 1;
     QTest::newRow("negative") << QByteArray("-7") << 1;
-    QTest::newRow("most") << QByteArray("1440") << 1440;
+    QTest::newRow("maximum") << QByteArray("1440") << 1440;
     QTest::newRow("above") << QByteArray("1441") << 1440;
     QTest::newRow("2000") << QByteArray("2000") << 1440;
     QTest::newRow("a word") << QByteArray("often") << 1;
@@ -115,7 +115,7 @@ void tst_ConfigManagerFile::savesAllValues()
     QVERIFY(next.isWorkspaceTemplateSlugEnabled(QStringLiteral("a,b")));
 }
 
-void tst_ConfigManagerFile::savesNothingByItself()
+void tst_ConfigManagerFile::doesNotSaveAutomatically()
 {
     ConfigManager config;
     config.setApiKey(QStringLiteral("k"));
@@ -127,7 +127,7 @@ void tst_ConfigManagerFile::savesNothingByItself()
 void tst_ConfigManagerFile::loadsWithoutSignals()
 {
     ConfigManager config;
-    SignalLog heard(&config);
+    SignalLog emitted(&config);
     QVERIFY(
         ConfigFile::write("ApiKey=k\nCurrentProject=/p\nRecentProjects=/p,/q\nWorkspaceSuggestionReminderEnabled=true\n"
                           "WorkspaceSuggestionReminderMinutes=7\nEnabledWorkspaceTemplateSlugs=x\n"));
@@ -138,10 +138,10 @@ void tst_ConfigManagerFile::loadsWithoutSignals()
     QCOMPARE(config.workspaceSuggestionReminderEnabled(), true);
     QCOMPARE(config.workspaceSuggestionReminderMinutes(), 7);
     QVERIFY(config.isWorkspaceTemplateSlugEnabled(QStringLiteral("x")));
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
 }
 
-void tst_ConfigManagerFile::loadTakesBackWhatWasNotSaved()
+void tst_ConfigManagerFile::loadDiscardsUnsavedChanges()
 {
     ConfigManager config;
     config.setApiKey(QStringLiteral("saved"));
@@ -151,7 +151,7 @@ void tst_ConfigManagerFile::loadTakesBackWhatWasNotSaved()
     QCOMPARE(config.apiKey(), QStringLiteral("saved"));
 }
 
-void tst_ConfigManagerFile::loadDoesNotLookAtTheDisk()
+void tst_ConfigManagerFile::loadDoesNotReread()
 {
     ConfigManager config;
     config.setApiKey(QStringLiteral("opened"));
@@ -161,7 +161,7 @@ void tst_ConfigManagerFile::loadDoesNotLookAtTheDisk()
     QCOMPARE(config.apiKey(), QStringLiteral("opened"));
 }
 
-void tst_ConfigManagerFile::fileIsForTheUserAlone()
+void tst_ConfigManagerFile::fileIsPrivate()
 {
     ConfigManager().save();
     constexpr QFile::Permissions others =
@@ -172,7 +172,7 @@ void tst_ConfigManagerFile::fileIsForTheUserAlone()
              QFile::ReadOwner | QFile::WriteOwner);
 }
 
-void tst_ConfigManagerFile::savesWhenItEnds()
+void tst_ConfigManagerFile::savesOnDestruction()
 {
     // As a child of the application it ends after everything else, in the last moments of a process.
     QProcess run;
@@ -184,7 +184,7 @@ void tst_ConfigManagerFile::savesWhenItEnds()
     QVERIFY2(ConfigFile::content().contains("\nApiKey=last\n"), ConfigFile::content().constData());
 }
 
-void tst_ConfigManagerFile::keepsQuietWhenItCannotSave()
+void tst_ConfigManagerFile::ignoresSaveErrors()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("/dev/null"));

@@ -22,7 +22,7 @@ struct Places
 {
     const QTemporaryDir root;
     const QString home = root.filePath(QStringLiteral("home"));
-    const QString usual = home + QStringLiteral("/.local/state") + s_logs;
+    const QString standard = home + QStringLiteral("/.local/state") + s_logs;
     const QString other = root.filePath(QStringLiteral("other"));
 };
 
@@ -33,34 +33,34 @@ class tst_LogDirectory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void makesTheUsualDirectory();
+    void createsTheDefaultDirectory();
     void choosesWhereLogsAre_data();
     void choosesWhereLogsAre();
-    void stateHomeTakesThePlaceOfTheUsual();
+    void stateHomeReplacesTheDefault();
     void pathIsClean();
     void followsTheEnvironment();
 };
 
-void tst_LogDirectory::makesTheUsualDirectory()
+void tst_LogDirectory::createsTheDefaultDirectory()
 {
     const Places places;
-    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), places.usual);
-    QVERIFY(QDir(places.usual).exists());
+    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), places.standard);
+    QVERIFY(QDir(places.standard).exists());
     QVERIFY(!QDir(places.other).exists());
 }
 
 void tst_LogDirectory::choosesWhereLogsAre_data()
 {
-    QTest::addColumn<QString>("inUsual");
+    QTest::addColumn<QString>("inStandard");
     QTest::addColumn<QString>("inOther");
     QTest::addColumn<bool>("isOther");
 
     const QString log = QStringLiteral("bridge.log");
     const QString text = QStringLiteral("bridge.log.txt");
-    QTest::newRow("usual alone") << log << QString() << false;
+    QTest::newRow("standard alone") << log << QString() << false;
     QTest::newRow("other alone") << QString() << log << true;
     QTest::newRow("both") << log << log << false;
-    QTest::newRow("no log in usual") << text << log << true;
+    QTest::newRow("no log in standard") << text << log << true;
     QTest::newRow("no log in other") << QString() << text << false;
     QTest::newRow("no log in either") << text << text << false;
     QTest::newRow("a folder is no log") << QString() << QStringLiteral("folder.log/bridge.log") << false;
@@ -68,22 +68,22 @@ void tst_LogDirectory::choosesWhereLogsAre_data()
 
 void tst_LogDirectory::choosesWhereLogsAre()
 {
-    QFETCH(QString, inUsual);
+    QFETCH(QString, inStandard);
     QFETCH(QString, inOther);
     QFETCH(bool, isOther);
     const Places places;
     const auto write = [](const QString &directory, const QString &name) {
         return name.isEmpty() || writeFile(directory + QLatin1Char('/') + name);
     };
-    QVERIFY(write(places.usual, inUsual));
+    QVERIFY(write(places.standard, inStandard));
     QVERIFY(write(places.other, inOther));
-    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), isOther ? places.other : places.usual);
+    QCOMPARE(LogDirectory::ofBridge(QString(), places.home, places.other), isOther ? places.other : places.standard);
 }
 
-void tst_LogDirectory::stateHomeTakesThePlaceOfTheUsual()
+void tst_LogDirectory::stateHomeReplacesTheDefault()
 {
     const Places places;
-    QVERIFY(writeFile(places.usual + s_log));
+    QVERIFY(writeFile(places.standard + s_log));
     const QString state = places.root.filePath(QStringLiteral("state"));
     QCOMPARE(LogDirectory::ofBridge(state, places.home, places.other), state + s_logs);
     QVERIFY(QDir(state + s_logs).exists());

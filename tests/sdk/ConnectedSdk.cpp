@@ -60,8 +60,8 @@ bool ConnectedSdk::deliverReply(quint64 id, const QString &payload)
 
 QStringList ConnectedSdk::waitForSignals(int count)
 {
-    waitUntil([&] { return heard.entries().size() >= count; });
-    return heard.take();
+    waitUntil([&] { return emitted.entries().size() >= count; });
+    return emitted.take();
 }
 
 QTimer *ConnectedSdk::timer(const char *name) const
@@ -81,18 +81,18 @@ void ConnectedSdkTest::initTestCase()
 
 void ConnectedSdkTest::init()
 {
-    c = std::make_unique<ConnectedSdk>();
-    QVERIFY(c->connect());
-    QVERIFY(c->becomeReady());
-    c->heard.take();
-    c->log.clear();
+    fixture = std::make_unique<ConnectedSdk>();
+    QVERIFY(fixture->connect());
+    QVERIFY(fixture->becomeReady());
+    fixture->emitted.take();
+    fixture->log.clear();
 }
 
 void ConnectedSdkTest::cleanup()
 {
-    const QStringList warnings = c->log.warnings();
-    const bool isAllTaken = c->peer.isAllTaken();
-    c.reset();
+    const QStringList warnings = fixture->log.warnings();
+    const bool isAllTaken = fixture->peer.isAllTaken();
+    fixture.reset();
     QCOMPARE(warnings, QStringList());
     QVERIFY2(isAllTaken, "a request was sent that the test doesn't know of");
 }

@@ -44,7 +44,8 @@ public:
     ScriptedBridge peer;
     ConfigManager config;
     LoomraSDK sdk {&config};
-    SignalLog heard {&sdk};
+    SignalLog emitted {&sdk};
+    SignalLog &heard = emitted; // the old name, still used by tst_LoomraSDKConnection
 
 private:
     //! A second look at each frame, to know when the client has dealt with it.
@@ -58,7 +59,8 @@ class ConnectedSdkTest : public QObject
     Q_OBJECT
 
 protected:
-    std::unique_ptr<ConnectedSdk> c;
+    std::unique_ptr<ConnectedSdk> fixture;
+    std::unique_ptr<ConnectedSdk> &c = fixture; // the old name, still used by tst_LoomraSDKConnection
 
 private Q_SLOTS:
     void initTestCase();

@@ -24,9 +24,9 @@ struct SdkOperation
     //! A good result of the bridge.
     const char *result;
     //! The signals at a good reply.
-    QStringList heard;
+    QStringList emitted;
     //! The signals at a reply whose result is an array where it should be an object.
-    QStringList heardOfWrongKind;
+    QStringList emittedForWrongType;
     //! Wire names of the requests that a good reply leads to.
     QStringList next;
 };

@@ -46,18 +46,18 @@ private Q_SLOTS:
     void cleanup();
 
     void makesRows();
-    void readsLines_data();
-    void readsLines();
-    void tellsWhatIsFree_data();
-    void tellsWhatIsFree();
+    void parsesLines_data();
+    void parsesLines();
+    void detectsFreeModels_data();
+    void detectsFreeModels();
     void merges_data();
     void merges();
     void mergeKeepsTheBridgesRow();
     void runsTheCli();
-    void givesNothingWhenTheCliDoesNot_data();
-    void givesNothingWhenTheCliDoesNot();
-    void givesNothingWithoutCli();
-    void endsACliThatHangs();
+    void returnsNothingOnCliFailure_data();
+    void returnsNothingOnCliFailure();
+    void returnsNothingWithoutCli();
+    void killsAHangingCli();
 
 private:
     std::unique_ptr<MessageLog> m_log;
@@ -87,7 +87,7 @@ void tst_CliModels::makesRows()
     QCOMPARE(CliModels::rowsIn(QStringLiteral("openai/gpt-4o-mini")), expected);
 }
 
-void tst_CliModels::readsLines_data()
+void tst_CliModels::parsesLines_data()
 {
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("rows"); // provider and model of each row
@@ -98,12 +98,12 @@ void tst_CliModels::readsLines_data()
                          << "[a|b][c|d]";
     QTest::newRow("all ends of lines") << "a/b\r\nc/d\re/f\n\n\r\n\ng/h"
                                        << "[a|b][c|d][e|f][g|h]";
-    QTest::newRow("blanks around") << "  a / b \t\n"
-                                   << "[a|b]";
-    QTest::newRow("blanks inside") << "a b/c d"
-                                   << "[a b|c d]";
-    QTest::newRow("blank line") << "   \na/b"
-                                << "[a|b]";
+    QTest::newRow("surrounded by whitespace") << "  a / b \t\n"
+                                              << "[a|b]";
+    QTest::newRow("inner whitespace") << "a b/c d"
+                                      << "[a b|c d]";
+    QTest::newRow("whitespace line") << "   \na/b"
+                                     << "[a|b]";
     QTest::newRow("three parts") << "openrouter/meta/llama"
                                  << "[openrouter|meta/llama]";
     QTest::newRow("two slashes") << "a//b"
@@ -121,7 +121,7 @@ void tst_CliModels::readsLines_data()
     QTest::newRow("beyond ASCII") << QStringLiteral("ä/模型") << QStringLiteral("[ä|模型]");
 }
 
-void tst_CliModels::readsLines()
+void tst_CliModels::parsesLines()
 {
     QFETCH(QString, output);
     QString rows;
@@ -136,7 +136,7 @@ void tst_CliModels::readsLines()
     QTEST(rows, "rows");
 }
 
-void tst_CliModels::tellsWhatIsFree_data()
+void tst_CliModels::detectsFreeModels_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<bool>("isFree");
@@ -148,7 +148,7 @@ void tst_CliModels::tellsWhatIsFree_data()
     QTest::newRow("not across the slash") << "f/ree" << false;
 }
 
-void tst_CliModels::tellsWhatIsFree()
+void tst_CliModels::detectsFreeModels()
 {
     QFETCH(QString, line);
     const QJsonArray rows = CliModels::rowsIn(line);
@@ -204,7 +204,7 @@ printf 'Models\nloomra/größe\r\nloomra/other')");
     QCOMPARE(contentOf(path.filePath(QStringLiteral("arguments"))), QByteArray("models|"));
 }
 
-void tst_CliModels::givesNothingWhenTheCliDoesNot_data()
+void tst_CliModels::returnsNothingOnCliFailure_data()
 {
     QTest::addColumn<QByteArray>("script");
 
@@ -216,7 +216,7 @@ void tst_CliModels::givesNothingWhenTheCliDoesNot_data()
     QTest::newRow("prints to the error stream") << QByteArray("echo a/b >&2");
 }
 
-void tst_CliModels::givesNothingWhenTheCliDoesNot()
+void tst_CliModels::returnsNothingOnCliFailure()
 {
     QFETCH(QByteArray, script);
     FakePath path;
@@ -224,7 +224,7 @@ void tst_CliModels::givesNothingWhenTheCliDoesNot()
     QCOMPARE(CliModels::list(), QJsonArray());
 }
 
-void tst_CliModels::givesNothingWithoutCli()
+void tst_CliModels::returnsNothingWithoutCli()
 {
     FakePath path(FakePath::Rest::Hidden);
     QCOMPARE(CliModels::list(), QJsonArray());
@@ -232,7 +232,7 @@ void tst_CliModels::givesNothingWithoutCli()
     QCOMPARE(CliModels::list(), QJsonArray());
 }
 
-void tst_CliModels::endsACliThatHangs()
+void tst_CliModels::killsAHangingCli()
 {
     FakePath path;
     const QString note = path.filePath(QStringLiteral("pid"));

@@ -45,18 +45,18 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void isOnByAnyValue_data();
-    void isOnByAnyValue();
-    void putsLinesTogether_data();
-    void putsLinesTogether();
+    void anyValueTurnsItOn_data();
+    void anyValueTurnsItOn();
+    void composesLines_data();
+    void composesLines();
     void escapesTexts_data();
     void escapesTexts();
-    void escapedTextsComeThrough();
-    void writesALineAnEvent();
+    void escapedTextsRoundTrip();
+    void writesOneLinePerEvent();
     void writesBrokenDataAllTheSame();
     void writesBeyondAscii();
-    void losesWhatCannotBeWritten_data();
-    void losesWhatCannotBeWritten();
+    void ignoresWriteErrors_data();
+    void ignoresWriteErrors();
 };
 
 void tst_DebugEventLog::initTestCase()
@@ -71,7 +71,7 @@ void tst_DebugEventLog::init()
     QDir(directoryPath()).removeRecursively();
 }
 
-void tst_DebugEventLog::isOnByAnyValue_data()
+void tst_DebugEventLog::anyValueTurnsItOn_data()
 {
     QTest::addColumn<QByteArray>("value"); // null means unset
     QTest::addColumn<bool>("isOn");
@@ -81,10 +81,10 @@ void tst_DebugEventLog::isOnByAnyValue_data()
     QTest::newRow("0") << QByteArray("0") << true;
     QTest::newRow("1") << QByteArray("1") << true;
     QTest::newRow("false") << QByteArray("false") << true;
-    QTest::newRow("blank") << QByteArray(" ") << true;
+    QTest::newRow("whitespace") << QByteArray(" ") << true;
 }
 
-void tst_DebugEventLog::isOnByAnyValue()
+void tst_DebugEventLog::anyValueTurnsItOn()
 {
     QFETCH(QByteArray, value);
     QFETCH(bool, isOn);
@@ -96,7 +96,7 @@ void tst_DebugEventLog::isOnByAnyValue()
     QCOMPARE(QFile::exists(filePath()), isOn);
 }
 
-void tst_DebugEventLog::putsLinesTogether_data()
+void tst_DebugEventLog::composesLines_data()
 {
     QTest::addColumn<QString>("location");
     QTest::addColumn<QString>("message");
@@ -124,16 +124,16 @@ void tst_DebugEventLog::putsLinesTogether_data()
                                        << R"({"d":"a"b"})"
                                        << QByteArray(R"({"location":"l","message":"m","data":{"d":"a"b"},)"
                                                      R"("timestamp":1700000000000})");
-    QTest::newRow("place holders stay") << "%2"
-                                        << "%3"
-                                        << "%1"
-                                        << QByteArray(R"({"location":"%2","message":"%3","data":%1,)"
-                                                      R"("timestamp":1700000000000})");
+    QTest::newRow("placeholders stay") << "%2"
+                                       << "%3"
+                                       << "%1"
+                                       << QByteArray(R"({"location":"%2","message":"%3","data":%1,)"
+                                                     R"("timestamp":1700000000000})");
     QTest::newRow("empty") << QString() << QString() << QString()
                            << QByteArray(R"({"location":"","message":"","data":,"timestamp":1700000000000})");
 }
 
-void tst_DebugEventLog::putsLinesTogether()
+void tst_DebugEventLog::composesLines()
 {
     QFETCH(QString, location);
     QFETCH(QString, message);
@@ -176,7 +176,7 @@ void tst_DebugEventLog::escapesTexts()
     QTEST(DebugEventLog::escapedLines(text), "escapedLines");
 }
 
-void tst_DebugEventLog::escapedTextsComeThrough()
+void tst_DebugEventLog::escapedTextsRoundTrip()
 {
     const QString text = QStringLiteral("{\"path\":\"C:\\\\n\"}\n\n\"");
     const QString data = QStringLiteral(R"({"t":"%1"})").arg(DebugEventLog::escapedLines(text));
@@ -185,7 +185,7 @@ void tst_DebugEventLog::escapedTextsComeThrough()
     QCOMPARE(read.value(QLatin1String("data")).toObject().value(QLatin1String("t")).toString(), text);
 }
 
-void tst_DebugEventLog::writesALineAnEvent()
+void tst_DebugEventLog::writesOneLinePerEvent()
 {
     qputenv(s_variable, "1");
     const qint64 before = QDateTime::currentMSecsSinceEpoch();
@@ -225,14 +225,14 @@ void tst_DebugEventLog::writesBeyondAscii()
     QCOMPARE(read.value(QLatin1String("data")), QJsonValue(QStringLiteral("ü 🙂")));
 }
 
-void tst_DebugEventLog::losesWhatCannotBeWritten_data()
+void tst_DebugEventLog::ignoresWriteErrors_data()
 {
     QTest::addColumn<bool>("directoryExists");
     QTest::newRow("a file in place of the directory") << false;
     QTest::newRow("a directory in place of the file") << true;
 }
 
-void tst_DebugEventLog::losesWhatCannotBeWritten()
+void tst_DebugEventLog::ignoresWriteErrors()
 {
     QFETCH(bool, directoryExists);
     if (directoryExists) {

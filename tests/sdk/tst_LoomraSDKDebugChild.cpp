@@ -157,7 +157,7 @@ void tst_LoomraSDKDebugChild::output_data()
     QTest::newRow("quotes and backslashes") << QByteArray(R"(process.stdout.write('"a\\b"');)") << R"(\"a\\b\")";
     QTest::newRow("lines") << QByteArray(R"(process.stdout.write('a\nb\n');)") << R"(a\nb\n)";
     QTest::newRow("beyond ASCII") << QByteArray("process.stdout.write('ü 🙂');") << "ü 🙂";
-    QTest::newRow("place holders") << QByteArray("process.stdout.write('%1 %2');") << "%1 %2";
+    QTest::newRow("placeholders") << QByteArray("process.stdout.write('%1 %2');") << "%1 %2";
     QTest::newRow("up to a zero byte") << QByteArray(R"(process.stdout.write('a\0b');)") << "a";
     QTest::newRow("standard error too") << QByteArray("process.stderr.write('oh');") << "oh";
 }

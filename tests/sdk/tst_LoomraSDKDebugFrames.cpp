@@ -15,15 +15,15 @@ class tst_LoomraSDKDebugFrames : public ConnectedSdkTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void oddFrames_data();
-    void oddFrames();
+    void malformedFrames_data();
+    void malformedFrames();
     void longFrames();
     void controlCharactersBreakALine_data();
     void controlCharactersBreakALine();
     void rawQuotesBreakALineAlone();
 };
 
-void tst_LoomraSDKDebugFrames::oddFrames_data()
+void tst_LoomraSDKDebugFrames::malformedFrames_data()
 {
     QTest::addColumn<QString>("frame");
     QTest::addColumn<QString>("preview");
@@ -49,19 +49,19 @@ void tst_LoomraSDKDebugFrames::oddFrames_data()
         << R"({\"type\":\"a\\\"\\\\\"})" << parsed.arg(QLatin1String(R"({"hasType":1,"type":"a\"\\","hasId":0})"));
     QTest::newRow("lines") << "{\n}\n"
                            << R"({\n}\n)" << nothing;
-    QTest::newRow("place holders") << R"({"a":"%1%2%3"})"
-                                   << R"({\"a\":\"%1%2%3\"})" << nothing;
+    QTest::newRow("placeholders") << R"({"a":"%1%2%3"})"
+                                  << R"({\"a\":\"%1%2%3\"})" << nothing;
     QTest::newRow("beyond ASCII") << R"({"a":"ü 🙂"})"
                                   << R"({\"a\":\"ü 🙂\"})" << nothing;
 }
 
-void tst_LoomraSDKDebugFrames::oddFrames()
+void tst_LoomraSDKDebugFrames::malformedFrames()
 {
     QFETCH(QString, frame);
     QFETCH(QString, preview);
     QFETCH(QString, second);
     DebugLogFile file("1");
-    QVERIFY(c->deliver(frame));
+    QVERIFY(fixture->deliver(frame));
     const QString receiver = QStringLiteral("onWebSocketTextMessageReceived: ");
     QCOMPARE(file.takeEvents(),
              QStringList(
@@ -76,13 +76,13 @@ void tst_LoomraSDKDebugFrames::longFrames()
 {
     DebugLogFile file("1");
     const QString quotes = QString(1000, QLatin1Char('"'));
-    QVERIFY(c->deliver(quotes));
+    QVERIFY(fixture->deliver(quotes));
     QCOMPARE(file.takeEvents().first(),
              QStringLiteral(R"(onWebSocketTextMessageReceived: WebSocket message received )")
                  + QStringLiteral(R"({"messageLength":1000,"messagePreview":"%1"})")
                        .arg(QStringLiteral("\\\"").repeated(200)));
     // The cut can go through a character of two halves; the line stays a line.
-    QVERIFY(c->deliver(QString(199, QLatin1Char('x')) + QStringLiteral("🙂")));
+    QVERIFY(fixture->deliver(QString(199, QLatin1Char('x')) + QStringLiteral("🙂")));
     QCOMPARE(file.takeEvents().size(), 2);
 }
 
@@ -100,7 +100,7 @@ void tst_LoomraSDKDebugFrames::controlCharactersBreakALine()
 {
     QFETCH(QString, character);
     DebugLogFile file("1");
-    QVERIFY(c->deliver(QStringLiteral("{\"a\":\"%1\"}").arg(character)));
+    QVERIFY(fixture->deliver(QStringLiteral("{\"a\":\"%1\"}").arg(character)));
     const QList<QByteArray> lines = file.lines();
     QCOMPARE(lines.size(), 2);
     QVERIFY(!isStrictJson(lines.at(0)));
@@ -112,8 +112,8 @@ void tst_LoomraSDKDebugFrames::rawQuotesBreakALineAlone()
 {
     DebugLogFile file("1");
     DebugEventLog::write(QStringLiteral("LoomraSDK:test"), QStringLiteral("m"), QStringLiteral(R"({"d":"a"b"})"));
-    c->sdk.listAgents();
-    c->peer.takeRequest(QStringLiteral("listAgents"));
+    fixture->sdk.listAgents();
+    fixture->peer.takeRequest(QStringLiteral("listAgents"));
     const QList<QByteArray> lines = file.lines();
     QCOMPARE(lines.size(), 3);
     QVERIFY(!isStrictJson(lines.at(0)));

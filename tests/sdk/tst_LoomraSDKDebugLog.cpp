@@ -60,7 +60,7 @@ private Q_SLOTS:
     void beginning();
     void service_data();
     void service();
-    void readyInItsForms();
+    void readyInAllForms();
     void lossAndRefusedConnection();
     void requestAndReply();
     void refusal();
@@ -74,7 +74,7 @@ private:
     void makeReady();
 
     std::unique_ptr<DebugLogFile> m_file;
-    std::unique_ptr<ConnectedSdk> c;
+    std::unique_ptr<ConnectedSdk> fixture;
 };
 
 void tst_LoomraSDKDebugLog::initTestCase()
@@ -85,38 +85,38 @@ void tst_LoomraSDKDebugLog::initTestCase()
 void tst_LoomraSDKDebugLog::init()
 {
     m_file = std::make_unique<DebugLogFile>(s_on);
-    c = std::make_unique<ConnectedSdk>();
+    fixture = std::make_unique<ConnectedSdk>();
 }
 
 void tst_LoomraSDKDebugLog::cleanup()
 {
-    c.reset();
+    fixture.reset();
     m_file.reset();
 }
 
 void tst_LoomraSDKDebugLog::makeReady()
 {
-    QVERIFY(c->connect());
-    QVERIFY(c->becomeReady());
+    QVERIFY(fixture->connect());
+    QVERIFY(fixture->becomeReady());
     m_file->takeEvents();
 }
 
 void tst_LoomraSDKDebugLog::beginning()
 {
     QCOMPARE(m_file->lines().size(), 0); // making it is no event
-    c->sdk.initialize();
+    fixture->sdk.initialize();
     QCOMPARE(m_file->takeEvents(),
              QStringList({QStringLiteral("initialize: initialize called {}"),
                           QStringLiteral("ensureBridgeUserServiceStarted: requested tovi-bridge.service start "
                                          R"({"started":1})")}));
-    QTRY_VERIFY(c->sdk.isConnected());
+    QTRY_VERIFY(fixture->sdk.isConnected());
     QCOMPARE(
         m_file->takeEvents(),
         QStringList({QStringLiteral("connectWebSocket: connectWebSocket called "
                                     R"({"port":8765,"currentState":0})"),
                      QStringLiteral(R"(onWebSocketConnected: WebSocket connected {"wasConnected":0,"wasReady":0})")}));
     // A second time: the service was asked for, and the socket is open.
-    c->sdk.initialize();
+    fixture->sdk.initialize();
     QStringList events;
     QTRY_VERIFY((events += m_file->takeEvents()).size() > 1);
     QCOMPARE(events,
@@ -142,15 +142,15 @@ void tst_LoomraSDKDebugLog::service()
     if (isThere) {
         programs.add(QStringLiteral("systemctl"), QByteArray(), "/nonexistent/interpreter");
     }
-    c->sdk.initialize();
+    fixture->sdk.initialize();
     QCOMPARE(m_file->takeEvents(),
              QStringList({QStringLiteral("initialize: initialize called {}"),
                           QStringLiteral("ensureBridgeUserServiceStarted: ") + event}));
 }
 
-void tst_LoomraSDKDebugLog::readyInItsForms()
+void tst_LoomraSDKDebugLog::readyInAllForms()
 {
-    QVERIFY(c->connect());
+    QVERIFY(fixture->connect());
     m_file->takeEvents();
     const QString parsed = QStringLiteral(R"({"hasType":1,"type":"%1","hasId":0})");
     const QString noted = QStringLiteral("onWebSocketTextMessageReceived: Received ready message %1");
@@ -159,25 +159,25 @@ void tst_LoomraSDKDebugLog::readyInItsForms()
     };
 
     const QString ready = QStringLiteral(R"({"type":"ready","sdkInitialized":true})");
-    QVERIFY(c->deliver(ready));
+    QVERIFY(fixture->deliver(ready));
     QCOMPARE(m_file->takeEvents(),
              received(ready, parsed.arg(QLatin1String("ready")))
                  + QStringList(noted.arg(QLatin1String(R"({"sdkInitialized":1,"wasReady":0})"))) + asked(1));
     const QString bare = QStringLiteral(R"({"type":"ready"})");
-    QVERIFY(c->deliver(bare));
+    QVERIFY(fixture->deliver(bare));
     QCOMPARE(m_file->takeEvents(),
              received(bare, parsed.arg(QLatin1String("ready")))
                  + QStringList(noted.arg(QLatin1String(R"({"sdkInitialized":0,"wasReady":1})"))) + asked(3));
     const QString event = QStringLiteral(R"({"type":"event","payload":{"event":"ready"}})");
-    QVERIFY(c->deliver(event));
+    QVERIFY(fixture->deliver(event));
     QCOMPARE(m_file->takeEvents(), received(event, parsed.arg(QLatin1String("event"))) + asked(5));
 }
 
 void tst_LoomraSDKDebugLog::lossAndRefusedConnection()
 {
     makeReady();
-    c->peer.close();
-    QTRY_VERIFY(!c->sdk.isConnected());
+    fixture->peer.close();
+    QTRY_VERIFY(!fixture->sdk.isConnected());
     QCOMPARE(m_file->takeEvents(),
              QStringList({QStringLiteral("onWebSocketError: WebSocket error "
                                          R"({"error":1,"errorString":"The remote host closed the connection"})"),
@@ -185,9 +185,9 @@ void tst_LoomraSDKDebugLog::lossAndRefusedConnection()
                                          R"({"started":1})"),
                           QStringLiteral(
                               R"(onWebSocketDisconnected: WebSocket disconnected {"wasConnected":1,"wasReady":1})")}));
-    c->heard.take();
-    c->expire("reconnectTimer");
-    QTRY_VERIFY(c->heard.entries().contains(QStringLiteral("error(\"WebSocket error: 0\")")));
+    fixture->emitted.take();
+    fixture->expire("reconnectTimer");
+    QTRY_VERIFY(fixture->emitted.entries().contains(QStringLiteral("error(\"WebSocket error: 0\")")));
     QCOMPARE(
         m_file->takeEvents(),
         QStringList(
@@ -200,21 +200,21 @@ void tst_LoomraSDKDebugLog::lossAndRefusedConnection()
 void tst_LoomraSDKDebugLog::requestAndReply()
 {
     makeReady();
-    c->sdk.sendChatMessage(QStringLiteral("a \"quoted\" word"));
+    fixture->sdk.sendChatMessage(QStringLiteral("a \"quoted\" word"));
     QCOMPARE(m_file->takeEvents(), sent(QStringLiteral("chat"), 3));
     // By its method, not by its label.
-    c->sdk.refreshAiRuntimePanel();
+    fixture->sdk.refreshAiRuntimePanel();
     QCOMPARE(m_file->takeEvents(), sent(QStringLiteral("aiRuntimeGetStatus"), 4));
     const QString reply = QStringLiteral(R"({"type":"response","id":3,"payload":{"response":"x"}})");
-    QVERIFY(c->deliver(reply));
+    QVERIFY(fixture->deliver(reply));
     QCOMPARE(m_file->takeEvents(), received(reply, s_response));
 }
 
 void tst_LoomraSDKDebugLog::refusal()
 {
-    c->sdk.listAgents();
+    fixture->sdk.listAgents();
     QCOMPARE(m_file->takeEvents(), refused(QStringLiteral("listAgents"), 1));
-    c->sdk.renameSession(QString(), QString()); // refused before it becomes a request
+    fixture->sdk.renameSession(QString(), QString()); // refused before it becomes a request
     QCOMPARE(m_file->takeEvents(), QStringList());
 }
 
@@ -223,22 +223,22 @@ void tst_LoomraSDKDebugLog::listings()
     makeReady();
     const FakePath programs(FakePath::Rest::Hidden); // no models of the CLI
     const QString flags = QStringLiteral(R"({"ready":1,"connected":1})");
-    c->sdk.listSessions();
+    fixture->sdk.listSessions();
     QCOMPARE(m_file->takeEvents(),
              QStringList(QStringLiteral("listSessions: listSessions called ") + flags)
                  + sent(QStringLiteral("listSessions"), 3));
     const QString sessions = QStringLiteral(R"({"type":"response","id":3,"payload":{"sessions":[{},{}]}})");
-    QVERIFY(c->deliver(sessions));
+    QVERIFY(fixture->deliver(sessions));
     QCOMPARE(m_file->takeEvents(),
              received(sessions, s_response)
                  + QStringList(QStringLiteral("onWebSocketTextMessageReceived: listSessions response "
                                               R"({"sessionCount":2,"requestId":3})")));
-    c->sdk.listModels();
+    fixture->sdk.listModels();
     QCOMPARE(m_file->takeEvents(),
              QStringList(QStringLiteral("listModels: listModels called ") + flags)
                  + sent(QStringLiteral("listModels"), 4));
     const QString models = QStringLiteral(R"({"id":4,"result":{"models":[{}]}})");
-    QVERIFY(c->deliver(models));
+    QVERIFY(fixture->deliver(models));
     QCOMPARE(m_file->takeEvents(),
              received(models, QStringLiteral(R"({"hasType":0,"type":"","hasId":1})"))
                  + QStringList(QStringLiteral("onWebSocketTextMessageReceived: listModels response "
@@ -249,8 +249,8 @@ void tst_LoomraSDKDebugLog::listingsWhileNotReady()
 {
     const FakePath programs(FakePath::Rest::Hidden);
     const QString flags = QStringLiteral(R"({"ready":0,"connected":0})");
-    c->sdk.listSessions();
-    c->sdk.listModels();
+    fixture->sdk.listSessions();
+    fixture->sdk.listModels();
     QCOMPARE(m_file->takeEvents(),
              QStringList(QStringLiteral("listSessions: listSessions called ") + flags)
                  + refused(QStringLiteral("listSessions"), 1)
@@ -270,14 +270,14 @@ void tst_LoomraSDKDebugLog::off()
     QFETCH(QByteArray, value);
     m_file.reset();
     m_file = std::make_unique<DebugLogFile>(value);
-    c->sdk.listAgents();
-    c->sdk.initialize();
-    QTRY_VERIFY(c->sdk.isConnected());
-    QVERIFY(c->becomeReady());
-    c->sdk.listSessions();
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":4,"result":{"sessions":[]}})")));
-    QVERIFY(c->deliver(QStringLiteral("not JSON")));
-    QVERIFY(c->lose());
+    fixture->sdk.listAgents();
+    fixture->sdk.initialize();
+    QTRY_VERIFY(fixture->sdk.isConnected());
+    QVERIFY(fixture->becomeReady());
+    fixture->sdk.listSessions();
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":4,"result":{"sessions":[]}})")));
+    QVERIFY(fixture->deliver(QStringLiteral("not JSON")));
+    QVERIFY(fixture->lose());
     QVERIFY(!QFileInfo::exists(m_file->path()));
     QVERIFY(!QFileInfo::exists(QFileInfo(m_file->path()).path()));
 }

@@ -46,9 +46,9 @@ private Q_SLOTS:
 
     void properties();
     void operations();
-    void theirSignals();
-    void firstValues();
-    void remindersAreThoseOfTheSettings();
+    void emittedSignals();
+    void defaultValues();
+    void remindersComeFromTheSettings();
     void executorPathFromTheEnvironment_data();
     void executorPathFromTheEnvironment();
 };
@@ -156,7 +156,7 @@ void tst_LoomraSDKMembers::operations()
     QCOMPARE(Members::answers(LoomraSDK::staticMetaObject), QStringList {QStringLiteral("QString eventLogDir()")});
 }
 
-void tst_LoomraSDKMembers::theirSignals()
+void tst_LoomraSDKMembers::emittedSignals()
 {
     // QML's handlers know the arguments by these names.
     QCOMPARE(sorted(Members::methods(LoomraSDK::staticMetaObject, Kind::Signal)),
@@ -225,7 +225,7 @@ void tst_LoomraSDKMembers::theirSignals()
              }));
 }
 
-void tst_LoomraSDKMembers::firstValues()
+void tst_LoomraSDKMembers::defaultValues()
 {
     MessageLog log;
     ConfigManager config;
@@ -244,7 +244,7 @@ void tst_LoomraSDKMembers::firstValues()
     QCOMPARE(log.lines().size(), 0);
 }
 
-void tst_LoomraSDKMembers::remindersAreThoseOfTheSettings()
+void tst_LoomraSDKMembers::remindersComeFromTheSettings()
 {
     ConfigManager config;
     config.setWorkspaceSuggestionReminderEnabled(true);

@@ -63,32 +63,32 @@ void tst_LoomraSDKNotifications::actionsReachTheBridge()
     QFETCH(QString, type);
     QFETCH(QString, action);
     QFETCH(QString, sent);
-    c->sdk.checkWorkspaceSuggestionNotify();
-    QVERIFY(c->deliver(suggestion(c->peer.takeRequest().id, "", type.toLatin1().constData())));
-    c->heard.take();
+    fixture->sdk.checkWorkspaceSuggestionNotify();
+    QVERIFY(fixture->deliver(suggestion(fixture->peer.takeRequest().id, "", type.toLatin1().constData())));
+    fixture->emitted.take();
     const QJsonObject shown = m_desktop->takeShown();
     QCOMPARE(shown.value(QStringLiteral("title")).toString(), QStringLiteral("Writing"));
     m_desktop->invoke(shown, action);
     if (sent.isEmpty()) {
         QCOMPARE(
-            c->waitForSignals(1),
+            fixture->waitForSignals(1),
             QStringList(QStringLiteral(R"(workspaceSuggestionUserChoice({"action":"review","suggestionId":"s1"}))")));
     } else {
-        const QString frame = c->peer.takeRequest().text;
+        const QString frame = fixture->peer.takeRequest().text;
         QVERIFY2(frame.contains(sent), qPrintable(frame));
     }
 }
 
 void tst_LoomraSDKNotifications::unsolicitedSuggestionIsShown()
 {
-    QVERIFY(c->deliver(suggestion(0, "", "habit")));
+    QVERIFY(fixture->deliver(suggestion(0, "", "habit")));
     QCOMPARE(m_desktop->takeShown().value(QStringLiteral("body")).toString(), QStringLiteral("Prepare it?"));
 }
 
 void tst_LoomraSDKNotifications::dryRunIsNotShown()
 {
-    QVERIFY(c->deliver(suggestion(0, "dry_run", "habit")));
-    QVERIFY(c->deliver(suggestion(0, "", "candidate_review")));
+    QVERIFY(fixture->deliver(suggestion(0, "dry_run", "habit")));
+    QVERIFY(fixture->deliver(suggestion(0, "", "candidate_review")));
     // The first one that is shown is the second one.
     const QJsonArray actions = m_desktop->takeShown().value(QStringLiteral("actions")).toArray();
     QCOMPARE(actions.at(1).toString(), QStringLiteral("Review"));

@@ -24,11 +24,11 @@ private Q_SLOTS:
     void followsTheSession();
     void sendsTheCurrentValues();
     void equalValuesAreNoChange();
-    void reusesNoKeptArgument();
-    void dropsWhatIsNoReply_data();
-    void dropsWhatIsNoReply();
-    void takesNumbersOfAnyKindForIds_data();
-    void takesNumbersOfAnyKindForIds();
+    void keepsArgumentsPerRequest();
+    void ignoresFramesThatAreNotReplies_data();
+    void ignoresFramesThatAreNotReplies();
+    void acceptsOnlyIntegralIds_data();
+    void acceptsOnlyIntegralIds();
     void modelsOfBothSources();
     void modelsWithoutABridge();
     void logsOfTheBridge();
@@ -85,10 +85,10 @@ void tst_LoomraSDKOperations::refusals()
 {
     QFETCH(Call, call);
     QFETCH(QString, words);
-    call(c->sdk);
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"%1\")").arg(words)));
-    c->sdk.listAgents();
-    QCOMPARE(c->peer.takeRequest().method, QStringLiteral("listAgents")); // nothing before it
+    call(fixture->sdk);
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("error(\"%1\")").arg(words)));
+    fixture->sdk.listAgents();
+    QCOMPARE(fixture->peer.takeRequest().method, QStringLiteral("listAgents")); // nothing before it
 }
 
 void tst_LoomraSDKOperations::followsTheSession_data()
@@ -122,26 +122,26 @@ void tst_LoomraSDKOperations::followsTheSession()
     QFETCH(QString, answered);
     QFETCH(QString, current);
     QFETCH(bool, changes);
-    c->sdk.createSession();
+    fixture->sdk.createSession();
     const QString payload = QStringLiteral(R"({"sessionId":"%1"})");
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, payload.arg(QStringLiteral("s1"))));
-    QCOMPARE(c->sdk.currentSessionId(), QStringLiteral("s1"));
-    c->heard.take();
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, payload.arg(QStringLiteral("s1"))));
+    QCOMPARE(fixture->sdk.currentSessionId(), QStringLiteral("s1"));
+    fixture->emitted.take();
 
-    call(c->sdk);
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, payload.arg(answered)));
-    QCOMPARE(c->sdk.currentSessionId(), current);
-    QCOMPARE(c->heard.take().contains(QStringLiteral("currentSessionIdChanged()")), changes);
+    call(fixture->sdk);
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, payload.arg(answered)));
+    QCOMPARE(fixture->sdk.currentSessionId(), current);
+    QCOMPARE(fixture->emitted.take().contains(QStringLiteral("currentSessionIdChanged()")), changes);
 }
 
 void tst_LoomraSDKOperations::sendsTheCurrentValues()
 {
-    c->sdk.setCurrentModel(QStringLiteral("a/b"));
-    c->sdk.setCurrentAgent(QString());
-    QCOMPARE(c->heard.take(),
+    fixture->sdk.setCurrentModel(QStringLiteral("a/b"));
+    fixture->sdk.setCurrentAgent(QString());
+    QCOMPARE(fixture->emitted.take(),
              QStringList({QStringLiteral("currentModelChanged()"), QStringLiteral("currentAgentChanged()")}));
-    c->sdk.sendChatMessage(QStringLiteral("x"));
-    const QJsonObject params = c->peer.takeRequest().params;
+    fixture->sdk.sendChatMessage(QStringLiteral("x"));
+    const QJsonObject params = fixture->peer.takeRequest().params;
     QCOMPARE(params.value(QStringLiteral("model")).toString(), QStringLiteral("a/b"));
     QVERIFY(params.value(QStringLiteral("agent")).isString()); // empty, not left out
     QVERIFY(params.value(QStringLiteral("sessionId")).isString());
@@ -149,37 +149,37 @@ void tst_LoomraSDKOperations::sendsTheCurrentValues()
 
 void tst_LoomraSDKOperations::equalValuesAreNoChange()
 {
-    c->sdk.setCurrentModel(QStringLiteral("default"));
-    c->sdk.setCurrentAgent(QStringLiteral("build"));
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
-    c->sdk.setWorkspaceSuggestionReminderMinutes(5);
-    c->sdk.setExecutorPathEnabled(true);
-    QCOMPARE(c->heard.take(), QStringList());
+    fixture->sdk.setCurrentModel(QStringLiteral("default"));
+    fixture->sdk.setCurrentAgent(QStringLiteral("build"));
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(5);
+    fixture->sdk.setExecutorPathEnabled(true);
+    QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
 //! Each reply tells what its own request asked for, whatever their order.
-void tst_LoomraSDKOperations::reusesNoKeptArgument()
+void tst_LoomraSDKOperations::keepsArgumentsPerRequest()
 {
-    c->sdk.auditRevert(QStringLiteral("a1"));
-    c->sdk.automationDelete(QStringLiteral("b1"));
-    c->sdk.auditRevert(QStringLiteral("a2"));
-    const auto first = c->peer.takeRequest();
-    const auto second = c->peer.takeRequest();
-    const auto third = c->peer.takeRequest();
-    c->peer.fail(first, QStringLiteral("no"));
-    c->peer.reply(third, QJsonObject());
-    c->peer.reply(second, QJsonObject());
-    QCOMPARE(c->waitForSignals(3),
+    fixture->sdk.auditRevert(QStringLiteral("a1"));
+    fixture->sdk.automationDelete(QStringLiteral("b1"));
+    fixture->sdk.auditRevert(QStringLiteral("a2"));
+    const auto first = fixture->peer.takeRequest();
+    const auto second = fixture->peer.takeRequest();
+    const auto third = fixture->peer.takeRequest();
+    fixture->peer.fail(first, QStringLiteral("no"));
+    fixture->peer.reply(third, QJsonObject());
+    fixture->peer.reply(second, QJsonObject());
+    QCOMPARE(fixture->waitForSignals(3),
              QStringList({QStringLiteral("error(\"no\")"), QStringLiteral("auditReverted(\"a2\")"),
                           QStringLiteral("automationDeleted(\"b1\")")}));
 }
 
-void tst_LoomraSDKOperations::dropsWhatIsNoReply_data()
+void tst_LoomraSDKOperations::ignoresFramesThatAreNotReplies_data()
 {
     QTest::addColumn<QString>("frame");
-    QTest::addColumn<QString>("heard");
-    const auto row = [](const char *frame, const char *heard = "") {
-        QTest::newRow(frame) << QString::fromUtf8(frame) << QString::fromUtf8(heard);
+    QTest::addColumn<QString>("emitted");
+    const auto row = [](const char *frame, const char *emitted = "") {
+        QTest::newRow(frame) << QString::fromUtf8(frame) << QString::fromUtf8(emitted);
     };
     row(R"({"type":"stream","id":3,"payload":{"agents":["x"]}})");
     row(R"({"type":"event","id":3,"payload":{"event":"tool.executed","tool":"x"}})");
@@ -201,21 +201,21 @@ void tst_LoomraSDKOperations::dropsWhatIsNoReply_data()
     row("{\"type\":\"ready\"");
 }
 
-void tst_LoomraSDKOperations::dropsWhatIsNoReply()
+void tst_LoomraSDKOperations::ignoresFramesThatAreNotReplies()
 {
     QFETCH(QString, frame);
-    QFETCH(QString, heard);
-    c->sdk.listAgents();
-    const auto request = c->peer.takeRequest();
+    QFETCH(QString, emitted);
+    fixture->sdk.listAgents();
+    const auto request = fixture->peer.takeRequest();
     QCOMPARE(request.id, quint64(3));
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take().join(QLatin1Char('\n')), heard);
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take().join(QLatin1Char('\n')), emitted);
     // The connection lives on, and the request with it.
-    c->peer.reply(request, QJsonObject {{QStringLiteral("agents"), QJsonArray {1}}});
-    QCOMPARE(c->waitForSignals(1), QStringList(QStringLiteral("agentsListed([1])")));
+    fixture->peer.reply(request, QJsonObject {{QStringLiteral("agents"), QJsonArray {1}}});
+    QCOMPARE(fixture->waitForSignals(1), QStringList(QStringLiteral("agentsListed([1])")));
 }
 
-void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds_data()
+void tst_LoomraSDKOperations::acceptsOnlyIntegralIds_data()
 {
     QTest::addColumn<QString>("id");
     QTest::addColumn<bool>("isKnown");
@@ -229,23 +229,24 @@ void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds_data()
     QTest::newRow("object") << QStringLiteral("{}") << false;
 }
 
-void tst_LoomraSDKOperations::takesNumbersOfAnyKindForIds()
+void tst_LoomraSDKOperations::acceptsOnlyIntegralIds()
 {
     QFETCH(QString, id);
     QFETCH(bool, isKnown);
-    c->sdk.listAgents();
-    QCOMPARE(c->peer.takeRequest().id, quint64(3));
-    QVERIFY(c->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{}})").arg(id)));
-    QCOMPARE(c->heard.take(), isKnown ? QStringList(QStringLiteral("agentsListed([])")) : QStringList());
+    fixture->sdk.listAgents();
+    QCOMPARE(fixture->peer.takeRequest().id, quint64(3));
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"response","id":%1,"payload":{}})").arg(id)));
+    QCOMPARE(fixture->emitted.take(), isKnown ? QStringList(QStringLiteral("agentsListed([])")) : QStringList());
 }
 
 void tst_LoomraSDKOperations::modelsOfBothSources()
 {
     FakePath path;
     path.add(QStringLiteral("loomra"), "echo a/b; echo c/d-free");
-    c->sdk.listModels();
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"models":[{"fullId":"a/b","free":true}]})")));
-    QCOMPARE(c->heard.take(),
+    fixture->sdk.listModels();
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id,
+                                  QStringLiteral(R"({"models":[{"fullId":"a/b","free":true}]})")));
+    QCOMPARE(fixture->emitted.take(),
              QStringList(
                  QStringLiteral(R"(modelsListed([{"free":true,"fullId":"a/b"},{"displayName":"c/d-free","free":true,)"
                                 R"("fullId":"c/d-free","id":"d-free","name":"d-free","provider":"c"}]))")));
@@ -254,26 +255,27 @@ void tst_LoomraSDKOperations::modelsOfBothSources()
 //! Without a bridge those of the agent CLI will do, and nothing is sent; without either the user is told.
 void tst_LoomraSDKOperations::modelsWithoutABridge()
 {
-    QVERIFY(c->lose());
-    c->heard.take();
+    QVERIFY(fixture->lose());
+    fixture->emitted.take();
     {
         FakePath path;
         path.add(QStringLiteral("loomra"), "echo a/b");
-        c->sdk.listModels();
+        fixture->sdk.listModels();
         QCOMPARE(
-            c->heard.take(),
+            fixture->emitted.take(),
             QStringList(QStringLiteral(R"(modelsListed([{"displayName":"a/b","free":false,"fullId":"a/b","id":"b",)"
                                        R"("name":"b","provider":"a"}]))")));
     }
-    c->sdk.listModels();
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"SDK not ready. Please wait for initialization.\")")));
+    fixture->sdk.listModels();
+    QCOMPARE(fixture->emitted.take(),
+             QStringList(QStringLiteral("error(\"SDK not ready. Please wait for initialization.\")")));
 }
 
 void tst_LoomraSDKOperations::logsOfTheBridge()
 {
     const QTemporaryDir state;
     const ScopedEnvironment stateHome("XDG_STATE_HOME", QFile::encodeName(state.path()));
-    const QString directory = c->sdk.eventLogDir();
+    const QString directory = fixture->sdk.eventLogDir();
     QCOMPARE(directory, state.filePath(QStringLiteral("loomra-bridge/logs")));
     QVERIFY(QFileInfo(directory).isDir());
 }
@@ -285,7 +287,7 @@ void tst_LoomraSDKOperations::executorPathOfTheBridge_data()
     QTest::newRow("off") << QStringLiteral(R"({"executorPathEnabled":false})") << false;
     QTest::newRow("on") << QStringLiteral(R"({"executorPathEnabled":true})") << true;
     QTest::newRow("no bool") << QStringLiteral(R"({"executorPathEnabled":"yes"})") << false;
-    QTest::newRow("nothing said") << QStringLiteral("{}") << true;
+    QTest::newRow("missing") << QStringLiteral("{}") << true;
     QTest::newRow("no object") << QStringLiteral("[]") << true;
 }
 
@@ -295,13 +297,14 @@ void tst_LoomraSDKOperations::executorPathOfTheBridge()
     QFETCH(QString, answer);
     QFETCH(bool, enabled);
     const QByteArray before = qgetenv("LOOMRA_EXECUTOR_PATH");
-    c->peer.ready(); // once more: it is asked once more
-    const auto ping = c->peer.takeRequest(QStringLiteral("ping"));
-    c->peer.takeRequest(QStringLiteral("getCapabilities"));
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("readyChanged()")));
-    QVERIFY(c->deliverReply(ping.id, answer));
-    QCOMPARE(c->sdk.isExecutorPathEnabled(), enabled);
-    QCOMPARE(c->heard.take(), enabled ? QStringList() : QStringList(QStringLiteral("executorPathEnabledChanged()")));
+    fixture->peer.ready(); // once more: it is asked once more
+    const auto ping = fixture->peer.takeRequest(QStringLiteral("ping"));
+    fixture->peer.takeRequest(QStringLiteral("getCapabilities"));
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("readyChanged()")));
+    QVERIFY(fixture->deliverReply(ping.id, answer));
+    QCOMPARE(fixture->sdk.isExecutorPathEnabled(), enabled);
+    QCOMPARE(fixture->emitted.take(),
+             enabled ? QStringList() : QStringList(QStringLiteral("executorPathEnabledChanged()")));
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), before);
 }
 

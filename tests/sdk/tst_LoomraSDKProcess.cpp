@@ -46,22 +46,22 @@ private Q_SLOTS:
 
     void runsTheBridge();
     void startsItOnce();
-    void missesTheScript();
-    void missesNode();
+    void reportsAMissingScript();
+    void reportsMissingNode();
     void endsGracefully();
     void endsWithAnError();
     void crashes();
-    void gracefulEndIsUndoneByADisconnect();
+    void restartsAfterAGracefulEndWithConnection();
     void comesBackAfterACrash();
-    void dropsWhatIsStillOpenAfterTheEnd();
+    void resetsTheFlagsWhenTheChildEnds();
     void readsManyMegabytes();
-    void readsOnceMoreAfterARestart();
-    void givesTheEnvironment();
+    void addsAReaderPerStart();
+    void passesTheEnvironment();
     void closesTheConnectionFirst();
-    void saysWhyItCloses();
+    void sendsACloseReason();
     void stopEndsTheTimer();
-    void leavesTheServiceAlone();
-    void killsWhatIgnoresTheSignal();
+    void doesNotStartTheService();
+    void killsAChildThatIgnoresSigterm();
     void executorPathRestarts();
     void executorPathWithoutChild();
     void executorPathFromTheEnvironment_data();
@@ -79,13 +79,13 @@ private:
     bool isRunning() const { return child()->state() == QProcess::Running; }
     QTimer *reconnectTimer() const { return m_sdk->findChild<QTimer *>(QStringLiteral("reconnectTimer")); }
     void expireReconnectTimer();
-    QString heard() { return m_heard->take().join(QLatin1Char(' ')); }
+    QString takeSignals() { return m_emitted->take().join(QLatin1Char(' ')); }
 
     std::unique_ptr<MessageLog> m_log;
     std::unique_ptr<QTemporaryDir> m_directory;
     std::unique_ptr<ConfigManager> m_config;
     std::unique_ptr<LoomraSDK> m_sdk;
-    std::unique_ptr<SignalLog> m_heard;
+    std::unique_ptr<SignalLog> m_emitted;
     int m_startsSeen = 0;
 };
 
@@ -106,7 +106,7 @@ void tst_LoomraSDKProcess::init()
 
 void tst_LoomraSDKProcess::cleanup()
 {
-    m_heard.reset();
+    m_emitted.reset();
     m_sdk.reset();
     m_config.reset();
     m_directory.reset();
@@ -122,7 +122,7 @@ void tst_LoomraSDKProcess::make()
 {
     m_config = std::make_unique<ConfigManager>();
     m_sdk = std::make_unique<LoomraSDK>(m_config.get());
-    m_heard = std::make_unique<SignalLog>(m_sdk.get());
+    m_emitted = std::make_unique<SignalLog>(m_sdk.get());
 }
 
 void tst_LoomraSDKProcess::startDemoBridge()
@@ -155,7 +155,7 @@ void tst_LoomraSDKProcess::runsTheBridge()
     QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), Timeouts::Program); // after the real delay
     QVERIFY(!reconnectTimer()->isActive());
     m_sdk->listAgents();
-    QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
+    QTRY_VERIFY(m_emitted->entries().last().startsWith(QLatin1String("agentsListed([{")));
     m_sdk->stopBridgeProcess(true);
     QVERIFY(!isRunning());
     QTRY_VERIFY(!m_sdk->isConnected());
@@ -175,11 +175,11 @@ void tst_LoomraSDKProcess::startsItOnce()
     QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Bridge process already running, skipping start")));
 }
 
-void tst_LoomraSDKProcess::missesTheScript()
+void tst_LoomraSDKProcess::reportsAMissingScript()
 {
     make();
     m_sdk->initialize();
-    QCOMPARE(heard(),
+    QCOMPARE(takeSignals(),
              QStringLiteral("error(\"Bridge script not found: %1\")")
                  .arg(m_directory->filePath(QStringLiteral("bridge.js"))));
     QCOMPARE(child()->state(), QProcess::NotRunning);
@@ -190,13 +190,14 @@ void tst_LoomraSDKProcess::missesTheScript()
     QVERIFY(isRunning());
 }
 
-void tst_LoomraSDKProcess::missesNode()
+void tst_LoomraSDKProcess::reportsMissingNode()
 {
     write(s_idle);
     make();
     const FakePath noPrograms(FakePath::Rest::Hidden);
     m_sdk->initialize();
-    QCOMPARE(heard(), QStringLiteral("error(\"Bridge process error: 0\") error(\"Failed to start bridge process\")"));
+    QCOMPARE(takeSignals(),
+             QStringLiteral("error(\"Bridge process error: 0\") error(\"Failed to start bridge process\")"));
     QVERIFY(!reconnectTimer()->isActive());
 }
 
@@ -206,7 +207,7 @@ void tst_LoomraSDKProcess::endsGracefully()
     make();
     m_sdk->initialize();
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
-    QCOMPARE(heard(), s_down);
+    QCOMPARE(takeSignals(), s_down);
     QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge exited gracefully (port may be in use). Not restarting.")));
     QCoreApplication::processEvents();
     QVERIFY(!reconnectTimer()->isActive());
@@ -218,7 +219,7 @@ void tst_LoomraSDKProcess::endsWithAnError()
     make();
     m_sdk->initialize();
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
-    QCOMPARE(heard(), s_down);
+    QCOMPARE(takeSignals(), s_down);
     QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge process finished with exit code: 3")));
     QTRY_VERIFY(reconnectTimer()->isActive());
 }
@@ -228,17 +229,17 @@ void tst_LoomraSDKProcess::crashes()
     write(s_idle);
     make();
     m_sdk->initialize();
-    m_heard->take();
+    m_emitted->take();
     ::kill(static_cast<pid_t>(child()->processId()), SIGKILL);
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
-    const QStringList signalled = m_heard->take();
+    const QStringList signalled = m_emitted->take();
     QVERIFY(signalled.contains(QStringLiteral("error(\"Bridge process error: 1\")")));
     QVERIFY(signalled.join(QLatin1Char(' ')).contains(s_down));
     QTRY_VERIFY(reconnectTimer()->isActive()); // its code reads 9
 }
 
 //! A bridge that says goodbye leaves no timer behind, but its connection's end does.
-void tst_LoomraSDKProcess::gracefulEndIsUndoneByADisconnect()
+void tst_LoomraSDKProcess::restartsAfterAGracefulEndWithConnection()
 {
     startDemoBridge();
     QVERIFY(waitForReady());
@@ -268,21 +269,21 @@ void tst_LoomraSDKProcess::comesBackAfterACrash()
     }
     QVERIFY(waitForReady());
     m_sdk->listAgents();
-    QTRY_VERIFY(m_heard->entries().last().startsWith(QLatin1String("agentsListed([{")));
+    QTRY_VERIFY(m_emitted->entries().last().startsWith(QLatin1String("agentsListed([{")));
 }
 
 //! The flags fall with the child, before the socket has noticed.
-void tst_LoomraSDKProcess::dropsWhatIsStillOpenAfterTheEnd()
+void tst_LoomraSDKProcess::resetsTheFlagsWhenTheChildEnds()
 {
     startDemoBridge();
     QVERIFY(waitForReady());
-    m_heard->take();
+    m_emitted->take();
     QMetaObject::invokeMethod(m_sdk.get(), "onBridgeProcessFinished", Q_ARG(int, 1),
                               Q_ARG(QProcess::ExitStatus, QProcess::CrashExit));
     QVERIFY(!m_sdk->isConnected());
     QVERIFY(!m_sdk->isReady());
     m_sdk->listAgents();
-    QCOMPARE(heard(), s_down + QStringLiteral(" error(\"SDK not ready. Please wait for initialization.\")"));
+    QCOMPARE(takeSignals(), s_down + QStringLiteral(" error(\"SDK not ready. Please wait for initialization.\")"));
 }
 
 void tst_LoomraSDKProcess::readsManyMegabytes()
@@ -304,7 +305,7 @@ void tst_LoomraSDKProcess::readsManyMegabytes()
     QCOMPARE(read, qint64(8192) * 1023);
 }
 
-void tst_LoomraSDKProcess::readsOnceMoreAfterARestart()
+void tst_LoomraSDKProcess::addsAReaderPerStart()
 {
     write("process.stdout.write('hello'); setInterval(() => {}, 1000);");
     make();
@@ -316,7 +317,7 @@ void tst_LoomraSDKProcess::readsOnceMoreAfterARestart()
     QTRY_COMPARE(m_log->count(QStringLiteral("Bridge output: \"\"")), 1);
 }
 
-void tst_LoomraSDKProcess::givesTheEnvironment()
+void tst_LoomraSDKProcess::passesTheEnvironment()
 {
     write("require('fs').writeFileSync('seen.tmp', JSON.stringify({ env: process.env, cwd: process.cwd(),"
           " argv: process.argv }));"
@@ -358,7 +359,7 @@ void tst_LoomraSDKProcess::closesTheConnectionFirst()
 }
 
 //! The child's place is taken by the test on the wire: it holds the port, and is spared as it is this process.
-void tst_LoomraSDKProcess::saysWhyItCloses()
+void tst_LoomraSDKProcess::sendsACloseReason()
 {
     write(s_idle);
     ScriptedBridge peer;
@@ -391,20 +392,20 @@ void tst_LoomraSDKProcess::stopEndsTheTimer()
 }
 
 //! Who owns the bridge doesn't ask for another one.
-void tst_LoomraSDKProcess::leavesTheServiceAlone()
+void tst_LoomraSDKProcess::doesNotStartTheService()
 {
     write("process.exit(3);");
     make();
     m_sdk->initialize();
     QTRY_VERIFY(reconnectTimer()->isActive());
     m_sdk->reconnectBridge();
-    QTRY_VERIFY(m_heard->entries().contains(QStringLiteral("error(\"WebSocket error: 0\")")));
+    QTRY_VERIFY(m_emitted->entries().contains(QStringLiteral("error(\"WebSocket error: 0\")")));
     expireReconnectTimer();
     QTRY_COMPARE(m_log->count(QStringLiteral("Bridge process finished with exit code: 3")), 2);
     QVERIFY(!QFile::exists(qEnvironmentVariable("TOVICTL_SYSTEMCTL_LOG")));
 }
 
-void tst_LoomraSDKProcess::killsWhatIgnoresTheSignal()
+void tst_LoomraSDKProcess::killsAChildThatIgnoresSigterm()
 {
     write("process.on('SIGTERM', () => process.stdout.write('not me')); setInterval(() => {}, 1000);"
           "process.stdout.write('deaf');");
@@ -422,9 +423,9 @@ void tst_LoomraSDKProcess::executorPathRestarts()
     startDemoBridge();
     QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
-    m_heard->take();
+    m_emitted->take();
     m_sdk->setExecutorPathEnabled(false);
-    QCOMPARE(m_heard->entries().first(), QStringLiteral("executorPathEnabledChanged()"));
+    QCOMPARE(m_emitted->entries().first(), QStringLiteral("executorPathEnabledChanged()"));
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
     QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Executor path toggled to false — restarting bridge")));
     QVERIFY(!isRunning());
@@ -448,7 +449,7 @@ void tst_LoomraSDKProcess::executorPathWithoutChild()
     make();
     m_sdk->setConnectOnly(true);
     m_sdk->setExecutorPathEnabled(false);
-    QCOMPARE(heard(), QStringLiteral("executorPathEnabledChanged()"));
+    QCOMPARE(takeSignals(), QStringLiteral("executorPathEnabledChanged()"));
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
     m_sdk->setExecutorPathEnabled(true);
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("1"));
@@ -478,7 +479,7 @@ void tst_LoomraSDKProcess::executorPathFromTheEnvironment()
     qputenv("LOOMRA_EXECUTOR_PATH", atStart);
     m_sdk->initialize();
     QCOMPARE(m_sdk->isExecutorPathEnabled(), enabled);
-    QCOMPARE(heard(), before == enabled ? QString() : QStringLiteral("executorPathEnabledChanged()"));
+    QCOMPARE(takeSignals(), before == enabled ? QString() : QStringLiteral("executorPathEnabledChanged()"));
 }
 
 REGISTER_PRIVATE_NETWORK_TEST(tst_LoomraSDKProcess, QCoreApplication)

@@ -29,21 +29,21 @@ class tst_LoomraSDKRequests : public ConnectedSdkTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void tableIsWhole();
+    void tableIsComplete();
     void sends_data() { operations(); }
     void sends();
     void refusesWhileNotReady_data() { operations(); }
     void refusesWhileNotReady();
-    void takesAResponse_data() { operations(); }
-    void takesAResponse();
-    void takesTheOlderForm_data() { operations(); }
-    void takesTheOlderForm();
-    void takesAWrongKind_data() { operations(); }
-    void takesAWrongKind();
+    void handlesAResponse_data() { operations(); }
+    void handlesAResponse();
+    void handlesTheOlderForm_data() { operations(); }
+    void handlesTheOlderForm();
+    void handlesAWrongType_data() { operations(); }
+    void handlesAWrongType();
     void fails_data() { operations(); }
     void fails();
-    void takesALateReply_data() { operations(); }
-    void takesALateReply();
+    void handlesALateReply_data() { operations(); }
+    void handlesALateReply();
 
 private:
     void operations();
@@ -62,21 +62,21 @@ void tst_LoomraSDKRequests::operations()
 
 ScriptedBridge::Request tst_LoomraSDKRequests::call(const SdkOperation &operation)
 {
-    operation.call(c->sdk);
-    const ScriptedBridge::Request request = c->peer.takeRequest(QLatin1String(operation.method));
-    c->heard.take();
+    operation.call(fixture->sdk);
+    const ScriptedBridge::Request request = fixture->peer.takeRequest(QLatin1String(operation.method));
+    fixture->emitted.take();
     return request;
 }
 
 void tst_LoomraSDKRequests::takeNext(const SdkOperation &operation)
 {
     for (const QString &method : operation.next) {
-        c->peer.takeRequest(method);
+        fixture->peer.takeRequest(method);
     }
 }
 
 //! What QML can call is in the table; who adds an operation adds its row.
-void tst_LoomraSDKRequests::tableIsWhole()
+void tst_LoomraSDKRequests::tableIsComplete()
 {
     QSet<QString> called {QStringLiteral("initialize"), QStringLiteral("reconnectBridge"),
                           QStringLiteral("eventLogDir")};
@@ -95,21 +95,21 @@ void tst_LoomraSDKRequests::tableIsWhole()
 void tst_LoomraSDKRequests::sends()
 {
     QFETCH(const SdkOperation *, operation);
-    operation->call(c->sdk);
-    const ScriptedBridge::Request request = c->peer.takeRequest();
+    operation->call(fixture->sdk);
+    const ScriptedBridge::Request request = fixture->peer.takeRequest();
     QCOMPARE(request.text, frameOf(*operation, 3)); // after the two of the handshake
-    operation->call(c->sdk);
-    QCOMPARE(c->peer.takeRequest().text, frameOf(*operation, 4));
-    QCOMPARE(c->heard.take(), QStringList());
+    operation->call(fixture->sdk);
+    QCOMPARE(fixture->peer.takeRequest().text, frameOf(*operation, 4));
+    QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
 void tst_LoomraSDKRequests::refusesWhileNotReady()
 {
     QFETCH(const SdkOperation *, operation);
-    QVERIFY(c->lose());
-    QVERIFY(c->connect()); // connected, but not ready
-    c->heard.take();
-    operation->call(c->sdk);
+    QVERIFY(fixture->lose());
+    QVERIFY(fixture->connect()); // connected, but not ready
+    fixture->emitted.take();
+    operation->call(fixture->sdk);
 
     // What can't be asked for is refused, told in words of its own, or nobody's business.
     const QString name = QString::fromLatin1(operation->name).section(QLatin1Char(','), 0, 0);
@@ -127,43 +127,44 @@ void tst_LoomraSDKRequests::refusesWhileNotReady()
          QStringLiteral("SDK not ready or AI runtime unavailable.")},
     };
     const QString refusal = words.value(name, QStringLiteral("SDK not ready. Please wait for initialization."));
-    QCOMPARE(c->heard.take(), isSilent ? QStringList() : QStringList(QStringLiteral("error(\"%1\")").arg(refusal)));
+    QCOMPARE(fixture->emitted.take(),
+             isSilent ? QStringList() : QStringList(QStringLiteral("error(\"%1\")").arg(refusal)));
     // Nothing was kept back to be sent later.
-    QVERIFY(c->becomeReady());
-    QVERIFY(c->peer.isAllTaken());
+    QVERIFY(fixture->becomeReady());
+    QVERIFY(fixture->peer.isAllTaken());
 }
 
-void tst_LoomraSDKRequests::takesAResponse()
+void tst_LoomraSDKRequests::handlesAResponse()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
     const QString result = QString::fromUtf8(operation->result);
-    QVERIFY(c->deliverReply(request.id, result));
-    QCOMPARE(c->heard.take(), operation->heard);
+    QVERIFY(fixture->deliverReply(request.id, result));
+    QCOMPARE(fixture->emitted.take(), operation->emitted);
     takeNext(*operation);
     // A second one finds nothing.
-    QVERIFY(c->deliverReply(request.id, result));
-    QCOMPARE(c->heard.take(), QStringList());
+    QVERIFY(fixture->deliverReply(request.id, result));
+    QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
-void tst_LoomraSDKRequests::takesTheOlderForm()
+void tst_LoomraSDKRequests::handlesTheOlderForm()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
     // An error that is no text is none here.
-    QVERIFY(c->deliver(QStringLiteral(R"({"id":%1,"result":%2,"error":{"message":"x"},"payload":{"not":"this"}})")
-                           .arg(QString::number(request.id), QString::fromUtf8(operation->result))));
-    QCOMPARE(c->heard.take(), operation->heard);
+    QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":%2,"error":{"message":"x"},"payload":{"not":"this"}})")
+                                 .arg(QString::number(request.id), QString::fromUtf8(operation->result))));
+    QCOMPARE(fixture->emitted.take(), operation->emitted);
     takeNext(*operation);
 }
 
-void tst_LoomraSDKRequests::takesAWrongKind()
+void tst_LoomraSDKRequests::handlesAWrongType()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
-    QVERIFY(c->deliver(
+    QVERIFY(fixture->deliver(
         QStringLiteral(R"({"type":"response","id":%1,"payload":["x"],"error":"not an error"})").arg(request.id)));
-    QCOMPARE(c->heard.take(), operation->heardOfWrongKind);
+    QCOMPARE(fixture->emitted.take(), operation->emittedForWrongType);
     takeNext(*operation);
 }
 
@@ -181,32 +182,32 @@ void tst_LoomraSDKRequests::fails()
     for (const auto &[form, words] : forms) {
         const ScriptedBridge::Request request = call(*operation);
         const QString frame = QString::fromUtf8(form).replace(QLatin1String("%1"), QString::number(request.id));
-        QVERIFY(c->deliver(QString(frame).replace(QLatin1String("%2"), QString::fromUtf8(operation->result))));
+        QVERIFY(fixture->deliver(QString(frame).replace(QLatin1String("%2"), QString::fromUtf8(operation->result))));
         const QStringList expected =
             *words ? QStringList(QStringLiteral("error(\"%1\")").arg(QLatin1String(words))) : QStringList();
-        QCOMPARE(c->heard.take(), expected);
+        QCOMPARE(fixture->emitted.take(), expected);
         // It is over: a reply that comes nevertheless finds nothing.
-        QVERIFY(c->deliverReply(request.id, QStringLiteral("{}")));
-        QCOMPARE(c->heard.take(), QStringList());
+        QVERIFY(fixture->deliverReply(request.id, QStringLiteral("{}")));
+        QCOMPARE(fixture->emitted.take(), QStringList());
     }
 }
 
 //! A request that was open when the connection dropped is open still.
-void tst_LoomraSDKRequests::takesALateReply()
+void tst_LoomraSDKRequests::handlesALateReply()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
-    QVERIFY(c->lose());
-    QVERIFY(c->connect());
-    QVERIFY(c->becomeReady());
-    c->heard.take();
-    c->peer.reply(request.id, json(operation->result));
-    QTRY_VERIFY(c->heard.entries().size() >= operation->heard.size());
+    QVERIFY(fixture->lose());
+    QVERIFY(fixture->connect());
+    QVERIFY(fixture->becomeReady());
+    fixture->emitted.take();
+    fixture->peer.reply(request.id, json(operation->result));
+    QTRY_VERIFY(fixture->emitted.entries().size() >= operation->emitted.size());
     takeNext(*operation);
-    if (operation->heard.isEmpty() && operation->next.isEmpty()) {
-        QVERIFY(c->deliver(QStringLiteral("{}")));
+    if (operation->emitted.isEmpty() && operation->next.isEmpty()) {
+        QVERIFY(fixture->deliver(QStringLiteral("{}")));
     }
-    QCOMPARE(c->heard.take(), operation->heard);
+    QCOMPARE(fixture->emitted.take(), operation->emitted);
 }
 
 REGISTER_TEST(tst_LoomraSDKRequests, QCoreApplication)

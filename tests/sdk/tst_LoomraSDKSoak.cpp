@@ -56,7 +56,7 @@ public:
     {
         connect(&m_server, &QWebSocketServer::newConnection, this, [this] {
             m_client.reset(m_server.nextPendingConnection());
-            connect(m_client.get(), &QWebSocket::textMessageReceived, this, [this] { ++heard; });
+            connect(m_client.get(), &QWebSocket::textMessageReceived, this, [this] { ++received; });
             m_client->sendTextMessage(QStringLiteral(R"({"type":"ready"})"));
         });
     }
@@ -69,7 +69,7 @@ public:
             m_client.get(), [this] { m_client->abort(); }, Qt::QueuedConnection);
     }
 
-    int heard = 0;
+    int received = 0;
 
 private:
     QWebSocketServer m_server {QStringLiteral("bridge"), QWebSocketServer::NonSecureMode};
@@ -239,7 +239,7 @@ void tst_LoomraSDKSoak::losesTheConnection()
     Figures before {};
     for (int i = 0; i < s_losses; ++i) {
         // Neither "ping" nor "getCapabilities" is answered.
-        QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.heard == 2 * (i + 1); }));
+        QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.received == 2 * (i + 1); }));
         if (i == 0 || i == s_lossesBefore) { // twice, for looking needs memory too
             before = figuresOf(*m_sdk);
         }
@@ -250,7 +250,7 @@ void tst_LoomraSDKSoak::losesTheConnection()
         m_log->clear();
         expire();
     }
-    QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.heard == 2 * (s_losses + 1); }));
+    QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.received == 2 * (s_losses + 1); }));
     end(before, s_atMostOfLosses);
 }
 

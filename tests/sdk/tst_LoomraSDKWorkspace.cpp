@@ -33,20 +33,20 @@ private Q_SLOTS:
     void minutesAreBounded_data();
     void minutesAreBounded();
     void settingsAreStored();
-    void timerWantsAllFour_data();
-    void timerWantsAllFour();
+    void timerNeedsAllConditions_data();
+    void timerNeedsAllConditions();
     void timerStopsWithTheConnection();
-    void timerBeginsAnew();
-    void tickChecks();
+    void timerRestartsAfterReady();
+    void timerSendsACheck();
     void oneCheckAtATime();
-    void lostCheckSilencesTheTimer();
+    void lostCheckStopsTheTimersChecks();
 
     void unsolicitedCheck_data();
     void unsolicitedCheck();
-    void dialogIsWanted_data();
-    void dialogIsWanted();
-    void noDialogForWhatIsNotShown_data();
-    void noDialogForWhatIsNotShown();
+    void dialogFollowsTheVariable_data();
+    void dialogFollowsTheVariable();
+    void noDialogWithoutNotification_data();
+    void noDialogWithoutNotification();
     void choices_data();
     void choices();
 
@@ -57,8 +57,8 @@ private:
 
 void tst_LoomraSDKWorkspace::offer(bool workspaceIntel, bool aiRuntime)
 {
-    QVERIFY(c->becomeReady(workspaceIntel, aiRuntime));
-    c->heard.take();
+    QVERIFY(fixture->becomeReady(workspaceIntel, aiRuntime));
+    fixture->emitted.take();
 }
 
 void tst_LoomraSDKWorkspace::capabilities_data()
@@ -82,13 +82,13 @@ void tst_LoomraSDKWorkspace::capabilities()
     QFETCH(QString, answer);
     QFETCH(bool, workspaceIntel);
     QFETCH(bool, aiRuntime);
-    c->peer.ready();
-    c->peer.takeRequest(QStringLiteral("ping"));
-    const auto request = c->peer.takeRequest(QStringLiteral("getCapabilities"));
-    c->heard.take();
-    QVERIFY(c->deliverReply(request.id, answer));
-    QCOMPARE(c->sdk.isWorkspaceIntelAvailable(), workspaceIntel);
-    QCOMPARE(c->sdk.isAiRuntimeAvailable(), aiRuntime);
+    fixture->peer.ready();
+    fixture->peer.takeRequest(QStringLiteral("ping"));
+    const auto request = fixture->peer.takeRequest(QStringLiteral("getCapabilities"));
+    fixture->emitted.take();
+    QVERIFY(fixture->deliverReply(request.id, answer));
+    QCOMPARE(fixture->sdk.isWorkspaceIntelAvailable(), workspaceIntel);
+    QCOMPARE(fixture->sdk.isAiRuntimeAvailable(), aiRuntime);
     QStringList expected; // both were there before; workspace intelligence first
     if (!workspaceIntel) {
         expected << QStringLiteral("workspaceIntelAvailableChanged()");
@@ -96,14 +96,14 @@ void tst_LoomraSDKWorkspace::capabilities()
     if (!aiRuntime) {
         expected << QStringLiteral("aiRuntimeAvailableChanged()");
     }
-    QCOMPARE(c->heard.take(), expected);
+    QCOMPARE(fixture->emitted.take(), expected);
 }
 
 void tst_LoomraSDKWorkspace::capabilitiesOutliveTheConnection()
 {
-    QVERIFY(c->lose());
-    QVERIFY(c->sdk.isWorkspaceIntelAvailable());
-    QVERIFY(c->sdk.isAiRuntimeAvailable());
+    QVERIFY(fixture->lose());
+    QVERIFY(fixture->sdk.isWorkspaceIntelAvailable());
+    QVERIFY(fixture->sdk.isAiRuntimeAvailable());
 }
 
 void tst_LoomraSDKWorkspace::unavailable_data()
@@ -121,33 +121,33 @@ void tst_LoomraSDKWorkspace::unavailable()
     QFETCH(bool, aiRuntime);
     offer(workspaceIntel, aiRuntime);
 
-    c->sdk.checkWorkspaceSuggestionNotify();
-    QCOMPARE(c->heard.take(),
+    fixture->sdk.checkWorkspaceSuggestionNotify();
+    QCOMPARE(fixture->emitted.take(),
              QStringList(QStringLiteral(
                  "error(\"Workspace intelligence and AI runtime must both be enabled for this action.\")")));
-    c->sdk.refreshWorkspaceIntelPanel();
-    c->sdk.refreshWorkspaceTemplates();
-    c->sdk.refreshAiRuntimePanel();
-    QCOMPARE(c->heard.take(), QStringList());
-    c->sdk.setWorkspaceIntelObservationEnabled(true);
-    c->sdk.setWorkspaceTemplateEnabled(QStringLiteral("a"), true);
-    c->sdk.prepareWorkspaceTemplate(0);
-    QCOMPARE(c->heard.take().count(QStringLiteral("error(\"Workspace intelligence is not available.\")")),
+    fixture->sdk.refreshWorkspaceIntelPanel();
+    fixture->sdk.refreshWorkspaceTemplates();
+    fixture->sdk.refreshAiRuntimePanel();
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    fixture->sdk.setWorkspaceIntelObservationEnabled(true);
+    fixture->sdk.setWorkspaceTemplateEnabled(QStringLiteral("a"), true);
+    fixture->sdk.prepareWorkspaceTemplate(0);
+    QCOMPARE(fixture->emitted.take().count(QStringLiteral("error(\"Workspace intelligence is not available.\")")),
              workspaceIntel ? 0 : 3);
-    c->sdk.setAiRuntimeEnabled(true);
-    c->sdk.setAiRuntimeExecutionGating(QStringLiteral("ask"));
-    c->sdk.clearAiRuntimeDismissedSuggestions();
-    QCOMPARE(c->heard.take(),
+    fixture->sdk.setAiRuntimeEnabled(true);
+    fixture->sdk.setAiRuntimeExecutionGating(QStringLiteral("ask"));
+    fixture->sdk.clearAiRuntimeDismissedSuggestions();
+    QCOMPARE(fixture->emitted.take(),
              aiRuntime ? QStringList()
                        : QStringList({QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"SDK not ready or AI runtime unavailable.\")")}));
-    c->sdk.refreshRuntimeHealth(); // wants neither
-    c->peer.takeRequest(QStringLiteral("workspaceRuntimeGetHealth"));
+    fixture->sdk.refreshRuntimeHealth(); // wants neither
+    fixture->peer.takeRequest(QStringLiteral("workspaceRuntimeGetHealth"));
 
     QStringList sent;
-    while (!c->peer.isAllTaken()) {
-        sent.append(c->peer.takeRequest().method);
+    while (!fixture->peer.isAllTaken()) {
+        sent.append(fixture->peer.takeRequest().method);
     }
     QStringList expected;
     if (workspaceIntel) {
@@ -163,14 +163,15 @@ void tst_LoomraSDKWorkspace::unavailable()
 
 void tst_LoomraSDKWorkspace::panelIsOneObject()
 {
-    c->sdk.refreshWorkspaceIntelPanel();
-    const auto settings = c->peer.takeRequest();
-    QVERIFY(c->deliverReply(settings.id, QStringLiteral(R"({"observationEnabled":"true","dwellSummary":"old"})")));
-    QCOMPARE(c->heard.take(), QStringList());
-    const auto summary = c->peer.takeRequest();
+    fixture->sdk.refreshWorkspaceIntelPanel();
+    const auto settings = fixture->peer.takeRequest();
+    QVERIFY(
+        fixture->deliverReply(settings.id, QStringLiteral(R"({"observationEnabled":"true","dwellSummary":"old"})")));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    const auto summary = fixture->peer.takeRequest();
     QCOMPARE(summary.text, QStringLiteral(R"({"id":4,"method":"workspaceIntelGetDwellSummary","params":{"days":14}})"));
-    QVERIFY(c->deliverReply(summary.id, QStringLiteral(R"({"topApp":"kate"})")));
-    QCOMPARE(c->heard.take(),
+    QVERIFY(fixture->deliverReply(summary.id, QStringLiteral(R"({"topApp":"kate"})")));
+    QCOMPARE(fixture->emitted.take(),
              QStringList(QStringLiteral(
                  R"(workspaceIntelPanelUpdated({"dwellSummary":{"topApp":"kate"},"observationEnabled":"true"}))")));
 }
@@ -178,15 +179,15 @@ void tst_LoomraSDKWorkspace::panelIsOneObject()
 //! The second request can fail alone: no panel then, and the next refresh begins anew.
 void tst_LoomraSDKWorkspace::panelWithoutSummary()
 {
-    c->sdk.refreshWorkspaceIntelPanel();
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"first":1})")));
-    const auto summary = c->peer.takeRequest();
-    c->peer.fail(summary, QStringLiteral("no summary"));
-    QCOMPARE(c->waitForSignals(1), QStringList(QStringLiteral("error(\"no summary\")")));
-    c->sdk.refreshWorkspaceIntelPanel();
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral(R"({"second":2})")));
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, QStringLiteral("[1]")));
-    QCOMPARE(c->heard.take(),
+    fixture->sdk.refreshWorkspaceIntelPanel();
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, QStringLiteral(R"({"first":1})")));
+    const auto summary = fixture->peer.takeRequest();
+    fixture->peer.fail(summary, QStringLiteral("no summary"));
+    QCOMPARE(fixture->waitForSignals(1), QStringList(QStringLiteral("error(\"no summary\")")));
+    fixture->sdk.refreshWorkspaceIntelPanel();
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, QStringLiteral(R"({"second":2})")));
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, QStringLiteral("[1]")));
+    QCOMPARE(fixture->emitted.take(),
              QStringList(QStringLiteral(R"(workspaceIntelPanelUpdated({"dwellSummary":{},"second":2}))")));
 }
 
@@ -196,39 +197,39 @@ void tst_LoomraSDKWorkspace::minutesAreBounded_data()
     QTest::addColumn<int>("kept");
     QTest::newRow("none") << 0 << 1;
     QTest::newRow("negative") << -7 << 1;
-    QTest::newRow("least") << 1 << 1;
-    QTest::newRow("most") << 1440 << 1440;
-    QTest::newRow("more") << 5000 << 1440;
+    QTest::newRow("minimum") << 1 << 1;
+    QTest::newRow("maximum") << 1440 << 1440;
+    QTest::newRow("above the maximum") << 5000 << 1440;
 }
 
 void tst_LoomraSDKWorkspace::minutesAreBounded()
 {
     QFETCH(int, minutes);
     QFETCH(int, kept);
-    c->sdk.setWorkspaceSuggestionReminderMinutes(minutes);
-    QCOMPARE(c->sdk.workspaceSuggestionReminderMinutes(), kept);
-    QCOMPARE(c->config.workspaceSuggestionReminderMinutes(), kept);
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("workspaceSuggestionReminderMinutesChanged()")));
-    c->sdk.setWorkspaceSuggestionReminderMinutes(minutes);
-    QCOMPARE(c->heard.take(), QStringList());
-    c->sdk.setWorkspaceSuggestionReminderMinutes(5);
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(minutes);
+    QCOMPARE(fixture->sdk.workspaceSuggestionReminderMinutes(), kept);
+    QCOMPARE(fixture->config.workspaceSuggestionReminderMinutes(), kept);
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("workspaceSuggestionReminderMinutesChanged()")));
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(minutes);
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(5);
 }
 
 void tst_LoomraSDKWorkspace::settingsAreStored()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    c->sdk.setWorkspaceSuggestionReminderMinutes(17);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(17);
     {
         ConfigManager config;
         const LoomraSDK another(&config);
         QCOMPARE(another.isWorkspaceSuggestionReminderEnabled(), true);
         QCOMPARE(another.workspaceSuggestionReminderMinutes(), 17);
     }
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
-    c->sdk.setWorkspaceSuggestionReminderMinutes(5);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderMinutes(5);
 }
 
-void tst_LoomraSDKWorkspace::timerWantsAllFour_data()
+void tst_LoomraSDKWorkspace::timerNeedsAllConditions_data()
 {
     QTest::addColumn<bool>("isEnabled");
     QTest::addColumn<bool>("workspaceIntel");
@@ -238,96 +239,97 @@ void tst_LoomraSDKWorkspace::timerWantsAllFour_data()
     }
 }
 
-void tst_LoomraSDKWorkspace::timerWantsAllFour()
+void tst_LoomraSDKWorkspace::timerNeedsAllConditions()
 {
     QFETCH(bool, isEnabled);
     QFETCH(bool, workspaceIntel);
     QFETCH(bool, aiRuntime);
-    c->sdk.setWorkspaceSuggestionReminderEnabled(isEnabled);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(isEnabled);
     offer(workspaceIntel, aiRuntime);
-    const QTimer *timer = c->timer("reminderTimer");
+    const QTimer *timer = fixture->timer("reminderTimer");
     QCOMPARE(timer->isActive(), isEnabled && workspaceIntel && aiRuntime);
     if (timer->isActive()) {
         QCOMPARE(timer->interval(), 5 * s_minute);
-        c->sdk.setWorkspaceSuggestionReminderMinutes(1440);
+        fixture->sdk.setWorkspaceSuggestionReminderMinutes(1440);
         QCOMPARE(timer->interval(), 1440 * s_minute);
-        c->sdk.setWorkspaceSuggestionReminderMinutes(5);
+        fixture->sdk.setWorkspaceSuggestionReminderMinutes(5);
     }
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
     QVERIFY(!timer->isActive());
 }
 
 void tst_LoomraSDKWorkspace::timerStopsWithTheConnection()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    const QTimer *timer = c->timer("reminderTimer");
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    const QTimer *timer = fixture->timer("reminderTimer");
     QVERIFY(timer->isActive());
-    QVERIFY(c->lose());
+    QVERIFY(fixture->lose());
     QVERIFY(!timer->isActive());
-    QVERIFY(c->connect());
+    QVERIFY(fixture->connect());
     QVERIFY(!timer->isActive());
-    QVERIFY(c->becomeReady());
+    QVERIFY(fixture->becomeReady());
     QVERIFY(timer->isActive());
-    c->sdk.stopBridgeProcess(false);
+    fixture->sdk.stopBridgeProcess(false);
     QVERIFY(!timer->isActive());
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
 }
 
 //! 300 ms after "ready" its phase begins once more.
-void tst_LoomraSDKWorkspace::timerBeginsAnew()
+void tst_LoomraSDKWorkspace::timerRestartsAfterReady()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    QTimer *timer = c->timer("reminderTimer");
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    QTimer *timer = fixture->timer("reminderTimer");
     timer->stop();
     QTRY_VERIFY(timer->isActive());
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
 }
 
-void tst_LoomraSDKWorkspace::tickChecks()
+void tst_LoomraSDKWorkspace::timerSendsACheck()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    c->expire("reminderTimer");
-    const auto check = c->peer.takeRequest();
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    fixture->expire("reminderTimer");
+    const auto check = fixture->peer.takeRequest();
     QCOMPARE(check.method, QStringLiteral("aiRuntimeCheckWorkspaceNotification"));
-    QVERIFY(c->log.has(QtDebugMsg, QStringLiteral("LoomraSDK: periodic workspace suggestion check; interval_min=5")));
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
-    c->expire("reminderTimer"); // one that was on its way
-    QVERIFY(c->peer.isAllTaken());
+    QVERIFY(
+        fixture->log.has(QtDebugMsg, QStringLiteral("LoomraSDK: periodic workspace suggestion check; interval_min=5")));
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->expire("reminderTimer"); // one that was on its way
+    QVERIFY(fixture->peer.isAllTaken());
 }
 
 void tst_LoomraSDKWorkspace::oneCheckAtATime()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    c->expire("reminderTimer");
-    const auto check = c->peer.takeRequest();
-    c->expire("reminderTimer");
-    c->sdk.listAgents();
-    c->peer.takeRequest(QStringLiteral("listAgents"));
-    QVERIFY(c->peer.isAllTaken());
-    QVERIFY(c->deliverReply(check.id, QStringLiteral("{}")));
-    c->expire("reminderTimer");
-    QCOMPARE(c->peer.takeRequest().method, check.method);
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    fixture->expire("reminderTimer");
+    const auto check = fixture->peer.takeRequest();
+    fixture->expire("reminderTimer");
+    fixture->sdk.listAgents();
+    fixture->peer.takeRequest(QStringLiteral("listAgents"));
+    QVERIFY(fixture->peer.isAllTaken());
+    QVERIFY(fixture->deliverReply(check.id, QStringLiteral("{}")));
+    fixture->expire("reminderTimer");
+    QCOMPARE(fixture->peer.takeRequest().method, check.method);
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
 }
 
-void tst_LoomraSDKWorkspace::lostCheckSilencesTheTimer()
+void tst_LoomraSDKWorkspace::lostCheckStopsTheTimersChecks()
 {
-    c->sdk.setWorkspaceSuggestionReminderEnabled(true);
-    c->sdk.checkWorkspaceSuggestionNotify();
-    const auto lost = c->peer.takeRequest();
-    QVERIFY(c->lose());
-    QVERIFY(c->connect());
-    QVERIFY(c->becomeReady());
-    c->expire("reminderTimer");
-    c->sdk.checkWorkspaceSuggestionNotify(); // by hand it goes on
-    const auto byHand = c->peer.takeRequest();
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
+    fixture->sdk.checkWorkspaceSuggestionNotify();
+    const auto lost = fixture->peer.takeRequest();
+    QVERIFY(fixture->lose());
+    QVERIFY(fixture->connect());
+    QVERIFY(fixture->becomeReady());
+    fixture->expire("reminderTimer");
+    fixture->sdk.checkWorkspaceSuggestionNotify(); // by hand it goes on
+    const auto byHand = fixture->peer.takeRequest();
     QCOMPARE(byHand.method, lost.method);
     QCOMPARE(byHand.id, lost.id + 3); // ping and capabilities between, and no check of the timer
-    QVERIFY(c->deliverReply(byHand.id, QStringLiteral("{}")));
-    c->expire("reminderTimer");
-    c->sdk.listAgents();
-    QCOMPARE(c->peer.takeRequest().method, QStringLiteral("listAgents"));
-    c->sdk.setWorkspaceSuggestionReminderEnabled(false);
+    QVERIFY(fixture->deliverReply(byHand.id, QStringLiteral("{}")));
+    fixture->expire("reminderTimer");
+    fixture->sdk.listAgents();
+    QCOMPARE(fixture->peer.takeRequest().method, QStringLiteral("listAgents"));
+    fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
 }
 
 void tst_LoomraSDKWorkspace::unsolicitedCheck_data()
@@ -349,12 +351,12 @@ void tst_LoomraSDKWorkspace::unsolicitedCheck()
 {
     QFETCH(QString, frame);
     QFETCH(bool, isTaken);
-    QVERIFY(c->deliver(frame));
-    QCOMPARE(c->heard.take(),
+    QVERIFY(fixture->deliver(frame));
+    QCOMPARE(fixture->emitted.take(),
              isTaken ? QStringList(QStringLiteral(R"(workspaceSuggestionNotifyResult({"a":1}))")) : QStringList());
 }
 
-void tst_LoomraSDKWorkspace::dialogIsWanted_data()
+void tst_LoomraSDKWorkspace::dialogFollowsTheVariable_data()
 {
     QTest::addColumn<QByteArray>("wish");
     QTest::addColumn<bool>("isWanted");
@@ -366,24 +368,24 @@ void tst_LoomraSDKWorkspace::dialogIsWanted_data()
     QTest::newRow("0") << QByteArray("0") << false;
 }
 
-void tst_LoomraSDKWorkspace::dialogIsWanted()
+void tst_LoomraSDKWorkspace::dialogFollowsTheVariable()
 {
     QFETCH(QByteArray, wish);
     QFETCH(bool, isWanted);
     const ScopedEnvironment variable("LOOMRA_WORKSPACE_NOTIFY_INAPP", wish);
-    c->sdk.checkWorkspaceSuggestionNotify();
-    const auto check = c->peer.takeRequest();
+    fixture->sdk.checkWorkspaceSuggestionNotify();
+    const auto check = fixture->peer.takeRequest();
     const QString notification = QStringLiteral(R"({"body":"b","title":"t","workspaceId":4})");
     const QString result = QStringLiteral(R"({"clientNotification":%1,"notified":true})").arg(notification);
-    QVERIFY(c->deliverReply(check.id, result));
+    QVERIFY(fixture->deliverReply(check.id, result));
     QStringList expected {QStringLiteral("workspaceSuggestionNotifyResult(%1)").arg(result)};
     if (isWanted) {
         expected << QStringLiteral("workspaceSuggestionShowInAppDialog(\"%1\")").arg(notification);
     }
-    QCOMPARE(c->heard.take(), expected);
+    QCOMPARE(fixture->emitted.take(), expected);
 }
 
-void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown_data()
+void tst_LoomraSDKWorkspace::noDialogWithoutNotification_data()
 {
     QTest::addColumn<QString>("result");
     const auto row = [](const char *result) { QTest::newRow(result) << QString::fromUtf8(result); };
@@ -396,13 +398,13 @@ void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown_data()
     row(R"({"clientNotification":{"title":"t"},"notified":"true"})");
 }
 
-void tst_LoomraSDKWorkspace::noDialogForWhatIsNotShown()
+void tst_LoomraSDKWorkspace::noDialogWithoutNotification()
 {
     QFETCH(QString, result);
     const ScopedEnvironment variable("LOOMRA_WORKSPACE_NOTIFY_INAPP", "1");
-    c->sdk.checkWorkspaceSuggestionNotify();
-    QVERIFY(c->deliverReply(c->peer.takeRequest().id, result));
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("workspaceSuggestionNotifyResult(%1)").arg(result)));
+    fixture->sdk.checkWorkspaceSuggestionNotify();
+    QVERIFY(fixture->deliverReply(fixture->peer.takeRequest().id, result));
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("workspaceSuggestionNotifyResult(%1)").arg(result)));
 }
 
 void tst_LoomraSDKWorkspace::choices_data()
@@ -410,11 +412,11 @@ void tst_LoomraSDKWorkspace::choices_data()
     QTest::addColumn<QString>("action");
     QTest::addColumn<QString>("notification");
     QTest::addColumn<QString>("sent"); // method, or nothing
-    QTest::addColumn<QString>("heard");
+    QTest::addColumn<QString>("emitted");
     const auto row = [](const char *name, const char *action, const char *notification, const char *sent,
-                        const char *heard = "") {
+                        const char *emitted = "") {
         QTest::newRow(name) << QString::fromUtf8(action) << QString::fromUtf8(notification) << QString::fromUtf8(sent)
-                            << QString::fromUtf8(heard);
+                            << QString::fromUtf8(emitted);
     };
     row("dismiss", "dismiss", R"({"suggestionId":"s"})", "aiRuntimeDismissSuggestion");
     row("dismiss nothing", "dismiss", R"({"suggestionId":"","workspaceId":1})", "");
@@ -438,19 +440,19 @@ void tst_LoomraSDKWorkspace::choices()
     QFETCH(QString, action);
     QFETCH(QString, notification);
     QFETCH(QString, sent);
-    QFETCH(QString, heard);
-    c->sdk.applyWorkspaceSuggestionAction(action, notification);
-    QCOMPARE(c->heard.take().join(QLatin1Char('\n')), heard);
-    c->sdk.listAgents();
-    QCOMPARE(c->peer.takeRequest().method, sent.isEmpty() ? QStringLiteral("listAgents") : sent);
+    QFETCH(QString, emitted);
+    fixture->sdk.applyWorkspaceSuggestionAction(action, notification);
+    QCOMPARE(fixture->emitted.take().join(QLatin1Char('\n')), emitted);
+    fixture->sdk.listAgents();
+    QCOMPARE(fixture->peer.takeRequest().method, sent.isEmpty() ? QStringLiteral("listAgents") : sent);
     if (!sent.isEmpty()) {
-        c->peer.takeRequest(QStringLiteral("listAgents"));
+        fixture->peer.takeRequest(QStringLiteral("listAgents"));
     }
     // Without a bridge only a review has an effect.
-    QVERIFY(c->lose());
-    c->heard.take();
-    c->sdk.applyWorkspaceSuggestionAction(action, notification);
-    QCOMPARE(c->heard.take().join(QLatin1Char('\n')), heard);
+    QVERIFY(fixture->lose());
+    fixture->emitted.take();
+    fixture->sdk.applyWorkspaceSuggestionAction(action, notification);
+    QCOMPARE(fixture->emitted.take().join(QLatin1Char('\n')), emitted);
 }
 
 REGISTER_TEST(tst_LoomraSDKWorkspace, QCoreApplication)

@@ -72,9 +72,9 @@ private Q_SLOTS:
     void callsBackWithTheChosenAction();
     void showsNothingWithoutTitle_data();
     void showsNothingWithoutTitle();
-    void twoDoNotMixTheirChoices();
+    void keepsTheirChoicesApart();
     void endsWithItsParent();
-    void mayBeShownWhenTheProgramEnds();
+    void survivesTheEndOfTheProgram();
     void wantsInAppDialog_data();
     void wantsInAppDialog();
 
@@ -167,7 +167,7 @@ void tst_SuggestionNotification::actionsBecomeButtons()
 
 void tst_SuggestionNotification::callsBackWithTheChosenAction_data()
 {
-    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("notification");
     QTest::addColumn<QString>("picked");
     QTest::addColumn<QStringList>("chosen");
 
@@ -185,9 +185,9 @@ void tst_SuggestionNotification::callsBackWithTheChosenAction_data()
 
 void tst_SuggestionNotification::callsBackWithTheChosenAction()
 {
-    QFETCH(QByteArray, json);
+    QFETCH(QByteArray, notification);
     QFETCH(QString, picked);
-    SuggestionNotification::show(json(json), m_parent.get(), note());
+    SuggestionNotification::show(json(notification), m_parent.get(), note());
     m_service.invoke(m_service.take(), picked);
 
     // It is closed when all is done.
@@ -198,7 +198,7 @@ void tst_SuggestionNotification::callsBackWithTheChosenAction()
 
 void tst_SuggestionNotification::showsNothingWithoutTitle_data()
 {
-    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("notification");
     QTest::newRow("empty") << QByteArray(R"({"title":"","body":"B"})");
     QTest::newRow("missing") << QByteArray(R"({"body":"B"})");
     QTest::newRow("number") << QByteArray(R"({"title":5})");
@@ -206,15 +206,15 @@ void tst_SuggestionNotification::showsNothingWithoutTitle_data()
 
 void tst_SuggestionNotification::showsNothingWithoutTitle()
 {
-    QFETCH(QByteArray, json);
-    SuggestionNotification::show(json(json), m_parent.get(), note());
+    QFETCH(QByteArray, notification);
+    SuggestionNotification::show(json(notification), m_parent.get(), note());
     QVERIFY(m_parent->children().isEmpty());
     // The next call is of the next one.
     SuggestionNotification::show(json(R"({"title":"next"})"), m_parent.get(), note());
     QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("next"));
 }
 
-void tst_SuggestionNotification::twoDoNotMixTheirChoices()
+void tst_SuggestionNotification::keepsTheirChoicesApart()
 {
     SuggestionNotification::show(json(R"({"title":"1","actions":[{"id":"a","label":"A"}]})"), m_parent.get(), note());
     SuggestionNotification::show(json(R"({"title":"2","actions":[{"id":"b","label":"B"}]})"), m_parent.get(), note());
@@ -244,7 +244,7 @@ void tst_SuggestionNotification::endsWithItsParent()
     QTRY_VERIFY(m_parent->children().isEmpty());
 }
 
-void tst_SuggestionNotification::mayBeShownWhenTheProgramEnds()
+void tst_SuggestionNotification::survivesTheEndOfTheProgram()
 {
     QProcess run;
     run.start(QCoreApplication::applicationFilePath(),
@@ -269,7 +269,7 @@ void tst_SuggestionNotification::wantsInAppDialog_data()
     QTest::newRow("TRUE") << QByteArray("TRUE") << true;
     QTest::newRow("yes") << QByteArray("yes") << false;
     QTest::newRow("0") << QByteArray("0") << false;
-    QTest::newRow("with a blank") << QByteArray("true ") << false;
+    QTest::newRow("with whitespace") << QByteArray("true ") << false;
 }
 
 void tst_SuggestionNotification::wantsInAppDialog()

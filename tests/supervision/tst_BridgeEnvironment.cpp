@@ -55,19 +55,19 @@ class tst_BridgeEnvironment : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsSwitches_data();
-    void readsSwitches();
+    void parsesSwitches_data();
+    void parsesSwitches();
     void writesSwitches();
     void findsTheProject_data();
     void findsTheProject();
     void makesTheChildsEnvironment_data();
     void makesTheChildsEnvironment();
-    void leavesOutTheStateDirectoryOfNobody();
-    void looksAtThisMachine();
+    void omitsTheStateDirectoryWithoutAHome();
+    void inspectsThisMachine();
     void startsFromThisProcess();
 };
 
-void tst_BridgeEnvironment::readsSwitches_data()
+void tst_BridgeEnvironment::parsesSwitches_data()
 {
     QTest::addColumn<QString>("value");
     QTest::addColumn<bool>("on");
@@ -83,12 +83,12 @@ void tst_BridgeEnvironment::readsSwitches_data()
     QTest::newRow("no") << "no" << true;
     QTest::newRow("off") << "off" << true;
     QTest::newRow("00") << "00" << true;
-    QTest::newRow("blank before") << " 0" << true;
-    QTest::newRow("blank behind") << "false " << true;
+    QTest::newRow("whitespace before") << " 0" << true;
+    QTest::newRow("whitespace behind") << "false " << true;
     QTest::newRow("begins like false") << "falsey" << true;
 }
 
-void tst_BridgeEnvironment::readsSwitches()
+void tst_BridgeEnvironment::parsesSwitches()
 {
     QFETCH(QString, value);
     QTEST(BridgeEnvironment::truthyEnvValue(value), "on");
@@ -217,7 +217,7 @@ void tst_BridgeEnvironment::makesTheChildsEnvironment()
     QTEST(child.executorPathEnabled, "executorPathEnabled");
 }
 
-void tst_BridgeEnvironment::leavesOutTheStateDirectoryOfNobody()
+void tst_BridgeEnvironment::omitsTheStateDirectoryWithoutAHome()
 {
     const auto nothing = [](const QString &) { return false; };
     const auto child = BridgeEnvironment::forChild(QProcessEnvironment(), {1, QString(), nothing, nothing});
@@ -227,7 +227,7 @@ void tst_BridgeEnvironment::leavesOutTheStateDirectoryOfNobody()
     QCOMPARE(variablesOf(child.environment), expected);
 }
 
-void tst_BridgeEnvironment::looksAtThisMachine()
+void tst_BridgeEnvironment::inspectsThisMachine()
 {
     const QTemporaryDir directory(QDir::homePath() + QStringLiteral("/XXXXXX"));
     QFile file(directory.filePath(QStringLiteral("file")));

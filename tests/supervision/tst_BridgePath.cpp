@@ -29,7 +29,7 @@ private Q_SLOTS:
     void takesTheFirstPlaceThatExists_data();
     void takesTheFirstPlaceThatExists();
     void looksAtThePlacesInOrder();
-    void looksAroundThisProcess();
+    void usesTheEnvironmentOfThisProcess();
     void looksBesideTheExecutable();
 };
 
@@ -100,7 +100,7 @@ void tst_BridgePath::looksAtThePlacesInOrder()
                            QStringLiteral("/h/Loomra_Meridan/src/services/sdk-bridge")}));
 }
 
-void tst_BridgePath::looksAroundThisProcess()
+void tst_BridgePath::usesTheEnvironmentOfThisProcess()
 {
     const QTemporaryDir directory(QDir::homePath() + QStringLiteral("/XXXXXX"));
     const QString root = QDir(directory.path()).canonicalPath();

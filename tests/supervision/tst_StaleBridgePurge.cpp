@@ -29,19 +29,19 @@ class tst_StaleBridgePurge : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void goesOnWithoutLsof();
-    void goesOnWithoutAnAnswer_data();
-    void goesOnWithoutAnAnswer();
-    void readsWhatLsofPrints_data();
-    void readsWhatLsofPrints();
-    void asksForThePort();
+    void continuesWithoutLsof();
+    void continuesWithoutLsofOutput_data();
+    void continuesWithoutLsofOutput();
+    void handlesLsofOutput_data();
+    void handlesLsofOutput();
+    void passesThePort();
     void killsInOrder();
-    void goesOnWhenAKillFails();
-    void goesOnWithoutAWorkingKill_data();
-    void goesOnWithoutAWorkingKill();
+    void continuesAfterAFailedKill();
+    void continuesWithoutAWorkingKill_data();
+    void continuesWithoutAWorkingKill();
 };
 
-void tst_StaleBridgePurge::goesOnWithoutLsof()
+void tst_StaleBridgePurge::continuesWithoutLsof()
 {
     FakePath path(FakePath::Rest::Hidden);
     MessageLog log;
@@ -50,14 +50,14 @@ void tst_StaleBridgePurge::goesOnWithoutLsof()
     QCOMPARE(log.warnings(), QStringList());
 }
 
-void tst_StaleBridgePurge::goesOnWithoutAnAnswer_data()
+void tst_StaleBridgePurge::continuesWithoutLsofOutput_data()
 {
     QTest::addColumn<QByteArray>("behaviour");
     QTest::newRow("hangs") << QByteArray("exec sleep 1000");
     QTest::newRow("dies") << QByteArray("kill -KILL $$");
 }
 
-void tst_StaleBridgePurge::goesOnWithoutAnAnswer()
+void tst_StaleBridgePurge::continuesWithoutLsofOutput()
 {
     QFETCH(QByteArray, behaviour);
     NodeProcess bystander(QStringLiteral("node"), s_idle);
@@ -79,16 +79,16 @@ void tst_StaleBridgePurge::goesOnWithoutAnAnswer()
     QCOMPARE(bystander.state(), QProcess::Running);
 }
 
-void tst_StaleBridgePurge::readsWhatLsofPrints_data()
+void tst_StaleBridgePurge::handlesLsofOutput_data()
 {
     QTest::addColumn<QByteArray>("behaviour");
     QTest::addColumn<QStringList>("lines");
 
     QTest::newRow("nothing") << QByteArray("exit 1") << QStringList {PurgeLog::nothing};
-    QTest::newRow("blanks") << QByteArray("printf ' \\n\\n\\t\\n'") << QStringList {PurgeLog::nothing};
+    QTest::newRow("whitespace") << QByteArray("printf ' \\n\\n\\t\\n'") << QStringList {PurgeLog::nothing};
     QTest::newRow("failure") << QByteArray("echo ' no way ' >&2; exit 2")
                              << QStringList {QStringLiteral("lsof error: \"no way\""), PurgeLog::nothing};
-    QTest::newRow("blanks for an error") << QByteArray("echo ' ' >&2") << QStringList {PurgeLog::nothing};
+    QTest::newRow("whitespace for an error") << QByteArray("echo ' ' >&2") << QStringList {PurgeLog::nothing};
     QTest::newRow("the harmless error") << QByteArray("echo \"lsof: can't identify protocol\" >&2")
                                         << QStringList {PurgeLog::nothing};
     QTest::newRow("the harmless error among others")
@@ -99,7 +99,7 @@ void tst_StaleBridgePurge::readsWhatLsofPrints_data()
                                     << QStringList {QStringLiteral("lsof error: \"bad\""), PurgeLog::waiting};
 }
 
-void tst_StaleBridgePurge::readsWhatLsofPrints()
+void tst_StaleBridgePurge::handlesLsofOutput()
 {
     QFETCH(QByteArray, behaviour);
     QFETCH(QStringList, lines);
@@ -111,7 +111,7 @@ void tst_StaleBridgePurge::readsWhatLsofPrints()
     QCOMPARE(log.warnings(), QStringList());
 }
 
-void tst_StaleBridgePurge::asksForThePort()
+void tst_StaleBridgePurge::passesThePort()
 {
     FakePath path;
     path.add(QStringLiteral("lsof"), "for word; do echo \"<$word>\" >&2; done");
@@ -153,7 +153,7 @@ void tst_StaleBridgePurge::killsInOrder()
     QCOMPARE(other.state(), QProcess::Running);
 }
 
-void tst_StaleBridgePurge::goesOnWhenAKillFails()
+void tst_StaleBridgePurge::continuesAfterAFailedKill()
 {
     NodeProcess bridge(QStringLiteral("node"), s_idle);
     QVERIFY(bridge.isReady());
@@ -170,7 +170,7 @@ void tst_StaleBridgePurge::goesOnWhenAKillFails()
     QCOMPARE(log.warnings(), QStringList {failure});
 }
 
-void tst_StaleBridgePurge::goesOnWithoutAWorkingKill_data()
+void tst_StaleBridgePurge::continuesWithoutAWorkingKill_data()
 {
     QTest::addColumn<QByteArray>("behaviour");
     QTest::newRow("absent") << QByteArray();
@@ -178,7 +178,7 @@ void tst_StaleBridgePurge::goesOnWithoutAWorkingKill_data()
     QTest::newRow("dies") << QByteArray("kill -KILL $$");
 }
 
-void tst_StaleBridgePurge::goesOnWithoutAWorkingKill()
+void tst_StaleBridgePurge::continuesWithoutAWorkingKill()
 {
     QFETCH(QByteArray, behaviour);
     FakePath path(FakePath::Rest::Hidden);

@@ -16,13 +16,13 @@ class tst_StaleBridges : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsPids_data();
-    void readsPids();
-    void judges_data();
-    void judges();
+    void parsesPids_data();
+    void parsesPids();
+    void decides_data();
+    void decides();
 };
 
-void tst_StaleBridges::readsPids_data()
+void tst_StaleBridges::parsesPids_data()
 {
     QTest::addColumn<QString>("output");
     QTest::addColumn<QVector<qint64>>("pids");
@@ -32,7 +32,7 @@ void tst_StaleBridges::readsPids_data()
     QTest::newRow("one with its newline") << "17\n" << QVector<qint64> {17};
     QTest::newRow("in their order") << "30\n4\n17\n" << QVector<qint64> {30, 4, 17};
     QTest::newRow("empty lines") << "\n\n4\n\n17\n\n" << QVector<qint64> {4, 17};
-    QTest::newRow("a line of blanks") << "4\n  \n17" << QVector<qint64> {4, 17};
+    QTest::newRow("a line of whitespace") << "4\n  \n17" << QVector<qint64> {4, 17};
     QTest::newRow("zero would be our process group") << "0\n4" << QVector<qint64> {4};
     QTest::newRow("-1 would be everything") << "-1\n-17\n4" << QVector<qint64> {4};
     QTest::newRow("words") << "COMMAND\nnode\n4" << QVector<qint64> {4};
@@ -43,13 +43,13 @@ void tst_StaleBridges::readsPids_data()
     QTest::newRow("beyond 64 bits") << "18446744073709551617\n4" << QVector<qint64> {4};
 }
 
-void tst_StaleBridges::readsPids()
+void tst_StaleBridges::parsesPids()
 {
     QFETCH(QString, output);
     QTEST(StaleBridges::pidsIn(output), "pids");
 }
 
-void tst_StaleBridges::judges_data()
+void tst_StaleBridges::decides_data()
 {
     QTest::addColumn<qint64>("pid");
     QTest::addColumn<std::optional<QString>>("comm");
@@ -71,7 +71,7 @@ void tst_StaleBridges::judges_data()
     row("ourselves without a name", 5, std::nullopt, Verdict::SkipOwn);
 }
 
-void tst_StaleBridges::judges()
+void tst_StaleBridges::decides()
 {
     QFETCH(qint64, pid);
     QFETCH(std::optional<QString>, comm);

@@ -15,7 +15,7 @@ namespace
 {
 
 //! What the service has answered before is known to this process, too: its answers come in order.
-void hearAnswers()
+void receiveReplies()
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
@@ -56,7 +56,7 @@ QJsonObject Notifications::take()
     if (!QTest::qWaitFor([this] { return !calls().isEmpty(); }, Timeouts::Default)) {
         return {};
     }
-    hearAnswers();
+    receiveReplies();
     return m_calls.takeFirst();
 }
 

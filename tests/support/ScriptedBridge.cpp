@@ -212,7 +212,7 @@ void ScriptedBridge::accept()
         m_connections.append(connection);
         socket->setParent(this);
         connect(socket, &QWebSocket::textMessageReceived, this,
-                [this, index](const QString &text) { hear(index, text); });
+                [this, index](const QString &text) { receive(index, text); });
         connect(socket, &QWebSocket::disconnected, this, [this, index, socket] {
             Connection &ended = m_connections[index];
             ended.isOpen = false;
@@ -222,7 +222,7 @@ void ScriptedBridge::accept()
     }
 }
 
-void ScriptedBridge::hear(int connection, const QString &text)
+void ScriptedBridge::receive(int connection, const QString &text)
 {
     const QJsonObject message = json(text);
     Request request;

@@ -83,7 +83,7 @@ private:
     };
 
     void accept();
-    void hear(int connection, const QString &text);
+    void receive(int connection, const QString &text);
     void send(int connection, const QJsonObject &message);
     int youngest() const { return m_connections.size() - 1; }
 
