@@ -22,14 +22,14 @@
 namespace
 {
 
-//! Plasma's QML plugins pull in this library on the QML loader's thread, where its static objects then warn of a parent
-//! in another thread. Loaded here first, on the main thread, it is silent. Where it is missing nothing is lost.
+//! Plasma's QML plugins load this library on the QML loader's thread, where its static objects warn about a parent in
+//! another thread. Loading it on the main thread first avoids the warning. It may be missing.
 void loadXmlGuiOnMainThread()
 {
     QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
 }
 
-//! The end of the session and the interrupt key are a quit like any other: a child isn't left behind.
+//! Quits in the regular way on SIGINT, SIGTERM and SIGHUP, so that no child process is left behind.
 void quitOnSignals()
 {
     KSignalHandler *signals = KSignalHandler::self();
@@ -39,9 +39,9 @@ void quitOnSignals()
     QObject::connect(signals, &KSignalHandler::signalReceived, qApp, &QCoreApplication::quit);
 }
 
-//! Qt Quick gathers small images in one texture, by itself as large as a window over the whole screen: 8 MiB for a
-//! dozen icons. It is told of a smaller one by the environment, which is as it was before when this ends, so that no
-//! child process gets it.
+//! Qt Quick gathers small images in one texture, by default as large as a full-screen window: 8 MiB for a dozen icons.
+//! This sets a smaller size in the environment while it lives, and then removes it, so that child processes don't
+//! inherit it.
 class SmallTextureAtlas
 {
 public:
@@ -66,17 +66,19 @@ private:
     std::vector<const char *> m_set;
 };
 
-//! Looking through the icon themes takes some milliseconds, and a window asks for its icon before it is shown.
+//! Called after the first frame, because searching the icon themes takes some milliseconds and a window reads its icon
+//! before it is shown.
 void setWindowIcon()
 {
     QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("loomra-kde")));
 }
 
-//! Calls a function when the window's first frame is on the screen. Where another one follows very soon, once more.
+//! Calls a function when the window's first frame is on the screen, and possibly once more if the next frame follows
+//! immediately.
 void afterFirstFrame(const QQuickWindow *window, const std::function<void()> &function)
 {
     auto *first = new QObject(QGuiApplication::instance());
-    // Queued, as frames are swapped on another thread where there is a render thread.
+    // Queued, because with a render thread frames are swapped on that thread.
     QObject::connect(
         window, &QQuickWindow::frameSwapped, first,
         [first, function] {
@@ -90,7 +92,7 @@ void afterFirstFrame(const QQuickWindow *window, const std::function<void()> &fu
 
 void Application::prepareEnvironment()
 {
-    // Attached files are read by XMLHttpRequest, which is closed to local files without this.
+    // Attached files are read through XMLHttpRequest, which by default refuses local files.
     qputenv("QML_XHR_ALLOW_FILE_READ", "1");
 }
 
@@ -118,8 +120,8 @@ Application::Application(int &argc, char **argv)
     if (mode == LaunchMode::OmniBar) {
         loadXmlGuiOnMainThread();
     }
-    quitOnSignals(); // before there is a child
-    // The OmniBar finds its bridge running as a service; the voice test needs none; the others own theirs.
+    quitOnSignals(); // before a child process is started
+    // The OmniBar uses a bridge that runs as a service, the voice test needs none, the other modes start their own.
     if (mode != LaunchMode::VoiceTest) {
         sdk->setConnectOnly(mode == LaunchMode::OmniBar);
         sdk->initialize();
@@ -130,7 +132,7 @@ Application::Application(int &argc, char **argv)
 
 void Application::load()
 {
-    // Queued, as the signal comes from within load(), when no event loop runs yet that exit() could end.
+    // Queued, because the signal is emitted within load(), before the event loop that exit() ends is running.
     QObject::connect(
         &m_engine, &QQmlApplicationEngine::objectCreated, &m_application,
         [this](const QObject *object, const QUrl &url) {

@@ -10,28 +10,28 @@
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 
-//! A graphical run: the application object, what the program says about itself, the QML engine with the native
-//! objects, and the window of the mode. Lives on main's stack.
+//! A graphical run: the application object, the about-data, the QML engine with the native objects, and the window of
+//! the launch mode. Lives on the stack of main().
 class Application
 {
 public:
-    //! What must stand in the environment before the application object exists.
+    //! Sets the environment variables that must be set before the application object exists.
     static void prepareEnvironment();
 
-    //! Sets translation domain and about-data, from which the settings stores take their places.
-    //! Needs an application object. Tests call it too, so that they store where the program does.
+    //! Sets the translation domain and the about-data, which determine where settings are stored.
+    //! Needs an application object. Tests call it too, so that they use the same settings files.
     static KAboutData describe();
 
     Application(int &argc, char **argv);
 
-    //! Runs the event loop. @return its result; -1, which the shell sees as 255, after a QML file that fails to load
+    //! Runs the event loop. @return its exit code, or -1 (255 in a shell) if the QML file failed to load
     int exec();
 
 private:
     void load();
 
-    // Members are destroyed from the last to the first: the engine goes before the application, whose children,
-    // the native objects, outlive all QML.
+    // The order matters: members are destroyed in reverse, so the native objects, which are children of the
+    // application, outlive the QML engine.
     QGuiApplication m_application;
     KAboutData m_about;
     QQmlApplicationEngine m_engine;

@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-//! The way of QML texts to KDE's translation catalogue of the domain "loomra-kde". Holds no state.
+//! Translates texts for QML with KDE's translation catalogue of the domain "loomra-kde". Stateless.
 class I18nHelper : public QObject
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class I18nHelper : public QObject
 public:
     using QObject::QObject;
 
-    //! The translation of a text, or the text itself where the catalogue has none. KI18n answers an empty text and one
-    //! with a place holder such as "%1" by a note of its own, so QML passes neither.
+    //! The translation of a text, or the text itself if the catalogue has none. Don't pass an empty text or one with a
+    //! placeholder such as "%1": KI18n returns an error note for these.
     Q_INVOKABLE QString tr(const QString &text) const;
 };

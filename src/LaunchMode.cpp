@@ -12,10 +12,10 @@ struct Mode
 {
     LaunchMode mode;
     const char *longName;
-    const char *shortName; // null where there is none
+    const char *shortName; // may be null
 };
 
-// In the order in which they win.
+// In order of precedence.
 constexpr std::array s_modes {
     Mode {LaunchMode::VoiceTest, "--voice-test", nullptr},
     Mode {LaunchMode::MainWindow, "--main", "-m"},

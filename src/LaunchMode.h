@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QUrl>
 
-//! The face that a graphical run shows, chosen once from the command line.
+//! What a graphical run shows, chosen once from the command line.
 enum class LaunchMode
 {
     OmniBar,
@@ -15,9 +15,9 @@ enum class LaunchMode
     VoiceTest,
 };
 
-//! Chooses by presence anywhere in the list; the voice test wins over the main window, that over the tray view.
-//! "-o" and "--omni-bar" name the default, so beside another mode they change nothing.
+//! The position of an argument doesn't matter. The voice test takes precedence over the main window, and that over the
+//! tray view. "-o" and "--omni-bar" name the default, so they have no effect beside another mode.
 LaunchMode launchModeOf(const QStringList &arguments);
 
-//! The QML file of a mode, in the program's own resource tree.
+//! The QML file of a mode in the program's resource tree.
 QUrl rootFileOf(LaunchMode mode);

@@ -25,8 +25,7 @@ LoomraSDK *create(QObject *parent, QQmlEngine *engine)
     QQmlContext *context = engine->rootContext();
 
     // The whole order is I18nHelper, ConfigManager, LoomraSDK, FileService, AgentBridge, TokenUsageService,
-    // VoiceBridge. An object that joins later takes its place in this row, and its name the same place among the
-    // context properties below.
+    // VoiceBridge. Keep this order, here and for the context properties below, when an object is added.
     context->setContextProperty(QStringLiteral("i18n"), new I18nHelper(parent));
     auto *configManager = new ConfigManager(parent);
     auto *loomraSDK = new LoomraSDK(configManager, parent);

@@ -7,17 +7,17 @@ class LoomraSDK;
 class QObject;
 class QQmlEngine;
 
-//! The objects that QML knows by name.
+//! The objects that QML knows by context name.
 namespace NativeObjects
 {
 
-//! The default of the advanced workspace-intelligence interface: LOOMRA_WI_ADVANCED_UI read as a whole number that
-//! isn't zero. Unset, "0" and what is no number give false.
+//! Whether the advanced workspace-intelligence interface is shown by default: true if LOOMRA_WI_ADVANCED_UI is a
+//! nonzero integer, false if it is unset, zero or not a number.
 bool advancedWorkspaceInterface();
 
-//! Creates the native objects as children of @p parent, in the order in which they depend on each other, and sets
-//! them on the engine's root context. @p parent must outlive @p engine. Main thread.
-//! @return the one that wants to be started and stopped
+//! Creates the native objects as children of @p parent, in the order of their dependencies, and sets them on the
+//! engine's root context. @p parent must outlive @p engine. Main thread.
+//! @return the object that the caller must start and stop
 LoomraSDK *create(QObject *parent, QQmlEngine *engine);
 
 } // namespace NativeObjects

@@ -8,7 +8,10 @@
 #include <QProcess>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
+
+using namespace std::chrono_literals;
 
 namespace TerminalRequests
 {
@@ -19,10 +22,10 @@ namespace
 constexpr int s_exitOk = 0;
 constexpr int s_exitNotFinished = 1;
 constexpr int s_exitRefused = 2;
-constexpr int s_exitNotLaunched = 127; // as a shell says of a command that isn't there
+constexpr int s_exitNotLaunched = 127; // the code of a shell for a command that isn't found
 
-//! How long the agent CLI may take to start, in ms. Its run has no limit.
-constexpr int s_launchTimeout = 5000;
+//! For the start of the agent CLI. Its run has no timeout.
+constexpr std::chrono::milliseconds s_launchTimeout = 5s;
 
 constexpr const char *s_promptPrefix = "--prompt=";
 
@@ -102,13 +105,13 @@ int print(std::FILE *stream, const QByteArray &text, int exitCode)
     return exitCode;
 }
 
-//! Hands the terminal over to the agent CLI, whose output passes unchanged.
+//! Runs the agent CLI with its output forwarded unchanged.
 int listModels()
 {
     QProcess cli;
     cli.setProcessChannelMode(QProcess::ForwardedChannels);
     CliModels::start(cli);
-    if (!cli.waitForStarted(s_launchTimeout)) {
+    if (!cli.waitForStarted(static_cast<int>(s_launchTimeout.count()))) {
         return print(stderr, "tovictl: failed to launch the bundled `loomra` CLI: " + cli.errorString().toUtf8() + '\n',
                      s_exitNotLaunched);
     }

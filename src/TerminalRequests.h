@@ -7,8 +7,8 @@
 
 #include <optional>
 
-//! What tovictl answers in the terminal, without a window: usage, version, the model list, and refusals of what
-//! belongs to the wrapper /usr/bin/tovictl. Runs before any application object exists.
+//! Requests that tovictl answers in the terminal, without a window: usage, version and the model list. Those that the
+//! wrapper /usr/bin/tovictl handles are refused. Runs before any application object exists.
 namespace TerminalRequests
 {
 
@@ -22,11 +22,11 @@ enum class Request
     Models,
 };
 
-//! The request that one argument makes, or none. Exact and case-sensitive, but for the prefix "--prompt=".
+//! The request that an argument stands for, if any. Arguments must match exactly, except for the prefix "--prompt=".
 std::optional<Request> requestOf(const QString &argument);
 
-//! Scans the arguments after the program's name in order (local 8-bit encoding) and answers the first request.
-//! @return the exit code for main, or nothing if no argument is a request
+//! Answers the first request among the arguments (local 8-bit encoding).
+//! @return the exit code for main(), or nothing if no argument is a request
 std::optional<int> answer(int argc, const char *const *argv);
 
 } // namespace TerminalRequests

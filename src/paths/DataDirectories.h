@@ -8,12 +8,11 @@
 
 //! The value of XDG_DATA_DIRS with a directory put in front.
 //! @param directory absolute path, not empty
-//! @param old the value so far; empty when the variable is unset
-//! @return directory, colon, old value. The colon stays with an empty old value: the list then names that directory
-//! alone and the system's directories are not added, so whoever starts the program with a "share" beside it sets the
-//! variable first.
+//! @param old the old value; empty if the variable is unset
+//! @return directory, colon, old value. Intentional: if the old value is empty, the colon stays and the system's
+//! default directories are not added. A caller that has a "share" beside the executable must set the variable first.
 QByteArray dataDirectoriesWith(const QString &directory, const QByteArray &old);
 
-//! Puts the directory "share" beside the executable in front of XDG_DATA_DIRS, if it exists. Main thread, once, after
-//! the application object and before anything looks for data files.
+//! Puts the directory "share" beside the executable in front of XDG_DATA_DIRS, if it exists. Call once on the main
+//! thread, after the application object is created and before anything searches for data files.
 void preferDataBesideExecutable();

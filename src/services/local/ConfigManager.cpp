@@ -8,10 +8,10 @@
 namespace
 {
 
-constexpr int s_recentProjects = 10;
+constexpr int s_maximumRecentProjects = 10;
 
-constexpr int s_leastMinutes = 1;
-constexpr int s_mostMinutes = 1440; // a day
+constexpr int s_minimumMinutes = 1;
+constexpr int s_maximumMinutes = 1440; // a day
 
 constexpr char s_apiKey[] = "ApiKey";
 constexpr char s_currentProject[] = "CurrentProject";
@@ -49,11 +49,11 @@ void ConfigManager::setCurrentProject(const QString &path)
         return;
     }
     m_currentProject = path;
-    // A path that is being typed passes through many that don't exist: they stay out of the recent ones.
+    // While the user types a path, most of its prefixes don't exist. Only existing directories count as recent.
     if (!path.isEmpty() && QDir(path).exists()) {
         m_recentProjects.removeAll(path);
         m_recentProjects.prepend(path);
-        m_recentProjects = m_recentProjects.mid(0, s_recentProjects);
+        m_recentProjects = m_recentProjects.mid(0, s_maximumRecentProjects);
         Q_EMIT recentProjectsChanged();
     }
     Q_EMIT currentProjectChanged();
@@ -61,7 +61,7 @@ void ConfigManager::setCurrentProject(const QString &path)
 
 int ConfigManager::boundedReminderMinutes(int minutes)
 {
-    return qBound(s_leastMinutes, minutes, s_mostMinutes);
+    return qBound(s_minimumMinutes, minutes, s_maximumMinutes);
 }
 
 void ConfigManager::load()
@@ -70,9 +70,9 @@ void ConfigManager::load()
     m_currentProject = m_general.readEntry(s_currentProject, QString());
     m_recentProjects = m_general.readEntry(s_recentProjectsKey, QStringList());
     m_workspaceSuggestionReminderEnabled = m_general.readEntry(s_reminderEnabled, false);
-    // The default is a text, so that KConfig hands over what stands there as it is: no number then counts as 0, and
-    // not as the default.
-    const int minutes = m_general.readEntry(s_reminderMinutes, QVariant(QString::number(s_usualMinutes))).toInt();
+    // With a text as default KConfig returns the raw entry. Intentional: an entry that is no number counts as 0 and not
+    // as the default.
+    const int minutes = m_general.readEntry(s_reminderMinutes, QVariant(QString::number(s_defaultMinutes))).toInt();
     m_workspaceSuggestionReminderMinutes = boundedReminderMinutes(minutes);
     m_enabledWorkspaceTemplateSlugs = m_general.readEntry(s_templateSlugs, QStringList());
 }

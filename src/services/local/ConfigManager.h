@@ -11,21 +11,20 @@
 
 //! The application's own settings, known to QML as configManager: API key, projects, workspace preferences.
 //!
-//! They lie in the application's KConfig file, loomra-kderc. A change stays in memory until save(), which whoever
-//! changes something calls, and which the destructor calls as well. No operation reports a failure: what can't be
-//! written is lost. Main thread only.
+//! They are stored in the application's KConfig file, loomra-kderc. Changes stay in memory until the caller, or the
+//! destructor, calls save(). Errors are not reported: values that can't be written are lost. Main thread only.
 class ConfigManager : public QObject
 {
     Q_OBJECT
 
     Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
-    //! A directory path, or whatever was typed so far.
+    //! A directory path, or an incomplete one while the user is typing.
     Q_PROPERTY(QString currentProject READ currentProject WRITE setCurrentProject NOTIFY currentProjectChanged)
-    //! Directories that were the current project, newest first.
+    //! Directories that were the current project, most recent first.
     Q_PROPERTY(QStringList recentProjects READ recentProjects NOTIFY recentProjectsChanged)
 
 public:
-    //! Opens the file and loads what it holds. The about-data must be set before, as it names the file.
+    //! Loads the file. The about-data must be set before, because it determines the file's name.
     explicit ConfigManager(QObject *parent = nullptr);
     //! Saves.
     ~ConfigManager() override;
@@ -35,22 +34,23 @@ public:
     QStringList recentProjects() const { return m_recentProjects; }
 
     void setApiKey(const QString &apiKey);
-    //! A path of an existing directory also goes to the front of the recent projects, of which 10 are kept.
+    //! If the directory exists, it is also moved to the front of the recent projects, of which 10 are kept.
     void setCurrentProject(const QString &path);
 
-    //! Takes the values that the opened file had when it was last read from the disk. No signal tells what changed:
-    //! the caller reads the properties again.
+    //! Restores the values of the file as it was last read; the disk is not read again. Emits no signals, so the caller
+    //! must read the properties again.
     Q_INVOKABLE void load();
     //! Writes all values to the disk.
     Q_INVOKABLE void save();
 
-    //! Whether the template was switched on. Slugs are compared by case.
+    //! Whether the template is enabled. Slugs are case-sensitive.
     Q_INVOKABLE bool isWorkspaceTemplateSlugEnabled(const QString &slug) const;
-    //! Switches a template on or off, without a signal. An empty slug is ignored.
+    //! Enables or disables a template, without a signal. An empty slug is ignored.
     Q_INVOKABLE void setWorkspaceTemplateSlugEnabled(const QString &slug, bool enabled);
 
-    //! Whether the user is reminded of workspace suggestions, and how often. They are kept for whoever reminds, who
-    //! also sees to limits, signals and saving. What load() reads is within 1 to 1440 minutes.
+    //! Whether the user is reminded of workspace suggestions, and how often. The setters neither check the range nor
+    //! save nor emit a signal; LoomraSDK, which sends the reminders, does. load() limits the value to 1 to 1440
+    //! minutes.
     static int boundedReminderMinutes(int minutes);
     bool workspaceSuggestionReminderEnabled() const { return m_workspaceSuggestionReminderEnabled; }
     void setWorkspaceSuggestionReminderEnabled(bool enabled) { m_workspaceSuggestionReminderEnabled = enabled; }
@@ -65,7 +65,7 @@ Q_SIGNALS:
     void loomraConfigChanged();
 
 private:
-    static constexpr int s_usualMinutes = 5;
+    static constexpr int s_defaultMinutes = 5;
 
     const KSharedConfig::Ptr m_config;
     KConfigGroup m_general;
@@ -74,6 +74,6 @@ private:
     QString m_currentProject;
     QStringList m_recentProjects;
     bool m_workspaceSuggestionReminderEnabled = false;
-    int m_workspaceSuggestionReminderMinutes = s_usualMinutes;
+    int m_workspaceSuggestionReminderMinutes = s_defaultMinutes;
     QStringList m_enabledWorkspaceTemplateSlugs; // in the order in which they were switched on
 };
