@@ -13,23 +13,23 @@
 
 #include <memory>
 
-//! An AgentBridge that is connected to a scripted peer, with all that is heard of it.
+//! Fixture: an AgentBridge that is connected to a scripted peer, with a log of its signals and messages.
 class ConnectedAgent
 {
 public:
-    //! Whether the connection stands; the story may begin. What was heard so far is forgotten.
+    //! Waits for the connection and then clears both logs. @return whether it is established
     bool begin();
-    //! Sends a frame and returns when the agent has dealt with it.
+    //! Sends a frame and returns when the agent has handled it.
     bool deliver(const QString &frame);
     bool deliver(const QJsonObject &message);
 
-    //! Sends a prompt and takes it from the peer. What is heard of that is forgotten.
+    //! Sends a prompt, takes its request from the peer and clears both logs.
     ScriptedBridge::Request prompt(const QString &text = QStringLiteral("hello"));
 
-    //! The peer ends the connection. What is heard of that is forgotten.
+    //! Closes the connection from the peer's side and clears both logs.
     bool disconnectPeer();
 
-    MessageLog log; // first, to see everything
+    MessageLog log; // first, to catch every message
     ScriptedBridge peer;
     AgentBridge agent;
     SignalLog emitted {&agent};
@@ -50,19 +50,19 @@ const QStringList GoodReply {QStringLiteral("agentReplied(\"hi\")"), NotThinking
 
 } // namespace AgentSignals
 
-//! The result object of a good reply.
+//! The result object of a successful reply.
 QJsonObject answer(const QString &response, QJsonObject more = {});
 
-//! A text as the log shows it.
+//! A text as it appears in the log.
 QString quoted(const QString &text);
 
-//! What is heard when the running request ends in a failure; the text goes to the user unless it is empty.
+//! The signals of a failed request. An empty text is not reported to the user.
 QStringList failure(const QString &text);
-//! What is logged of a failure that the bridge reported.
+//! The warning for an error that the bridge reported.
 QStringList bridgeError(const QString &text);
 
-//! Tests that begin with a connection, each with one of its own. A warning that the test doesn't take, and a request
-//! that it doesn't know of, fail it.
+//! Base of tests that start connected; each test function has a new connection. A function fails if it leaves a warning
+//! or a request untaken.
 class ConnectedAgentTest : public QObject
 {
     Q_OBJECT

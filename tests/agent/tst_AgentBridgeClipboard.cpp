@@ -10,7 +10,7 @@
 #include <QGuiApplication>
 #include <QTest>
 
-// The one part of the agent that needs a graphical application.
+// The only part of AgentBridge that needs a QGuiApplication.
 class tst_AgentBridgeClipboard : public QObject
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ void tst_AgentBridgeClipboard::copies()
 
 static int run(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "minimal"); // a clipboard of this process alone
+    qputenv("QT_QPA_PLATFORM", "minimal"); // its clipboard is private to this process
     QGuiApplication application(argc, argv);
     tst_AgentBridgeClipboard test;
     return QTest::qExec(&test, argc, argv);

@@ -117,7 +117,7 @@ void tst_AgentBridgeConnection::triesWithoutEnd()
 {
     MessageLog log;
     const AgentBridge agent;
-    timerOf(agent)->setInterval(1); // as the pause is measured elsewhere
+    timerOf(agent)->setInterval(1); // isRefusedAndTriesAgain checks the real interval
     QTRY_VERIFY(log.count(s_connecting) > 20);
     QVERIFY(!agent.isServiceAvailable());
     for (const QString &warning : log.warnings()) {
@@ -146,9 +146,9 @@ void tst_AgentBridgeConnection::doesNotStartThePauseAnew()
     timer->setTimerType(Qt::PreciseTimer);
     QTRY_VERIFY(timer->remainingTime() < 2700);
     const int before = timer->remainingTime();
-    agent.sendIntent(QStringLiteral("hello")); // an attempt beside the timer, refused too
+    agent.sendIntent(QStringLiteral("hello")); // starts another attempt, which is refused too
     QTRY_COMPARE(log.count(s_refused), 2);
-    QCoreApplication::processEvents(); // what was queued
+    QCoreApplication::processEvents(); // deliver queued calls
     QVERIFY(timer->remainingTime() <= before);
 }
 
@@ -199,13 +199,13 @@ void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
     QCOMPARE(c.heard.take(),
              (QStringList {
                  QStringLiteral("errorOccurred(\"Loomra bridge not connected (ws://127.0.0.1:8765/ws)\")"),
-                 // The status was "disconnected" already, so that is no change.
+                 // No "disconnected", because that is the status already.
                  QStringLiteral("statusChanged(\"connecting\")"),
              }));
     QCOMPARE(c.log.count(s_connecting), 1);
     QVERIFY(!c.agent.isThinking());
 
-    // A second one finds the attempt under way.
+    // A second prompt finds the attempt still running.
     c.agent.sendIntent(QStringLiteral("hello"));
     QCOMPARE(c.heard.take(),
              (QStringList {
@@ -216,7 +216,7 @@ void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
 
     QVERIFY(c.peer.waitForConnection(2));
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    // Dropped, not queued: the next prompt is the first that comes, and took no id before.
+    // Rejected prompts are neither queued nor do they use up an id: the next one is the first that the peer receives.
     const ScriptedBridge::Request request = c.prompt(QStringLiteral("again"));
     QCOMPARE(request.params.value(QStringLiteral("message")).toString(), QStringLiteral("again"));
     QCOMPARE(request.id, quint64(1));
@@ -247,7 +247,7 @@ void tst_AgentBridgeConnection::survivesARestartOfThePeer()
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
     QCOMPARE(c.heard.take(),
              (QStringList {
-                 QStringLiteral("statusChanged(\"error\")"), // cut off without a goodbye
+                 QStringLiteral("statusChanged(\"error\")"), // closed without a handshake
                  QStringLiteral("statusChanged(\"disconnected\")"),
                  QStringLiteral("statusChanged(\"connecting\")"), // refused
                  QStringLiteral("statusChanged(\"disconnected\")"),
@@ -256,7 +256,7 @@ void tst_AgentBridgeConnection::survivesARestartOfThePeer()
                  QStringLiteral("statusChanged(\"idle\")"),
              }));
 
-    // The session and the count of ids go on.
+    // Session and ids continue.
     request = c.prompt();
     QCOMPARE(request.id, quint64(2));
     QCOMPARE(request.params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
@@ -292,7 +292,7 @@ void tst_AgentBridgeConnection::keepsThinkingWhenThePeerGoes()
 
     timerOf(c.agent)->setInterval(1);
     c.peer.close();
-    // The status goes to and fro, and nothing else moves.
+    // Only the status changes, repeatedly.
     QTRY_VERIFY(c.log.count(s_connecting) > 3);
     const QStringList allowed {QStringLiteral("statusChanged(\"disconnected\")"),
                                QStringLiteral("statusChanged(\"connecting\")"),
@@ -307,7 +307,7 @@ void tst_AgentBridgeConnection::keepsThinkingWhenThePeerGoes()
     QCOMPARE(c.agent.routedAgent(), QStringLiteral("planner"));
     QCOMPARE(c.agent.planStepTotal(), 3);
 
-    // The request is still open: a bridge that comes back may answer it.
+    // The request is still open, so a restarted bridge may answer it.
     QVERIFY(c.peer.listen());
     QVERIFY(c.peer.waitForConnection(2));
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
@@ -358,7 +358,7 @@ void tst_AgentBridgeConnection::vanishesQuietly()
     QPointer<QWebSocket> socket = socketOf(*agent);
     agent.reset();
     QVERIFY(!socket);
-    QCoreApplication::processEvents(); // what was queued dies with the object
+    QCoreApplication::processEvents(); // queued calls are dropped with the object
     QCOMPARE(heard.entries(), QStringList());
     QCOMPARE(log.warnings(), QStringList());
 }

@@ -6,7 +6,7 @@
 
 #include <QTest>
 
-// What the bridge tells while it works.
+// Events that report progress.
 class tst_AgentBridgeEvents : public ConnectedAgentTest
 {
     Q_OBJECT
@@ -86,7 +86,7 @@ void tst_AgentBridgeEvents::progressEvents()
     };
     fixture->prompt();
     QVERIFY(deliverAll());
-    QTEST(fixture->emitted.take(), "emitted"); // so neither isThinking nor status moves
+    QTEST(fixture->emitted.take(), "emitted"); // neither thinkingChanged nor statusChanged
     QCOMPARE(fixture->agent.status(), QStringLiteral("thinking"));
 }
 
@@ -109,7 +109,7 @@ void tst_AgentBridgeEvents::ignoresOtherEvents()
     fixture->prompt();
     QVERIFY(fixture->deliver(frame));
     QCOMPARE(fixture->emitted.take(), QStringList());
-    QCOMPARE(fixture->log.lines().size(), 1); // that it came
+    QCOMPARE(fixture->log.lines().size(), 1); // only that it was received
 }
 
 void tst_AgentBridgeEvents::routedAgentIsKnownBeforeThePhase()
@@ -135,7 +135,7 @@ void tst_AgentBridgeEvents::planStepIsEmittedEvenIfUnchanged()
         QCOMPARE(fixture->agent.planStepCapability(), QStringLiteral("c"));
         QCOMPARE(fixture->agent.planStepPhase(), QStringLiteral("p"));
     }
-    // What isn't told goes back to its default.
+    // Missing values return to their defaults.
     QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"event","payload":{"event":"plan.step","total":1e300}})")));
     QCOMPARE(fixture->agent.planStepIndex(), -1);
     QCOMPARE(fixture->agent.planStepTotal(), 2147483647);

@@ -61,7 +61,7 @@ void tst_AgentBridgeFrames::rejectsOversizedMessages()
     QTRY_COMPARE_WITH_TIMEOUT(fixture.agent.isServiceAvailable(), false, 60000);
     QTRY_VERIFY(timerOf(fixture.agent)->isActive());
     QCOMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 0);
-    fixture.log.takeWarnings(); // the socket's own words on it are Qt's
+    fixture.log.takeWarnings(); // the error text is Qt's
 
     endPause(fixture.agent);
     QVERIFY(fixture.peer.waitForConnection(2));
@@ -94,12 +94,12 @@ void tst_AgentBridgeFrames::survivesGarbage()
     const int rounds = 400;
     for (int i = 0; i < rounds; ++i) {
         QString frame;
-        if (i % 2 == 0) { // anything at all, lone surrogates too
+        if (i % 2 == 0) { // random characters, including lone surrogates
             const int length = random.bounded(1, 300);
             for (int j = 0; j < length; ++j) {
                 frame.append(QChar(static_cast<ushort>(random.bounded(0x10000))));
             }
-        } else { // nearly right
+        } else { // a valid frame with a few wrong characters
             frame = good;
             for (int j = random.bounded(1, 4); j > 0; --j) {
                 frame[random.bounded(frame.size())] = QLatin1Char(static_cast<char>(random.bounded(0x20, 0x7f)));
@@ -109,7 +109,7 @@ void tst_AgentBridgeFrames::survivesGarbage()
     }
     QTRY_COMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), rounds);
 
-    // No signal, and the conversation goes on where it was.
+    // No signals, and the open request is still answered.
     QCOMPARE(fixture.emitted.entries(), QStringList());
     QVERIFY(fixture.agent.isThinking());
     QCOMPARE(fixture.peer.connectionCount(), 1);

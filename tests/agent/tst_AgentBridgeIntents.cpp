@@ -69,9 +69,9 @@ void tst_AgentBridgeIntents::refusesBlankIntents()
     fixture->agent.sendIntent(text);
     QCOMPARE(fixture->emitted.take(), QStringList {QStringLiteral("errorOccurred(\"Empty intent\")")});
     QCOMPARE(fixture->agent.status(), QStringLiteral("idle"));
-    QCOMPARE(fixture->prompt().id, quint64(1)); // the first that comes
+    QCOMPARE(fixture->prompt().id, quint64(1)); // nothing was sent before
 
-    // Blank comes before not connected.
+    // The check for an empty text precedes the one for a connection.
     QVERIFY(fixture->disconnectPeer());
     fixture->agent.sendIntent(text);
     QCOMPARE(fixture->emitted.take(), QStringList {QStringLiteral("errorOccurred(\"Empty intent\")")});
@@ -150,7 +150,7 @@ void tst_AgentBridgeIntents::usesAStoredModel()
 {
     QFETCH(QString, stored);
     QFETCH(QString, model);
-    // Stored by somebody else after the agent had looked.
+    // Stored by another process after the agent was created.
     QSettings().setValue(modelKey(), stored);
     fixture->agent.sendIntent(QStringLiteral("hi"));
 
@@ -205,11 +205,11 @@ void tst_AgentBridgeIntents::cancelsAChat()
     const ScriptedBridge::Request cancel = fixture->peer.takeRequest();
     QCOMPARE(cancel.text, QStringLiteral(R"({"id":2,"method":"cancel","params":{}})"));
 
-    // A second one finds nothing to do.
+    // A second call has no effect.
     fixture->agent.cancelRequest();
     QCOMPARE(fixture->emitted.take(), QStringList());
 
-    // Neither a late reply nor one to the cancel itself gets through, and what they carry isn't taken.
+    // A late reply and the reply to "cancel" are ignored, with the session and usage that they contain.
     const QString late = QStringLiteral(
         R"({"type":"response","id":%1,"payload":{"response":"late","sessionId":"s9","usage":{"inputTokens":5}}})");
     for (const ScriptedBridge::Request &request : {chat, cancel}) {
@@ -279,7 +279,7 @@ void tst_AgentBridgeIntents::cancelsWithoutConnection()
              (QStringList {QStringLiteral("activePhaseChanged(\"\")"), AgentSignals::NotThinking, status("idle"),
                            s_stopped}));
 
-    // Nothing went out, then or later, and the cancel took no id.
+    // Nothing was sent, neither then nor later, and "cancel" used no id.
     fixture->agent.sendIntent(QStringLiteral("refused, but connects"));
     QVERIFY(fixture->peer.waitForConnection(2));
     QTRY_VERIFY(fixture->agent.isServiceAvailable());
@@ -288,7 +288,7 @@ void tst_AgentBridgeIntents::cancelsWithoutConnection()
 
 void tst_AgentBridgeIntents::cancelsAPendingFeedback()
 {
-    // Odd to look at, but whatever waits counts.
+    // Intentional: any pending request counts, even one that the user doesn't see.
     fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
     fixture->peer.takeRequest();
     fixture->agent.cancelRequest();
@@ -310,8 +310,8 @@ void tst_AgentBridgeIntents::cancelDropsARephrase()
 
 void tst_AgentBridgeIntents::cancelEndsAPromptNamedLikeFeedback()
 {
-    // A chat's label is its text, so the reply to this one word counts as that to a vote and shows nothing. The user
-    // still gets out of it.
+    // The label of a chat is its text, so the reply to this prompt is handled like one to feedback and shows nothing.
+    // Cancelling still works.
     const ScriptedBridge::Request request = fixture->prompt(QStringLiteral("messageFeedback"));
     QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi"}})").arg(request.id)));
     QCOMPARE(fixture->emitted.take(), QStringList());
@@ -323,7 +323,7 @@ void tst_AgentBridgeIntents::cancelEndsAPromptNamedLikeFeedback()
 
 void tst_AgentBridgeIntents::copiesNothingWithoutGuiApplication()
 {
-    fixture->agent.copyToClipboard(QStringLiteral("text")); // this test is no graphical application
+    fixture->agent.copyToClipboard(QStringLiteral("text")); // this process has no QGuiApplication
     QCOMPARE(fixture->emitted.take(), QStringList());
     QCOMPARE(fixture->log.lines().size(), 0);
 }

@@ -70,7 +70,7 @@ void tst_AgentBridgeMembers::hasDefaultValues()
     QCOMPARE(agent.isServiceAvailable(), false);
     QCOMPARE(agent.parent(), nullptr);
 
-    // The first attempt starts with the object.
+    // The constructor starts the first attempt.
     QCOMPARE(agent.status(), QStringLiteral("connecting"));
     QVERIFY(log.has(QtDebugMsg, s_connecting));
 
@@ -197,7 +197,7 @@ void tst_AgentBridgeMembers::choicesAreStored()
                                QStringLiteral("inputModeChanged(\"voice\")")}));
     }
 
-    // Read by another class than wrote it, from the file where other programs look.
+    // Read directly from the file that other programs use.
     const QString path = TestSetup::settingsFile();
     QVERIFY2(QFile::exists(path), qPrintable(path));
     const QSettings file(path, QSettings::IniFormat);

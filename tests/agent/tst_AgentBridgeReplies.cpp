@@ -14,7 +14,7 @@ const QString s_empty = QStringLiteral("errorOccurred(\"Empty response from Loom
 
 } // namespace
 
-// How a chat ends.
+// The reply to a chat, in all its forms.
 class tst_AgentBridgeReplies : public ConnectedAgentTest
 {
     Q_OBJECT
@@ -130,7 +130,7 @@ void tst_AgentBridgeReplies::endsAChat_data()
     QTest::newRow("placeholders stay") << R"({"id":%1,"error":"50% of %2"})" << failure(QStringLiteral("50% of %2"))
                                        << bridgeError(QStringLiteral("50% of %2"));
 
-    // Results that are none
+    // Invalid results
     QTest::newRow("result a text") << R"({"id":%1,"result":"hi"})" << unexpected << unexpectedLog;
     QTest::newRow("payload a text") << R"({"type":"response","id":%1,"payload":"hi"})" << unexpected << unexpectedLog;
     QTest::newRow("key of the other form")
@@ -233,7 +233,7 @@ void tst_AgentBridgeReplies::namesTheTypeOfABadResult()
 
 void tst_AgentBridgeReplies::structuredTextComesFirst()
 {
-    // The state that a listener sees at each of the two.
+    // The state while each of the two signals is emitted.
     QStringList seen;
     const auto look = [&](const QString &) {
         seen.append(fixture->agent.status() + QLatin1Char(' ')
@@ -272,7 +272,7 @@ void tst_AgentBridgeReplies::keepsTheSession()
         QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":%2}})")
                                      .arg(QString::number(request.id), QLatin1String(session))));
         request = fixture->prompt();
-        QCOMPARE(sessionOf(request), QJsonValue(QStringLiteral("s1"))); // only a text that isn't empty replaces it
+        QCOMPARE(sessionOf(request), QJsonValue(QStringLiteral("s1"))); // only replaced by a non-empty text
     }
     QVERIFY(
         fixture->deliver(QStringLiteral(R"({"id":%1,"result":{"response":"hi","sessionId":"s2"}})").arg(request.id)));

@@ -6,7 +6,7 @@
 
 #include <QTest>
 
-// Replies to what runs beside a chat: votes and rephrased transcripts.
+// Replies to requests that run beside a chat: feedback and rephrased transcripts.
 class tst_AgentBridgeSideReplies : public ConnectedAgentTest
 {
     Q_OBJECT
@@ -46,7 +46,7 @@ void tst_AgentBridgeSideReplies::feedbackReplyEmitsNothing()
 {
     QFETCH(QString, frame);
     QFETCH(QString, line);
-    fixture->prompt(); // goes on thinking all the while
+    fixture->prompt(); // keeps thinking meanwhile
     fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
     QVERIFY(fixture->deliver(frame.arg(fixture->peer.takeRequest().id)));
     QCOMPARE(fixture->emitted.take(), QStringList());
@@ -66,7 +66,7 @@ void tst_AgentBridgeSideReplies::refusedFeedbackEndsAChat()
         fixture->prompt();
         fixture->agent.sendMessageFeedback(QStringLiteral("up"), 1, QStringLiteral("so"));
         QVERIFY(fixture->deliver(QString::fromLatin1(frame).arg(fixture->peer.takeRequest().id)));
-        // No text for the user, but all the rest.
+        // The same as for a chat, but without a text for the user.
         QCOMPARE(fixture->emitted.take(), failure({}));
         QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
     }
@@ -144,7 +144,7 @@ void tst_AgentBridgeSideReplies::rephraseLeavesTheChatAlone()
 
 void tst_AgentBridgeSideReplies::rephraseFails()
 {
-    // The failure is told like any other; no rephraseReady comes.
+    // Reported like any other error, without rephraseReady.
     fixture->agent.rephraseText(QStringLiteral("x"));
     fixture->peer.fail(fixture->peer.takeRequest(), QStringLiteral("no"), QStringLiteral("E1"));
     QTRY_COMPARE(fixture->emitted.entries(),

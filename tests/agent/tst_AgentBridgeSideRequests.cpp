@@ -7,7 +7,7 @@
 #include <QDebug>
 #include <QTest>
 
-// What is sent beside a chat: transcripts to be rephrased, actions on widgets, votes.
+// Requests that are sent beside a chat: transcripts to rephrase, actions on widgets, feedback.
 class tst_AgentBridgeSideRequests : public ConnectedAgentTest
 {
     Q_OBJECT
@@ -79,7 +79,7 @@ void tst_AgentBridgeSideRequests::secondRephraseOverwritesTheFirst()
     fixture->peer.reply(second, answer(QStringLiteral("Two")));
     QTRY_COMPARE(fixture->emitted.entries(), QStringList {QStringLiteral("rephraseReady(\"two\", \"Two\")")});
     fixture->emitted.take();
-    // What nothing knows as a rephrase any more is a reply like any other.
+    // The first request is no longer known as a rephrase, so its reply is handled like that to a chat.
     fixture->peer.reply(first, answer(QStringLiteral("One")));
     QTRY_COMPARE(fixture->emitted.entries(), QStringList {QStringLiteral("agentReplied(\"One\")")});
 }
@@ -102,7 +102,7 @@ void tst_AgentBridgeSideRequests::reportsUiActions()
     QFETCH(QString, data);
     QFETCH(QString, params);
     fixture->agent.handleUiAction(QStringLiteral("option_selected"), 7, data);
-    // Thinking, while the status stays.
+    // thinkingChanged without a change of status.
     QCOMPARE(fixture->emitted.take(), QStringList {AgentSignals::Thinking});
     QCOMPARE(fixture->agent.status(), QStringLiteral("idle"));
     QString quoted;
@@ -159,7 +159,7 @@ void tst_AgentBridgeSideRequests::sendsFeedback()
 
 void tst_AgentBridgeSideRequests::sendsFeedbackWithoutQuery()
 {
-    // As QML calls it with three arguments.
+    // QML calls it with three arguments.
     QVERIFY(QMetaObject::invokeMethod(&fixture->agent, "sendMessageFeedback", Q_ARG(QString, QStringLiteral("down")),
                                       Q_ARG(int, 0), Q_ARG(QString, QStringLiteral("so"))));
     QCOMPARE(fixture->peer.takeRequest().params,

@@ -13,7 +13,7 @@ const QString s_unexpected = QStringLiteral("errorOccurred(\"Unexpected result f
 
 } // namespace
 
-// How a frame finds its request, or none.
+// How replies are matched with requests.
 class tst_AgentBridgeStrayReplies : public ConnectedAgentTest
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ void tst_AgentBridgeStrayReplies::logsAGoodReply()
                  QStringLiteral("[AgentBridge] Received response from bridge, sessionId= \"s1\" responseLength= 5"),
                  QStringLiteral("[AgentBridge] Structured UI payload detected, emitting structuredReplyReceived")}));
 
-    // Follow-ups alone come without a line of their own.
+    // Follow-ups without "ui" log no separate line.
     QVERIFY(fixture->deliver(
         QStringLiteral(R"({"id":%1,"result":{"response":"hello","followUps":[]}})").arg(fixture->prompt().id)));
     QCOMPARE(fixture->log.count(QStringLiteral("[AgentBridge] Structured")), 0);
@@ -135,7 +135,7 @@ void tst_AgentBridgeStrayReplies::forgetsARequestThatFailed()
     QVERIFY(fixture->log.has(
         QtDebugMsg, QStringLiteral("[AgentBridge] Message not for pending request, id= %1 pending= ()").arg(id)));
 
-    // One for an unknown id leaves the others open.
+    // An unknown id leaves other requests open.
     const quint64 open = fixture->prompt().id;
     QVERIFY(fixture->deliver(QStringLiteral(R"({"type":"error","id":99,"error":{}})")));
     fixture->emitted.take();

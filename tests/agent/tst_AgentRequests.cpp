@@ -210,7 +210,7 @@ void tst_AgentRequests::feedbackCutsLongTexts()
     QFETCH(int, queryLength);
     QFETCH(int, messageSent);
     QFETCH(int, querySent);
-    // The first characters are those that stay.
+    // Truncation keeps the beginning.
     const QString message = QLatin1Char('a') + QString(messageLength - 1, QLatin1Char('m'));
     const QString query = QLatin1Char('b') + QString(queryLength - 1, QLatin1Char('q'));
     const QJsonObject params = AgentRequests::feedback({QStringLiteral("down"), 0, message, query}, {});

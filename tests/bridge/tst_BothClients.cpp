@@ -20,8 +20,8 @@ const QString s_line = QStringLiteral("\n");
 
 } // namespace
 
-// The same frames to both clients of the bridge: what each makes of its own, and where they agree. Both have one chat
-// open, whose id stands for the 1 in the table, and have heard "ready", as far as they listen for it.
+// Sends the same frames to both clients of the bridge, to show where they agree and where they differ. Each has one
+// open chat, whose id replaces the 1 in the table, and has received "ready".
 class tst_BothClients : public QObject
 {
     Q_OBJECT
@@ -40,8 +40,8 @@ void tst_BothClients::initTestCase()
 void tst_BothClients::frames_data()
 {
     QTest::addColumn<QString>("frame");
-    QTest::addColumn<QString>("sdk"); // what LoomraSDK signals, a line each
-    QTest::addColumn<QString>("agent"); // what AgentBridge signals, without the end of its thinking
+    QTest::addColumn<QString>("sdk"); // signals of LoomraSDK, one per line
+    QTest::addColumn<QString>("agent"); // signals of AgentBridge, without thinkingChanged and statusChanged
     const auto row = [](const char *frame, const char *sdk, const char *agent) {
         QTest::newRow(frame) << QString::fromUtf8(frame) << QString::fromUtf8(sdk) << QString::fromUtf8(agent);
     };
@@ -59,23 +59,23 @@ void tst_BothClients::frames_data()
     row(R"({"id":1,"error":"no","result":{"response":"hi"}})", R"(error("no"))", R"(errorOccurred("no"))");
     row(R"({"type":"error","id":1,"error":{"message":"no"}})", R"(error("no"))", R"(errorOccurred("no"))");
     row(R"({"id":1,"error":{"message":"no"},"result":{"response":"hi"}})", R"(chatResponse("hi"))",
-        R"(agentReplied("hi"))"); // in the older form only a text is an error
+        R"(agentReplied("hi"))"); // in the older form an error must be a text
     row(R"({"id":1,"error":7,"result":{"response":"hi"}})", R"(chatResponse("hi"))", R"(agentReplied("hi"))");
     row(R"({"type":"response","id":-1,"payload":{"response":"hi"}})", "", "");
     row(R"({"type":"response","id":"1","payload":{"response":"hi"}})", "", "");
     row("not JSON", "", "");
-    row("[]", "", ""); // unreadable to the one, an object without keys to the other: nothing comes of either
+    row("[]", "", ""); // a parse error for AgentBridge, an empty object for LoomraSDK
     row("7", "", "");
 
-    // Where they differ: a code instead of a message ...
+    // Where they differ: a code instead of a message,
     row(R"({"type":"response","id":1,"payload":{"response":"hi"},"error":{"code":"E1"}})", R"(error("E1"))",
         R"(agentReplied("hi"))");
-    // ... streams ...
+    // streams,
     row(R"({"type":"stream","id":1,"result":{"response":"hi"}})", "", R"(agentReplied("hi"))");
-    // ... "ready", which only one waits for ...
+    // "ready", which only LoomraSDK waits for,
     row(R"({"type":"ready"})", "readyChanged()", "");
     row(R"({"type":"event","payload":{"event":"ready"}})", "readyChanged()", "");
-    // ... and the events, which only one hears.
+    // and events, which only AgentBridge handles.
     row(R"({"type":"event","payload":{"event":"tool.executed","tool":"x"}})", "", R"(actionStarted("x"))");
 }
 

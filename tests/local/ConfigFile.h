@@ -6,21 +6,21 @@
 #include <QByteArray>
 #include <QString>
 
-//! The file in which ConfigManager keeps its values.
+//! The file in which ConfigManager stores its values.
 namespace ConfigFile
 {
 
-//! Told without asking KConfig.
+//! Determined without KConfig.
 QString path();
 
-//! All of it; empty where there is none.
+//! The whole content; empty if the file doesn't exist.
 QByteArray content();
 
-//! Puts lines into the group of the settings as a user would by hand, and lets this process forget what was there
-//! before. @return whether it worked
+//! Replaces the settings by these lines, as a user would with an editor, and makes KConfig read them.
+//! @return false if that failed
 bool write(const QByteArray &lines);
 
-//! Leaves no file, and nothing of it in this process.
+//! Removes the file and makes KConfig forget it.
 void remove();
 
 } // namespace ConfigFile

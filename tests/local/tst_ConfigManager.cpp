@@ -18,7 +18,7 @@ namespace
 const QString s_recentProjectsChanged = QStringLiteral("recentProjectsChanged()");
 const QString s_currentProjectChanged = QStringLiteral("currentProjectChanged()");
 
-//! Real directories, by number.
+//! Existing directories, identified by numbers.
 class Projects
 {
 public:
@@ -229,7 +229,7 @@ void tst_ConfigManager::templatesAreSwitchedOnAndOff()
     QVERIFY2(ConfigFile::content().contains("\nEnabledWorkspaceTemplateSlugs=z,x\n"),
              ConfigFile::content().constData());
 
-    // By hand it can have got in twice.
+    // A user can have added it twice.
     QVERIFY(ConfigFile::write("EnabledWorkspaceTemplateSlugs=x,z,x\n"));
     config.load();
     config.setWorkspaceTemplateSlugEnabled(QStringLiteral("X"), false);

@@ -17,7 +17,7 @@ namespace
 
 constexpr char s_childArgument[] = "--run-with-key";
 
-//! A run of a program that changes one setting and ends in an orderly way.
+//! A program that changes one setting and exits normally.
 int runWithKey(int &argc, char **argv)
 {
     QCoreApplication application(argc, argv);
@@ -174,7 +174,7 @@ void tst_ConfigManagerFile::fileIsPrivate()
 
 void tst_ConfigManagerFile::savesOnDestruction()
 {
-    // As a child of the application it ends after everything else, in the last moments of a process.
+    // A child of the application is destroyed last, when the process is about to exit.
     QProcess run;
     run.start(QCoreApplication::applicationFilePath(),
               {QStringLiteral("tst_ConfigManagerFile"), QLatin1String(s_childArgument), QStringLiteral("last")});

@@ -17,7 +17,7 @@ const QString s_logs = QStringLiteral("/loomra-bridge/logs");
 
 const QString s_log = QStringLiteral("/bridge.log");
 
-//! A user's home and the directory of a bridge without one, both still empty.
+//! A user's home directory and the fallback of a bridge that has none, both still empty.
 struct Places
 {
     const QTemporaryDir root;
@@ -102,7 +102,7 @@ void tst_LogDirectory::pathIsClean()
 
 void tst_LogDirectory::followsTheEnvironment()
 {
-    // With a log of its own, so that what lies in the machine's temporary directory doesn't matter.
+    // There is a log file, so the contents of the machine's temporary directory don't matter.
     const Places places;
     const char *variable = "XDG_STATE_HOME";
     const QString inHome = QDir::homePath() + QStringLiteral("/.local/state") + s_logs;

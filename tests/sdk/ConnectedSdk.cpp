@@ -12,7 +12,7 @@
 ConnectedSdk::ConnectedSdk()
 {
     sdk.setConnectOnly(true);
-    // Connected after the client's own slot, so it runs after it.
+    // Connected after the client's slot, so it is called after it.
     QObject::connect(sdk.findChild<QWebSocket *>(), &QWebSocket::textMessageReceived, &sdk, [this] { ++m_frames; });
 }
 
@@ -41,7 +41,7 @@ bool ConnectedSdk::lose()
 {
     peer.drop();
     const bool isLost = waitUntil([this] { return !sdk.isConnected() && timer("reconnectTimer")->isActive(); });
-    // An abrupt end is an error of the socket too.
+    // A dropped connection is also reported as an error of the socket.
     const QStringList warnings = log.takeWarnings();
     return isLost && warnings.size() == 1 && warnings.first().startsWith(QLatin1String("WebSocket error:"));
 }

@@ -14,33 +14,33 @@
 
 #include <memory>
 
-//! A LoomraSDK with a scripted peer, connect-only and not initialised, so that it starts nothing. All that is heard of
-//! it is written down.
+//! Fixture: a LoomraSDK and a scripted peer, with a log of signals and messages. It is connect-only and not
+//! initialised, so it starts no process.
 class ConnectedSdk
 {
 public:
     ConnectedSdk();
 
-    //! Opens a connection; "ready" has not come yet.
+    //! Opens a connection, without "ready".
     bool connect();
-    //! The peer says "ready"; ping and capabilities are taken, and answered with these capabilities.
+    //! Sends "ready" from the peer, and answers the ping and the request for capabilities that follow.
     bool becomeReady(bool workspaceIntel = true, bool aiRuntime = true);
-    //! The peer drops the connection, which is noticed and logged.
+    //! Drops the connection from the peer's side and waits until the client has noticed.
     bool lose();
-    //! Sends a frame and returns when the client has dealt with it.
+    //! Sends a frame and returns when the client has handled it.
     bool deliver(const QString &frame);
     //! The same for a reply.
     //! @param payload JSON
     bool deliverReply(quint64 id, const QString &payload);
-    //! The next signals, when there are so many; those heard before are forgotten.
+    //! Waits for this number of signals, and takes all from the log.
     QStringList waitForSignals(int count);
 
-    //! The timers that it keeps to itself: "reconnectTimer", "reminderTimer".
+    //! A private timer: "reconnectTimer" or "reminderTimer".
     QTimer *timer(const char *name) const;
-    //! What the timer does when it runs out.
+    //! Emits the timer's timeout().
     void expire(const char *name) const;
 
-    MessageLog log; // first, to see everything
+    MessageLog log; // first, to catch every message
     ScriptedBridge peer;
     ConfigManager config;
     LoomraSDK sdk {&config};
@@ -48,12 +48,12 @@ public:
     SignalLog &heard = emitted; // the old name, still used by tst_LoomraSDKConnection
 
 private:
-    //! A second look at each frame, to know when the client has dealt with it.
+    //! Frames that the client has handled.
     int m_frames = 0;
 };
 
-//! Tests that begin with a ready connection, each with one of its own. A warning that the test doesn't take, and a
-//! request that it doesn't know of, fail it.
+//! Base of tests that start with a ready connection; each test function has a new one. A function fails if it leaves a
+//! warning or a request untaken.
 class ConnectedSdkTest : public QObject
 {
     Q_OBJECT

@@ -38,7 +38,7 @@ QList<QByteArray> DebugLogFile::lines() const
 
 QStringList DebugLogFile::takeEvents()
 {
-    // The keys in their order, which a JSON reader wouldn't tell.
+    // A JSON parser would lose the order of the keys.
     static const QRegularExpression form(QLatin1String(
         R"re(^\{"location":"LoomraSDK:(\w+)","message":"([^"\\]+)","data":(\{.*\}),"timestamp":\d{13}\}$)re"));
     QStringList events;

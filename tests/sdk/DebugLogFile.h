@@ -10,8 +10,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-//! The debug event log as it lies on the disk, in a home directory that is made for it: while this lives, HOME is
-//! that one, and LOOMRA_DEBUG has a value of the test's.
+//! The file of the debug event log. While this object lives, HOME is a temporary directory and LOOMRA_DEBUG has the
+//! given value.
 class DebugLogFile
 {
 public:
@@ -19,12 +19,12 @@ public:
     explicit DebugLogFile(const QByteArray &value);
 
     QString path() const;
-    //! Everything in it, without the ends of lines.
+    //! All lines, without their ends.
     QList<QByteArray> lines() const;
-    //! The lines that were written since the last call, each as "function: message data", the data as it stands.
-    //! A line of another form than every line has fails the running test.
+    //! The lines that were written since the last call, each as "function: message data". A malformed line fails the
+    //! running test.
     QStringList takeEvents();
-    //! The same of these functions alone; the others are forgotten.
+    //! The same for these functions only; other lines are dropped.
     QStringList takeEventsOf(const QStringList &functions);
 
 private:
@@ -34,5 +34,5 @@ private:
     int m_taken = 0;
 };
 
-//! Whether any reader of JSON takes it. Qt's own reads control characters within texts too, which others don't.
+//! Whether it is valid JSON. Unlike Qt's parser this rejects control characters in texts, as the standard demands.
 bool isStrictJson(const QByteArray &line);

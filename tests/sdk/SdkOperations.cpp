@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// One table, in the order of the class, and so longer than files should be.
+// One table in the order of the class, and therefore a long file.
 
 #include "SdkOperations.h"
 

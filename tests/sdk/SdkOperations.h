@@ -11,25 +11,25 @@
 
 class LoomraSDK;
 
-//! One way to call an operation of the client, and all that follows from it.
+//! A call of an operation of LoomraSDK, and its effects.
 struct SdkOperation
 {
-    //! The call in words, unique.
+    //! A unique description.
     const char *name;
     std::function<void(LoomraSDK &)> call;
     //! The wire name.
     const char *method;
-    //! As they are to stand in the frame.
+    //! JSON, as it must appear in the frame.
     const char *params;
-    //! A good result of the bridge.
+    //! A valid result, as JSON.
     const char *result;
-    //! The signals at a good reply.
+    //! The signals after a valid reply.
     QStringList emitted;
-    //! The signals at a reply whose result is an array where it should be an object.
+    //! The signals after a reply with an array in place of an object.
     QStringList emittedForWrongType;
-    //! Wire names of the requests that a good reply leads to.
+    //! The wire names of the requests that follow a valid reply.
     QStringList next;
 };
 
-//! Every operation, with and without its optional arguments. Those about the workspace want both capabilities.
+//! All operations, with and without their optional arguments. Those for the workspace need both capabilities.
 const std::vector<SdkOperation> &sdkOperations();

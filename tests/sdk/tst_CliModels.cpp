@@ -25,7 +25,7 @@ QJsonObject row(const char *fullId)
     return {{QStringLiteral("fullId"), QLatin1String(fullId)}};
 }
 
-//! The rows by their fullId, for what only looks at which ones there are.
+//! The fullId of each row.
 QStringList idsOf(const QJsonArray &rows)
 {
     QStringList ids;
@@ -238,7 +238,7 @@ void tst_CliModels::killsAHangingCli()
     const QString note = path.filePath(QStringLiteral("pid"));
     path.add(s_cli, "echo a/b; echo $$ > '" + QFile::encodeName(note) + "'; exec sleep 1000");
 
-    // On a busy machine it takes a while until it gets so far as to hang.
+    // On a busy machine the script needs some time to get to its `sleep`.
     for (auto timeout = 50ms; contentOf(note).isEmpty() && timeout < 1min; timeout *= 2) {
         QCOMPARE(CliModels::list(timeout), QJsonArray());
     }

@@ -18,7 +18,7 @@ namespace
 
 constexpr char s_variable[] = "LOOMRA_DEBUG";
 
-//! Told without asking Qt.
+//! Determined without QStandardPaths.
 QString directoryPath()
 {
     return QDir::homePath() + QStringLiteral("/.local/share/loomra-kde");
@@ -29,7 +29,7 @@ QString filePath()
     return directoryPath() + QStringLiteral("/loomra-debug.log");
 }
 
-//! Without a file, none.
+//! Empty if there is no file.
 QList<QByteArray> writtenLines()
 {
     return QFile::exists(filePath()) ? contentOf(filePath()).split('\n') : QList<QByteArray>();

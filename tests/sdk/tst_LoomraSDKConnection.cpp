@@ -19,7 +19,7 @@ const QString s_ready = QStringLiteral("readyChanged()");
 const QString s_refused = QStringLiteral("error(\"WebSocket error: 0\")");
 const QStringList s_fall {s_connected, s_ready};
 
-//! How often the user's service manager was asked for the bridge.
+//! How often the start of the bridge's user service was requested.
 int serviceRequests()
 {
     QFile file(qEnvironmentVariable("TOVICTL_SYSTEMCTL_LOG"));
@@ -28,7 +28,7 @@ int serviceRequests()
 
 } // namespace
 
-// The two flags, what moves them, and how a lost connection comes back.
+// The properties "connected" and "ready", and how a lost connection is re-established.
 class tst_LoomraSDKConnection : public ConnectedSdkTest
 {
     Q_OBJECT
@@ -102,7 +102,7 @@ void tst_LoomraSDKConnection::readyComesInTwoForms()
     QCOMPARE(c->heard.take(), QStringList(s_connected));
     QVERIFY(c->deliver(frame));
     QVERIFY(c->sdk.isReady());
-    // Ids count on, and the id of a "ready" answers nothing.
+    // Ids continue, and an id in "ready" is ignored.
     QCOMPARE(c->peer.takeRequest().text, QStringLiteral(R"({"id":3,"method":"ping","params":{}})"));
     QCOMPARE(c->peer.takeRequest().text, QStringLiteral(R"({"id":4,"method":"getCapabilities","params":{}})"));
     QCOMPARE(c->heard.take(), QStringList(s_ready));
@@ -121,7 +121,7 @@ void tst_LoomraSDKConnection::fallsWithTheConnection()
     QVERIFY(!timer->isActive());
     QVERIFY(c->lose());
     QVERIFY(!c->sdk.isReady());
-    // The remote end's going is an error of its own.
+    // The peer closing the connection is also reported as an error.
     QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"WebSocket error: 1\")")) + s_fall);
     QVERIFY(timer->isActive());
 }
@@ -133,7 +133,7 @@ void tst_LoomraSDKConnection::comesBack()
     c->expire("reconnectTimer");
     QVERIFY(c->peer.waitForConnection(2));
     QTRY_VERIFY(c->sdk.isConnected());
-    // It goes on until the bridge is ready.
+    // The timer runs until the bridge is ready.
     QVERIFY(c->timer("reconnectTimer")->isActive());
     QVERIFY(c->becomeReady());
     QVERIFY(!c->timer("reconnectTimer")->isActive());
@@ -200,7 +200,7 @@ void tst_LoomraSDKConnection::triesWithoutAServiceManager()
         QTRY_VERIFY(c->heard.entries().contains(s_refused));
     }
     qputenv("PATH", path);
-    // Not even later: it is asked for once.
+    // Later attempts don't request it either.
     c->heard.take();
     c->expire("reconnectTimer");
     QTRY_VERIFY(c->heard.entries().contains(s_refused));
@@ -236,11 +236,11 @@ void tst_LoomraSDKConnection::reconnectsWhatIsClosed()
 void tst_LoomraSDKConnection::staysDownAfterTheEnd()
 {
     c->sdk.stopBridgeProcess(true);
-    QVERIFY(c->sdk.isConnected()); // the bridge isn't ours
+    QVERIFY(c->sdk.isConnected()); // the bridge is not a child process
     c->peer.close();
     QTRY_VERIFY(!c->sdk.isConnected());
     c->heard.take();
-    // The disconnect's queued call has run by the time a later one has.
+    // When a later queued call has run, the one that the disconnect queued has too.
     bool isLater = false;
     QMetaObject::invokeMethod(
         &c->sdk, [&] { isLater = true; }, Qt::QueuedConnection);
@@ -252,7 +252,7 @@ void tst_LoomraSDKConnection::staysDownAfterTheEnd()
     QCOMPARE(c->heard.take(), s_fall);
     QCoreApplication::processEvents();
     QVERIFY(!c->timer("reconnectTimer")->isActive());
-    c->sdk.stopBridgeProcess(true); // a second one finds nothing to do
+    c->sdk.stopBridgeProcess(true); // a second call has no effect
     QCOMPARE(c->heard.take(), QStringList());
     c->log.takeWarnings();
 }

@@ -20,7 +20,7 @@
 #include <csignal>
 #include <memory>
 
-// What the life of the bridge's child process leaves in the debug event log, as it lies on the disk.
+// The entries in the debug event log about the child process.
 class tst_LoomraSDKDebugChild : public QObject
 {
     Q_OBJECT
@@ -44,16 +44,16 @@ private Q_SLOTS:
 private:
     void makeSdk();
     void write(const QByteArray &script);
-    //! The child's own events: the connection, which begins after a while, is no part of them.
+    //! The events of the child, without those of the connection.
     QStringList takeEvents();
-    //! "startBridgeProcess entry" and "Starting bridge process", in the state "not running".
+    //! The events up to "Starting bridge process", in the state "not running".
     QStringList beginning() const;
     QProcess *child() const { return m_sdk->findChild<QProcess *>(); }
 
     std::unique_ptr<MessageLog> m_log;
     std::unique_ptr<DebugLogFile> m_file;
     std::unique_ptr<QTemporaryDir> m_parent;
-    //! With a name that must be escaped.
+    //! Its name needs escaping.
     QString m_directory;
     std::unique_ptr<ConfigManager> m_config;
     std::unique_ptr<LoomraSDK> m_sdk;

@@ -9,7 +9,7 @@
 
 #include <QTest>
 
-// What frames of all kinds leave in the debug event log, and what makes a line that isn't JSON.
+// The entries in the debug event log about frames, and which of them are not valid JSON.
 class tst_LoomraSDKDebugFrames : public ConnectedSdkTest
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ void tst_LoomraSDKDebugFrames::malformedFrames()
                   QString(receiver + second)}));
 }
 
-//! 200 characters, counted before quotes and the like become two.
+//! The preview has 200 characters, counted before escaping.
 void tst_LoomraSDKDebugFrames::longFrames()
 {
     DebugLogFile file("1");
@@ -81,7 +81,7 @@ void tst_LoomraSDKDebugFrames::longFrames()
              QStringLiteral(R"(onWebSocketTextMessageReceived: WebSocket message received )")
                  + QStringLiteral(R"({"messageLength":1000,"messagePreview":"%1"})")
                        .arg(QStringLiteral("\\\"").repeated(200)));
-    // The cut can go through a character of two halves; the line stays a line.
+    // The cut can split a surrogate pair; the line stays valid.
     QVERIFY(fixture->deliver(QString(199, QLatin1Char('x')) + QStringLiteral("🙂")));
     QCOMPARE(file.takeEvents().size(), 2);
 }
@@ -94,8 +94,8 @@ void tst_LoomraSDKDebugFrames::controlCharactersBreakALine_data()
     QTest::newRow("escape") << QStringLiteral("\x1b");
 }
 
-//! Only backslashes, quotes and newlines are escaped: other control characters of a preview come out as they are, and
-//! strict readers refuse that line. Those who read the log have learnt to pass over it.
+//! Intentional: only backslashes, quotes and newlines are escaped, so a preview with other control characters is not
+//! valid JSON. Readers of the log skip such lines.
 void tst_LoomraSDKDebugFrames::controlCharactersBreakALine()
 {
     QFETCH(QString, character);

@@ -16,7 +16,7 @@ namespace
 
 const QByteArray s_on = "1";
 
-//! What the receiver writes down of any frame that is a JSON object.
+//! The entries for a received frame that is a JSON object.
 QStringList received(const QString &frame, const QString &parsed)
 {
     return {
@@ -46,8 +46,7 @@ const QString s_response = QStringLiteral(R"({"hasType":1,"type":"response","has
 
 } // namespace
 
-// The debug event log of a client that works, as it lies on the disk. What belongs to a child process has a test of
-// its own.
+// The debug event log of a client without a child process. tst_LoomraSDKDebugChild covers the child.
 class tst_LoomraSDKDebugLog : public QObject
 {
     Q_OBJECT
@@ -70,7 +69,7 @@ private Q_SLOTS:
     void off();
 
 private:
-    //! A ready client, whose beginning isn't spoken of any more.
+    //! Makes the client ready and drops the events so far.
     void makeReady();
 
     std::unique_ptr<DebugLogFile> m_file;
@@ -103,7 +102,7 @@ void tst_LoomraSDKDebugLog::makeReady()
 
 void tst_LoomraSDKDebugLog::beginning()
 {
-    QCOMPARE(m_file->lines().size(), 0); // making it is no event
+    QCOMPARE(m_file->lines().size(), 0); // the constructor logs nothing
     fixture->sdk.initialize();
     QCOMPARE(m_file->takeEvents(),
              QStringList({QStringLiteral("initialize: initialize called {}"),
@@ -115,7 +114,7 @@ void tst_LoomraSDKDebugLog::beginning()
         QStringList({QStringLiteral("connectWebSocket: connectWebSocket called "
                                     R"({"port":8765,"currentState":0})"),
                      QStringLiteral(R"(onWebSocketConnected: WebSocket connected {"wasConnected":0,"wasReady":0})")}));
-    // A second time: the service was asked for, and the socket is open.
+    // The second time the service has been requested and the socket is open.
     fixture->sdk.initialize();
     QStringList events;
     QTRY_VERIFY((events += m_file->takeEvents()).size() > 1);
@@ -202,7 +201,7 @@ void tst_LoomraSDKDebugLog::requestAndReply()
     makeReady();
     fixture->sdk.sendChatMessage(QStringLiteral("a \"quoted\" word"));
     QCOMPARE(m_file->takeEvents(), sent(QStringLiteral("chat"), 3));
-    // By its method, not by its label.
+    // Logged by method, not by label.
     fixture->sdk.refreshAiRuntimePanel();
     QCOMPARE(m_file->takeEvents(), sent(QStringLiteral("aiRuntimeGetStatus"), 4));
     const QString reply = QStringLiteral(R"({"type":"response","id":3,"payload":{"response":"x"}})");
@@ -214,14 +213,14 @@ void tst_LoomraSDKDebugLog::refusal()
 {
     fixture->sdk.listAgents();
     QCOMPARE(m_file->takeEvents(), refused(QStringLiteral("listAgents"), 1));
-    fixture->sdk.renameSession(QString(), QString()); // refused before it becomes a request
+    fixture->sdk.renameSession(QString(), QString()); // rejected before a request is made
     QCOMPARE(m_file->takeEvents(), QStringList());
 }
 
 void tst_LoomraSDKDebugLog::listings()
 {
     makeReady();
-    const FakePath programs(FakePath::Rest::Hidden); // no models of the CLI
+    const FakePath programs(FakePath::Rest::Hidden); // the CLI lists no models
     const QString flags = QStringLiteral(R"({"ready":1,"connected":1})");
     fixture->sdk.listSessions();
     QCOMPARE(m_file->takeEvents(),

@@ -36,7 +36,7 @@ QStringList sorted(QStringList list)
 
 } // namespace
 
-//! What loomraSDK offers to QML, and what it holds before it is initialised.
+//! The members that loomraSDK offers to QML, and their values before it is initialised.
 class tst_LoomraSDKMembers : public QObject
 {
     Q_OBJECT
@@ -77,7 +77,7 @@ void tst_LoomraSDKMembers::properties()
 
 void tst_LoomraSDKMembers::operations()
 {
-    // An argument with a default may be left out, which makes an entry without it.
+    // An argument with a default value adds an entry without it.
     QCOMPARE(sorted(Members::methods(LoomraSDK::staticMetaObject, Kind::Operation)),
              sorted({
                  "initialize()",
@@ -152,13 +152,13 @@ void tst_LoomraSDKMembers::operations()
                  "applyWorkspaceSuggestionAction(QString,QString) actionId,clientNotificationJson",
              }));
 
-    // All are one-way, but for the one that only looks at the disk.
+    // Only the one that reads the disk returns a value; all others are asynchronous.
     QCOMPARE(Members::answers(LoomraSDK::staticMetaObject), QStringList {QStringLiteral("QString eventLogDir()")});
 }
 
 void tst_LoomraSDKMembers::emittedSignals()
 {
-    // QML's handlers know the arguments by these names.
+    // QML signal handlers use the arguments by these names.
     QCOMPARE(sorted(Members::methods(LoomraSDK::staticMetaObject, Kind::Signal)),
              sorted({
                  "error(QString) error",

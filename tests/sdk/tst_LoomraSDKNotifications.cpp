@@ -12,7 +12,7 @@
 #include <QJsonArray>
 #include <QTest>
 
-// From the bridge's answer to the user's desktop, and from the user's click back to the bridge.
+// From the bridge's reply to a desktop notification, and from the user's click to a request.
 class tst_LoomraSDKNotifications : public ConnectedSdkTest
 {
     Q_OBJECT
@@ -89,7 +89,7 @@ void tst_LoomraSDKNotifications::dryRunIsNotShown()
 {
     QVERIFY(fixture->deliver(suggestion(0, "dry_run", "habit")));
     QVERIFY(fixture->deliver(suggestion(0, "", "candidate_review")));
-    // The first one that is shown is the second one.
+    // Only the second one is shown.
     const QJsonArray actions = m_desktop->takeShown().value(QStringLiteral("actions")).toArray();
     QCOMPARE(actions.at(1).toString(), QStringLiteral("Review"));
 }
@@ -98,7 +98,7 @@ static int run(int argc, char **argv)
 {
     const QGuiApplication application(argc, argv);
     TestSetup::setAboutData();
-    preferDataBesideExecutable(); // where the declaration of the event lies
+    preferDataBesideExecutable(); // for the notifyrc file
     tst_LoomraSDKNotifications test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-// What is particular to single operations: refusals, the current session, kept arguments, and odd frames.
+// Particularities of single operations: refusals, the current session, kept arguments, malformed frames.
 class tst_LoomraSDKOperations : public ConnectedSdkTest
 {
     Q_OBJECT
@@ -88,7 +88,7 @@ void tst_LoomraSDKOperations::refusals()
     call(fixture->sdk);
     QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("error(\"%1\")").arg(words)));
     fixture->sdk.listAgents();
-    QCOMPARE(fixture->peer.takeRequest().method, QStringLiteral("listAgents")); // nothing before it
+    QCOMPARE(fixture->peer.takeRequest().method, QStringLiteral("listAgents")); // nothing was sent before
 }
 
 void tst_LoomraSDKOperations::followsTheSession_data()
@@ -143,7 +143,7 @@ void tst_LoomraSDKOperations::sendsTheCurrentValues()
     fixture->sdk.sendChatMessage(QStringLiteral("x"));
     const QJsonObject params = fixture->peer.takeRequest().params;
     QCOMPARE(params.value(QStringLiteral("model")).toString(), QStringLiteral("a/b"));
-    QVERIFY(params.value(QStringLiteral("agent")).isString()); // empty, not left out
+    QVERIFY(params.value(QStringLiteral("agent")).isString()); // empty, but present
     QVERIFY(params.value(QStringLiteral("sessionId")).isString());
 }
 
@@ -157,7 +157,7 @@ void tst_LoomraSDKOperations::equalValuesAreNoChange()
     QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
-//! Each reply tells what its own request asked for, whatever their order.
+//! Each reply uses the argument of its own request, in any order.
 void tst_LoomraSDKOperations::keepsArgumentsPerRequest()
 {
     fixture->sdk.auditRevert(QStringLiteral("a1"));
@@ -210,7 +210,7 @@ void tst_LoomraSDKOperations::ignoresFramesThatAreNotReplies()
     QCOMPARE(request.id, quint64(3));
     QVERIFY(fixture->deliver(frame));
     QCOMPARE(fixture->emitted.take().join(QLatin1Char('\n')), emitted);
-    // The connection lives on, and the request with it.
+    // Connection and request are still open.
     fixture->peer.reply(request, QJsonObject {{QStringLiteral("agents"), QJsonArray {1}}});
     QCOMPARE(fixture->waitForSignals(1), QStringList(QStringLiteral("agentsListed([1])")));
 }
@@ -252,7 +252,7 @@ void tst_LoomraSDKOperations::modelsOfBothSources()
                                 R"("fullId":"c/d-free","id":"d-free","name":"d-free","provider":"c"}]))")));
 }
 
-//! Without a bridge those of the agent CLI will do, and nothing is sent; without either the user is told.
+//! Without a bridge the models of the agent CLI are listed. Without either an error is reported.
 void tst_LoomraSDKOperations::modelsWithoutABridge()
 {
     QVERIFY(fixture->lose());
@@ -291,13 +291,13 @@ void tst_LoomraSDKOperations::executorPathOfTheBridge_data()
     QTest::newRow("no object") << QStringLiteral("[]") << true;
 }
 
-//! What the bridge says changes what is told, and neither the environment nor the child.
+//! The bridge's reply changes the property, but not the environment or the child process.
 void tst_LoomraSDKOperations::executorPathOfTheBridge()
 {
     QFETCH(QString, answer);
     QFETCH(bool, enabled);
     const QByteArray before = qgetenv("LOOMRA_EXECUTOR_PATH");
-    fixture->peer.ready(); // once more: it is asked once more
+    fixture->peer.ready(); // a second "ready" leads to a second ping
     const auto ping = fixture->peer.takeRequest(QStringLiteral("ping"));
     fixture->peer.takeRequest(QStringLiteral("getCapabilities"));
     QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("readyChanged()")));

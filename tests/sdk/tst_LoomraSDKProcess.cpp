@@ -29,12 +29,12 @@ namespace
 
 const QString s_down = QStringLiteral("connectedChanged() readyChanged()");
 
-//! A bridge that does no more than run.
+//! A bridge that runs but does nothing.
 constexpr char s_idle[] = "setInterval(() => {}, 1000);";
 
 } // namespace
 
-// The bridge as a real child process, in all its moods.
+// The bridge as a child process: start, failures, restart and end.
 class tst_LoomraSDKProcess : public QObject
 {
     Q_OBJECT
@@ -68,12 +68,13 @@ private Q_SLOTS:
     void executorPathFromTheEnvironment();
 
 private:
-    //! Writes a bridge.js; the next client takes it.
+    //! Writes the bridge.js that the next client starts.
     void write(const char *script);
     void make();
     //! Starts a client with the demo bridge.
     void startDemoBridge();
-    //! Waits until it is ready. Once the bridge listens, this ends the second that the client leaves it to start.
+    //! Waits until the client is ready. Ends the delay before its first attempt to connect as soon as the bridge
+    //! listens.
     bool waitForReady();
     QProcess *child() const { return m_sdk->findChild<QProcess *>(); }
     bool isRunning() const { return child()->state() == QProcess::Running; }
@@ -152,7 +153,7 @@ void tst_LoomraSDKProcess::runsTheBridge()
 {
     startDemoBridge();
     QVERIFY(isRunning());
-    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), Timeouts::Program); // after the real delay
+    QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), Timeouts::Program); // including the real delay
     QVERIFY(!reconnectTimer()->isActive());
     m_sdk->listAgents();
     QTRY_VERIFY(m_emitted->entries().last().startsWith(QLatin1String("agentsListed([{")));
@@ -184,7 +185,7 @@ void tst_LoomraSDKProcess::reportsAMissingScript()
                  .arg(m_directory->filePath(QStringLiteral("bridge.js"))));
     QCOMPARE(child()->state(), QProcess::NotRunning);
     QVERIFY(!reconnectTimer()->isActive());
-    // Until somebody tries again.
+    // The next call tries again.
     write(s_idle);
     m_sdk->initialize();
     QVERIFY(isRunning());
@@ -235,16 +236,16 @@ void tst_LoomraSDKProcess::crashes()
     const QStringList signalled = m_emitted->take();
     QVERIFY(signalled.contains(QStringLiteral("error(\"Bridge process error: 1\")")));
     QVERIFY(signalled.join(QLatin1Char(' ')).contains(s_down));
-    QTRY_VERIFY(reconnectTimer()->isActive()); // its code reads 9
+    QTRY_VERIFY(reconnectTimer()->isActive()); // the exit code is 9
 }
 
-//! A bridge that says goodbye leaves no timer behind, but its connection's end does.
+//! A graceful exit alone starts no timer, but the lost connection does.
 void tst_LoomraSDKProcess::restartsAfterAGracefulEndWithConnection()
 {
     startDemoBridge();
     QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
-    ::kill(static_cast<pid_t>(pid), SIGTERM); // which it takes for a wish, and ends with 0
+    ::kill(static_cast<pid_t>(pid), SIGTERM); // it exits with 0
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
     QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge exited gracefully (port may be in use). Not restarting.")));
     QTRY_VERIFY(!m_sdk->isConnected());
@@ -272,7 +273,7 @@ void tst_LoomraSDKProcess::comesBackAfterACrash()
     QTRY_VERIFY(m_emitted->entries().last().startsWith(QLatin1String("agentsListed([{")));
 }
 
-//! The flags fall with the child, before the socket has noticed.
+//! The flags are reset when the child ends, before the socket disconnects.
 void tst_LoomraSDKProcess::resetsTheFlagsWhenTheChildEnds()
 {
     startDemoBridge();
@@ -341,7 +342,7 @@ void tst_LoomraSDKProcess::passesTheEnvironment()
     QVERIFY(!environment.contains(QStringLiteral("https_proxy")));
     QCOMPARE(child.value(QStringLiteral("cwd")).toString(), m_directory->path());
     const QJsonArray arguments = child.value(QStringLiteral("argv")).toArray();
-    QCOMPARE(arguments.size(), 2); // node itself and the script
+    QCOMPARE(arguments.size(), 2); // node and the script
     QCOMPARE(arguments.at(1).toString(), m_directory->filePath(QStringLiteral("bridge.js")));
 }
 
@@ -354,11 +355,11 @@ void tst_LoomraSDKProcess::closesTheConnectionFirst()
     QVERIFY(socket->state() != QAbstractSocket::ConnectedState);
     QCOMPARE(child()->exitStatus(), QProcess::NormalExit);
     QCOMPARE(child()->exitCode(), 0);
-    // Not the end of the program: it comes back.
+    // The program goes on, so the child is restarted.
     QTRY_VERIFY(reconnectTimer()->isActive());
 }
 
-//! The child's place is taken by the test on the wire: it holds the port, and is spared as it is this process.
+//! The test listens on the port in place of the child. The purge spares it because it is the same process.
 void tst_LoomraSDKProcess::sendsACloseReason()
 {
     write(s_idle);
@@ -384,14 +385,14 @@ void tst_LoomraSDKProcess::stopEndsTheTimer()
     make();
     m_sdk->initialize();
     QTRY_VERIFY(reconnectTimer()->isActive());
-    m_sdk->stopBridgeProcess(true); // with the child gone
+    m_sdk->stopBridgeProcess(true); // after the child has ended
     QVERIFY(!reconnectTimer()->isActive());
     reconnectTimer()->start();
     m_sdk->stopBridgeProcess(true);
     QVERIFY(!reconnectTimer()->isActive());
 }
 
-//! Who owns the bridge doesn't ask for another one.
+//! A client that owns its bridge doesn't request the user service.
 void tst_LoomraSDKProcess::doesNotStartTheService()
 {
     write("process.exit(3);");
@@ -429,7 +430,7 @@ void tst_LoomraSDKProcess::executorPathRestarts()
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("0"));
     QVERIFY(m_log->has(QtDebugMsg, QStringLiteral("Executor path toggled to false — restarting bridge")));
     QVERIFY(!isRunning());
-    // The lost connection wants it back as well, and here comes first: the other one finds it running.
+    // The lost connection also triggers a restart. Here it comes first, and the delayed one finds the child running.
     QTRY_VERIFY(reconnectTimer()->isActive());
     const QString skipped = QStringLiteral("Bridge process already running, skipping start");
     QVERIFY(!m_log->has(QtDebugMsg, skipped));
@@ -440,7 +441,7 @@ void tst_LoomraSDKProcess::executorPathRestarts()
     QTRY_VERIFY(m_log->has(QtDebugMsg, skipped));
     QCOMPARE(child()->processId(), next);
     QVERIFY(waitForReady());
-    // Its own answer agrees.
+    // The bridge reports the same value.
     QVERIFY(!m_sdk->isExecutorPathEnabled());
 }
 

@@ -23,7 +23,7 @@ QString frameOf(const SdkOperation &operation, quint64 id)
 
 } // namespace
 
-// Every operation on the wire, and every form that its reply can take.
+// Every operation as a frame, and all forms of its reply.
 class tst_LoomraSDKRequests : public ConnectedSdkTest
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ private Q_SLOTS:
 
 private:
     void operations();
-    //! Calls it and takes its request from the peer.
+    //! Calls the operation and takes its request from the peer.
     ScriptedBridge::Request call(const SdkOperation &operation);
     void takeNext(const SdkOperation &operation);
 };
@@ -75,7 +75,7 @@ void tst_LoomraSDKRequests::takeNext(const SdkOperation &operation)
     }
 }
 
-//! What QML can call is in the table; who adds an operation adds its row.
+//! Fails when an invokable is missing in the table.
 void tst_LoomraSDKRequests::tableIsComplete()
 {
     QSet<QString> called {QStringLiteral("initialize"), QStringLiteral("reconnectBridge"),
@@ -97,7 +97,7 @@ void tst_LoomraSDKRequests::sends()
     QFETCH(const SdkOperation *, operation);
     operation->call(fixture->sdk);
     const ScriptedBridge::Request request = fixture->peer.takeRequest();
-    QCOMPARE(request.text, frameOf(*operation, 3)); // after the two of the handshake
+    QCOMPARE(request.text, frameOf(*operation, 3)); // the handshake sent two requests
     operation->call(fixture->sdk);
     QCOMPARE(fixture->peer.takeRequest().text, frameOf(*operation, 4));
     QCOMPARE(fixture->emitted.take(), QStringList());
@@ -111,7 +111,7 @@ void tst_LoomraSDKRequests::refusesWhileNotReady()
     fixture->emitted.take();
     operation->call(fixture->sdk);
 
-    // What can't be asked for is refused, told in words of its own, or nobody's business.
+    // Most operations report the same error, some a specific one, and some none.
     const QString name = QString::fromLatin1(operation->name).section(QLatin1Char(','), 0, 0);
     const bool isRefresh = name.startsWith(QLatin1String("refresh")) && name != QLatin1String("refreshPowerProfile");
     const bool isSilent = isRefresh || name == QLatin1String("applyWorkspaceSuggestionAction");
@@ -129,7 +129,7 @@ void tst_LoomraSDKRequests::refusesWhileNotReady()
     const QString refusal = words.value(name, QStringLiteral("SDK not ready. Please wait for initialization."));
     QCOMPARE(fixture->emitted.take(),
              isSilent ? QStringList() : QStringList(QStringLiteral("error(\"%1\")").arg(refusal)));
-    // Nothing was kept back to be sent later.
+    // Nothing was queued.
     QVERIFY(fixture->becomeReady());
     QVERIFY(fixture->peer.isAllTaken());
 }
@@ -142,7 +142,7 @@ void tst_LoomraSDKRequests::handlesAResponse()
     QVERIFY(fixture->deliverReply(request.id, result));
     QCOMPARE(fixture->emitted.take(), operation->emitted);
     takeNext(*operation);
-    // A second one finds nothing.
+    // A duplicate is ignored.
     QVERIFY(fixture->deliverReply(request.id, result));
     QCOMPARE(fixture->emitted.take(), QStringList());
 }
@@ -151,7 +151,7 @@ void tst_LoomraSDKRequests::handlesTheOlderForm()
 {
     QFETCH(const SdkOperation *, operation);
     const ScriptedBridge::Request request = call(*operation);
-    // An error that is no text is none here.
+    // In the older form an error that is no text is ignored.
     QVERIFY(fixture->deliver(QStringLiteral(R"({"id":%1,"result":%2,"error":{"message":"x"},"payload":{"not":"this"}})")
                                  .arg(QString::number(request.id), QString::fromUtf8(operation->result))));
     QCOMPARE(fixture->emitted.take(), operation->emitted);
@@ -177,7 +177,7 @@ void tst_LoomraSDKRequests::fails()
         {R"({"id":%1,"result":%2,"error":"broken"})", "broken"},
         {R"({"type":"error","id":%1,"error":{"message":"broken","code":"E1"}})", "broken"},
         {R"({"type":"error","id":%1,"error":{"code":"E1"}})", "E1"},
-        {R"({"type":"error","id":%1,"error":"broken"})", ""}, // no object: cleared without a word
+        {R"({"type":"error","id":%1,"error":"broken"})", ""}, // not an object: the request ends silently
     };
     for (const auto &[form, words] : forms) {
         const ScriptedBridge::Request request = call(*operation);
@@ -186,13 +186,13 @@ void tst_LoomraSDKRequests::fails()
         const QStringList expected =
             *words ? QStringList(QStringLiteral("error(\"%1\")").arg(QLatin1String(words))) : QStringList();
         QCOMPARE(fixture->emitted.take(), expected);
-        // It is over: a reply that comes nevertheless finds nothing.
+        // The request has ended, so a later reply is ignored.
         QVERIFY(fixture->deliverReply(request.id, QStringLiteral("{}")));
         QCOMPARE(fixture->emitted.take(), QStringList());
     }
 }
 
-//! A request that was open when the connection dropped is open still.
+//! A request stays open when the connection is lost.
 void tst_LoomraSDKRequests::handlesALateReply()
 {
     QFETCH(const SdkOperation *, operation);

@@ -32,23 +32,23 @@
 namespace
 {
 
-// Enough for the pools of sockets, host look-ups and processes to be as large as they get.
+// The warm-up lets the pools of sockets, host lookups and processes reach their full size. A leak of one small object
+// per round then exceeds the limits below.
 constexpr int s_lossesBefore = 200;
 constexpr int s_losses = 1000;
 constexpr int s_restartsBefore = 10;
 constexpr int s_restarts = 50;
 
-// What may be in use more at the end, in KiB. A loss leaves four entries in the table of open requests for good here,
-// one of them a path, some 300 bytes: 240 KiB in all. A restart leaves a connection to the reader of the child's
-// output, again some 300 bytes: 12 KiB. The rest is for the allocator. A socket or process that was kept would be some
-// KiB.
-constexpr double s_atMostOfLosses = 400;
-constexpr double s_atMostOfRestarts = 64;
-//! The same for what is resident, with what lies between.
-constexpr double s_residentAtMost = 1024;
+// The maximum growth of the heap, in KiB. Each lost connection leaves four open requests here, one of them with a path:
+// some 300 bytes, or 240 KiB in all. Each restart adds a signal connection for the child's output: some 300 bytes, or
+// 12 KiB. The rest is for the allocator. A leaked socket or process would be some KiB each.
+constexpr double s_maximumGrowthByLosses = 400;
+constexpr double s_maximumGrowthByRestarts = 64;
+//! The maximum growth of the resident memory, in KiB, with fragmentation.
+constexpr double s_maximumResidentGrowth = 1024;
 
-//! A bridge's end of one connection at a time, which keeps nothing of those before: the memory of this process is
-//! looked at.
+//! A peer that has one connection at a time and, unlike ScriptedBridge, keeps no data of earlier ones, because the
+//! memory of this process is measured.
 class Peer : public QObject
 {
 public:
@@ -62,7 +62,8 @@ public:
     }
 
     bool listen() { return m_server.listen(QHostAddress::LocalHost, 8765); }
-    //! Without a closing handshake. From the event loop: what is to be deleted later from outside of it never is.
+    //! Drops the connection without a closing handshake. Queued, because deleteLater() only works within the event
+    //! loop.
     void drop()
     {
         QMetaObject::invokeMethod(
@@ -78,7 +79,7 @@ private:
 
 double residentKiB()
 {
-    malloc_trim(0); // or what the allocator keeps for later would count
+    malloc_trim(0); // so that free memory of the allocator isn't counted
     QFile file(QStringLiteral("/proc/self/statm"));
     if (!file.open(QIODevice::ReadOnly)) {
         QTest::qFail("the kernel doesn't tell what is resident", __FILE__, __LINE__);
@@ -92,7 +93,7 @@ int openFiles()
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
-//! Living or not yet waited for.
+//! Running children and zombies.
 int childProcesses()
 {
     int children = 0;
@@ -101,7 +102,7 @@ int childProcesses()
         QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
         if (file.open(QIODevice::ReadOnly)) {
             const QByteArray stat = file.readAll();
-            // The name before may hold anything: state and parent follow its bracket.
+            // The name can contain anything; state and parent follow its closing bracket.
             children += stat.mid(stat.lastIndexOf(')') + 2).split(' ').at(1).toInt() == getpid();
         }
     }
@@ -111,14 +112,14 @@ int childProcesses()
 struct Figures
 {
     double residentKiB;
-    double heapKiB; // what the allocator has handed out
+    double heapKiB; // allocated
     int files;
     int timers;
     int objects;
     int children;
 };
 
-//! Ends the delays that are running, and waits for what they start.
+//! Measures at rest: ends running delays and waits for the attempts that they start.
 Figures figuresOf(const LoomraSDK &sdk)
 {
     SingleShots::fire();
@@ -146,8 +147,8 @@ void print(const char *what, const Figures &figures)
           figures.residentKiB, figures.heapKiB, figures.files, figures.timers, figures.objects, figures.children);
 }
 
-//! @param heapAtMost in KiB
-void compare(const Figures &before, const Figures &after, double heapAtMost)
+//! @param maximumHeapGrowth in KiB
+void compare(const Figures &before, const Figures &after, double maximumHeapGrowth)
 {
     print("after the warm-up", before);
     print("at the end", after);
@@ -155,17 +156,17 @@ void compare(const Figures &before, const Figures &after, double heapAtMost)
     QCOMPARE(after.timers, before.timers);
     QCOMPARE(after.objects, before.objects);
     QCOMPARE(after.children, before.children);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which keep what is freed
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // sanitizers keep freed memory
     const double resident = after.residentKiB - before.residentKiB;
     const double heap = after.heapKiB - before.heapKiB;
-    QVERIFY2(resident <= s_residentAtMost, qPrintable(QStringLiteral("%1 KiB more are resident").arg(resident)));
-    QVERIFY2(heap <= heapAtMost, qPrintable(QStringLiteral("%1 KiB more are in use").arg(heap)));
+    QVERIFY2(resident <= s_maximumResidentGrowth, qPrintable(QStringLiteral("%1 KiB more are resident").arg(resident)));
+    QVERIFY2(heap <= maximumHeapGrowth, qPrintable(QStringLiteral("%1 KiB more are in use").arg(heap)));
 #endif
 }
 
 } // namespace
 
-// What remains of many losses of the connection and many ends of the child.
+// No resources leak over many lost connections and many restarts of the child.
 class tst_LoomraSDKSoak : public QObject
 {
     Q_OBJECT
@@ -180,8 +181,8 @@ private Q_SLOTS:
 
 private:
     void make(bool connectOnly);
-    //! Compares with now.
-    void end(const Figures &before, double heapAtMost);
+    //! Measures again and compares.
+    void end(const Figures &before, double maximumHeapGrowth);
     //! As the running out of the reconnect timer does, from the event loop as
     //! well.
     void expire();
@@ -222,12 +223,12 @@ void tst_LoomraSDKSoak::make(bool connectOnly)
     m_reconnectTimer = m_sdk->findChild<QTimer *>(QStringLiteral("reconnectTimer"));
 }
 
-void tst_LoomraSDKSoak::end(const Figures &before, double heapAtMost)
+void tst_LoomraSDKSoak::end(const Figures &before, double maximumHeapGrowth)
 {
     const Figures after = figuresOf(*m_sdk);
     m_sdk.reset();
-    m_log.reset(); // which would keep the figures to itself
-    compare(before, after, heapAtMost);
+    m_log.reset(); // let qInfo() print the figures
+    compare(before, after, maximumHeapGrowth);
 }
 
 void tst_LoomraSDKSoak::losesTheConnection()
@@ -238,25 +239,25 @@ void tst_LoomraSDKSoak::losesTheConnection()
     m_sdk->reconnectBridge();
     Figures before {};
     for (int i = 0; i < s_losses; ++i) {
-        // Neither "ping" nor "getCapabilities" is answered.
+        // The peer doesn't answer "ping" and "getCapabilities".
         QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.received == 2 * (i + 1); }));
-        if (i == 0 || i == s_lossesBefore) { // twice, for looking needs memory too
+        if (i == 0 || i == s_lossesBefore) { // twice, because measuring allocates too
             before = figuresOf(*m_sdk);
         }
         peer.drop();
         QVERIFY(waitUntil([this] { return !m_sdk->isConnected() && m_reconnectTimer->isActive(); }));
         m_sdk->readFile(QStringLiteral("/a/path/that/is/kept/%1").arg(i));
-        QCOMPARE(m_log->warnings().size(), 1); // of the remote end's going
+        QCOMPARE(m_log->warnings().size(), 1); // the closed connection
         m_log->clear();
         expire();
     }
     QVERIFY(waitUntil([&] { return m_sdk->isReady() && peer.received == 2 * (s_losses + 1); }));
-    end(before, s_atMostOfLosses);
+    end(before, s_maximumGrowthByLosses);
 }
 
 void tst_LoomraSDKSoak::losesTheChild()
 {
-    // What is measured is this process, so its children may be light ones: 50 starts of node and lsof take 10 s.
+    // Only this process is measured, so stand-ins will do: 50 starts of node and lsof take 10 s.
     FakePath path;
     path.add(QStringLiteral("node"), "printf up; exec sleep 1000");
     path.add(QStringLiteral("lsof"), "exit 1");
@@ -284,7 +285,7 @@ void tst_LoomraSDKSoak::losesTheChild()
         }
     }
     QCOMPARE(before.children, 1);
-    end(before, s_atMostOfRestarts);
+    end(before, s_maximumGrowthByRestarts);
 }
 
 REGISTER_PRIVATE_NETWORK_TEST(tst_LoomraSDKSoak, QCoreApplication)

@@ -51,7 +51,7 @@ private Q_SLOTS:
     void choices();
 
 private:
-    //! Connects anew and answers with other capabilities.
+    //! Sends "ready" again, with other capabilities.
     void offer(bool workspaceIntel, bool aiRuntime);
 };
 
@@ -89,7 +89,7 @@ void tst_LoomraSDKWorkspace::capabilities()
     QVERIFY(fixture->deliverReply(request.id, answer));
     QCOMPARE(fixture->sdk.isWorkspaceIntelAvailable(), workspaceIntel);
     QCOMPARE(fixture->sdk.isAiRuntimeAvailable(), aiRuntime);
-    QStringList expected; // both were there before; workspace intelligence first
+    QStringList expected; // both were available before
     if (!workspaceIntel) {
         expected << QStringLiteral("workspaceIntelAvailableChanged()");
     }
@@ -142,7 +142,7 @@ void tst_LoomraSDKWorkspace::unavailable()
                        : QStringList({QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"SDK not ready or AI runtime unavailable.\")")}));
-    fixture->sdk.refreshRuntimeHealth(); // wants neither
+    fixture->sdk.refreshRuntimeHealth(); // needs neither
     fixture->peer.takeRequest(QStringLiteral("workspaceRuntimeGetHealth"));
 
     QStringList sent;
@@ -176,7 +176,7 @@ void tst_LoomraSDKWorkspace::panelIsOneObject()
                  R"(workspaceIntelPanelUpdated({"dwellSummary":{"topApp":"kate"},"observationEnabled":"true"}))")));
 }
 
-//! The second request can fail alone: no panel then, and the next refresh begins anew.
+//! If only the second request fails there is no panel, and the next refresh starts from the beginning.
 void tst_LoomraSDKWorkspace::panelWithoutSummary()
 {
     fixture->sdk.refreshWorkspaceIntelPanel();
@@ -274,7 +274,7 @@ void tst_LoomraSDKWorkspace::timerStopsWithTheConnection()
     fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
 }
 
-//! 300 ms after "ready" its phase begins once more.
+//! The timer is restarted 300 ms after "ready".
 void tst_LoomraSDKWorkspace::timerRestartsAfterReady()
 {
     fixture->sdk.setWorkspaceSuggestionReminderEnabled(true);
@@ -293,7 +293,7 @@ void tst_LoomraSDKWorkspace::timerSendsACheck()
     QVERIFY(
         fixture->log.has(QtDebugMsg, QStringLiteral("LoomraSDK: periodic workspace suggestion check; interval_min=5")));
     fixture->sdk.setWorkspaceSuggestionReminderEnabled(false);
-    fixture->expire("reminderTimer"); // one that was on its way
+    fixture->expire("reminderTimer"); // a timeout that was already queued
     QVERIFY(fixture->peer.isAllTaken());
 }
 
@@ -321,10 +321,10 @@ void tst_LoomraSDKWorkspace::lostCheckStopsTheTimersChecks()
     QVERIFY(fixture->connect());
     QVERIFY(fixture->becomeReady());
     fixture->expire("reminderTimer");
-    fixture->sdk.checkWorkspaceSuggestionNotify(); // by hand it goes on
+    fixture->sdk.checkWorkspaceSuggestionNotify(); // a manual check still works
     const auto byHand = fixture->peer.takeRequest();
     QCOMPARE(byHand.method, lost.method);
-    QCOMPARE(byHand.id, lost.id + 3); // ping and capabilities between, and no check of the timer
+    QCOMPARE(byHand.id, lost.id + 3); // only ping and capabilities in between
     QVERIFY(fixture->deliverReply(byHand.id, QStringLiteral("{}")));
     fixture->expire("reminderTimer");
     fixture->sdk.listAgents();
@@ -411,7 +411,7 @@ void tst_LoomraSDKWorkspace::choices_data()
 {
     QTest::addColumn<QString>("action");
     QTest::addColumn<QString>("notification");
-    QTest::addColumn<QString>("sent"); // method, or nothing
+    QTest::addColumn<QString>("sent"); // method, may be empty
     QTest::addColumn<QString>("emitted");
     const auto row = [](const char *name, const char *action, const char *notification, const char *sent,
                         const char *emitted = "") {

@@ -42,7 +42,8 @@ QStringList actionsOf(const QJsonObject &notify)
 
 constexpr char s_childArgument[] = "--show-until-input-ends";
 
-//! A program that shows a notification of an object that ends as late as an object can, and ends with its input.
+//! A program whose notification belongs to a child of the application, which is destroyed last. Quits when its standard
+//! input is closed.
 int showUntilInputEnds(int &argc, char **argv)
 {
     QGuiApplication application(argc, argv);
@@ -93,7 +94,7 @@ private:
 void tst_SuggestionNotification::initTestCase()
 {
     TestSetup::setAboutData();
-    // The file that declares the event lies there, as it does for the program.
+    // For the notifyrc file, as in the program.
     preferDataBesideExecutable();
     QVERIFY(m_service.isRunning());
 }
@@ -107,7 +108,7 @@ void tst_SuggestionNotification::init()
 
 void tst_SuggestionNotification::cleanup()
 {
-    // What is still shown goes with the parent, and no test sees it of another.
+    // Close open notifications, so that the next test doesn't see them.
     for (int open = m_parent->children().size(); open > 0; --open) {
         delete m_parent->children().first();
         QCOMPARE(textOf(m_service.take(), "call"), s_close);
@@ -190,7 +191,7 @@ void tst_SuggestionNotification::callsBackWithTheChosenAction()
     SuggestionNotification::show(json(notification), m_parent.get(), note());
     m_service.invoke(m_service.take(), picked);
 
-    // It is closed when all is done.
+    // It is closed at the end.
     QCOMPARE(textOf(m_service.take(), "call"), s_close);
     QTEST(m_chosen, "chosen");
     QTRY_VERIFY(m_parent->children().isEmpty());
@@ -209,7 +210,7 @@ void tst_SuggestionNotification::showsNothingWithoutTitle()
     QFETCH(QByteArray, notification);
     SuggestionNotification::show(json(notification), m_parent.get(), note());
     QVERIFY(m_parent->children().isEmpty());
-    // The next call is of the next one.
+    // The first call is for the next one.
     SuggestionNotification::show(json(R"({"title":"next"})"), m_parent.get(), note());
     QCOMPARE(textOf(m_service.take(), "title"), QStringLiteral("next"));
 }
@@ -236,7 +237,7 @@ void tst_SuggestionNotification::endsWithItsParent()
     m_parent = std::make_unique<QObject>();
     m_service.invoke(shown, QStringLiteral("default"));
     QCOMPARE(textOf(m_service.take(), "call"), s_close);
-    // A later one is heard after the choice that nobody waits for any more.
+    // The later notification is reported after the choice, which is ignored.
     SuggestionNotification::show(json(R"({"title":"2"})"), m_parent.get(), note());
     m_service.invoke(m_service.take(), QStringLiteral("default"));
     QCOMPARE(textOf(m_service.take(), "call"), s_close);

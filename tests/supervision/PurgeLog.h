@@ -5,7 +5,7 @@
 
 #include <QString>
 
-//! What a purge of the bridge's port writes into the log.
+//! The messages that a purge of the bridge's port logs.
 namespace PurgeLog
 {
 

@@ -19,7 +19,7 @@ const QString s_tool = QStringLiteral("/usr/libexec/tovi-forkeldaos/bin/loomra")
 const QString s_project = QStringLiteral("/usr/share/tovi-forkeldaos/loomra-project");
 const QString s_mark = QStringLiteral("/.loomra");
 
-//! What every child of an empty environment gets.
+//! The environment of a child if that of this process is empty.
 const Variables s_always {
     {QStringLiteral("LOOMRA_BRIDGE_PORT"), QStringLiteral("8765")},
     {QStringLiteral("LOOMRA_AUTO_AGENT_ROUTING"), QStringLiteral("true")},
@@ -141,7 +141,7 @@ void tst_BridgeEnvironment::makesTheChildsEnvironment_data()
 {
     QTest::addColumn<Variables>("before");
     QTest::addColumn<QStringList>("installed");
-    QTest::addColumn<Variables>("changes"); // against s_always
+    QTest::addColumn<Variables>("changes"); // compared with s_always
     QTest::addColumn<bool>("executorPathEnabled");
 
     const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
@@ -262,7 +262,7 @@ void tst_BridgeEnvironment::startsFromThisProcess()
              QDir::homePath() + QStringLiteral("/.local/state"));
     QVERIFY(!child.environment.contains(QStringLiteral("https_proxy")));
     QVERIFY(child.environment.value(QStringLiteral("PATH")).endsWith(qEnvironmentVariable("PATH")));
-    // This process keeps its own.
+    // The environment of this process is unchanged.
     QCOMPARE(qgetenv("LOOMRA_EXECUTOR_PATH"), QByteArray("False"));
     QCOMPARE(qgetenv("https_proxy"), QByteArray("http://nowhere"));
 }

@@ -92,7 +92,7 @@ void tst_BridgePath::looksAtThePlacesInOrder()
         return false;
     };
     BridgePath::resolve({"/b", QStringLiteral("/a"), QStringLiteral("/c"), QStringLiteral("/h"), exists});
-    // The place that is taken when nothing exists isn't asked for.
+    // The fallback is not checked.
     QCOMPARE(asked,
              (QStringList {QStringLiteral("/b"), QStringLiteral("/libexec/tovi-forkeldaos/sdk-bridge"),
                            QStringLiteral("/share/tovi-forkeldaos/sdk-bridge"),
@@ -114,7 +114,7 @@ void tst_BridgePath::usesTheEnvironmentOfThisProcess()
     QVERIFY(QDir().mkpath(below));
     QCOMPARE(BridgePath::resolve(), below);
 
-    // A file is no place for the bridge.
+    // A file is ignored.
     QVERIFY(QDir().mkpath(root + QStringLiteral("/src/services")));
     QFile file(root + QStringLiteral("/src/services/sdk-bridge"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -132,7 +132,7 @@ void tst_BridgePath::usesTheEnvironmentOfThisProcess()
 
 void tst_BridgePath::looksBesideTheExecutable()
 {
-    // Another name of this program, in a place of its own: what lies beside the build would be seen by other tests.
+    // A hard link to this program in a separate directory, because other tests would find files beside the build.
     const QTemporaryDir directory(QCoreApplication::applicationDirPath() + QStringLiteral("/XXXXXX"));
     const QString bin = directory.filePath(QStringLiteral("bin"));
     const QString bridge = directory.filePath(QStringLiteral("libexec/tovi-forkeldaos/sdk-bridge"));

@@ -21,7 +21,7 @@ const QString s_listen =
 
 } // namespace
 
-//! Real processes on the real port, found by the real lsof.
+//! Real processes that use the real port, found with the real lsof.
 class tst_StaleBridgePort : public QObject
 {
     Q_OBJECT

@@ -16,14 +16,14 @@
 namespace
 {
 
-//! Above any number that the kernel gives to a process.
+//! Greater than any process id that the kernel assigns.
 constexpr int s_noPid = 2147483647;
 
 const QString s_idle = QStringLiteral("setInterval(() => {}, 1000000); console.log();");
 
 } // namespace
 
-//! Whatever lsof says: stand-ins for it name processes of the test.
+//! The purge with stand-ins for lsof, which print the process ids of the test.
 class tst_StaleBridgePurge : public QObject
 {
     Q_OBJECT
@@ -64,7 +64,7 @@ void tst_StaleBridgePurge::continuesWithoutLsofOutput()
     QVERIFY(bystander.isReady());
     FakePath path;
     const QString pidFile = path.filePath(QStringLiteral("pid"));
-    // What it has printed until then doesn't count.
+    // Its output until then is ignored.
     path.add(QStringLiteral("lsof"),
              "echo $$ > '" + QFile::encodeName(pidFile) + "'; echo " + QByteArray::number(bystander.processId()) + "; "
                  + behaviour);
@@ -162,7 +162,7 @@ void tst_StaleBridgePurge::continuesAfterAFailedKill()
     path.add(QStringLiteral("lsof"), QStringLiteral("printf '%1\\n%2\\n'").arg(s_noPid).arg(pid).toUtf8());
     MessageLog log;
     StaleBridges::purge(PurgeLog::port);
-    // A process without a name counts as a bridge.
+    // Intentional: a process whose name can't be read is treated as a bridge.
     const QString failure = QStringLiteral("Failed to kill process %1 : \"Unknown error\"").arg(s_noPid);
     QCOMPARE(log.texts(),
              (QStringList {PurgeLog::checking, PurgeLog::killing(s_noPid), failure, PurgeLog::killing(pid),

@@ -7,14 +7,14 @@
 #include <QString>
 #include <QTemporaryDir>
 
-//! Stand-ins for programs: while it lives, PATH begins with a directory of its own, or is that directory alone.
+//! Stand-ins for programs: while this object lives, PATH starts with a temporary directory, or contains nothing else.
 class FakePath
 {
 public:
     enum class Rest
     {
         Kept,
-        Hidden, //!< nothing is found but what was added
+        Hidden, //!< only added programs are found
     };
 
     explicit FakePath(Rest rest = Rest::Kept);
@@ -22,11 +22,12 @@ public:
     Q_DISABLE_COPY_MOVE(FakePath)
 
     //! Adds an executable file and returns its path.
-    //! @param script of the shell, without its first line. What it runs it should exec, or that outlives a kill.
+    //! @param script a shell script without its first line. It should exec a program that runs long, which would
+    //! survive a kill of the shell otherwise.
     QString add(const QString &name, const QByteArray &script);
-    //! The same with another interpreter, or one that doesn't exist.
+    //! The same with another interpreter, which need not exist.
     QString add(const QString &name, const QByteArray &script, const QByteArray &interpreter);
-    //! A path in the directory, for what a stand-in notes down.
+    //! A path in the directory, e.g. for a file that a stand-in writes.
     QString filePath(const QString &name) const;
 
 private:

@@ -5,12 +5,12 @@
 
 #include <QStringList>
 
-//! Icon themes that a test writes itself.
+//! Creates icon themes for tests.
 namespace IconTheme
 {
 
-//! Writes a theme of that name into the directory, with just these icons, for sizes of 8 to 64 pixels.
-//! @return whether all of it could be written
+//! Writes a theme with only these icons, in sizes of 8 to 64 pixels.
+//! @return false if that failed
 bool write(const QString &directory, const QString &name, const QStringList &icons);
 
 } // namespace IconTheme

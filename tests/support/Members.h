@@ -6,23 +6,23 @@
 #include <QMetaObject>
 #include <QStringList>
 
-//! What a class offers to QML by itself, without what it inherits. In the order of the declarations.
+//! The members that a class offers to QML, without inherited ones, in the order of their declarations.
 namespace Members
 {
 
-//! "type name notifySignal(Type)", and " writable" behind it where it is.
+//! "type name notifySignal(Type)", followed by " writable" if it is.
 QStringList properties(const QMetaObject &type);
 
 enum class Kind
 {
     Signal,
-    Operation, //!< public slots and what can be invoked
+    Operation, //!< public slots and invokables
     PrivateSlot,
 };
-//! "name(Type,Type) argument,argument"; QML knows the arguments by these names. An argument with a default may be left
-//! out, which makes an entry without it.
+//! "name(Type,Type) argument,argument"; QML signal handlers use the arguments by these names. An argument with a
+//! default value adds an entry without it.
 QStringList methods(const QMetaObject &type, Kind kind);
-//! The operations that return something: "Type name(Type,Type)".
+//! The operations that return a value: "Type name(Type,Type)".
 QStringList answers(const QMetaObject &type);
 
 } // namespace Members

@@ -8,8 +8,8 @@
 #include <QStringList>
 #include <QtGlobal>
 
-//! Takes all lines of Qt's log while it lives, in any thread, and keeps them from the terminal. When the running test
-//! has failed it prints them at its end. One at a time.
+//! Collects all of Qt's log messages, of any thread, while it lives, in place of printing them. If the running test has
+//! failed, the destructor prints them. Only one may exist at a time.
 class MessageLog
 {
 public:
@@ -28,13 +28,13 @@ public:
     //! The texts of all lines.
     QStringList texts() const;
 
-    //! Whether there is a line of just this text.
+    //! Whether there is a line with exactly this text.
     bool has(QtMsgType type, const QString &text) const;
-    //! Number of lines that begin so.
+    //! The number of lines with this start.
     int count(const QString &start) const;
 
-    //! Everything above debug level, in order.
+    //! The texts of all lines above info level, in order.
     QStringList warnings() const;
-    //! The same, and forgets them.
+    //! The same, and removes them.
     QStringList takeWarnings();
 };

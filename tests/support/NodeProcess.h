@@ -5,12 +5,12 @@
 
 #include <QProcess>
 
-//! A program of node that runs until it is killed, at the latest with this object.
+//! A node script that runs until it is killed, at the latest by the destructor.
 class NodeProcess : public QProcess
 {
 public:
-    //! @param name as the kernel is to tell it. It is set, for some versions of node name their thread otherwise.
-    //! @param work a script that prints something once it is ready
+    //! @param name the process name. It is set explicitly, because some versions of node rename their main thread.
+    //! @param work a script that prints something when it is ready
     NodeProcess(const QString &name, const QString &work)
     {
         start(QStringLiteral("node"),
@@ -23,6 +23,6 @@ public:
     }
     Q_DISABLE_COPY_MOVE(NodeProcess)
 
-    //! Waits for the first thing that it prints.
+    //! Waits for the first output.
     bool isReady() { return bytesAvailable() > 0 || waitForReadyRead(); }
 };

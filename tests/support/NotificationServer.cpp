@@ -42,7 +42,7 @@ public:
     }
 
 public Q_SLOTS:
-    // The names are the interface's.
+    // The D-Bus interface defines the names.
     QStringList GetCapabilities() const
     {
         return {QStringLiteral("actions"), QStringLiteral("body"), QStringLiteral("body-markup")};
@@ -95,7 +95,7 @@ int main(int argc, char **argv)
         || !bus.registerService(QStringLiteral("org.freedesktop.Notifications"))) {
         qFatal("no bus, or another service on it: %s", qPrintable(bus.lastError().message()));
     }
-    // Read no further than the line that woke us: what waits in a buffer wakes nobody.
+    // Unbuffered: the notifier isn't activated for data that is already in a buffer.
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     QSocketNotifier input(fileno(stdin), QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &server, &NotificationServer::readLine);

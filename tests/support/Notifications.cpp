@@ -14,7 +14,7 @@
 namespace
 {
 
-//! What the service has answered before is known to this process, too: its answers come in order.
+//! Replies arrive in order, so after this call this process has received those to all earlier calls.
 void receiveReplies()
 {
     const QDBusMessage question = QDBusMessage::createMethodCall(

@@ -7,25 +7,25 @@
 #include <QList>
 #include <QProcess>
 
-//! A desktop notification service of the test's own, on the bus that the test asks for with NEEDS bus. It is another
-//! process, as calls within one process don't cross the bus.
+//! A stand-in for the desktop notification service, on the session bus that the test gets with NEEDS bus. It is a
+//! separate process, because calls within one process don't use the bus.
 class Notifications
 {
 public:
     //! Starts the service and waits until it can be called.
     Notifications();
-    //! Ends it.
+    //! Ends the service.
     ~Notifications();
     Q_DISABLE_COPY_MOVE(Notifications)
 
     bool isRunning() const { return m_isRunning; }
 
-    //! Calls of the service so far, without those that were taken: "call" (Notify or CloseNotification), "number",
-    //! and of a Notify "application", "icon", "title", "body", "actions" (key and label in turn), "event", "component".
+    //! The calls so far that were not taken: "call" (Notify or CloseNotification), "number", and for Notify
+    //! "application", "icon", "title", "body", "actions" (alternating keys and labels), "event", "component".
     QList<QJsonObject> calls();
-    //! Waits for the next call and takes it; empty when none comes. The caller has heard of its result then.
+    //! Waits for the next call and takes it; empty on timeout. The client has received the reply by then.
     QJsonObject take();
-    //! The same for the next notification; what is closed before it is passed over.
+    //! The same for the next notification; calls that close one are skipped.
     QJsonObject takeShown();
 
     //! The user picks an action: "default", or "1" for the first of the list.

@@ -44,7 +44,7 @@ void disableDelays(QTcpSocket *socket)
 {
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket] {
-        const int on = 1; // until the kernel finds otherwise, so set again for every frame
+        const int on = 1; // the kernel may reset it, so it is set for every frame
         ::setsockopt(static_cast<int>(socket->socketDescriptor()), IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
     });
 }
@@ -116,7 +116,7 @@ bool ScriptedBridge::waitForClose(int index, QWebSocketProtocol::CloseCode *code
 {
     const auto isClosed = [&] { return index < m_connections.size() && !m_connections.at(index).isOpen; };
     if (!waitUntil(isClosed)) {
-        failTest("the connection goes on", __LINE__);
+        failTest("the connection is still open", __LINE__);
         return false;
     }
     *code = m_connections.at(index).closeCode;
@@ -139,7 +139,7 @@ ScriptedBridge::Request ScriptedBridge::takeRequest(const QString &method)
         return true;
     };
     if (!waitUntil(find)) {
-        failTest("no such request came", __LINE__);
+        failTest("no such request was received", __LINE__);
     }
     return request;
 }
@@ -177,7 +177,7 @@ void ScriptedBridge::reply(quint64 id, const QJsonValue &payload)
 {
     Request request;
     request.id = id;
-    request.connection = youngest();
+    request.connection = latest();
     reply(request, payload);
 }
 
@@ -240,6 +240,6 @@ void ScriptedBridge::send(int connection, const QJsonObject &message)
     if (QWebSocket *socket = this->connection(connection)) {
         socket->sendTextMessage(compactJson(message));
     } else {
-        failTest("the client that should hear this is gone", __LINE__);
+        failTest("the client is no longer connected", __LINE__);
     }
 }

@@ -14,12 +14,12 @@
 class QWebSocket;
 class QWebSocketServer;
 
-//! The bridge as a test plays it: listens on 127.0.0.1:8765, writes down what it hears and says only what it is told
-//! to. Serves any number of connections. A wait that runs out fails the test that is running.
+//! A scripted peer in place of the bridge: listens on 127.0.0.1:8765, records all requests and sends only what the test
+//! tells it to. Serves any number of connections. A wait that times out fails the running test.
 class ScriptedBridge : public QObject
 {
 public:
-    //! A request as it came. An id of 0 means that none did.
+    //! A received request. An id of 0 means that there was none.
     struct Request
     {
         quint64 id = 0;
@@ -27,44 +27,44 @@ public:
         QJsonObject params;
         //! The frame.
         QString text;
-        //! Which of the connections it came on, counted from 0 in the order of their beginning.
+        //! The index of its connection, in the order in which they were opened.
         int connection = -1;
     };
 
-    //! Listens at once.
+    //! Starts listening.
     explicit ScriptedBridge(QObject *parent = nullptr);
     ~ScriptedBridge() override;
 
-    //! Listens again after close(). False when the port is taken.
+    //! Listens again after close(). @return false if the port is in use
     bool listen();
     bool isListening() const;
-    //! Stops listening and drops all connections, as a killed process does.
+    //! Stops listening and drops all connections, like a killed process.
     void close();
     //! Drops all connections without a closing handshake and goes on listening.
     void drop();
 
-    //! Waits until so many connections have begun in all.
+    //! Waits until this number of connections has been opened in total.
     bool waitForConnection(int number = 1);
-    //! Connections begun so far, living or not.
+    //! Connections opened so far, including closed ones.
     int connectionCount() const { return m_connections.size(); }
-    //! A living connection, or null.
+    //! An open connection, or null.
     QWebSocket *connection(int index) const;
-    //! Waits until a connection has ended; tells the close code and reason that the client gave.
+    //! Waits until a connection is closed and returns the close code and reason of the client.
     bool waitForClose(int index, QWebSocketProtocol::CloseCode *code, QString *reason);
 
-    //! Everything heard so far, taken or not.
+    //! All requests so far, taken or not.
     QList<Request> received() const { return m_received; }
-    //! Waits for the first request that wasn't taken yet, of this method if one is named.
+    //! Waits for the first request that wasn't taken yet, optionally of this method.
     Request takeRequest(const QString &method = QString());
-    //! Whether all requests heard so far were taken.
+    //! Whether all requests so far were taken.
     bool isAllTaken() const { return m_untaken.isEmpty(); }
 
-    // Notices go to every living connection.
+    // These are sent to all open connections.
     void ready();
     void event(const QString &name, const QJsonObject &more = {});
     void sendRaw(const QString &text);
 
-    // Replies go where the request came from, or by id alone to the youngest connection.
+    // Replies are sent on the connection of the request, or on the latest one if only the id is given.
     void reply(const Request &request, const QJsonValue &payload);
     void reply(quint64 id, const QJsonValue &payload);
     void replyOldForm(const Request &request, const QJsonValue &result);
@@ -85,7 +85,7 @@ private:
     void accept();
     void receive(int connection, const QString &text);
     void send(int connection, const QJsonObject &message);
-    int youngest() const { return m_connections.size() - 1; }
+    int latest() const { return m_connections.size() - 1; }
 
     QTcpServer m_listener;
     QWebSocketServer *const m_server;

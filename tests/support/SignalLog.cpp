@@ -33,7 +33,7 @@ SignalLog::SignalLog(QObject *sender, QObject *parent)
     : QObject(parent)
     , m_senderType(sender->metaObject())
 {
-    // What QObject itself emits (destroyed, objectNameChanged) is of no interest.
+    // Skip the signals of QObject (destroyed, objectNameChanged).
     for (int index = QObject::staticMetaObject.methodCount(); index < m_senderType->methodCount(); ++index) {
         const QMetaMethod method = m_senderType->method(index);
         if (method.methodType() == QMetaMethod::Signal) {

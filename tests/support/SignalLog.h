@@ -6,19 +6,18 @@
 #include <QObject>
 #include <QStringList>
 
-//! Hears every signal of one object and writes them down in one list, in the order in which they came.
+//! Records all signals of an object in the order of their emission.
 class SignalLog : public QObject
 {
 public:
     explicit SignalLog(QObject *sender, QObject *parent = nullptr);
 
-    //! As in code: `statusChanged("idle")`, `usageReported(5, 0)`. Texts aren't escaped,
-    //! JSON is compact.
+    //! As in code: `statusChanged("idle")`, `usageReported(5, 0)`. Texts aren't escaped, JSON is compact.
     QStringList entries() const { return m_entries; }
-    //! The same, and forgets them.
+    //! The same, and removes them.
     QStringList take();
 
-    // Every signal of the sender has a slot number of its own here, which no moc knows of.
+    // Each signal of the sender is connected to a slot index of its own, without moc.
     int qt_metacall(QMetaObject::Call call, int slot, void **arguments) override;
 
 private:

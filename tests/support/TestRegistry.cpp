@@ -33,7 +33,7 @@ int TestRegistry::run(int argc, char **argv)
         }
         return 2;
     }
-    // The class sees the arguments that a program of its own would see.
+    // The class sees the arguments of a stand-alone program.
     argv[1] = argv[0];
     return found->second(argc - 1, argv + 1);
 }

@@ -11,16 +11,16 @@
 namespace TestRegistry
 {
 
-//! Stands in for main(): the arguments are those behind the class's name. @return the exit status
+//! Takes the place of main(), with the arguments that follow the class name. @return the exit status
 using Run = int (*)(int argc, char **argv);
 
-//! Makes a static object, see REGISTER_TEST.
+//! See REGISTER_TEST.
 struct Registration
 {
     Registration(const char *name, Run run);
 };
 
-//! What main() of a test executable returns.
+//! Runs the class that the first argument names. @return the exit status
 int run(int argc, char **argv);
 
 //! For tests without an application object.
@@ -46,5 +46,5 @@ int runWith(int argc, char **argv)
 #define REGISTER_TEST(Test, Application)                                                                               \
     static const TestRegistry::Registration s_registration(#Test, TestRegistry::runWith<Application, Test>);
 
-//! Adds a test class whose process needs a main() of its own, which is given as a function.
+//! Adds a test class with a custom main(), which is given as a function.
 #define REGISTER_TEST_MAIN(Test, main) static const TestRegistry::Registration s_registration(#Test, main);

@@ -5,19 +5,18 @@
 
 #include <QString>
 
-//! What a test process needs before the objects under test exist. Its surroundings (home, bus, display, network) are
-//! made by the test runner.
+//! Set-up within a test process. Its environment (home, bus, display, network) is made by tests/support/environment.
 namespace TestSetup
 {
 
-//! Gives the application the about-data's component name, by which all stores are found. Call before anything uses
+//! Sets the same about-data as the program, which determines where settings are stored. Call before anything uses
 //! QSettings, best in initTestCase(). Main thread, after the application object.
 void setAboutData();
 
-//! The file behind a default-constructed QSettings, told without asking QSettings.
+//! The file of a default-constructed QSettings, determined without QSettings.
 QString settingsFile();
 
-//! Empties the default QSettings, so that one test doesn't see what another one stored.
+//! Clears the default QSettings, so that a test doesn't see values that another one stored.
 void clearSettings();
 
 } // namespace TestSetup

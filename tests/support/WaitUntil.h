@@ -8,10 +8,10 @@
 #include <QCoreApplication>
 #include <QTimer>
 
-//! Runs the event loop until a condition holds that events of this process bring about. QTest::qWaitFor() sleeps
-//! 10 ms between two looks, which adds up where both ends of a connection live in the test.
+//! Runs the event loop until a condition holds, which must depend on events of this process. QTest::qWaitFor() sleeps
+//! 10 ms between two checks, which adds up if both ends of a connection are in the test.
 //! @param timeout in ms
-//! @return false when the time ran out
+//! @return false on timeout
 template<typename Condition>
 bool waitUntil(Condition condition, int timeout = Timeouts::Default)
 {
