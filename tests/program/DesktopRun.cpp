@@ -15,7 +15,7 @@ namespace
 constexpr int s_patience = 45000; // ms
 constexpr int s_looks = 5;
 
-// The one list of what the program says by itself. Anything else is a warning that a user would find in his journal.
+// The only list of expected messages. Anything else is a warning that would appear in the user's journal.
 constexpr const char *s_expectedLines[] = {
     R"(^\[AgentBridge\] )",
     R"(^LoomraSDK::\w+\(\) called, )",
@@ -28,7 +28,7 @@ constexpr const char *s_expectedLines[] = {
     R"(^Connect-only mode: connecting to existing bridge on port 8765$)",
     R"(^Checking for stale processes on port 8765$)",
     R"(^No stale processes found on port$)",
-    // The chat client has found the bridge first.
+    // The chat client is already connected to the bridge.
     R"(^Skipping own PID \d+$)",
     R"(^Waiting for port to be released\.\.\.$)",
     R"(^Bridge process started successfully, PID: \d+$)",
@@ -37,9 +37,9 @@ constexpr const char *s_expectedLines[] = {
     R"(^WebSocket connected to bridge)",
     R"(^Bridge is ready, sdkInitialized: true$)",
     R"(^WebSocket disconnected from bridge$)",
-    // Nobody listens.
+    // No bridge is listening.
     R"(^WebSocket error: QAbstractSocket::ConnectionRefusedError error string: "Connection refused"$)",
-    // The end in good order; with any other code it is a warning.
+    // A normal exit; any other code is a warning.
     R"(^Bridge process finished with exit code: 0$)",
 };
 
@@ -73,8 +73,8 @@ DesktopRun::~DesktopRun()
 
 QList<QByteArray> DesktopRun::windows() const
 {
-    // A search walks the tree of windows step by step and misses what the window manager moves meanwhile: that there is
-    // none is believed only when it is found several times.
+    // A search walks the tree of windows step by step and misses windows that the window manager reparents meanwhile,
+    // so an empty result must be repeated.
     QList<QByteArray> windows;
     for (int i = 0; i < s_looks && windows.isEmpty(); ++i) {
         const QByteArray found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
@@ -92,7 +92,7 @@ QByteArray DesktopRun::window() const
 
 bool DesktopRun::waitForWindow()
 {
-    // Known to the window manager, which tells of its frame: a window that is just mapped comes and goes.
+    // Wait until the window manager has set the frame: before, the window may be unmapped again.
     return QTest::qWaitFor([this] { return !isRunning() || !property("_NET_FRAME_EXTENTS").isEmpty(); }, s_patience)
         && isRunning();
 }
@@ -125,8 +125,8 @@ QRect DesktopRun::geometry() const
 
 bool DesktopRun::takeKeyboard()
 {
-    // Through the window manager, which must know of it to act on its own keys, and again while it still maps the
-    // window: until that is over it moves the focus as it sees fit, and the window comes and goes.
+    // Activate through the window manager, which handles keys like Alt+F4 only for the active window. Repeat it,
+    // because the window manager moves the focus while it maps the window.
     const bool done = QTest::qWaitFor(
         [this] {
             if (!isRunning()) {
@@ -157,7 +157,7 @@ void DesktopRun::click(const QPoint &position) const
 
 bool DesktopRun::closeWindow()
 {
-    // Again until it helps: the key is the window manager's own, and lost when the focus moves just then.
+    // Repeat it, because the key is lost if the focus moves at the same time.
     const bool ended = QTest::qWaitFor(
         [this] {
             if (isRunning() && takeKeyboard()) {
@@ -171,7 +171,7 @@ bool DesktopRun::closeWindow()
 
 bool DesktopRun::isRunning()
 {
-    // Lets the object hear of the end, too.
+    // waitForFinished() lets QProcess notice the end.
     return m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(0);
 }
 

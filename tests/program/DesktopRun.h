@@ -7,8 +7,8 @@
 
 #include <QRect>
 
-//! A running program with a window, looked at and worked with from outside, as a user and a window manager do. Needs a
-//! display with a window manager. Ends the program when it goes.
+//! A running program with a window, examined and operated from outside, like by a user and a window manager. Needs a
+//! display with a window manager. The destructor kills the program.
 class DesktopRun
 {
 public:
@@ -18,39 +18,39 @@ public:
     ~DesktopRun();
     Q_DISABLE_COPY_MOVE(DesktopRun)
 
-    //! Waits until a window of this process is on the screen; false if that takes longer than 20 s or it ends before.
+    //! Waits until a window of this process is on the screen. @return false on timeout, or if the process ends before
     bool waitForWindow();
-    //! Number of windows of this process that are on the screen now.
+    //! The number of windows of this process that are on the screen.
     int windowCount() const;
 
-    //! What the X server keeps of the window under a name, as text; empty if it keeps nothing.
+    //! An X11 property of the window as text; empty if it isn't set.
     QByteArray property(const QByteArray &name) const;
-    //! Place and size of the window on the screen.
+    //! Position and size of the window on the screen.
     QRect geometry() const;
 
-    //! Gives the window the keyboard. @return whether it has it
+    //! Gives the window the keyboard focus. @return whether it has the focus
     bool takeKeyboard();
-    //! Presses a key, or keys joined by "+", as xdotool names them.
+    //! Presses a key or a combination joined by "+", with the key names of xdotool.
     void press(const QByteArray &keys) const;
-    //! Moves the pointer there, in pixels of the screen, and clicks.
+    //! Moves the pointer to a position in screen pixels and clicks.
     void click(const QPoint &position) const;
 
-    //! Closes the window as a user does who asks the window manager, and waits for the program's end.
-    //! @return whether it ended within 20 s, by itself and with 0
+    //! Closes the window through the window manager and waits for the end of the program.
+    //! @return whether it exited normally with 0 before the timeout
     bool closeWindow();
 
     bool isRunning();
     qint64 processId() const { return m_process.processId(); }
     void send(int signal) const;
-    //! Waits for the end; false if it takes longer than 20 s.
+    //! Waits for the end. @return false on timeout
     bool waitForEnd();
     bool crashed() const { return m_process.exitStatus() == QProcess::CrashExit; }
     int exitCode() const { return m_process.exitCode(); }
 
-    //! What it has written so far to its standard output and to its standard error.
+    //! Standard output and standard error so far.
     QByteArray output();
     QByteArray errors();
-    //! Lines on standard error that the log of a run without faults doesn't hold. To be asked for when it has ended.
+    //! The lines on standard error that are not expected of a run without errors. Call it after the end.
     QString unexpectedWords();
 
 private:

@@ -8,27 +8,27 @@
 #include <QProcessEnvironment>
 #include <QStringList>
 
-//! The built program as a user starts it: TOVICTL_PROGRAM in the environment of the tests tells where it lies.
+//! The built program as a user starts it: the environment variable TOVICTL_PROGRAM names it.
 namespace Program
 {
 
-//! What is left of a run that has ended.
+//! The result of a run.
 struct Result
 {
-    bool finished = false; //!< it ended, be it by a signal, before the patience of run() did
+    bool finished = false; //!< it ended, possibly by a signal, before the timeout of run()
     bool crashed = false;
     int exitCode = -1; //!< the signal's number after a crash
     QByteArray output;
     QByteArray errors;
 };
 
-//! Path of the executable; ends the test process with a message if the environment doesn't tell it.
+//! Path of the executable; aborts the test process with a message if the variable isn't set.
 QString path();
 
-//! The environment of the test, without whatever names a display: a program that opens one ends at once.
+//! The environment of the test without a display: a graphical program aborts at once.
 QProcessEnvironment withoutDisplay();
 
-//! Runs the program, or another one, to its end (at most 30 s) and keeps the two output streams apart.
+//! Runs the program, or another one, until it ends or a timeout of 30 s, with separate output streams.
 Result run(const QStringList &arguments, const QProcessEnvironment &environment, const QString &program = path());
 
 } // namespace Program

@@ -129,7 +129,7 @@ void tst_BridgeLife::init()
 
 void tst_BridgeLife::cleanup()
 {
-    // A test that failed has killed its program, whose bridge would spoil the next test.
+    // A failed test has killed its program, and the bridge that is left would disturb the next test.
     for (const QByteArray &pid :
          linesOf(QStringLiteral("lsof"),
                  {QStringLiteral("-ti"), QStringLiteral(":8765"), QStringLiteral("-sTCP:LISTEN")})) {
@@ -150,7 +150,7 @@ void tst_BridgeLife::trayRunsTheBridge()
         QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), s_patience);
 
         QVERIFY2(run.closeWindow(), run.errors().constData());
-        // It was asked to end and did so; killed, it would have ended with another code.
+        // It exited on SIGTERM; a killed process would have another exit code.
         QVERIFY2(run.errors().contains("Bridge process finished with exit code: 0\n"), run.errors().constData());
         QCOMPARE(run.unexpectedWords(), QString());
         QCOMPARE(run.output(), QByteArray());
@@ -159,7 +159,7 @@ void tst_BridgeLife::trayRunsTheBridge()
     QVERIFY(!isListening());
     QVERIFY(!QFile::exists(inHome("systemctl.log")));
 
-    // What the run leaves on the disk: the settings, for their owner alone, and the log of its events.
+    // The files of the run: the settings, readable by their owner only, and the event log.
     struct stat settings = {};
     QCOMPARE(stat(QFile::encodeName(inHome(".config/loomra-kderc")).constData(), &settings), 0);
     QCOMPARE(settings.st_mode & ~mode_t(S_IFMT), s_privateFile);
@@ -220,7 +220,7 @@ void tst_BridgeLife::trayBringsAKilledBridgeBack()
     QTRY_VERIFY_WITH_TIMEOUT((second = connectedBridgeOf(run)) != 0 && second != first, s_patience);
     QVERIFY2(run.closeWindow(), run.errors().constData());
     QVERIFY(!isAlive(second));
-    // Nobody had asked for it.
+    // It was not requested.
     QVERIFY(!QFile::exists(debugLog()));
 }
 
@@ -293,7 +293,7 @@ void tst_BridgeLife::omniBarFindsAService()
 {
     DesktopRun run({}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    // The service is asked for at the start, and not again by attempts that fail.
+    // The service is requested at the start, but not again after failed attempts.
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().count("\nWebSocket error: ") >= 2, s_patience);
 
     QProcess service;

@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr int s_exitFailedLoad = 255;
-//! For what the window manager does, which maps and places windows late on a busy machine, in ms.
+//! Long enough for the window manager of a busy machine to map and place a window, in ms.
 constexpr int s_patience = 45000;
 // The close button of the idle bar, on a screen of 1280 x 800: the bar is 720 wide, and 30 above the middle.
 constexpr QPoint s_closeButton(640 + 360 - 10 - 16, 400 - 30);
@@ -29,7 +29,7 @@ QStringList words(const char *line)
 
 } // namespace
 
-//! Graphical runs of the built program, seen from outside. There is no bridge but where a test starts one.
+//! Graphical runs of the built program, seen from outside. There is no bridge unless a test starts one.
 class tst_Launch : public QObject
 {
     Q_OBJECT
@@ -98,7 +98,7 @@ void tst_Launch::otherModesFailToLoad_data()
     row("--omni-bar --main", main);
 }
 
-//! These windows don't exist yet. Each row moves to a test of its window when that comes.
+//! These windows don't exist yet. When one is added, its rows move to its own test.
 void tst_Launch::otherModesFailToLoad()
 {
     QFETCH(QStringList, arguments);
@@ -157,7 +157,7 @@ void tst_Launch::startsWithoutUnexpectedWords()
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(run.takeKeyboard());
-    // The first refused attempt is over, and so are the entrance and what is built after the first frame.
+    // After the first refused attempt the entrance animation and everything built after the first frame are done.
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("[AgentBridge]"), 10000);
     run.click(s_closeButton);
     QVERIFY(run.waitForEnd());
@@ -239,7 +239,7 @@ void tst_Launch::twoRunSideBySide()
     QVERIFY(first.isRunning());
     QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
 
-    // Closing one leaves the other.
+    // Each has its own window and ends on its own.
     QVERIFY(second.closeWindow());
     QVERIFY(first.isRunning());
     QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
@@ -254,11 +254,11 @@ void tst_Launch::dataBesideTheExecutable_data()
     const QString usual = QStringLiteral("/usr/local/share:/usr/share");
     QTest::newRow("absent") << false << usual << QStringLiteral("hicolor");
     QTest::newRow("before the others") << true << usual << QStringLiteral("hicolor");
-    // With the variable unset it takes the place of all others, and there is no theme but its own.
+    // If the variable is unset, it replaces all other directories, and only its theme is found.
     QTest::newRow("alone") << true << QString() << QStringLiteral("breeze");
 }
 
-//! A directory "share" beside the executable is searched for data, of which the window's icon is one.
+//! Data such as the window icon is found in a directory "share" beside the executable.
 void tst_Launch::dataBesideTheExecutable()
 {
     QFETCH(bool, exists);
@@ -266,12 +266,12 @@ void tst_Launch::dataBesideTheExecutable()
     QFETCH(QString, theme);
 
     const QTemporaryDir folder;
-    // A link would not do, as the program asks for the place of the file behind it.
+    // A symbolic link would not do, because the program resolves its path.
     const QString program = folder.filePath(QStringLiteral("tovictl"));
     QVERIFY(QFile::copy(Program::path(), program));
     if (exists) {
         const QDir icons(folder.filePath(QStringLiteral("share/icons/") + theme));
-        QVERIFY(icons.mkpath(QStringLiteral("37x37/apps"))); // a size that no icon of the system has
+        QVERIFY(icons.mkpath(QStringLiteral("37x37/apps"))); // no system icon has this size
         QFile index(icons.filePath(QStringLiteral("index.theme")));
         QVERIFY(index.open(QIODevice::WriteOnly));
         index.write("[Icon Theme]\nName=Any\nDirectories=37x37/apps\n\n[37x37/apps]\nSize=37\nType=Fixed\n");

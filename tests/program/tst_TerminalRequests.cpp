@@ -66,8 +66,8 @@ const QByteArray s_usage = "Usage: tovictl [MODE | SUBCOMMAND] [OPTIONS]\n"
 
 } // namespace
 
-//! Requests that are answered in the terminal. There is no display in any of these runs, so that a program which
-//! creates a window's application object dies of it.
+//! Requests that are answered in the terminal. These runs have no display, so creating a QGuiApplication would abort
+//! the program.
 class tst_TerminalRequests : public QObject
 {
     Q_OBJECT
@@ -96,7 +96,7 @@ private Q_SLOTS:
     void modelsWinsOverAWindow();
 
 private:
-    //! Puts a shell script of the name of the agent CLI first, and alone, on PATH.
+    //! Installs a shell script in place of the agent CLI. It is the only program on PATH.
     void installCli(const QByteArray &script, bool executable = true);
     Program::Result run(const QStringList &arguments) const { return Program::run(arguments, m_environment); }
 
@@ -153,7 +153,7 @@ void tst_TerminalRequests::answers_data()
     row("uninstall", {}, s_uninstallRefusal, 2);
     row("test", {}, s_testRefusal, 2);
 
-    // The first match in the order of the arguments wins.
+    // The first request among the arguments is answered.
     usage("--help --version");
     version("--version --help");
     usage("--help uninstall");
@@ -163,15 +163,15 @@ void tst_TerminalRequests::answers_data()
     promptRefusal("--prompt --help");
     version("-V models");
 
-    // What is no request is passed over without a word, and so is a mode.
+    // Unknown arguments and modes are ignored silently.
     version("unknown -V");
     version("--main --version");
     usage("--voice-test -t -o help");
     row("-m test", {}, s_testRefusal, 2);
 
-    // Letter by letter, but for the prefix.
+    // Arguments must match exactly, except for the prefix.
     version("--Version -v --HELP -H --vers --prompt-x -P -pHi Help --version= --version");
-    version(" -V"); // an empty argument before it
+    version(" -V"); // preceded by an empty argument
 }
 
 void tst_TerminalRequests::answers()
@@ -200,7 +200,7 @@ void tst_TerminalRequests::graphicalRunDiesWithoutDisplay_data()
         << QStringList {QStringLiteral("--promptly"), QStringLiteral("--versions"), QStringLiteral("-v")};
 }
 
-//! Shows that the absence of a display proves something in the other tests.
+//! Proves that the other tests would fail if they created a QGuiApplication.
 void tst_TerminalRequests::graphicalRunDiesWithoutDisplay()
 {
     QFETCH(QStringList, arguments);
@@ -215,7 +215,7 @@ void tst_TerminalRequests::graphicalRunDiesWithoutDisplay()
 
 void tst_TerminalRequests::argumentsThatAreNoText()
 {
-    // Bytes that are no UTF-8 can be handed on by a shell only.
+    // Only a shell can pass arguments that are not UTF-8.
     const Program::Result result = Program::run(
         {QStringLiteral("-c"),
          QStringLiteral("exec \"$0\" \"$(printf '\\377\\376--prompt')\" \"$(printf '\\303')\" -V"), Program::path()},
@@ -295,7 +295,7 @@ void tst_TerminalRequests::modelsKeepsTheOrder()
 {
     installCli("for i in 1 2 3; do echo out $i; echo error $i >&2; done");
 
-    // Both streams into one pipe: the order in which they were written is the order in which they come.
+    // Both streams use one pipe, so the order of the output is that of the writes.
     const Program::Result result =
         Program::run({QStringLiteral("-c"), QStringLiteral("exec \"$0\" models 2>&1"), Program::path()}, m_environment,
                      QStringLiteral("/bin/sh"));
@@ -305,7 +305,7 @@ void tst_TerminalRequests::modelsKeepsTheOrder()
 
 void tst_TerminalRequests::modelsPassesAnyBytes()
 {
-    // Neither sorted nor made unique nor decoded, and more than a pipe holds.
+    // Not sorted, deduplicated or decoded, and more than the capacity of a pipe.
     installCli("printf 'z\\na\\na\\n\\377\\000no line end'\n"
                "i=0; while [ $i -lt 20000 ]; do echo 0123456789; i=$((i + 1)); done");
 
@@ -345,7 +345,7 @@ void tst_TerminalRequests::modelsWithCliThatCrashes()
 
     const Program::Result result = run({QStringLiteral("models")});
 
-    // The number of the signal is what is left as the child's code.
+    // The exit code is the number of the child's signal.
     QVERIFY(!result.crashed);
     QCOMPARE(result.output, QByteArray("before\n"));
     QCOMPARE(result.errors, QByteArray());

@@ -19,12 +19,12 @@
 namespace
 {
 
-//! For a busy machine, in ms.
+//! Long enough for a busy machine, in ms.
 constexpr int s_patience = 30000;
 
 const QByteArray s_transcribed = QByteArrayLiteral("VoiceBridge: transcribed in ");
 
-//! The stored choices of a user who has the engine.
+//! Stores the settings of a user who has chosen the engine.
 void chooseEngine()
 {
     const QString directory = QDir::homePath() + QStringLiteral("/.config/kde.org");
@@ -34,7 +34,7 @@ void chooseEngine()
     settings.write("[voice]\nsttBackend=moonshine\nsilenceTimeoutMs=500\n");
 }
 
-//! What the detector of the wake word does.
+//! Emits the signal of the wake word detector.
 bool wake()
 {
     QDBusMessage signal =
@@ -44,7 +44,7 @@ bool wake()
     return QDBusConnection::sessionBus().send(signal);
 }
 
-//! Programs that read the microphone now.
+//! The number of programs that are reading the microphone.
 int readers()
 {
     QList<QByteArray> lines =
@@ -57,7 +57,7 @@ int readers()
 
 } // namespace
 
-//! The built program with a microphone, a wake word and a stand-in for an engine.
+//! The built program with a null microphone, a wake word and a stand-in for an engine.
 class tst_VoiceLife : public QObject
 {
     Q_OBJECT
@@ -109,7 +109,7 @@ void tst_VoiceLife::microphoneIsFreeWhenIdle()
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("VoiceBridge: listening for wake word D-Bus signal\n"), s_patience);
     QCOMPARE(readers(), 0);
-    QVERIFY(!run.errors().contains("MoonshineWorker: loaded")); // the model neither
+    QVERIFY(!run.errors().contains("MoonshineWorker: loaded")); // nor is the model loaded
     QVERIFY2(run.closeWindow(), run.errors().constData());
     QCOMPARE(run.unexpectedWords(), QString());
 }
@@ -156,7 +156,7 @@ void tst_VoiceLife::endsWhileTranscribing()
     sentence.speak();
     QTRY_COMPARE_WITH_TIMEOUT(moonshine.runs(), 1, s_patience);
     run.send(SIGTERM);
-    moonshine.release(); // it waits for its engine
+    moonshine.release(); // it waits for the engine
     QVERIFY(run.waitForEnd());
     QVERIFY(!run.crashed());
     QCOMPARE(run.exitCode(), 0);
