@@ -6,10 +6,14 @@
 #include "ConfigManager.h"
 #include "LoomraSDK.h"
 #include "MessageLog.h"
+#include "ScopedEnvironment.h"
 #include "ScriptedBridge.h"
 #include "SignalLog.h"
 
+#include <QDir>
+#include <QFile>
 #include <QObject>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <memory>
@@ -41,6 +45,10 @@ public:
     void expire(const char *name) const;
 
     MessageLog log; // first, to catch every message
+    //! The file of its own requests to systemctl, because one of an earlier fixture may still be written.
+    const QTemporaryDir systemctlDirectory {QDir::homePath() + QStringLiteral("/systemctl-XXXXXX")};
+    const ScopedEnvironment systemctlLog {"TOVICTL_SYSTEMCTL_LOG",
+                                          QFile::encodeName(systemctlDirectory.filePath(QStringLiteral("log")))};
     ScriptedBridge peer;
     ConfigManager config;
     LoomraSDK sdk {&config};

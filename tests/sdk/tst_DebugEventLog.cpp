@@ -29,10 +29,11 @@ QString filePath()
     return directoryPath() + QStringLiteral("/loomra-debug.log");
 }
 
-//! Empty if there is no file.
+//! Empty if there is nothing in the file.
 QList<QByteArray> writtenLines()
 {
-    return QFile::exists(filePath()) ? contentOf(filePath()).split('\n') : QList<QByteArray>();
+    const QByteArray content = contentOf(filePath());
+    return content.isEmpty() ? QList<QByteArray>() : content.split('\n');
 }
 
 } // namespace
