@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the voice path takes: to be made, to begin and end listening, to listen, and to correct what was heard.
+// Measures the voice path: its construction, the start and end of a capture, the load during one, and the corrections.
 
 #include "Endpointer.h"
 #include "SherpaEngine.h"
@@ -26,10 +26,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <functional>
 #include <vector>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -37,20 +40,20 @@ namespace
 constexpr int s_runs = 50;
 constexpr int s_constructions = 40;
 constexpr int s_warmUps = 3;
-constexpr int s_listenMs = 10000;
+constexpr std::chrono::milliseconds s_listenTime = 10s;
 constexpr int s_correctionRuns = 20;
 constexpr int s_sentences = 1000;
 
-constexpr double s_stopAtMost = Pcm::ChunkMs;
-constexpr double s_wakeAtMost = 1.2;
-constexpr double s_coreAtMost = 2; // %
-constexpr double s_constructionAtMost = 1.5;
+constexpr double s_maxStopMs = Pcm::ChunkDuration.count();
+constexpr double s_maxWakeRatio = 1.2;
+constexpr double s_maxCorePercent = 2;
+constexpr double s_maxConstructionRatio = 1.5;
 
-//! The real microphone, in which somebody speaks if that is wanted. Tells when chunks were read.
+//! The real microphone. Replaces its audio by speech on request, and counts the chunks that are read.
 class WatchedMicrophone : public Microphone
 {
 public:
-    //! Shared with whoever watches.
+    //! Shared with the measuring code.
     struct Watch
     {
         std::atomic<bool> speaks = false;
@@ -101,11 +104,11 @@ void touch(const QString &path)
     QFile file(path);
     if (!QDir().mkpath(path.section(QLatin1Char('/'), 0, -2)) || !file.open(QIODevice::WriteOnly)
         || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
-        notMeasured("an engine can't be put into the home");
+        notMeasured("cannot install an engine in the home");
     }
 }
 
-//! An engine that is there and does nothing: it is never asked.
+//! Installs an engine that does nothing: it is never run.
 void installEngine()
 {
     const SherpaEngine &engine = SherpaEngine::moonshine();
@@ -119,7 +122,7 @@ void installEngine()
     }
 }
 
-//! A voice path that is ready to listen.
+//! A VoiceBridge that is ready to listen.
 class Listener
 {
 public:
@@ -135,7 +138,7 @@ public:
 
     VoiceBridge *operator->() { return &m_voice; }
 
-    //! Ends whatever goes on, and what comes of it.
+    //! Ends the capture and processes the events of its end.
     void cancel()
     {
         m_voice.cancelListening();
@@ -153,7 +156,7 @@ private:
     VoiceBridge m_voice;
 };
 
-//! From stopListening() until the engine is asked.
+//! From stopListening() to requestTranscription().
 void measureStop()
 {
     WatchedMicrophone::Watch watch;
@@ -167,26 +170,27 @@ void measureStop()
         requested = 0;
         voice->startListening();
         if (!EventLoop::until([&watch] { return watch.chunks >= 3; })) {
-            notMeasured("nothing is heard");
+            notMeasured("no audio is read");
         }
         // Users stop at any time within a chunk.
-        EventLoop::run((run + s_warmUps) * 7 % Pcm::ChunkMs);
+        EventLoop::run((run + s_warmUps) * 7 % static_cast<int>(Pcm::ChunkDuration.count()));
         const qint64 stopped = Clock::now();
         voice->stopListening();
         if (!EventLoop::until([&requested] { return requested != 0; })) {
-            notMeasured("the end of a capture does not come");
+            notMeasured("a capture does not end");
         }
         if (run >= 0) {
             times.push_back(Clock::milliseconds(requested - stopped));
         }
         voice.cancel();
     }
-    Figures::bounded("voice.stop-to-request", Statistics::median(times), "ms", s_stopAtMost);
+    Figures::bounded("voice.stop-to-request", Statistics::median(times), "ms", s_maxStopMs);
     Figures::plain("voice.stop-to-request.99th", Statistics::percentile(times, 0.99), "ms");
 }
 
-//! Medians of what the program and something bare take, in ms and in turn, and the one divided by the other.
-void measureInTurn(const QByteArray &name, int runs, double atMost, const std::function<double()> &program,
+//! Runs the program's code and a bare equivalent alternately. Reports the median times and their ratio.
+//! @param program and @p bare return milliseconds
+void measureInTurn(const QByteArray &name, int runs, double maxRatio, const std::function<double()> &program,
                    const std::function<double()> &bare)
 {
     std::vector<double> programTimes;
@@ -203,10 +207,10 @@ void measureInTurn(const QByteArray &name, int runs, double atMost, const std::f
     const double bareTime = Statistics::median(bareTimes);
     Figures::plain(name, programTime, "ms");
     Figures::plain(name + ".bare", bareTime, "ms");
-    Figures::bounded(name + ".ratio", programTime / bareTime, "x", atMost);
+    Figures::bounded(name + ".ratio", programTime / bareTime, "x", maxRatio);
 }
 
-//! Opens the same stream and reads one chunk when the signal comes, and does nothing else.
+//! The bare equivalent: opens the same stream and reads one chunk when the signal arrives.
 class BareListener : public QObject
 {
     Q_OBJECT
@@ -234,7 +238,7 @@ private:
     const OpenMicrophone m_open;
 };
 
-//! From the signal on the bus until the first chunk was read.
+//! From the signal on the bus until the first chunk is read.
 void measureWakeWord()
 {
     WatchedMicrophone::Watch watch;
@@ -248,14 +252,14 @@ void measureWakeWord()
         const qint64 sent = Clock::now();
         detector.send(signal);
         if (!EventLoop::until([&watch] { return watch.firstRead != 0; })) {
-            notMeasured("nothing is heard after the wake word");
+            notMeasured("no audio is read after the wake word");
         }
         return Clock::milliseconds(watch.firstRead - sent);
     };
 
     BareListener bare(watch);
     measureInTurn(
-        "voice.wake-to-first-chunk", s_runs, s_wakeAtMost,
+        "voice.wake-to-first-chunk", s_runs, s_maxWakeRatio,
         [&] {
             Listener voice(watch);
             const double time = wake();
@@ -270,7 +274,7 @@ void measureWakeWord()
         });
 }
 
-//! Processor time of all threads while a quiet room is listened to.
+//! Processor time of all threads during a capture of silence.
 void measureListening()
 {
     const auto work = [] {
@@ -282,21 +286,21 @@ void measureListening()
     Listener voice(watch);
     voice->startListening();
     if (!EventLoop::until([&watch] { return watch.chunks >= 3; })) {
-        notMeasured("nothing is heard");
+        notMeasured("no audio is read");
     }
     const double before = work();
     const qint64 begun = Clock::now();
-    EventLoop::run(s_listenMs);
+    EventLoop::run(static_cast<int>(s_listenTime.count()));
     const double spent = work() - before;
     const auto lasted = static_cast<double>(Clock::now() - begun);
     if (!voice->isListening()) {
         notMeasured("the capture ended too early");
     }
-    Figures::bounded("voice.listening", spent / lasted * 100, "% of a core", s_coreAtMost);
+    Figures::bounded("voice.listening", spent / lasted * 100, "% of a core", s_maxCorePercent);
     voice.cancel();
 }
 
-//! A thousand different sentences as people say them to an assistant, some of them misheard. Always the same.
+//! A thousand different commands, some of them with recognition errors. Always the same.
 QStringList sentences()
 {
     const char *const beginnings[] = {"open the",       "close the",   "switch to",   "hey tovvi open",
@@ -324,7 +328,7 @@ QStringList sentences()
     }
     all = all.mid(0, s_sentences);
     if (QSet<QString>(all.cbegin(), all.cend()).size() != s_sentences) {
-        notMeasured("the sentences aren't a thousand different ones");
+        notMeasured("the sentences are not a thousand different ones");
     }
     return all;
 }
@@ -353,7 +357,7 @@ void measureCorrections()
     Figures::plain("voice.corrections.changed", changed, "of 1000");
 }
 
-// Construction is measured in processes of their own, as the connection to the bus is made once in each.
+// Construction is measured in separate processes because each process connects to the bus only once.
 
 void construct()
 {
@@ -362,7 +366,7 @@ void construct()
     std::printf("time %lld\n", static_cast<long long>(Clock::now() - begun));
 }
 
-//! What can't be done without.
+//! The bare equivalent: only what is indispensable.
 void constructBare()
 {
     const qint64 begun = Clock::now();
@@ -384,7 +388,7 @@ void measureConstruction()
         return Clock::milliseconds(Child::valuesOf(result).value("time").value(0).toLongLong());
     };
     measureInTurn(
-        "voice.construction", s_constructions, s_constructionAtMost, [&] { return timeOf("construct"); },
+        "voice.construction", s_constructions, s_maxConstructionRatio, [&] { return timeOf("construct"); },
         [&] { return timeOf("construct-bare"); });
 }
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the whisper worker adds to the library: the time of a whole transcription against that of whisper_full() in the
-// same call. With a model that takes next to no time for its words, so that the worker's share is as great as it gets.
+// Measures the overhead of the whisper worker: the time of a transcription compared with that of whisper_full() in it.
+// The model is tiny, so that the worker's share is as large as possible.
 
 #include "support/Clock.h"
 #include "support/Figures.h"
@@ -41,7 +41,7 @@ int main(int argc, char **argv)
     WhisperWorker worker;
     if (!worker.loadModel(
             TinyModel::write(directory.filePath(QStringLiteral("tiny.bin")), TinyModel::saying({"open", " it"})))) {
-        notMeasured("the library doesn't load the model");
+        notMeasured("the library does not load the model");
     }
 
     double library = 0; // ms

@@ -7,10 +7,10 @@
 #include <QString>
 #include <QTemporaryDir>
 
-//! A PulseAudio daemon beside the one of the test's surroundings, which a test can stop and kill. While it lives,
-//! PULSE_SERVER leads to it. Its default source is the monitor of the null sink "mic".
+//! A second PulseAudio daemon besides the one of the test environment, which a test can freeze and kill. PULSE_SERVER
+//! is set to it until this object is deleted. Its default source is the monitor of the null sink "mic".
 //!
-//! What goes wrong in making it fails the running test.
+//! Errors in its set-up fail the running test.
 class PulseDaemon
 {
 public:
@@ -18,10 +18,9 @@ public:
     ~PulseDaemon();
     Q_DISABLE_COPY_MOVE(PulseDaemon)
 
-    //! It no longer answers, but its connections stay.
+    //! Stops the process: it no longer replies, but its connections stay open.
     void freeze();
     void thaw();
-    //! Dies at once.
     void kill();
 
 private:

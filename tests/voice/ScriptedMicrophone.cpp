@@ -8,11 +8,18 @@
 #include <algorithm>
 #include <chrono>
 
+using namespace std::chrono_literals;
+
+namespace
+{
+constexpr auto s_chunkInterval = 10ms;
+} // namespace
+
 struct ScriptedMicrophone::State
 {
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::deque<qint16> chunks; // one sample stands for all of its chunk
+    std::deque<qint16> chunks; // the value of all samples of a chunk
     bool broken = false;
     Afterwards afterwards;
     int read = 0;
@@ -40,13 +47,13 @@ public:
     bool read(void *data, std::size_t bytes) override
     {
         std::unique_lock lock(m_state->mutex);
-        const auto something = [this] { return m_state->broken || !m_state->chunks.empty(); };
+        const auto hasNext = [this] { return m_state->broken || !m_state->chunks.empty(); };
         if (m_state->afterwards == Afterwards::Blocks) {
             m_state->awaited = true;
-            m_state->changed.wait(lock, something);
+            m_state->changed.wait(lock, hasNext);
             m_state->awaited = false;
-        } else if (!something()) {
-            m_state->changed.wait_for(lock, std::chrono::milliseconds(10), something);
+        } else if (!hasNext()) {
+            m_state->changed.wait_for(lock, s_chunkInterval, hasNext);
         }
         qint16 sample = m_state->afterwards == Afterwards::Talks ? Loud : Quiet;
         if (!m_state->chunks.empty()) {

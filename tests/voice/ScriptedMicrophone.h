@@ -14,39 +14,37 @@
 #include <thread>
 #include <vector>
 
-//! A microphone that hears what a test says, as quickly as it is read.
+//! A microphone that delivers the chunks of a test's script as fast as they are read.
 class ScriptedMicrophone
 {
 public:
     static constexpr qint16 Loud = 3000;
     static constexpr qint16 Quiet = 0;
 
-    //! What a read gives when nothing is left of the script.
+    //! The result of a read after the end of the script.
     enum class Afterwards
     {
-        Blocks, //!< until something comes, as with an audio server that has frozen
-        Hisses, //!< quiet chunks, one every 10 ms: a quicker second than that of a room
-        Talks, //!< the same, but loud
+        Blocks, //!< until a chunk is added, like a frozen audio server
+        Hisses, //!< a quiet chunk every 10 ms, five times faster than real time
+        Talks, //!< a loud chunk every 10 ms
     };
 
     explicit ScriptedMicrophone(Afterwards afterwards = Afterwards::Hisses);
-    //! Lets go of reads that block.
+    //! Releases blocked reads.
     ~ScriptedMicrophone();
 
-    //! Adds chunks whose samples are all the same.
+    //! Adds chunks in which all samples are equal.
     void hear(int chunks, qint16 sample);
-    //! Reads fail from here on.
+    //! Reads fail after the end of the script.
     void breakDown();
-    //! Chunks that were read so far.
     int chunksRead() const;
-    //! Somebody waits in a read for what comes next.
+    //! Whether a read is blocked.
     bool isAwaited() const;
-    //! Streams that are open now.
     int openStreams() const;
     //! The thread of the last read.
     std::thread::id readingThread() const;
 
-    //! To be given to whoever opens a microphone. It may outlive this object.
+    //! For VoiceParts. May outlive this object.
     OpenMicrophone opener();
 
 private:

@@ -3,7 +3,8 @@
 
 #include "Sentence.h"
 
-#include <QFile>
+#include "Files.h"
+
 #include <QTest>
 
 #include <cstring>
@@ -11,7 +12,7 @@
 namespace
 {
 
-constexpr int s_wavHeader = 44; // bytes
+constexpr int s_wavHeaderBytes = 44;
 
 bool run(const QString &program, const QStringList &arguments)
 {
@@ -32,10 +33,10 @@ Sentence::Sentence(const QString &words)
 
 Sentence::~Sentence()
 {
-    fallSilent();
+    stop();
 }
 
-void Sentence::fallSilent()
+void Sentence::stop()
 {
     if (m_player.state() != QProcess::NotRunning) {
         m_player.kill();
@@ -45,7 +46,7 @@ void Sentence::fallSilent()
 
 void Sentence::speak()
 {
-    fallSilent();
+    stop();
     m_player.start(QStringLiteral("paplay"), {QStringLiteral("--device=mic"), m_file});
     QVERIFY(m_player.waitForStarted());
 }
@@ -58,13 +59,12 @@ void Sentence::speakToTheEnd()
 
 std::vector<qint16> Sentence::samples() const
 {
-    QFile file(m_file);
-    return file.open(QIODevice::ReadOnly) ? samplesIn(file.readAll()) : std::vector<qint16>();
+    return samplesIn(contentOf(m_file));
 }
 
 std::vector<qint16> Sentence::samplesIn(const QByteArray &wav)
 {
-    const QByteArray data = wav.mid(s_wavHeader);
+    const QByteArray data = wav.mid(s_wavHeaderBytes);
     std::vector<qint16> samples(static_cast<std::size_t>(data.size()) / sizeof(qint16));
     std::memcpy(samples.data(), data.constData(), samples.size() * sizeof(qint16));
     return samples;

@@ -10,30 +10,30 @@
 
 #include <vector>
 
-//! A sentence that is spoken into the microphone of the test's surroundings, in the microphone's own format, so that
-//! nothing is resampled on the way.
+//! A synthesized sentence that is played into the microphone of the test environment. It has the microphone's format,
+//! so that it isn't resampled.
 class Sentence
 {
 public:
     explicit Sentence(const QString &words);
-    //! Falls silent.
+    //! Stops playing.
     ~Sentence();
     Q_DISABLE_COPY_MOVE(Sentence)
 
-    //! Whether there is something to speak.
+    //! Whether the sentence was synthesized.
     bool isMade() const { return m_isMade; }
 
-    //! From the beginning.
+    //! Starts playing from the beginning.
     void speak();
-    //! Returns when it was spoken.
+    //! Plays the whole sentence before it returns.
     void speakToTheEnd();
 
     std::vector<qint16> samples() const;
-    //! Those of a sound file with the header that everybody writes.
+    //! The samples of a WAV file with a header of 44 bytes.
     static std::vector<qint16> samplesIn(const QByteArray &wav);
 
 private:
-    void fallSilent();
+    void stop();
 
     const QTemporaryDir m_directory;
     const QString m_file;

@@ -29,7 +29,7 @@ QString silenceAfter(std::chrono::milliseconds audio)
     return QStringLiteral("SILENCE  no speech detected after %1 ms").arg(audio.count());
 }
 
-//! All of an object's signals but the level's, whose number depends on the scheduler.
+//! The entries without the level's signal, which occurs a varying number of times.
 QStringList withoutLevel(const QStringList &entries)
 {
     QStringList rest = entries;
@@ -39,7 +39,7 @@ QStringList withoutLevel(const QStringList &entries)
 
 } // namespace
 
-//! Listening, from the microphone to the engine.
+//! Captures, from the microphone to the engine.
 class tst_VoiceBridgeCapture : public QObject
 {
     Q_OBJECT
@@ -48,26 +48,26 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void hearsASentence();
-    void givesTheEngineWhatWasSaid();
+    void capturesASentence();
+    void passesTheUtteranceToTheEngine();
     void startsOnlyWhenIdle();
-    void stopEndsWithWhatWasHeard();
+    void stopKeepsTheSamples();
     void stopBeforeSpeech();
     void stopWhenIdleDoesNothing();
     void cutsAtTheLimit();
     void quietRoomEndsAtTheLimit();
-    void oddTimeoutOfTheStoreEndsAfterOneChunk();
+    void storedTimeoutBelowMinimumIsOneChunk();
     void brokenMicrophoneEndsAsIfStopped();
     void brokenMicrophoneBeforeSpeech();
     void microphoneThatCannotBeOpened();
     void missingModel();
-    void levelIsTold();
+    void reportsTheLevel();
     void cancelsWhileListening();
     void cancelsWhileTranscribing();
     void cancelsWhenIdle();
-    void startsAnewAfterACancelInTheSameTurn();
-    void startsAnewWhenTheEndIsHeard();
-    void cancelsWhenTheStartIsHeard();
+    void restartsInTheSameEventLoopTurn();
+    void restartsInASlotOfTheEnd();
+    void cancelsInASlotOfTheStart();
 };
 
 void tst_VoiceBridgeCapture::initTestCase()
@@ -82,7 +82,7 @@ void tst_VoiceBridgeCapture::init()
     WhisperStandIn::say({QByteArray("hello world")});
 }
 
-void tst_VoiceBridgeCapture::hearsASentence()
+void tst_VoiceBridgeCapture::capturesASentence()
 {
     ListeningFixture fixture;
     SignalLog heard(fixture.voice.get());
@@ -96,7 +96,7 @@ void tst_VoiceBridgeCapture::hearsASentence()
     QVERIFY(!fixture.voice->isListening());
     QVERIFY(!fixture.voice->isTranscribing());
     QCOMPARE(fixture.microphone.openStreams(), 0);
-    // 3 quiet, 5 loud and 4 quiet chunks, the last of which isn't counted; the first three aren't kept.
+    // 3 quiet, 5 loud and 4 quiet chunks, the last of which isn't counted. The first three aren't stored.
     const QString samples = QString::number((5 + s_silenceChunks) * Pcm::ChunkSamples);
     const QStringList log = fixture.log();
     QCOMPARE(log.mid(0, 3),
@@ -107,7 +107,7 @@ void tst_VoiceBridgeCapture::hearsASentence()
 
     QStringList events = withoutLevel(heard.entries());
     events.removeAll(QStringLiteral("voiceLogChanged()"));
-    // The audio, which is no text, is another test's.
+    // Another test compares the audio.
     QCOMPARE(events.filter(QStringLiteral("requestTranscription(")).size(), 1);
     events = events.filter(QRegularExpression(QStringLiteral("^(?!requestTranscription)")));
     QCOMPARE(events,
@@ -123,7 +123,7 @@ void tst_VoiceBridgeCapture::hearsASentence()
              }));
 }
 
-void tst_VoiceBridgeCapture::givesTheEngineWhatWasSaid()
+void tst_VoiceBridgeCapture::passesTheUtteranceToTheEngine()
 {
     ListeningFixture fixture;
     QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
@@ -167,7 +167,7 @@ void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
     QCOMPARE(fixture.log().count(s_start), 1);
 }
 
-void tst_VoiceBridgeCapture::stopEndsWithWhatWasHeard()
+void tst_VoiceBridgeCapture::stopKeepsTheSamples()
 {
     ListeningFixture fixture(Afterwards::Talks);
     fixture.microphone.hear(5, ScriptedMicrophone::Loud);
@@ -175,7 +175,7 @@ void tst_VoiceBridgeCapture::stopEndsWithWhatWasHeard()
     QTRY_VERIFY(fixture.microphone.chunksRead() >= 7);
     QVERIFY(fixture.voice->isListening());
     fixture.voice->stopListening();
-    QVERIFY(fixture.voice->isListening()); // the end comes later, by itself
+    QVERIFY(fixture.voice->isListening()); // the capture ends asynchronously
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
     const int chunks = fixture.microphone.chunksRead();
     QVERIFY(fixture.log().contains(QStringLiteral("CAPTURE done  audio=%1ms  samples=%2")
@@ -233,7 +233,7 @@ void tst_VoiceBridgeCapture::quietRoomEndsAtTheLimit()
     QCOMPARE(fixture.log(), (QStringList {s_start, silenceAfter(30s)}));
 }
 
-void tst_VoiceBridgeCapture::oddTimeoutOfTheStoreEndsAfterOneChunk()
+void tst_VoiceBridgeCapture::storedTimeoutBelowMinimumIsOneChunk()
 {
     QSettings().setValue(QStringLiteral("voice/silenceTimeoutMs"), 20);
     MessageLog messages;
@@ -292,7 +292,7 @@ void tst_VoiceBridgeCapture::microphoneThatCannotBeOpened()
                            QStringLiteral("errorOccurred(\"Cannot open microphone: Kein Gerät %1\")")}));
     QCOMPARE(voice.lastError(), QString());
 
-    // Nothing is tried again before the user has cancelled.
+    // There is no second attempt until the user cancels.
     QVERIFY(voice.isListening());
     voice.startListening();
     voice.stopListening();
@@ -319,10 +319,10 @@ void tst_VoiceBridgeCapture::missingModel()
              (QStringList {QStringLiteral("voiceLogChanged()"), QStringLiteral("modelLoadedChanged()"),
                            QStringLiteral("errorOccurred(\"Whisper model not found. Download ggml-base.en.bin to "
                                           "~/.local/share/tovi-forkeldaos/models/\")")}));
-    QCOMPARE(voice.voiceLog().size(), 1); // the start is told before
+    QCOMPARE(voice.voiceLog().size(), 1); // the start was logged before
 }
 
-void tst_VoiceBridgeCapture::levelIsTold()
+void tst_VoiceBridgeCapture::reportsTheLevel()
 {
     ListeningFixture fixture(Afterwards::Blocks);
     QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
@@ -330,7 +330,7 @@ void tst_VoiceBridgeCapture::levelIsTold()
     fixture.voice->startListening();
     QTRY_COMPARE(levels.size(), 1);
     QCOMPARE(fixture.voice->inputLevel(), 0.5);
-    fixture.microphone.hear(4, 8192); // numbers 1 to 4
+    fixture.microphone.hear(4, 8192); // indexes 1 to 4
     QTRY_COMPARE(fixture.microphone.chunksRead(), 5);
     fixture.microphone.hear(1, 4096);
     QTRY_COMPARE(levels.size(), 2);
@@ -356,7 +356,7 @@ void tst_VoiceBridgeCapture::cancelsWhileListening()
     QCOMPARE(fixture.microphone.openStreams(), 0);
     QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("listeningChanged()")});
 
-    // The thread's end still comes, and finds nothing left.
+    // The end of the thread is still delivered, and finds no samples.
     QTRY_COMPARE(heard.entries().count(QStringLiteral("errorOccurred(\"No speech detected\")")), 1);
     QCOMPARE(heard.entries().count(QStringLiteral("listeningChanged()")), 1);
     QVERIFY(fixture.log().constLast().startsWith(QStringLiteral("SILENCE  no speech detected after ")));
@@ -386,11 +386,11 @@ void tst_VoiceBridgeCapture::cancelsWhenIdle()
     SignalLog heard(fixture.voice.get());
     fixture.voice->cancelListening();
     QCoreApplication::processEvents();
-    // The level is told to be zero all the same.
+    // Intentional: the level is reset anyway.
     QCOMPARE(heard.entries(), QStringList {QStringLiteral("inputLevelChanged()")});
 }
 
-void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
+void tst_VoiceBridgeCapture::restartsInTheSameEventLoopTurn()
 {
     ListeningFixture fixture(Afterwards::Talks);
     QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
@@ -400,7 +400,7 @@ void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
     fixture.voice->cancelListening();
     SignalLog heard(fixture.voice.get());
     fixture.voice->startListening();
-    // Now the end of the first is delivered: it says its words, and the second goes on.
+    // Now the end of the first capture is delivered. It reports its error, and the second capture continues.
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), s_noSpeech);
     QVERIFY(fixture.voice->isListening());
@@ -413,7 +413,7 @@ void tst_VoiceBridgeCapture::startsAnewAfterACancelInTheSameTurn()
     QCOMPARE(errors.size(), 1);
 }
 
-void tst_VoiceBridgeCapture::startsAnewWhenTheEndIsHeard()
+void tst_VoiceBridgeCapture::restartsInASlotOfTheEnd()
 {
     ListeningFixture fixture;
     QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
@@ -426,12 +426,12 @@ void tst_VoiceBridgeCapture::startsAnewWhenTheEndIsHeard()
     fixture.hearSentence();
     fixture.voice->startListening();
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
-    // The next capture has not taken the utterance away.
+    // The next capture has not discarded the utterance.
     QCOMPARE(requests.constFirst().constFirst().toByteArray().size(), (5 + s_silenceChunks) * Pcm::ChunkBytes);
     QVERIFY(fixture.voice->isListening());
 }
 
-void tst_VoiceBridgeCapture::cancelsWhenTheStartIsHeard()
+void tst_VoiceBridgeCapture::cancelsInASlotOfTheStart()
 {
     ListeningFixture fixture;
     connect(fixture.voice.get(), &VoiceBridge::listeningChanged, this, [&fixture] {

@@ -47,7 +47,7 @@ QString error(const QString &text)
 
 } // namespace
 
-//! How an engine is chosen and its model loaded.
+//! The choice of an engine, and loading its model.
 class tst_VoiceBridgeEngines : public QObject
 {
     Q_OBJECT
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void tellsWhatIsAvailable();
+    void reportsAvailability();
     void refusesWhatIsNotAvailable_data();
     void refusesWhatIsNotAvailable();
     void chooses_data();
@@ -64,7 +64,7 @@ private Q_SLOTS:
     void choosingLoadsAndStores();
     void choosingThePresentOneDoesNotReload();
     void choosingCancels();
-    void failureToLoadIsTold();
+    void reportsAFailureToLoad();
 
     void unknownBackendIsWhisperBase();
     void noOtherWhisperModelIsTaken();
@@ -91,7 +91,7 @@ void tst_VoiceBridgeEngines::init()
     WhisperStandIn::reset();
 }
 
-void tst_VoiceBridgeEngines::tellsWhatIsAvailable()
+void tst_VoiceBridgeEngines::reportsAvailability()
 {
     const WhisperModelFile small(s_smallModel);
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
@@ -188,7 +188,7 @@ void tst_VoiceBridgeEngines::choosingLoadsAndStores()
     voice.setSttBackend(QStringLiteral("moonshine"));
     QCOMPARE(heard.entries(),
              (QStringList {
-                 QStringLiteral("inputLevelChanged()"), // of the cancel
+                 QStringLiteral("inputLevelChanged()"), // from cancelListening()
                  QStringLiteral("sttBackendChanged()"),
                  QStringLiteral("modelLoadedChanged()"),
                  QStringLiteral("modelLoadedChanged()"), // load begins
@@ -228,12 +228,12 @@ void tst_VoiceBridgeEngines::choosingCancels()
     QCOMPARE(microphone.openStreams(), 0);
 }
 
-void tst_VoiceBridgeEngines::failureToLoadIsTold()
+void tst_VoiceBridgeEngines::reportsAFailureToLoad()
 {
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
-    voice.setSttBackend(QStringLiteral("whisper")); // always offered, though its model isn't there
+    voice.setSttBackend(QStringLiteral("whisper")); // never refused, even without its model
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper"));
     QCOMPARE(storedBackend(), QStringLiteral("whisper"));
     QCOMPARE(heard.entries().constLast(), error(s_whisperNotFound));
@@ -292,9 +292,9 @@ void tst_VoiceBridgeEngines::brokenWhisperModel()
     QCOMPARE(heard.entries(),
              (QStringList {QStringLiteral("modelLoadedChanged()"),
                            QStringLiteral("errorOccurred(\"Failed to load whisper model: /no/such/%1.bin\")")}));
-    QCOMPARE(WhisperStandIn::livingContexts(), 0); // the one before is gone
+    QCOMPARE(WhisperStandIn::livingContexts(), 0); // the old model is freed
 
-    // The next start of listening tries again, and finds the one at its usual place.
+    // The next attempt finds the installed model.
     QVERIFY(voice.loadModel());
     QVERIFY(voice.isModelLoaded());
 }
@@ -392,7 +392,7 @@ void tst_VoiceBridgeEngines::sherpaModelByPath()
     voice.setSttBackend(QStringLiteral("moonshine"));
     QVERIFY(voice.loadModel(other.path()));
     QCOMPARE(voice.modelName(), QFileInfo(other.path()).fileName());
-    // What is no directory is passed over for the usual place.
+    // Without that directory, the installed model is loaded.
     QVERIFY(voice.loadModel(QStringLiteral("/no/such/place")));
     QCOMPARE(voice.modelName(), QDir(standIn.modelDir()).dirName());
 }
@@ -414,7 +414,7 @@ void tst_VoiceBridgeEngines::sherpaIsUnavailable()
 {
     QFETCH(QByteArray, backend);
     QFETCH(QString, reason);
-    storeBackend(backend.constData()); // chosen while it was there
+    storeBackend(backend.constData()); // chosen while it was installed
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);

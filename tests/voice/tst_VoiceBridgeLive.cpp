@@ -24,7 +24,7 @@ namespace
 
 const QString s_modelName = QStringLiteral("sherpa-onnx-nemotron-speech-streaming-en-0.6b-560ms-int8-2026-04-25");
 
-//! A live engine that a test plays. It writes down what is asked of it, and says what it is told to.
+//! A scripted live engine. Records its calls and returns the texts that a test sets.
 class ScriptedStreaming : public NemotronStreamingWorker
 {
 public:
@@ -76,7 +76,7 @@ public:
         return m_fed;
     }
 
-    // To be set before the first use.
+    // Must be set before the first use.
     bool m_loads = true;
     bool m_fails = false;
     QStringList m_partials;
@@ -93,7 +93,7 @@ private:
     QByteArray m_fed;
 };
 
-//! A voice path that has a live engine.
+//! A VoiceBridge with a scripted live engine.
 struct Fixture
 {
     explicit Fixture(bool available = true)
@@ -123,7 +123,7 @@ struct Fixture
     std::unique_ptr<VoiceBridge> voice;
 };
 
-//! The directory of the live model, in the test's home.
+//! The directory of the live model in the test's home.
 class StreamingModel
 {
 public:
@@ -139,7 +139,7 @@ private:
 
 } // namespace
 
-//! Live transcription. No engine is in this build, so that one of the test's own is put in.
+//! Live transcription, with a scripted engine because the program has none.
 class tst_VoiceBridgeLive : public QObject
 {
     Q_OBJECT
@@ -159,8 +159,8 @@ private Q_SLOTS:
     void cancels();
     void cancelsAfterSpeech();
     void cancelsBeforeTheSession();
-    void batchWhereItIsForced();
-    void batchWhereItIsWanted();
+    void batchIfForced();
+    void batchIfChosen();
     void batchWithoutAnEngine();
     void laterBatchKeepsTheStreamingModel();
 };
@@ -209,13 +209,13 @@ void tst_VoiceBridgeLive::showsWordsWhileTheyAreSpoken()
     fixture.voice->startListening();
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
 
-    // Cleared at the start, shown when they change and corrected, and cleared at the end.
+    // Cleared at the start and at the end. In between, corrected and only updated by changes.
     QCOMPARE(shown, (QStringList {QString(), QStringLiteral("open"), QStringLiteral("open Dolphin"), QString()}));
     QCOMPARE(fixture.voice->lastTranscriptionMs(), 12.5);
     QCOMPARE(
         fixture.streaming->calls(),
         (QStringList {QStringLiteral("load ") + s_modelName, QStringLiteral("start"), QStringLiteral("finalize")}));
-    // Every chunk, silence too.
+    // All chunks, including silence.
     QCOMPARE(fixture.streaming->fed().size(), (2 + 5 + 4) * Pcm::ChunkBytes);
     const QStringList log = fixture.log();
     QCOMPARE(log.mid(0, 3),
@@ -251,7 +251,7 @@ void tst_VoiceBridgeLive::takesUpALoadedModel()
     fixture.hearSentence();
     fixture.voice->startListening();
     QTRY_VERIFY(!fixture.voice->lastTranscript().isEmpty());
-    QVERIFY(!fixture.voice->loadModel()); // no whisper model is there
+    QVERIFY(!fixture.voice->loadModel()); // no whisper model is installed
     QVERIFY(!fixture.voice->isModelLoaded());
     fixture.voice->startListening();
     QVERIFY(fixture.voice->isModelLoaded());
@@ -333,7 +333,7 @@ void tst_VoiceBridgeLive::cancelsAfterSpeech()
     QTRY_VERIFY(fixture.microphone.chunksRead() >= 4);
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
-    // The end that was on its way doesn't know of that: it is a transcription, which the engine ends.
+    // The end of the capture was already queued. It starts a transcription, which the engine ends.
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the Dolphin"));
     QCOMPARE(fixture.streaming->calls().mid(2), (QStringList {QStringLiteral("cancel"), QStringLiteral("finalize")}));
     QVERIFY(!fixture.voice->isTranscribing());
@@ -352,7 +352,7 @@ void tst_VoiceBridgeLive::cancelsBeforeTheSession()
     QVERIFY(!fixture.streaming->calls().contains(QStringLiteral("start")));
 }
 
-void tst_VoiceBridgeLive::batchWhereItIsForced()
+void tst_VoiceBridgeLive::batchIfForced()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
@@ -366,7 +366,7 @@ void tst_VoiceBridgeLive::batchWhereItIsForced()
     QCOMPARE(fixture.streaming->fed(), QByteArray());
 }
 
-void tst_VoiceBridgeLive::batchWhereItIsWanted()
+void tst_VoiceBridgeLive::batchIfChosen()
 {
     const StreamingModel model;
     const WhisperModelFile whisper;
@@ -386,7 +386,7 @@ void tst_VoiceBridgeLive::batchWithoutAnEngine()
     QCOMPARE(fixture.voice->sttInputMode(), QStringLiteral("live"));
     fixture.voice->startListening();
     QVERIFY(fixture.log().constLast().contains(QStringLiteral("mode=batch")));
-    // A capture that isn't live ends the session all the same; there is none.
+    // Intentional: cancels the session of a batch capture, too, although there is none.
     fixture.voice->cancelListening();
     QTRY_COMPARE(fixture.streaming->calls(), QStringList {QStringLiteral("cancel")});
 }
@@ -402,7 +402,7 @@ void tst_VoiceBridgeLive::laterBatchKeepsTheStreamingModel()
     fixture.voice->setSttInputMode(QStringLiteral("batch"));
     fixture.hearSentence();
     fixture.voice->startListening();
-    // The loaded model counts for both, so that none is loaded for this one.
+    // Intentional: the streaming model counts as loaded, so that no whisper model is loaded.
     QTRY_COMPARE(fixture.voice->lastError(), QStringLiteral("Model not loaded"));
     QVERIFY(!WhisperStandIn::calls().contains(QStringLiteral("init ") + whisper.path()));
 }

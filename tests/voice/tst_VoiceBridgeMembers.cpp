@@ -12,7 +12,7 @@
 
 using Members::Kind;
 
-//! What voiceBridge offers to QML, and how it begins.
+//! The members that voiceBridge offers to QML, their first values, and the log of the construction.
 class tst_VoiceBridgeMembers : public QObject
 {
     Q_OBJECT
@@ -166,7 +166,7 @@ void tst_VoiceBridgeMembers::firstValues()
     QCOMPARE(voice.partialTranscript(), QString());
     QCOMPARE(voice.liveSttAvailable(), false);
     QCOMPARE(voice.liveSttEnabled(), true);
-    // A fresh store has the wish for live transcription, which this build can't grant.
+    // A fresh store asks for live transcription, which isn't available in this build.
     QCOMPARE(voice.sttInputMode(), QStringLiteral("live"));
     QCOMPARE(voice.voiceSubmitMode(), QStringLiteral("auto"));
     QCOMPARE(voice.voiceTestActive(), false);

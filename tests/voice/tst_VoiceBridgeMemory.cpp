@@ -12,7 +12,7 @@
 #include <atomic>
 #include <cstdlib>
 
-// The sanitizers have a malloc of their own.
+// The sanitizers replace malloc themselves.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define COUNTS_MALLOC
 #endif
@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr std::size_t s_utterance = Capture::MaximumSamples * sizeof(qint16); // bytes
-//! What a container adds to it, in bytes. An engine's samples in another format are far larger.
+//! Maximum overhead of a container, in bytes. The samples that an engine converts take far more.
 constexpr std::size_t s_overhead = 4096;
 
 std::atomic<int> s_utterances = 0;
@@ -31,7 +31,7 @@ std::atomic<int> s_utterances = 0;
 #ifdef COUNTS_MALLOC
 extern "C" void *__libc_malloc(std::size_t size);
 
-//! In place of the C library's, for all of this process.
+//! Replaces the C library's function in the whole process.
 extern "C" void *malloc(std::size_t size)
 {
     if (size >= s_utterance && size <= s_utterance + s_overhead) {
@@ -41,7 +41,7 @@ extern "C" void *malloc(std::size_t size)
 }
 #endif
 
-//! What the longest utterances take.
+//! The memory that the longest utterances take.
 class tst_VoiceBridgeMemory : public QObject
 {
     Q_OBJECT
@@ -68,7 +68,7 @@ void tst_VoiceBridgeMemory::isTakenOnce()
         fixture.microphone.hear(700, ScriptedMicrophone::Loud);
         fixture.voice->startListening();
         QTRY_COMPARE(fixture.voice->lastTranscript(), QString::number(round));
-        // The buffer, once for all, and for each utterance one copy that goes to the engine.
+        // The buffer, which is reused, and one copy per utterance for the engine.
         QCOMPARE(s_utterances.load(), 1 + round);
     }
 }

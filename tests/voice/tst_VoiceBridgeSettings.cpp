@@ -32,7 +32,7 @@ QString entry(const QString &line)
 
 } // namespace
 
-//! The settings of the voice path: what is read, what each setter makes of a value, what is told of it.
+//! The voice settings: how they are read, and how the setters normalize, store, log and announce a value.
 class tst_VoiceBridgeSettings : public QObject
 {
     Q_OBJECT
@@ -45,13 +45,13 @@ private Q_SLOTS:
     void readsTheInputMode();
     void readsTheSubmitMode_data();
     void readsTheSubmitMode();
-    void takesOtherValuesAsTheyStand();
+    void readsOtherValuesUnchecked();
     void survivesARestart();
     void sets_data();
     void sets();
     void sameValueDoesNothing_data();
     void sameValueDoesNothing();
-    void inputModeAndSwitchAreOneWish();
+    void switchFollowsTheInputMode();
     void switchForwardsToTheMode();
     void testModesAreNotStored();
     void logIsKeptWhileItIsOn();
@@ -81,8 +81,8 @@ void tst_VoiceBridgeSettings::readsTheInputMode_data()
     QTest::newRow("batch") << text("batch") << QVariant(true) << "batch";
     QTest::newRow("by hand") << text("LIVE ") << QVariant(false) << "live";
     QTest::newRow("by hand, batch") << text("\tBatch") << QVariant(true) << "batch";
-    QTest::newRow("odd") << text("both") << QVariant(true) << "live";
-    QTest::newRow("odd, switched off") << text("both") << QVariant(false) << "batch";
+    QTest::newRow("invalid") << text("both") << QVariant(true) << "live";
+    QTest::newRow("invalid, switched off") << text("both") << QVariant(false) << "batch";
     QTest::newRow("empty") << text("") << QVariant() << "live";
 }
 
@@ -100,7 +100,7 @@ void tst_VoiceBridgeSettings::readsTheInputMode()
     const VoiceBridge voice(VoiceFixture::parts());
     QTEST(voice.sttInputMode(), "expected");
     QCOMPARE(voice.liveSttEnabled(), liveEnabled.isValid() ? liveEnabled.toBool() : true);
-    QCOMPARE(stored("sttInputMode"), mode); // reading repairs nothing in the store
+    QCOMPARE(stored("sttInputMode"), mode); // reading never writes to the store
 }
 
 void tst_VoiceBridgeSettings::readsTheSubmitMode_data()
@@ -114,8 +114,8 @@ void tst_VoiceBridgeSettings::readsTheSubmitMode_data()
                              << "manual";
     QTest::newRow("auto") << "auto"
                           << "auto";
-    QTest::newRow("odd") << "never"
-                         << "auto";
+    QTest::newRow("invalid") << "never"
+                             << "auto";
 }
 
 void tst_VoiceBridgeSettings::readsTheSubmitMode()
@@ -127,7 +127,7 @@ void tst_VoiceBridgeSettings::readsTheSubmitMode()
     QTEST(voice.voiceSubmitMode(), "expected");
 }
 
-void tst_VoiceBridgeSettings::takesOtherValuesAsTheyStand()
+void tst_VoiceBridgeSettings::readsOtherValuesUnchecked()
 {
     store("ttsEnabled", true);
     store("sttBackend", QStringLiteral(" Whisper "));
@@ -195,7 +195,7 @@ void tst_VoiceBridgeSettings::sets_data()
         "VoiceBridge: requested tovi-wakeword.service start", "");
     row("submit mode", "voiceSubmitMode", text("manual"), text("manual"), "voiceSubmitModeChanged()",
         "[VoiceBridge] voiceSubmitMode -> manual", "Setting changed: submit mode = manual");
-    row("submit mode, by ear", "voiceSubmitMode", text(" MANUAL\n"), text("manual"), "voiceSubmitModeChanged()",
+    row("submit mode, normalized", "voiceSubmitMode", text(" MANUAL\n"), text("manual"), "voiceSubmitModeChanged()",
         "[VoiceBridge] voiceSubmitMode -> manual", "Setting changed: submit mode = manual");
     row("silence", "silenceTimeoutMs", 1500, 1500, "silenceTimeoutMsChanged()",
         "[VoiceBridge] silenceTimeoutMs -> 1500", "Setting changed: silence timeout = 1500 ms");
@@ -258,7 +258,7 @@ void tst_VoiceBridgeSettings::sameValueDoesNothing_data()
     row("sttInputMode", text("batch"), text("nonsense"));
     row("voiceSubmitMode", text("auto"), text("nonsense"));
     row("voiceSubmitMode", text("manual"), text("Manual"));
-    // The value is brought within its bounds before it is compared.
+    // The value is clamped before it is compared.
     row("silenceTimeoutMs", 5000, 9000);
     row("silenceTimeoutMs", 200, -1);
     row("voiceConfirmDelaySec", 15, 20);
@@ -288,7 +288,7 @@ void tst_VoiceBridgeSettings::sameValueDoesNothing()
     QCOMPARE(voice.voiceLog(), lines);
 }
 
-void tst_VoiceBridgeSettings::inputModeAndSwitchAreOneWish()
+void tst_VoiceBridgeSettings::switchFollowsTheInputMode()
 {
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
@@ -316,13 +316,13 @@ void tst_VoiceBridgeSettings::inputModeAndSwitchAreOneWish()
 
 void tst_VoiceBridgeSettings::switchForwardsToTheMode()
 {
-    store("sttInputMode", QStringLiteral("batch")); // while the switch is on, as it is at first
+    store("sttInputMode", QStringLiteral("batch")); // while the switch has its default, which is on
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
     SignalLog heard(&voice);
     QCOMPARE(voice.liveSttEnabled(), true);
     voice.setLiveSttEnabled(false);
-    QCOMPARE(heard.take(), QStringList()); // the mode is what counts, and it is so already
+    QCOMPARE(heard.take(), QStringList()); // the mode counts, and it is "batch" already
 
     voice.setLiveSttEnabled(true);
     QCOMPARE(voice.sttInputMode(), QStringLiteral("live"));
@@ -371,7 +371,7 @@ void tst_VoiceBridgeSettings::logIsKeptWhileItIsOn()
     QVERIFY(form.match(voice.voiceLog().constFirst()).hasMatch());
 
     voice.setVoiceLogEnabled(false);
-    QCOMPARE(voice.voiceLog().size(), 200); // what was kept stays
+    QCOMPARE(voice.voiceLog().size(), 200); // existing lines are kept
     heard.take();
     voice.clearVoiceLog();
     QCOMPARE(voice.voiceLog(), QStringList());

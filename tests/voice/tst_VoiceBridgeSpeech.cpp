@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "MessageLog.h"
 #include "PiperStandIn.h"
 #include "SignalLog.h"
@@ -9,7 +10,6 @@
 #include "VoiceFixture.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSignalSpy>
@@ -20,7 +20,7 @@
 namespace
 {
 
-//! A voice path that speaks through stand-ins, and is to do so.
+//! A VoiceBridge with stand-ins for piper and paplay, and speech switched on.
 struct Fixture
 {
     Fixture() { voice->setTtsEnabled(true); }
@@ -33,7 +33,7 @@ struct Fixture
 
 } // namespace
 
-//! What VoiceBridge adds to the parts that speak and that keep the voice test's log.
+//! The part of VoiceBridge in speech output and in the log of voice tests.
 class tst_VoiceBridgeSpeech : public QObject
 {
     Q_OBJECT
@@ -45,11 +45,11 @@ private Q_SLOTS:
     void speaks();
     void isSilentWhenItIsOff();
     void isSilentWithoutAVoice();
-    void isSilentForBlanks();
+    void isSilentForWhitespace();
     void stopsWhatPlays_data();
     void stopsWhatPlays();
     void endsWhileSpeaking();
-    void keepsTheVoiceTestsLog();
+    void writesTheVoiceTestLog();
 };
 
 void tst_VoiceBridgeSpeech::initTestCase()
@@ -98,13 +98,13 @@ void tst_VoiceBridgeSpeech::isSilentWithoutAVoice()
     QCOMPARE(heard.entries(), QStringList());
 }
 
-void tst_VoiceBridgeSpeech::isSilentForBlanks()
+void tst_VoiceBridgeSpeech::isSilentForWhitespace()
 {
     Fixture fixture;
     fixture.piper.hangs();
     fixture.voice->speak(QStringLiteral("hello"));
     SignalLog heard(fixture.voice.get());
-    fixture.voice->speak(QStringLiteral(" \n\t")); // not even what plays is stopped
+    fixture.voice->speak(QStringLiteral(" \n\t")); // doesn't stop the current reply either
     QCOMPARE(heard.entries(), QStringList());
     QVERIFY(fixture.voice->isSpeaking());
 }
@@ -113,7 +113,7 @@ void tst_VoiceBridgeSpeech::stopsWhatPlays_data()
 {
     QTest::addColumn<QString>("nextReply");
     QTest::newRow("by the user") << QString();
-    QTest::newRow("for code alone, of which nothing is said") << "```\nrm -rf /\n```";
+    QTest::newRow("by a reply that is only code") << "```\nrm -rf /\n```";
 }
 
 void tst_VoiceBridgeSpeech::stopsWhatPlays()
@@ -137,12 +137,12 @@ void tst_VoiceBridgeSpeech::endsWhileSpeaking()
     fixture.voice->speak(QStringLiteral("hello"));
     QTRY_COMPARE(fixture.piper.runs(), 1);
     fixture.voice.reset();
-    // The kill counts as a crash; Qt has nothing to add about a process that still runs.
+    // The kill counts as a crash. There is no warning by Qt about a running process.
     QCOMPARE(fixture.messages.warnings(),
              QStringList {QStringLiteral("VoiceBridge: piper process error: \"Process crashed\"")});
 }
 
-void tst_VoiceBridgeSpeech::keepsTheVoiceTestsLog()
+void tst_VoiceBridgeSpeech::writesTheVoiceTestLog()
 {
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
@@ -156,9 +156,7 @@ void tst_VoiceBridgeSpeech::keepsTheVoiceTestsLog()
                                   QStringLiteral("open %1 \"it\"\n"), 0.75, 1234);
     voice.appendVoiceTestFeedback(QStringLiteral("v02"), QString(), QStringLiteral("open it"), QStringLiteral("  "), 0,
                                   1);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArrayList lines = file.readAll().split('\n');
+    const QByteArrayList lines = contentOf(path).split('\n');
     QCOMPARE(lines.size(), 2); // one record, and its line feed
     QJsonObject record = QJsonDocument::fromJson(lines.constFirst()).object();
     QVERIFY(record.take(QStringLiteral("timestamp")).toString().endsWith(QStringLiteral("ZZ")));

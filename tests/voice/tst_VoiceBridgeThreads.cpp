@@ -14,7 +14,7 @@
 
 using Afterwards = ScriptedMicrophone::Afterwards;
 
-//! Threads that outlast what they were made for: a microphone that freezes, and an object that ends in the middle.
+//! Threads that outlive their purpose: a frozen microphone, and a VoiceBridge that is deleted during an utterance.
 class tst_VoiceBridgeThreads : public QObject
 {
     Q_OBJECT
@@ -56,17 +56,17 @@ void tst_VoiceBridgeThreads::frozenMicrophone()
 
     voice.startListening();
     QTRY_VERIFY(frozen->isAwaited());
-    voice.cancelListening(); // waits its three seconds
+    voice.cancelListening(); // blocks for three seconds
     QVERIFY(!voice.isListening());
     QCOMPARE(frozen->openStreams(), 1);
     QCOMPARE(errors.size(), 0);
 
-    // Another one goes on beside it.
+    // Another capture can run at the same time.
     open = sound.opener();
     voice.startListening();
     QTRY_VERIFY(sound.chunksRead() > 0);
     frozen->hear(1, ScriptedMicrophone::Loud);
-    QTRY_COMPARE(errors.size(), 1); // it tells its end, late
+    QTRY_COMPARE(errors.size(), 1); // the late end is reported
     QTRY_COMPARE(frozen->openStreams(), 0);
     QVERIFY(voice.isListening());
     sound.hear(5, ScriptedMicrophone::Loud);
@@ -92,7 +92,7 @@ void tst_VoiceBridgeThreads::endsWhileTranscribing()
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.voice->isTranscribing());
     WhisperStandIn::waitUntilHeld();
-    // It waits for the engine, whose end comes from another thread meanwhile.
+    // The destructor waits for the engine, which another thread releases meanwhile.
     std::thread release([] { WhisperStandIn::letGo(); });
     fixture.voice.reset();
     release.join();
@@ -106,7 +106,7 @@ void tst_VoiceBridgeThreads::endsWhileFrozen()
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.microphone.isAwaited());
     fixture.voice.reset();
-    // Its thread comes back after it: there is nobody to tell, and the stream goes.
+    // The thread ends after VoiceBridge was deleted. It reports to nobody, and closes the stream.
     fixture.microphone.hear(1, ScriptedMicrophone::Loud);
     QTRY_COMPARE(fixture.microphone.openStreams(), 0);
 }

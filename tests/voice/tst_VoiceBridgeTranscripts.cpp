@@ -24,7 +24,7 @@ QByteArray utterance()
 
 } // namespace
 
-//! What becomes of a finished utterance: which engine gets it, and what is made of its text or failure.
+//! Finished utterances: which engine gets them, and how its transcript or error is handled.
 class tst_VoiceBridgeTranscripts : public QObject
 {
     Q_OBJECT
@@ -124,7 +124,7 @@ void tst_VoiceBridgeTranscripts::failureOfTheEngine()
                            QStringLiteral("voiceLogChanged()"), QStringLiteral("errorOccurred(\"Audio too short\")")}));
     QCOMPARE(VoiceFixture::logEntries(voice), QStringList {QStringLiteral("ERROR Audio too short")});
 
-    // The next transcript, and the next load, clear it.
+    // The next transcript and the next load clear it.
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("stand-in"));
     QCOMPARE(voice.lastError(), QString());
@@ -159,14 +159,14 @@ void tst_VoiceBridgeTranscripts::choosesAnotherEngineWhileOneWorks()
     nemotron.says(QStringLiteral("new words"));
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
-    const auto letGo = qScopeGuard([&moonshine] { moonshine.releaseAll(); }); // the voice path waits for its engine
+    const auto letGo = qScopeGuard([&moonshine] { moonshine.releaseAll(); }); // VoiceBridge waits for its engine
     voice.setSttBackend(QStringLiteral("moonshine"));
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(moonshine.runs(), 1);
     voice.setSttBackend(QStringLiteral("nemotron"));
     QVERIFY(voice.isModelLoaded());
     Q_EMIT voice.requestTranscription(utterance());
-    // The one that works isn't stopped, and the next waits its turn.
+    // The running engine isn't stopped, and the next one waits for it.
     QSignalSpy transcripts(&voice, &VoiceBridge::transcriptReady);
     QCOMPARE(nemotron.runs(), 0);
     moonshine.release();

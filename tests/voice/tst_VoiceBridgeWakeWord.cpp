@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "MessageLog.h"
 #include "PiperStandIn.h"
 #include "SignalLog.h"
@@ -25,7 +26,7 @@ const QString s_interface = QStringLiteral("org.kde.loomra.WakeWord");
 const QString s_member = QStringLiteral("Activated");
 const QString s_phrase = QStringLiteral("hey %1");
 
-//! The detector, on a connection of its own to the bus.
+//! The detector, with its own connection to the bus.
 class Detector
 {
 public:
@@ -48,7 +49,7 @@ private:
     QDBusConnection m_bus;
 };
 
-//! A reply that is read aloud and doesn't end by itself.
+//! A reply that is read aloud until it is stopped.
 class LongReply
 {
 public:
@@ -58,7 +59,7 @@ public:
         m_paplay.playsOn();
     }
 
-    //! True once it is being read.
+    //! Returns true once it is read aloud.
     bool begins(VoiceBridge &voice)
     {
         voice.setTtsEnabled(true);
@@ -71,21 +72,21 @@ private:
     PaplayStandIn m_paplay;
 };
 
-//! What the user's manager was asked for.
-QByteArrayList requestsToTheManager()
+//! The arguments of the recorded calls of systemctl.
+QByteArrayList systemctlCalls()
 {
-    QFile file(qEnvironmentVariable("TOVICTL_SYSTEMCTL_LOG"));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QByteArrayList();
+    const QByteArray log = contentOf(qEnvironmentVariable("TOVICTL_SYSTEMCTL_LOG"));
+    return log.isEmpty() ? QByteArrayList() : log.split('\n');
 }
 
-//! Of all that was told, what the wake word is about.
-QStringList story(const SignalLog &heard)
+//! The recorded signals that concern the wake word.
+QStringList wakeWordEvents(const SignalLog &heard)
 {
     return heard.entries().filter(QRegularExpression(QStringLiteral("^(wakeWord|speaking|listening|transcribing)")));
 }
 
 const QString s_activated = QStringLiteral("wakeWordActivated(\"hey %1\")");
-//! Speech is cut off. It is told of piper's end and of paplay's.
+//! Speech is stopped. The ends of piper and of paplay are both reported.
 const QStringList s_speechEnds = {QStringLiteral("speakingChanged()"), QStringLiteral("speakingChanged()"),
                                   QStringLiteral("speakingFinished()")};
 
@@ -94,7 +95,7 @@ const QByteArray s_stop = QByteArrayLiteral("--user stop tovi-wakeword.service")
 
 } // namespace
 
-//! The wake word, over a real session bus.
+//! The wake word, with a real session bus.
 class tst_VoiceBridgeWakeWord : public QObject
 {
     Q_OBJECT
@@ -108,9 +109,9 @@ private Q_SLOTS:
     void duringACapture();
     void duringATranscription();
     void cutsSpeechOff();
-    void asksForTheService();
-    void asksForTheServiceAtStart();
-    void withoutAManager();
+    void startsAndStopsTheService();
+    void startsTheServiceOnConstruction();
+    void withoutSystemctl();
 };
 
 void tst_VoiceBridgeWakeWord::initTestCase()
@@ -131,7 +132,7 @@ void tst_VoiceBridgeWakeWord::startsListening()
     MessageLog messages;
     ScriptedMicrophone microphone;
     VoiceBridge voice(VoiceFixture::parts(microphone));
-    QVERIFY(!voice.wakeWordEnabled()); // it is acted on all the same
+    QVERIFY(!voice.wakeWordEnabled()); // the signal is handled anyway
     SignalLog heard(&voice);
     Detector detector;
     QVERIFY(detector.hears());
@@ -151,7 +152,7 @@ void tst_VoiceBridgeWakeWord::onlyItsSignalCounts()
     QVERIFY(detector.hears(s_phrase, s_path, QStringLiteral("org.kde.loomra.Other")));
     QVERIFY(detector.hears(s_phrase, s_path, s_interface, QStringLiteral("Deactivated")));
     QVERIFY(detector.hears(7));
-    // What was sent before has arrived when this one does.
+    // When this signal arrives, the ones before have arrived.
     QVERIFY(detector.hears());
     QTRY_COMPARE(activations.size(), 1);
     QCOMPARE(activations.constFirst().constFirst().toString(), s_phrase);
@@ -172,7 +173,7 @@ void tst_VoiceBridgeWakeWord::duringACapture()
     QVERIFY(detector.hears());
     QTRY_VERIFY(!voice.isSpeaking());
     QVERIFY(voice.isListening());
-    QCOMPARE(story(heard), QStringList {s_activated} + s_speechEnds);
+    QCOMPARE(wakeWordEvents(heard), QStringList {s_activated} + s_speechEnds);
     QCOMPARE(VoiceFixture::logEntries(voice).filter(QStringLiteral("START")).size(), 1);
 }
 
@@ -198,7 +199,7 @@ void tst_VoiceBridgeWakeWord::duringATranscription()
     WhisperStandIn::letGo();
     QTRY_VERIFY(!voice.isTranscribing());
     QVERIFY(!voice.isListening());
-    QCOMPARE(story(heard),
+    QCOMPARE(wakeWordEvents(heard),
              QStringList {s_activated} + s_speechEnds + QStringList {QStringLiteral("transcribingChanged()")});
 }
 
@@ -215,25 +216,25 @@ void tst_VoiceBridgeWakeWord::cutsSpeechOff()
     QVERIFY(detector.hears());
     QTRY_VERIFY(voice.isListening());
     QVERIFY(!voice.isSpeaking());
-    // The microphone isn't to hear the speech.
-    QCOMPARE(story(heard),
+    // The microphone must not record the speech.
+    QCOMPARE(wakeWordEvents(heard),
              QStringList {s_activated} + s_speechEnds + QStringList {QStringLiteral("listeningChanged()")});
 }
 
-void tst_VoiceBridgeWakeWord::asksForTheService()
+void tst_VoiceBridgeWakeWord::startsAndStopsTheService()
 {
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
-    QVERIFY(requestsToTheManager().isEmpty());
+    QVERIFY(systemctlCalls().isEmpty());
     SignalLog heard(&voice);
     voice.setWakeWordEnabled(true);
-    QTRY_COMPARE(requestsToTheManager(), (QByteArrayList {s_start, QByteArray()}));
-    voice.setWakeWordEnabled(true); // starts nothing
+    QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, QByteArray()}));
+    voice.setWakeWordEnabled(true); // no change, no call
     voice.setWakeWordEnabled(false);
-    QTRY_COMPARE(requestsToTheManager(), (QByteArrayList {s_start, s_stop, QByteArray()}));
-    // Nobody waits for what was started: a request too many may come late, but seldom as late as this.
+    QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, s_stop, QByteArray()}));
+    // VoiceBridge doesn't wait for systemctl. A wrong call may be recorded late, but hardly after this one.
     voice.setWakeWordEnabled(true);
-    QTRY_COMPARE(requestsToTheManager(), (QByteArrayList {s_start, s_stop, s_start, QByteArray()}));
+    QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, s_stop, s_start, QByteArray()}));
     const QString changed = QStringLiteral("wakeWordEnabledChanged()");
     QCOMPARE(heard.entries(), (QStringList {changed, changed, changed}));
     const QString requested = QStringLiteral("VoiceBridge: requested tovi-wakeword.service ");
@@ -242,23 +243,23 @@ void tst_VoiceBridgeWakeWord::asksForTheService()
     QVERIFY(messages.has(QtDebugMsg, requested + QLatin1String("stop")));
 }
 
-void tst_VoiceBridgeWakeWord::asksForTheServiceAtStart()
+void tst_VoiceBridgeWakeWord::startsTheServiceOnConstruction()
 {
     QSettings().setValue(QStringLiteral("voice/wakeWordEnabled"), true);
     MessageLog messages;
     {
         const VoiceBridge voice(VoiceFixture::parts());
         QVERIFY(voice.wakeWordEnabled());
-        QTRY_COMPARE(requestsToTheManager(), (QByteArrayList {s_start, QByteArray()}));
-        // The last thing that it does.
+        QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, QByteArray()}));
+        // The last step of the construction.
         QCOMPARE(messages.lines().constLast().text,
                  QStringLiteral("VoiceBridge: requested tovi-wakeword.service start"));
     }
-    // The service stays when the program ends.
-    QCOMPARE(requestsToTheManager(), (QByteArrayList {s_start, QByteArray()}));
+    // The service isn't stopped with the program.
+    QCOMPARE(systemctlCalls(), (QByteArrayList {s_start, QByteArray()}));
 }
 
-void tst_VoiceBridgeWakeWord::withoutAManager()
+void tst_VoiceBridgeWakeWord::withoutSystemctl()
 {
     const FakePath path(FakePath::Rest::Hidden);
     MessageLog messages;

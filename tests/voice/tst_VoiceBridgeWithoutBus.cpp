@@ -9,16 +9,16 @@
 
 #include <QTest>
 
-//! The voice path where there is no session bus.
+//! VoiceBridge without a session bus.
 class tst_VoiceBridgeWithoutBus : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void wakeWordStaysDead();
+    void disablesTheWakeWord();
 };
 
-void tst_VoiceBridgeWithoutBus::wakeWordStaysDead()
+void tst_VoiceBridgeWithoutBus::disablesTheWakeWord()
 {
     TestSetup::setAboutData();
     const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
@@ -27,7 +27,7 @@ void tst_VoiceBridgeWithoutBus::wakeWordStaysDead()
     QCOMPARE(messages.warnings(),
              QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
     QCOMPARE(messages.count(QStringLiteral("VoiceBridge: listening for wake word")), 0);
-    voice.setVoiceLogEnabled(true); // all else works
+    voice.setVoiceLogEnabled(true); // everything else works
     QVERIFY(voice.voiceLogEnabled());
 }
 

@@ -22,28 +22,28 @@
 namespace
 {
 
-constexpr int s_silenceChunks = 14; // of 700 ms
+constexpr int s_silenceChunks = 14; // 700 ms
 
-//! Where in what was said the heard part begins, below zero for silence before it; nothing where they differ anywhere.
-//! What is heard may go on in silence.
-std::optional<int> beginningOf(const std::vector<qint16> &heard, const std::vector<qint16> &said)
+//! The index in the sentence at which the recording begins; negative if the recording begins with silence. No value if
+//! they differ anywhere. The recording may end with silence.
+std::optional<int> beginningOf(const std::vector<qint16> &recorded, const std::vector<qint16> &sentenceSamples)
 {
-    const std::vector<qint16> room(heard.size(), 0); // before and after the sentence
-    std::vector<qint16> all = room;
-    all.insert(all.end(), said.begin(), said.end());
-    all.insert(all.end(), room.begin(), room.end());
-    const auto found = std::search(all.begin(), all.end(), heard.begin(), heard.end());
-    return found == all.end() ? std::nullopt : std::optional(int(found - all.begin()) - int(room.size()));
+    const std::vector<qint16> silence(recorded.size(), 0); // before and after the sentence
+    std::vector<qint16> all = silence;
+    all.insert(all.end(), sentenceSamples.begin(), sentenceSamples.end());
+    all.insert(all.end(), silence.begin(), silence.end());
+    const auto found = std::search(all.begin(), all.end(), recorded.begin(), recorded.end());
+    return found == all.end() ? std::nullopt : std::optional(int(found - all.begin()) - int(silence.size()));
 }
 
-//! Whether just that was heard, from its first loud chunk on.
-bool isHeardFrom(const std::vector<qint16> &heard, const std::vector<qint16> &said)
+//! Whether the recording is the sentence from its first loud chunk on.
+bool isRecordingOf(const std::vector<qint16> &recorded, const std::vector<qint16> &sentenceSamples)
 {
-    const std::optional<int> begin = beginningOf(heard, said);
-    return !heard.empty() && begin && *begin > -Pcm::ChunkSamples;
+    const std::optional<int> begin = beginningOf(recorded, sentenceSamples);
+    return !recorded.empty() && begin && *begin > -Pcm::ChunkSamples;
 }
 
-//! The loudest of all chunks that can be cut out of it.
+//! The maximum level of all chunks, at whatever offset they begin.
 double loudest(const std::vector<qint16> &samples)
 {
     std::vector<qint16> padded(samples);
@@ -55,11 +55,11 @@ double loudest(const std::vector<qint16> &samples)
     return loudest;
 }
 
-//! A voice path that uses a stand-in engine and the real microphone.
+//! A VoiceBridge with the real microphone and a stand-in for the engine.
 struct Fixture
 {
-    //! Waits until somebody speaks, and then for as much of it as an engine wants.
-    bool hearsSpeech()
+    //! Waits for speech, and then for as much of it as an engine needs.
+    bool waitForSpeech()
     {
         const auto loud = [this] { return voice->inputLevel() > Endpointer::SpeechThreshold; };
         if (!QTest::qWaitFor(loud)) {
@@ -76,7 +76,7 @@ struct Fixture
         voice->setVoiceLogEnabled(true);
         voice->setSttBackend(QStringLiteral("moonshine"));
     }
-    //! A test that failed in the middle may have left the engine held, for which the voice path would wait.
+    //! If the test has failed, the engine may still be held, and VoiceBridge would wait for it.
     ~Fixture() { moonshine.releaseAll(); }
     Q_DISABLE_COPY_MOVE(Fixture)
 
@@ -87,7 +87,7 @@ struct Fixture
 
 } // namespace
 
-//! The real microphone of a real audio daemon.
+//! The real microphone, with a real audio daemon.
 class tst_VoiceMicrophone : public QObject
 {
     Q_OBJECT
@@ -96,8 +96,8 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void hearsASentence();
-    void hearsTwoSentences();
+    void recordsASentence();
+    void recordsTwoSentences();
     void stopsInTheMiddle();
     void cancelsAtEveryStage();
     void silentRoom();
@@ -120,7 +120,7 @@ void tst_VoiceMicrophone::init()
     TestSetup::clearSettings();
 }
 
-void tst_VoiceMicrophone::hearsASentence()
+void tst_VoiceMicrophone::recordsASentence()
 {
     Sentence sentence(QStringLiteral("Open the file manager"));
     QVERIFY(sentence.isMade());
@@ -128,30 +128,31 @@ void tst_VoiceMicrophone::hearsASentence()
     QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
     fixture.voice->startListening();
     QVERIFY(fixture.voice->isListening());
-    QTRY_VERIFY(levels.size() > 0); // it reads
+    QTRY_VERIFY(levels.size() > 0); // it is reading
     sentence.speak();
     QTRY_VERIFY(fixture.voice->inputLevel() > Endpointer::SpeechThreshold);
     QTRY_COMPARE_WITH_TIMEOUT(fixture.voice->lastTranscript(), QStringLiteral("open the file manager"), 20000);
 
-    const std::vector<qint16> heard = Sentence::samplesIn(fixture.moonshine.wav());
-    const std::vector<qint16> said = sentence.samples();
-    QVERIFY2(isHeardFrom(heard, said), "what was heard isn't what was said");
-    const int begin = beginningOf(heard, said).value();
-    // What is missing at the beginning was too quiet to be speech, and nothing is missing at the end.
+    const std::vector<qint16> recorded = Sentence::samplesIn(fixture.moonshine.wav());
+    const std::vector<qint16> sentenceSamples = sentence.samples();
+    QVERIFY2(isRecordingOf(recorded, sentenceSamples), "the recording differs from the sentence");
+    const int begin = beginningOf(recorded, sentenceSamples).value();
+    // The missing beginning was too quiet to be speech. Nothing is missing at the end.
     if (begin > 0) {
-        QVERIFY(loudest(std::vector<qint16>(said.begin(), said.begin() + begin)) < Endpointer::SpeechThreshold);
+        QVERIFY(loudest(std::vector<qint16>(sentenceSamples.begin(), sentenceSamples.begin() + begin))
+                < Endpointer::SpeechThreshold);
     }
-    QVERIFY(heard.size() > said.size() - std::size_t(std::max(begin, 0)));
-    const std::vector<qint16> end(heard.end() - s_silenceChunks * Pcm::ChunkSamples, heard.end());
+    QVERIFY(recorded.size() > sentenceSamples.size() - std::size_t(std::max(begin, 0)));
+    const std::vector<qint16> end(recorded.end() - s_silenceChunks * Pcm::ChunkSamples, recorded.end());
     QVERIFY(loudest(end) < Endpointer::SpeechThreshold);
     QVERIFY(VoiceFixture::logEntries(*fixture.voice)
                 .filter(QStringLiteral("CAPTURE done"))
                 .constFirst()
-                .endsWith(QStringLiteral("samples=%1").arg(heard.size())));
+                .endsWith(QStringLiteral("samples=%1").arg(recorded.size())));
     QCOMPARE(fixture.messages.warnings(), QStringList());
 }
 
-void tst_VoiceMicrophone::hearsTwoSentences()
+void tst_VoiceMicrophone::recordsTwoSentences()
 {
     Sentence first(QStringLiteral("Undo that"));
     Sentence second(QStringLiteral("What time is it"));
@@ -163,7 +164,7 @@ void tst_VoiceMicrophone::hearsTwoSentences()
         sentence->speak();
         const int count = transcripts.size() + 1;
         QTRY_COMPARE_WITH_TIMEOUT(transcripts.size(), count, 20000);
-        QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence->samples()));
+        QVERIFY(isRecordingOf(Sentence::samplesIn(fixture.moonshine.wav()), sentence->samples()));
     }
 }
 
@@ -174,11 +175,11 @@ void tst_VoiceMicrophone::stopsInTheMiddle()
     Fixture fixture;
     fixture.voice->startListening();
     sentence.speak();
-    QVERIFY(fixture.hearsSpeech());
+    QVERIFY(fixture.waitForSpeech());
     fixture.voice->stopListening();
     QTRY_VERIFY(!fixture.voice->lastTranscript().isEmpty());
     QVERIFY(Sentence::samplesIn(fixture.moonshine.wav()).size() < sentence.samples().size());
-    QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
+    QVERIFY(isRecordingOf(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
 }
 
 void tst_VoiceMicrophone::cancelsAtEveryStage()
@@ -189,24 +190,24 @@ void tst_VoiceMicrophone::cancelsAtEveryStage()
     fixture.moonshine.hold();
     QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
 
-    fixture.voice->startListening(); // before anything was read
+    fixture.voice->startListening(); // before the first read
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
 
     QSignalSpy levels(fixture.voice.get(), &VoiceBridge::inputLevelChanged);
-    fixture.voice->startListening(); // while nobody speaks
+    fixture.voice->startListening(); // during silence
     QTRY_VERIFY(levels.size() > 1);
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
 
-    fixture.voice->startListening(); // while somebody does
+    fixture.voice->startListening(); // during speech
     sentence.speak();
     QTRY_VERIFY(fixture.voice->inputLevel() > Endpointer::SpeechThreshold);
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
     QCOMPARE(requests.size(), 0);
 
-    fixture.voice->startListening(); // while the engine works
+    fixture.voice->startListening(); // while the engine is running
     sentence.speakToTheEnd();
     QTRY_COMPARE(fixture.moonshine.runs(), 1);
     QVERIFY(fixture.voice->isTranscribing());
@@ -233,7 +234,7 @@ void tst_VoiceMicrophone::silentRoom()
 
 void tst_VoiceMicrophone::readsArePrompt()
 {
-    // A sink as desktops have it: without a wish of ours its monitor gives fragments of two seconds.
+    // A sink as on desktops. By default its monitor delivers fragments of two seconds.
     QCOMPARE(QProcess::execute(QStringLiteral("pactl"),
                                {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
                                 QStringLiteral("sink_name=plain")}),
@@ -253,7 +254,7 @@ void tst_VoiceMicrophone::readsArePrompt()
     QVERIFY2(text.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(text));
     QVERIFY2(text.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(text));
     QVERIFY2(text.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(text));
-    // What the server still holds behind one chunk: as good as nothing, or the rest of a fragment.
+    // The server has either almost nothing left after one chunk, or the rest of a long fragment.
     const QRegularExpressionMatch held = QRegularExpression(QStringLiteral("Buffer Latency: (\\d+) usec")).match(text);
     QVERIFY2(held.hasMatch(), qPrintable(text));
     QVERIFY2(held.captured(1).toInt() < 500000, qPrintable(text));
@@ -268,7 +269,7 @@ void tst_VoiceMicrophone::environmentIsAsBefore_data()
 
 void tst_VoiceMicrophone::environmentIsAsBefore()
 {
-    // It would reach every child process.
+    // Child processes must not inherit the variable.
     QFETCH(QByteArray, latency);
     const ScopedEnvironment variable("PULSE_LATENCY_MSEC", latency);
     QString reason;
@@ -292,7 +293,7 @@ void tst_VoiceMicrophone::noServer()
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
 
-    // It comes back.
+    // The server is back.
     fixture.voice->startListening();
     fixture.voice->cancelListening();
     QTRY_COMPARE(errors.size(), 2);
@@ -318,11 +319,11 @@ void tst_VoiceMicrophone::daemonDies()
     QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
     fixture.voice->startListening();
     sentence.speak();
-    QVERIFY(fixture.hearsSpeech());
+    QVERIFY(fixture.waitForSpeech());
     daemon.kill();
-    // What was heard so far is used.
+    // The audio so far is used.
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("open the file manager"));
-    QVERIFY(isHeardFrom(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
+    QVERIFY(isRecordingOf(Sentence::samplesIn(fixture.moonshine.wav()), sentence.samples()));
     QCOMPARE(errors.size(), 0);
 }
 
@@ -335,14 +336,14 @@ void tst_VoiceMicrophone::daemonFreezes()
     fixture.voice->startListening();
     QTRY_VERIFY(levels.size() > 0);
     daemon.freeze();
-    fixture.voice->cancelListening(); // waits, and lets the thread be
+    fixture.voice->cancelListening(); // waits for the timeout and abandons the thread
     QVERIFY(!fixture.voice->isListening());
     QCOMPARE(errors.size(), 0);
     daemon.thaw();
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("No speech detected"));
 
-    // The same once more, and the object ends before the daemon does.
+    // The same again, but VoiceBridge is deleted before the daemon continues.
     levels.clear();
     fixture.voice->startListening();
     QTRY_VERIFY(levels.size() > 0);

@@ -62,12 +62,12 @@ private Q_SLOTS:
     void warnsWhenItCannotOpen();
     void warnsWhenItCannotWrite();
     void submitsNow();
-    void submitsNothingBlank();
+    void doesNotSubmitBlankText();
 };
 
 void tst_VoiceTestLog::choosesThePath_data()
 {
-    QTest::addColumn<QString>("stateHome"); // below the root, as the others
+    QTest::addColumn<QString>("stateHome"); // relative to the root
     QTest::addColumn<QString>("directory");
     QTest::newRow("default") << QString() << "/home/.local/state";
     QTest::newRow("other") << "/state"
@@ -109,7 +109,7 @@ void tst_VoiceTestLog::recordsEverything()
 {
     const std::optional<QJsonObject> record = VoiceTestLog::record(good(), settings(), s_noon);
     QVERIFY(record);
-    // Its readers know the time with two "Z".
+    // Intentional: the time ends with two "Z".
     QCOMPARE(QJsonDocument(*record).toJson(QJsonDocument::Compact),
              QByteArray(R"({"accuracy":0.5,"category":"short","event":"voice.test.submitted",)"
                         R"("hypothesis":"undo this","latencyMs":420,"liveSttAvailable":true,)"
@@ -211,7 +211,7 @@ void tst_VoiceTestLog::warnsWhenItCannotWrite()
     const QString path = QStringLiteral("/dev/full");
     const MessageLog log;
     VoiceTestLog::append(path, *VoiceTestLog::record(good(), settings(), s_noon));
-    // Qt has a word to say about devices too.
+    // Qt logs a warning about the device, too.
     QCOMPARE(log.lines().constLast().type, QtWarningMsg);
     QCOMPARE(log.lines().constLast().text,
              QStringLiteral("VoiceBridge: cannot append voice test log: \"%1\"").arg(path));
@@ -234,7 +234,7 @@ void tst_VoiceTestLog::submitsNow()
     QVERIFY(before <= written && written <= after);
 }
 
-void tst_VoiceTestLog::submitsNothingBlank()
+void tst_VoiceTestLog::doesNotSubmitBlankText()
 {
     const QTemporaryDir state;
     const ScopedEnvironment stateHome("XDG_STATE_HOME", QFile::encodeName(state.path()));

@@ -18,11 +18,11 @@
 namespace
 {
 
-//! Below that many characters too many words are near each other.
-constexpr int s_fuzzyLength = 4;
+//! Minimum length for matches by edit distance, in characters. Too many shorter words resemble each other.
+constexpr int s_minFuzzyLength = 4;
 
-//! Lower case in which every character keeps its place. QString::toLower() lets the dotted capital I grow to two
-//! characters, and takes half a surrogate pair for a whole one.
+//! Converts to lower case and keeps the index of every character. QString::toLower() would turn the dotted capital I
+//! into two characters, and doesn't handle unpaired surrogates.
 QString lowered(const QString &text)
 {
     QString result = text;
@@ -53,9 +53,9 @@ bool isPhrase(const QString &variant)
     return variant.contains(QLatin1Char(' '));
 }
 
-//! Puts @p by in place of each @p what (lower case, not empty) whose end in @p text is accepted. The search goes on
-//! behind what was put in.
-QString replaced(const QString &text, const QString &what, const QString &by,
+//! Replaces each @p what (lower case, not empty) by @p replacement if the index of its end in @p text is accepted.
+//! Doesn't search the replacement.
+QString replaced(const QString &text, const QString &what, const QString &replacement,
                  const std::function<bool(int end)> &accepts)
 {
     const QString low = lowered(text);
@@ -66,7 +66,7 @@ QString replaced(const QString &text, const QString &what, const QString &by,
         const int end = hit + what.size();
         if (accepts(end)) {
             result.append(text.midRef(copied, hit - copied));
-            result.append(by);
+            result.append(replacement);
             copied = end;
             hit = low.indexOf(what, end);
         } else {
@@ -76,7 +76,7 @@ QString replaced(const QString &text, const QString &what, const QString &by,
     return copied == 0 ? text : QString(result + text.midRef(copied));
 }
 
-//! How many letters have to be put in, taken out or changed to make one word of the other.
+//! The edit distance: the number of letters to insert, delete or change.
 int levenshtein(const QString &a, const QString &b)
 {
     QVarLengthArray<int, 32> before(b.size() + 1);
@@ -93,24 +93,24 @@ int levenshtein(const QString &a, const QString &b)
     return before.last();
 }
 
-bool isNear(const QString &word, const QString &variant)
+bool resembles(const QString &word, const QString &variant)
 {
     const int limit = variant.size() < 8 ? 1 : variant.size() / 4;
     return qAbs(word.size() - variant.size()) <= limit && levenshtein(word, variant) <= limit;
 }
 
-bool isHeardFor(const QString &word, const QStringList &variants)
+bool matchesAny(const QString &word, const QStringList &variants)
 {
     const QString low = lowered(word);
     const auto isExact = [&](const QString &variant) { return !isPhrase(variant) && variant == low; };
     const auto isFuzzy = [&](const QString &variant) {
-        return !isPhrase(variant) && variant.size() >= s_fuzzyLength && isNear(low, variant);
+        return !isPhrase(variant) && variant.size() >= s_minFuzzyLength && resembles(low, variant);
     };
     return std::any_of(variants.cbegin(), variants.cend(), isExact)
-        || (word.size() >= s_fuzzyLength && std::any_of(variants.cbegin(), variants.cend(), isFuzzy));
+        || (word.size() >= s_minFuzzyLength && std::any_of(variants.cbegin(), variants.cend(), isFuzzy));
 }
 
-//! Puts @p canonical in place of single words that are heard for it. What follows them up to the next blank stays.
+//! Replaces single words that match a variant by @p canonical. Keeps the punctuation after a word.
 QString wordsReplaced(const QString &text, const QString &canonical, const QStringList &variants)
 {
     QStringList words = text.split(QLatin1Char(' '));
@@ -118,7 +118,7 @@ QString wordsReplaced(const QString &text, const QString &canonical, const QStri
         const auto last = std::find_if(word.crbegin(), word.crend(), isLetterOrDigit);
         const auto length = static_cast<int>(word.crend() - last);
         const QString core = word.left(length);
-        if (core.size() >= 2 && core != canonical && isHeardFor(core, variants)) {
+        if (core.size() >= 2 && core != canonical && matchesAny(core, variants)) {
             word.replace(0, length, canonical);
         }
     }
@@ -159,15 +159,15 @@ void SttPostProcessor::loadRules(const QByteArray &json)
         return;
     }
     const QJsonObject root = document.object();
-    readProductNames(root);
-    readCommandAliases(root);
-    readWordReplacements(root);
+    parseProductNames(root);
+    parseCommandAliases(root);
+    parseWordReplacements(root);
     m_loaded = true;
     qDebug() << "SttPostProcessor: loaded" << m_productNames.size() << "product names," << m_commandAliases.size()
              << "aliases," << m_wordReplacements.size() << "word replacements";
 }
 
-void SttPostProcessor::readProductNames(const QJsonObject &root)
+void SttPostProcessor::parseProductNames(const QJsonObject &root)
 {
     m_productNames.clear();
     const QJsonArray rows = root.value(QLatin1String("product_names")).toArray();
@@ -184,7 +184,7 @@ void SttPostProcessor::readProductNames(const QJsonObject &root)
     }
 }
 
-void SttPostProcessor::readCommandAliases(const QJsonObject &root)
+void SttPostProcessor::parseCommandAliases(const QJsonObject &root)
 {
     m_commandAliases.clear();
     const QJsonArray rows = root.value(QLatin1String("command_aliases")).toArray();
@@ -198,7 +198,7 @@ void SttPostProcessor::readCommandAliases(const QJsonObject &root)
     }
 }
 
-void SttPostProcessor::readWordReplacements(const QJsonObject &root)
+void SttPostProcessor::parseWordReplacements(const QJsonObject &root)
 {
     m_wordReplacements.clear();
     const QJsonArray rows = root.value(QLatin1String("word_replacements")).toArray();
@@ -224,7 +224,7 @@ QString SttPostProcessor::correctFinal(const QString &text) const
     const QString low = lowered(spoken).trimmed();
     const auto alias = std::find_if(m_commandAliases.cbegin(), m_commandAliases.cend(),
                                     [&](const auto &row) { return row.first.match(low).hasMatch(); });
-    // An alias that changes nothing leaves the rest to the other rules.
+    // If the alias changes nothing, the other rules apply.
     if (alias != m_commandAliases.cend() && alias->second != spoken) {
         return alias->second;
     }
@@ -233,7 +233,7 @@ QString SttPostProcessor::correctFinal(const QString &text) const
 
 QString SttPostProcessor::correctPartial(const QString &text) const
 {
-    // Words first: what they become can still turn into a product name.
+    // Words first: their replacements may be variants of product names.
     return text.isEmpty() ? text : applyProductNames(applyWordReplacements(text));
 }
 
@@ -252,7 +252,7 @@ QString SttPostProcessor::applyProductNames(const QString &text) const
     for (const auto &[canonical, variants] : m_productNames) {
         for (const QString &variant : variants) {
             if (isPhrase(variant)) {
-                // Only the right edge must be one of a word: "non the bar" is taken for "on the bar".
+                // Intentional: only the right edge must be a word boundary. "non the bar" contains "on the bar".
                 result = replaced(result, variant, canonical, [&result](int end) {
                     return end == result.size() || !isLetterOrDigit(result.at(end));
                 });

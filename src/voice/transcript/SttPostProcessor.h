@@ -12,41 +12,41 @@
 class QByteArray;
 class QJsonObject;
 
-//! Repairs what speech engines mishear again and again, by rules from a JSON file: short commands as a whole, literal
-//! words, and product names found exactly or by edit distance. Without rules it isn't asked, see isLoaded().
-//! One thread.
+//! Corrects words that speech engines often get wrong, with rules from a JSON file: aliases for short commands, literal
+//! replacements, and product names that are found exactly or by edit distance. Not used without rules, see isLoaded().
+//! Not thread-safe.
 class SttPostProcessor
 {
 public:
-    //! Loads the rules of the program's resources.
+    //! Loads the rules from the program's resources.
     void loadInstalledRules();
-    //! Loads the file @p resource, or @p fallback where that can't be opened. Warns when neither can be read.
+    //! Loads the file @p resource, or @p fallback if that can't be opened. Logs a warning if both fail.
     void loadRulesFrom(const QString &resource, const QString &fallback);
-    //! Takes these rules in place of those before. Bad JSON is warned of and changes nothing; bad rows are left out.
+    //! Replaces the rules. Invalid JSON logs a warning and changes nothing; invalid rows are skipped.
     void loadRules(const QByteArray &json);
-    //! Rules have been read, be it none.
+    //! Whether rules have been loaded, even if there are none in the file.
     bool isLoaded() const { return m_loaded; }
 
-    //! What was meant by a whole utterance. Its closing punctuation is lost, unless there is nothing else.
+    //! Corrects the transcript of a whole utterance. Removes its closing punctuation, unless there is nothing else.
     QString correctFinal(const QString &text) const;
-    //! The same while the user speaks: words and product names alone.
+    //! Corrects a transcript while the user speaks: only words and product names.
     QString correctPartial(const QString &text) const;
 
-    //! Literal replacements, inside of longer words too, each row on the result of the one before.
+    //! Applies the literal replacements in order, also inside longer words.
     QString applyWordReplacements(const QString &text) const;
-    //! Product names in their spelling, each row on the result of the one before.
+    //! Applies the product names in order.
     QString applyProductNames(const QString &text) const;
 
 private:
-    void readProductNames(const QJsonObject &root);
-    void readCommandAliases(const QJsonObject &root);
-    void readWordReplacements(const QJsonObject &root);
+    void parseProductNames(const QJsonObject &root);
+    void parseCommandAliases(const QJsonObject &root);
+    void parseWordReplacements(const QJsonObject &root);
 
-    //! Canonical spelling, and what is heard for it, in lower case.
+    //! The canonical spelling and its variants, in lower case.
     QVector<QPair<QString, QStringList>> m_productNames;
-    //! Patterns for an utterance in lower case, and what it becomes.
+    //! Patterns for an utterance in lower case, and the replacements.
     QVector<QPair<QRegularExpression, QString>> m_commandAliases;
-    //! What is heard, in lower case, and what it becomes.
+    //! The texts to replace, in lower case, and the replacements.
     QVector<QPair<QString, QString>> m_wordReplacements;
     bool m_loaded = false;
 };

@@ -11,14 +11,14 @@ class tst_WavFile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void putsAHeaderBefore_data();
-    void putsAHeaderBefore();
+    void prependsAHeader_data();
+    void prependsAHeader();
 };
 
-void tst_WavFile::putsAHeaderBefore_data()
+void tst_WavFile::prependsAHeader_data()
 {
     QTest::addColumn<QByteArray>("samples");
-    QTest::addColumn<QByteArray>("fileSize"); // less 8
+    QTest::addColumn<QByteArray>("fileSize"); // without the first 8 bytes
     QTest::addColumn<QByteArray>("dataSize");
 
     const auto row = [](const char *name, const QByteArray &samples, const char *fileSize, const char *dataSize) {
@@ -33,7 +33,7 @@ void tst_WavFile::putsAHeaderBefore_data()
     row("half a minute", QByteArray(960000, 'x'), "24a60e00", "00a60e00");
 }
 
-void tst_WavFile::putsAHeaderBefore()
+void tst_WavFile::prependsAHeader()
 {
     QFETCH(QByteArray, samples);
     QFETCH(QByteArray, fileSize);
@@ -43,13 +43,13 @@ void tst_WavFile::putsAHeaderBefore()
     QCOMPARE(file.size(), 44 + samples.size());
     QCOMPARE(file.left(44).toHex(' '),
              QByteArray("RIFF" + fileSize + "WAVEfmt "
-                        + QByteArray::fromHex("10000000" // size of the format
+                        + QByteArray::fromHex("10000000" // size of the format chunk
                                               "0100" // PCM
                                               "0100" // channels
                                               "803e0000" // 16000 Hz
-                                              "007d0000" // 32000 bytes a second
-                                              "0200" // bytes of a sample
-                                              "1000") // bits of a sample
+                                              "007d0000" // 32000 bytes per second
+                                              "0200" // bytes per sample
+                                              "1000") // bits per sample
                         + "data" + dataSize)
                  .toHex(' '));
     QCOMPARE(file.mid(44), samples);

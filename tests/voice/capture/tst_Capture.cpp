@@ -18,7 +18,7 @@ namespace
 constexpr auto s_silence = 200ms;
 constexpr int s_silenceChunks = 4;
 
-//! What a capture told from its thread.
+//! Records the calls of a capture's thread.
 struct Heard
 {
     std::mutex mutex;
@@ -69,13 +69,13 @@ private Q_SLOTS:
     void stops();
     void endsWhenReadsFail();
     void endsAtTheLimit();
-    void tellsEveryFifthLevel();
-    void tellsEveryChunkWhenLive();
-    void readsOnAThreadOfItsOwn();
-    void usesMemoryAgain();
+    void reportsEveryFifthLevel();
+    void reportsEveryChunkWhenLive();
+    void readsOnItsOwnThread();
+    void reusesMemory();
     void joinsTwice();
-    void leavesAFrozenThreadAlone();
-    void aFrozenThreadTellsNothingButItsEnd();
+    void abandonsAFrozenThread();
+    void aFrozenThreadReportsOnlyItsEnd();
 };
 
 void tst_Capture::endsAfterSilence()
@@ -89,7 +89,7 @@ void tst_Capture::endsAfterSilence()
     QTRY_VERIFY(heard.finished);
 
     QVERIFY(heard.speechSeen);
-    QCOMPARE(heard.count, 3 + 2 + s_silenceChunks - 1); // the one that ended it isn't counted
+    QCOMPARE(heard.count, 3 + 2 + s_silenceChunks - 1); // without the chunk that ended it
     std::vector<qint16> expected(2 * Pcm::ChunkSamples, 1000);
     expected.insert(expected.end(), s_silenceChunks * Pcm::ChunkSamples, 7);
     QCOMPARE(capture.join(), expected);
@@ -139,7 +139,7 @@ void tst_Capture::endsAtTheLimit()
     QCOMPARE(samples.capacity() * sizeof(qint16), std::size_t(960000));
 }
 
-void tst_Capture::tellsEveryFifthLevel()
+void tst_Capture::reportsEveryFifthLevel()
 {
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
     for (int i = 0; i < 11; ++i) {
@@ -149,12 +149,12 @@ void tst_Capture::tellsEveryFifthLevel()
     Heard heard;
     Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
     QTRY_VERIFY(heard.finished);
-    // Of the chunks 0, 5 and 10, as measured: neither scaled nor smoothed.
+    // Chunks 0, 5 and 10, neither scaled nor smoothed.
     QCOMPARE(heard.levels, (std::vector<double> {1000 / 32768.0, 6000 / 32768.0, 11000 / 32768.0}));
     QVERIFY(heard.chunks.empty());
 }
 
-void tst_Capture::tellsEveryChunkWhenLive()
+void tst_Capture::reportsEveryChunkWhenLive()
 {
     ScriptedMicrophone microphone;
     microphone.hear(2, ScriptedMicrophone::Quiet);
@@ -163,13 +163,13 @@ void tst_Capture::tellsEveryChunkWhenLive()
     Heard heard;
     Capture capture(opened(microphone), s_silence, {}, heard.listener(true));
     QTRY_VERIFY(heard.finished);
-    QCOMPARE(heard.chunks.size(), std::size_t(3)); // silence before the speech too
+    QCOMPARE(heard.chunks.size(), std::size_t(3)); // including the silence before speech
     QCOMPARE(heard.chunks.front(), QByteArray(1600, 0));
     QCOMPARE(heard.chunks.back().size(), 1600);
     QVERIFY(heard.chunks.back() != heard.chunks.front());
 }
 
-void tst_Capture::readsOnAThreadOfItsOwn()
+void tst_Capture::readsOnItsOwnThread()
 {
     ScriptedMicrophone microphone;
     microphone.hear(1, ScriptedMicrophone::Loud);
@@ -181,7 +181,7 @@ void tst_Capture::readsOnAThreadOfItsOwn()
     QVERIFY(microphone.readingThread() == heard.thread);
 }
 
-void tst_Capture::usesMemoryAgain()
+void tst_Capture::reusesMemory()
 {
     std::vector<qint16> samples;
     const qint16 *memory = nullptr;
@@ -210,7 +210,7 @@ void tst_Capture::joinsTwice()
     QCOMPARE(capture.join(), std::vector<qint16>());
 }
 
-void tst_Capture::leavesAFrozenThreadAlone()
+void tst_Capture::abandonsAFrozenThread()
 {
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
     microphone.hear(1, ScriptedMicrophone::Loud);
@@ -219,7 +219,7 @@ void tst_Capture::leavesAFrozenThreadAlone()
         Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
         QTRY_VERIFY(microphone.isAwaited());
         QCOMPARE(capture.join(1ms), std::vector<qint16>());
-        QCOMPARE(microphone.openStreams(), 1); // freeing it under a read would abort the process
+        QCOMPARE(microphone.openStreams(), 1); // closing it during a read would abort the process
     }
     QVERIFY(!heard.finished);
     microphone.breakDown();
@@ -227,7 +227,7 @@ void tst_Capture::leavesAFrozenThreadAlone()
     QTRY_COMPARE(microphone.openStreams(), 0);
 }
 
-void tst_Capture::aFrozenThreadTellsNothingButItsEnd()
+void tst_Capture::aFrozenThreadReportsOnlyItsEnd()
 {
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
     Heard heard;
@@ -236,7 +236,7 @@ void tst_Capture::aFrozenThreadTellsNothingButItsEnd()
         QTRY_VERIFY(microphone.isAwaited());
         capture.join(1ms);
     }
-    // A later capture may be on by now: its level and its session aren't this one's.
+    // These would be taken for the level and the audio of a later capture.
     microphone.hear(1, ScriptedMicrophone::Loud);
     QTRY_VERIFY(heard.finished);
     QVERIFY(heard.levels.empty());

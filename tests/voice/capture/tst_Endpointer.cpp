@@ -21,8 +21,8 @@ namespace
 constexpr double s_speech = 0.1;
 constexpr double s_silence = 0;
 
-//! Feeds the endpointer chunks of one level, as many as it takes until it ends.
-//! @return how many it took with the one that ended it; 0 when it didn't end
+//! Takes chunks of one level until the utterance ends.
+//! @return the number of chunks including the last one; 0 if the utterance didn't end
 int chunksToEnd(Endpointer &endpointer, double level)
 {
     for (int chunks = 1; !endpointer.isAtLimit(); ++chunks) {
@@ -51,7 +51,7 @@ private Q_SLOTS:
     void silenceEndsSpeech();
     void lastQuietChunkIsStoredButNotCounted();
     void silenceBeforeSpeechIsSkipped();
-    void pausesStartTheSilenceAnew();
+    void pausesRestartTheSilence();
     void oneChunkIsSpeech();
     void threshold_data();
     void threshold();
@@ -66,16 +66,16 @@ void tst_Endpointer::silenceEndsSpeech_data()
     QTest::addColumn<int>("timeoutMs");
     QTest::addColumn<int>("quietChunks");
 
-    QTest::newRow("as set at first") << 700 << 14;
-    QTest::newRow("shortest that can be set") << 200 << 4;
-    QTest::newRow("longest that can be set") << 5000 << 100;
+    QTest::newRow("default") << 700 << 14;
+    QTest::newRow("minimum of the setting") << 200 << 4;
+    QTest::newRow("maximum of the setting") << 5000 << 100;
     QTest::newRow("no whole number of chunks") << 749 << 14;
     QTest::newRow("two chunks") << 100 << 2;
     QTest::newRow("below two chunks") << 99 << 1;
     QTest::newRow("one chunk") << 50 << 1;
     QTest::newRow("none") << 0 << 1;
     QTest::newRow("below none") << -700 << 1;
-    QTest::newRow("least number") << std::numeric_limits<int>::min() << 1;
+    QTest::newRow("minimum integer") << std::numeric_limits<int>::min() << 1;
 }
 
 void tst_Endpointer::silenceEndsSpeech()
@@ -113,7 +113,7 @@ void tst_Endpointer::silenceBeforeSpeechIsSkipped()
     QCOMPARE(endpointer.chunkIndex(), 51);
 }
 
-void tst_Endpointer::pausesStartTheSilenceAnew()
+void tst_Endpointer::pausesRestartTheSilence()
 {
     Endpointer endpointer(200ms);
     for (int word = 0; word < 5; ++word) {
@@ -142,7 +142,7 @@ void tst_Endpointer::threshold_data()
     const double threshold = double(0.008f);
     QTest::newRow("the threshold") << threshold << true;
     QTest::newRow("a trifle below it") << std::nextafter(threshold, 0) << false;
-    // The single-precision constant lies above the decimal one.
+    // The single-precision constant is greater than the decimal one.
     QTest::newRow("0.008") << 0.008 << false;
     QTest::newRow("full scale") << 1.0 << true;
     QTest::newRow("nothing") << 0.0 << false;
@@ -199,7 +199,7 @@ void tst_Endpointer::measuresLevels()
     auto chunk = constantChunk(qint16(sample));
     QCOMPARE(Endpointer::rms(chunk.data()), rms);
     QCOMPARE(Endpointer::rms(chunk.data()) >= Endpointer::SpeechThreshold, isSpeech);
-    // Half of it loud: the squares count.
+    // With half of the chunk silent, the mean of the squares is half as large.
     std::fill(chunk.begin() + Pcm::ChunkSamples / 2, chunk.end(), qint16(0));
     QCOMPARE(Endpointer::rms(chunk.data()), rms / std::sqrt(2.0));
 }

@@ -25,7 +25,7 @@ const QString s_root = QStringLiteral("/experiments/sherpa-onnx-prebuilt-v1.12.2
 const QString s_models = QStringLiteral("/.local/share/tovi-forkeldaos/models/");
 const QByteArray s_shell = QByteArrayLiteral("/bin/sh");
 
-//! Everything is written down before the run counts.
+//! Records everything before it counts the run.
 const QByteArray s_prelude = QByteArrayLiteral("waitForRelease() { read -r _ < \"$notes/gate\"; }\n"
                                                "for word; do printf '%s\\n' \"$word\"; done > \"$notes/arguments\"\n"
                                                "printf '%s' \"$LD_LIBRARY_PATH\" > \"$notes/libraries\"\n"
@@ -45,9 +45,9 @@ void requireFile(const QString &path, const QByteArray &content)
     require(writeFile(path, content), path);
 }
 
-QByteArray quoted(QString word)
+QByteArray quoted(QString argument)
 {
-    return '\'' + QFile::encodeName(word.replace(QLatin1Char('\''), QLatin1String("'\\''"))) + '\'';
+    return '\'' + QFile::encodeName(argument.replace(QLatin1Char('\''), QLatin1String("'\\''"))) + '\'';
 }
 
 } // namespace
@@ -73,7 +73,7 @@ SherpaStandIn::SherpaStandIn(Engine engine, const QString &home)
     require(m_notes.isValid(), m_notes.errorString());
     const QByteArray gate = QFile::encodeName(note("gate"));
     require(::mkfifo(gate.constData(), S_IRUSR | S_IWUSR) == 0, note("gate"));
-    // Open at both ends all the time: a release is kept until somebody reads it, and nobody waits for the other end.
+    // Both ends stay open: a release is kept until it is read, and opening the FIFO never blocks.
     m_gate = ::open(gate.constData(), O_RDWR | O_CLOEXEC);
     require(m_gate >= 0, note("gate"));
     for (const QString &dir : {m_libDir, m_modelDir, QFileInfo(m_program).path()}) {
@@ -143,7 +143,7 @@ void SherpaStandIn::release()
 
 void SherpaStandIn::releaseAll()
 {
-    // Who opens it from now on finds an empty file, and who reads from the old one finds its end.
+    // Later runs open an empty file, and runs that are blocked in a read get its end.
     const QString open = note("open");
     requireFile(open, QByteArray());
     require(::rename(QFile::encodeName(open).constData(), QFile::encodeName(note("gate")).constData()) == 0, open);
@@ -156,7 +156,7 @@ QList<qint64> SherpaStandIn::processIds() const
 {
     QList<qint64> ids;
     const QList<QByteArray> lines = contentOf(note("runs")).split('\n');
-    // The last piece is what follows the last line feed.
+    // The last element is the incomplete line after the last line feed.
     for (const QByteArray &line : lines.mid(0, lines.size() - 1)) {
         ids.append(line.toLongLong());
     }
@@ -180,7 +180,7 @@ QByteArray SherpaStandIn::libraryPath() const
 
 void SherpaStandIn::write() const
 {
-    // In place of the old file, as one that runs can't be written to.
+    // Replaces the file because a running program can't be written to.
     const QString fresh = m_program + QStringLiteral(".new");
     requireFile(fresh,
                 "#!" + m_interpreter + "\nnotes=" + quoted(m_notes.path()) + '\n' + s_prelude

@@ -9,10 +9,10 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-//! A stand-in for one of the sherpa-onnx programs, with its libraries and its model, where they are searched for under
-//! a home. It writes down what it is given, and does what it is told to. While it lives, the engine is installed.
+//! A stand-in for one of the sherpa-onnx programs. Installs the program, its libraries and its model in a home, and
+//! removes them when this object is deleted. The program records its input and behaves as the test says.
 //!
-//! What goes wrong in making it fails the running test.
+//! Errors in its set-up fail the running test.
 class SherpaStandIn
 {
 public:
@@ -22,14 +22,14 @@ public:
         Nemotron,
     };
 
-    //! Prints nothing at first.
+    //! Prints nothing by default.
     explicit SherpaStandIn(Engine engine, const QString &home = QDir::homePath());
-    //! As releaseAll(), and takes away what was installed, but for the directory of the libraries, which both
-    //! engines share.
+    //! Calls releaseAll() and removes what was installed, except the directory of the libraries, which both engines
+    //! share.
     ~SherpaStandIn();
     Q_DISABLE_COPY_MOVE(SherpaStandIn)
 
-    //! Whether the system has no models of its own, which would be found beside those of a test.
+    //! Whether no models are installed in the system. A started program would find them.
     static bool systemHasNone();
 
     QString program() const { return m_program; }
@@ -37,33 +37,33 @@ public:
     QString modelDir() const { return m_modelDir; }
     QStringList modelFiles() const { return m_modelFiles; }
 
-    // What it does, in all runs from now on.
+    // Behaviour of the following runs.
 
-    //! Understands these words: JSON as the real program prints it, between lines of its log.
+    //! Prints this transcript like the real program, as JSON between log lines.
     void says(const QString &transcript);
-    //! Prints just this, and ends.
+    //! Prints exactly this and exits.
     void prints(const QByteArray &output, const QByteArray &errors = QByteArray(), int exitCode = 0);
-    //! Prints something and dies of a signal.
+    //! Prints this and is killed by a signal.
     void crashes(const QByteArray &output = QByteArray());
     //! Runs until it is killed.
     void hangs();
-    //! Is an executable file, but one that the system can't run.
+    //! Is an executable file that the system can't run.
     void cannotStart();
-    //! @param script of the shell. `waitForRelease` in it waits for a release().
+    //! @param script shell script, in which `waitForRelease` waits for a release()
     void behaves(const QByteArray &script);
 
-    //! From now on each run waits for a release() of its own before it does anything visible.
+    //! From now on each run waits for its own release() before it does anything visible.
     void hold() { m_isHeld = true, write(); }
-    //! Lets one run go that waits, or the next one that will.
+    //! Releases one waiting run, or else the next run that waits.
     void release();
-    //! Lets everything go, now and later. Needed before waiting for the end of who may still run one of these.
+    //! Releases all runs, also later ones. Needed before waiting for the end of a worker that may be running one.
     void releaseAll();
 
-    // What it was given. Complete once the run is counted, which it is before it waits.
+    // Recorded input. Complete once the run is counted, which happens before it waits.
 
     int runs() const { return processIds().size(); }
     QList<qint64> processIds() const;
-    //! These three are of the last run.
+    //! These three are from the last run.
     QStringList arguments() const;
     QByteArray wav() const;
     QByteArray libraryPath() const;

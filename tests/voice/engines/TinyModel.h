@@ -7,23 +7,23 @@
 #include <QList>
 #include <QString>
 
-//! Model files of libwhisper that no audio can impress: the real library loads one, runs all of it and says the words
-//! that were written into it. A few megabytes, made in milliseconds.
+//! Model files for the real libwhisper that ignore the audio: the library loads and runs them, and always returns the
+//! words that were written into the model. A few megabytes, created in milliseconds.
 namespace TinyModel
 {
 
-//! What a model says to every 30 s of audio, or what begins of that.
-//! @param words at most 31, as the model has them: with the blanks before them
+//! A model that returns these words for every started 30 s of audio.
+//! @param words at most 31, each with the space before it if there is one
 QByteArray saying(const QList<QByteArray> &words);
 
-//! A model that hears nothing but silence.
+//! A model that always detects silence.
 QByteArray silent();
 
-//! Bytes of a model before its first tensor: a file that is cut within these is not to be given to the library, which
-//! ends the process.
+//! The size of a model before its first tensor, in bytes. The library aborts the process if a file is shorter than
+//! that.
 int headSize(const QList<QByteArray> &words);
 
-//! Writes a file, and the directories above it. @return its path
+//! Writes a model file and creates the directories above it. @return its path
 QString write(const QString &path, const QByteArray &model);
 
 } // namespace TinyModel

@@ -3,7 +3,8 @@
 
 #include "WhisperWorkerFixture.h"
 
-#include <QFile>
+#include "Files.h"
+
 #include <QTest>
 
 void WhisperWorkerFixture::init()
@@ -21,18 +22,18 @@ void WhisperWorkerFixture::cleanup()
 
 QString WhisperWorkerFixture::model(const QString &name)
 {
-    QFile file(m_directory.filePath(name));
-    if (!file.open(QIODevice::WriteOnly)) {
-        qFatal("no file to load can be made");
+    const QString path = m_directory.filePath(name);
+    if (!writeFile(path)) {
+        qFatal("cannot write the model file");
     }
-    return file.fileName();
+    return path;
 }
 
 std::unique_ptr<WhisperWorker> WhisperWorkerFixture::loaded()
 {
     auto worker = std::make_unique<WhisperWorker>();
     if (!worker->loadModel(model())) {
-        qFatal("the stand-in loads nothing");
+        qFatal("the stand-in does not load the model");
     }
     return worker;
 }

@@ -13,22 +13,22 @@
 
 #include <memory>
 
-//! What tests of the whisper worker against the stand-in of the library share: before each the stand-in is as new, and
-//! after each nothing was warned of and no context is left over. The worker's slots are called directly, as the thread
-//! that they run on is whoever calls.
+//! Base class for tests of WhisperWorker with the stand-in for libwhisper. Resets the stand-in before each test
+//! function. After each there must be no warning and no context left. The tests call the worker's slots directly, on
+//! their own thread.
 class WhisperWorkerFixture : public QObject
 {
     Q_OBJECT
 
 protected:
-    //! A file that the stand-in takes for a model.
+    //! Creates a file that the stand-in accepts as a model, and returns its path.
     QString model(const QString &name = QStringLiteral("model.bin"));
-    //! A worker with that model.
+    //! A worker that has loaded that model.
     std::unique_ptr<WhisperWorker> loaded();
 
-    //! The shortest utterance that passes, or another number of bytes.
+    //! Silent audio, by default the shortest that is accepted.
     static QByteArray silence(int bytes = 3200);
-    //! What a SignalLog has of a failure.
+    //! The entry of a SignalLog for a failed transcription.
     static QString failed(const char *error);
 
 private Q_SLOTS:

@@ -195,7 +195,7 @@ void tst_ModelPaths::prefersTheCandidate()
     QFETCH(ModelSearch, search);
     QFETCH(QString, name);
     make({s_user + name + QLatin1Char('/'), QStringLiteral("mine/"), QStringLiteral("file")});
-    // Whatever is in it, and whatever it is called.
+    // Regardless of its content and name.
     QCOMPARE(search(path(QStringLiteral("mine")), roots()), path(QStringLiteral("mine")));
     QCOMPARE(search(path(QStringLiteral("file")), roots()), path(s_user + name));
 }

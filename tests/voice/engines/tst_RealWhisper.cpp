@@ -14,8 +14,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-//! The library itself, with a model that says what it was made to say. It writes some 36 lines to standard error at
-//! each load.
+//! The real library, with a model that always returns the same words. The library writes about 36 lines to standard
+//! error for each load.
 class tst_RealWhisper : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ namespace
 
 constexpr int s_second = 32000; // bytes
 
-//! Something that isn't silence.
+//! Audio that isn't silent.
 QByteArray noise(int bytes)
 {
     QByteArray pcm(bytes, '\0');
@@ -55,7 +55,7 @@ QByteArray noise(int bytes)
     return pcm;
 }
 
-//! What one transcription says: the signal as code, without its time.
+//! The signal of one transcription as in a SignalLog, without the time.
 QString outcome(WhisperWorker &worker, const QByteArray &pcm)
 {
     SignalLog log(&worker);
@@ -85,10 +85,10 @@ void tst_RealWhisper::saysItsWords_data()
     QTest::newRow("1 s of silence") << QByteArray(s_second, '\0') << once;
     QTest::newRow("half a sample more") << noise(s_second + 1) << once;
     QTest::newRow("30 s") << noise(30 * s_second) << once;
-    // The library goes through 30 s at a time, a segment each.
+    // The library returns a segment for every 30 s.
     QTest::newRow("60 s") << noise(60 * s_second)
                           << QStringLiteral("transcriptionReady(\"open the dolphine open the dolphine");
-    // It passes for an utterance, but is too short for the library.
+    // Long enough for the worker, but too short for the library.
     QTest::newRow("0.1 s") << noise(s_second / 10) << s_nothing;
     QTest::newRow("less than that") << noise(s_second / 10 - 1)
                                     << QStringLiteral("transcriptionFailed(\"Audio too short\")");
@@ -100,7 +100,7 @@ void tst_RealWhisper::saysItsWords()
     WhisperWorker worker;
     QVERIFY(worker.loadModel(m_file));
     QTEST(outcome(worker, pcm), "result");
-    // The model stays, and so does what it says.
+    // The model and its words stay the same.
     QTEST(outcome(worker, pcm), "result");
 }
 
@@ -115,7 +115,7 @@ void tst_RealWhisper::replacesTheModel()
 {
     WhisperWorker worker;
     QVERIFY(worker.loadModel(m_file));
-    // Another place, in letters that the library's path must have as UTF-8, and other words.
+    // Another path, which must be passed as UTF-8, and other words.
     const QString other = TinyModel::write(path(QStringLiteral("grün/語.bin")), TinyModel::saying({" caf\xc3\xa9"}));
     QVERIFY(worker.loadModel(other));
     QCOMPARE(outcome(worker, noise(s_second)), QStringLiteral("transcriptionReady(\"café"));
@@ -133,8 +133,8 @@ void tst_RealWhisper::refusesFiles_data()
     QTest::newRow("directory") << m_directory.path();
     row("empty", {});
     row("text", "this is no model\n");
-    // As broken downloads leave it. The library doesn't notice when there is no tensor at all, or when only the last
-    // one isn't whole.
+    // Incomplete downloads. The library doesn't detect a file without any tensor, or one in which only the last tensor
+    // is incomplete.
     row("cut within the first tensor", m_model.left(TinyModel::headSize(m_words) + 1000));
     row("cut half way", m_model.left(m_model.size() / 2));
 }
@@ -178,7 +178,7 @@ void tst_RealWhisper::goesAllTheWay()
     QVERIFY(!bridge.isModelLoaded());
     const QString error = QLatin1String("Failed to load whisper model: ") + missing;
     QCOMPARE(failed.last(), QVariantList {error});
-    // This test needs no bus.
+    // This test has no session bus.
     QCOMPARE(log.warnings(),
              QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
 }

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 namespace
 {
 
-//! While it lives no file of this process grows beyond some bytes: the rest of a write fails.
+//! Limits the size of all files that this process writes. Writes beyond the limit fail.
 class FileSizeLimit
 {
 public:
@@ -42,29 +42,29 @@ private:
 
 } // namespace
 
-//! Every way in which a transcription can fail, but for one without speech.
+//! Every failure of a transcription except "no speech".
 class tst_SherpaFailures : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void wantsAModel_data() { EngineUnderTest::addRows(); }
-    void wantsAModel();
-    void wantsATenthOfASecond_data() { EngineUnderTest::addRows(); }
-    void wantsATenthOfASecond();
-    void toldWhenThereIsNoTempFile_data() { EngineUnderTest::addRows(); }
-    void toldWhenThereIsNoTempFile();
-    void toldWhenTheDiskIsFull_data();
-    void toldWhenTheDiskIsFull();
-    void toldWhenItCannotStart_data() { EngineUnderTest::addRows(); }
-    void toldWhenItCannotStart();
-    void endsWhatTakesTooLong_data() { EngineUnderTest::addRows(); }
-    void endsWhatTakesTooLong();
+    void needsAModel_data() { EngineUnderTest::addRows(); }
+    void needsAModel();
+    void needsATenthOfASecond_data() { EngineUnderTest::addRows(); }
+    void needsATenthOfASecond();
+    void failsWithoutATempFile_data() { EngineUnderTest::addRows(); }
+    void failsWithoutATempFile();
+    void failsIfTheDiskIsFull_data();
+    void failsIfTheDiskIsFull();
+    void failsIfTheProgramCannotStart_data() { EngineUnderTest::addRows(); }
+    void failsIfTheProgramCannotStart();
+    void killsTheProgramAfterTheTimeout_data() { EngineUnderTest::addRows(); }
+    void killsTheProgramAfterTheTimeout();
     void showsTheOutputOfAFailure_data();
     void showsTheOutputOfAFailure();
 };
 
-void tst_SherpaFailures::wantsAModel()
+void tst_SherpaFailures::needsAModel()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
@@ -73,7 +73,7 @@ void tst_SherpaFailures::wantsAModel()
     QCOMPARE(outcomesOf(*worker, QByteArray()), notLoaded);
 }
 
-void tst_SherpaFailures::wantsATenthOfASecond()
+void tst_SherpaFailures::needsATenthOfASecond()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
@@ -86,29 +86,29 @@ void tst_SherpaFailures::wantsATenthOfASecond()
     QCOMPARE(m_standIn->runs(), 1);
 }
 
-void tst_SherpaFailures::toldWhenThereIsNoTempFile()
+void tst_SherpaFailures::failsWithoutATempFile()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
     m_standIn->says(QStringLiteral("open"));
-    // There, not even the superuser can make a file.
+    // Not even root can create a file there.
     const ScopedEnvironment temp("TMPDIR", "/dev/null");
     QCOMPARE(outcomesOf(*worker, s_audio), failed(QStringLiteral("Cannot create temp WAV file")));
     QCOMPARE(m_standIn->runs(), 0);
 }
 
-void tst_SherpaFailures::toldWhenTheDiskIsFull_data()
+void tst_SherpaFailures::failsIfTheDiskIsFull_data()
 {
     QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<int>("size");
     for (const EngineUnderTest *tested : EngineUnderTest::both()) {
-        // Qt keeps the small one in a buffer for a while, and finds out later.
+        // A small file stays in Qt's buffer, and the error is detected later.
         QTest::addRow("%s: small", qPrintable(tested->name)) << tested << s_minimumBytes;
         QTest::addRow("%s: big", qPrintable(tested->name)) << tested << 960000;
     }
 }
 
-void tst_SherpaFailures::toldWhenTheDiskIsFull()
+void tst_SherpaFailures::failsIfTheDiskIsFull()
 {
     QFETCH(const EngineUnderTest *, tested);
     QFETCH(int, size);
@@ -123,7 +123,7 @@ void tst_SherpaFailures::toldWhenTheDiskIsFull()
     QCOMPARE(m_standIn->runs(), 0);
 }
 
-void tst_SherpaFailures::toldWhenItCannotStart()
+void tst_SherpaFailures::failsIfTheProgramCannotStart()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
@@ -132,12 +132,12 @@ void tst_SherpaFailures::toldWhenItCannotStart()
     QCOMPARE(outcomesOf(*worker, s_audio), notStarted);
     QVERIFY(QFile::remove(m_standIn->program()));
     QCOMPARE(outcomesOf(*worker, s_audio), notStarted);
-    // What is there again is found again.
+    // The program is found when it is back.
     m_standIn->says(QStringLiteral("open"));
     QCOMPARE(outcomesOf(*worker, s_audio), ready("open"));
 }
 
-void tst_SherpaFailures::endsWhatTakesTooLong()
+void tst_SherpaFailures::killsTheProgramAfterTheTimeout()
 {
     QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
@@ -145,7 +145,7 @@ void tst_SherpaFailures::endsWhatTakesTooLong()
     const std::unique_ptr<SherpaWorker> worker = tested->worker(500ms);
     QVERIFY(worker->load(m_standIn->modelDir(), isolatedRoots()));
     QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" timed out")));
-    // None, where the machine was so busy that the program didn't get as far.
+    // The list is empty if the busy machine didn't start the script in time.
     for (const qint64 pid : m_standIn->processIds()) {
         QCOMPARE(::kill(static_cast<pid_t>(pid), 0), -1);
         QCOMPARE(errno, ESRCH);
@@ -157,7 +157,7 @@ void tst_SherpaFailures::showsTheOutputOfAFailure_data()
     QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QByteArray>("output");
     QTest::addColumn<QByteArray>("errors");
-    QTest::addColumn<int>("exitCode"); // -1: a crash
+    QTest::addColumn<int>("exitCode"); // -1: crash
     QTest::addColumn<QString>("shown");
     for (const EngineUnderTest *tested : EngineUnderTest::both()) {
         const auto row = [&](const char *name, const QByteArray &output, const QByteArray &errors, int exitCode,
@@ -172,7 +172,7 @@ void tst_SherpaFailures::showsTheOutputOfAFailure_data()
         row("no more than 300 characters", QByteArray(200, 'x'), QByteArray(200, 'y'), 1,
             times(200, 'x') + times(100, 'y'));
         row("characters, not bytes", QByteArray("ü").repeated(301), "", 1, QString::fromUtf8("ü").repeated(300));
-        // The number is fixed, whatever it cuts through.
+        // Intentional: the limit may split a surrogate pair.
         row("a pair is cut", QByteArray(299, 'x') + "🙂", "", 1, times(299, 'x') + QString::fromUtf8("🙂").at(0));
         row("placeholders", "%1 %2", "%3", 1, QStringLiteral("%1 %2%3"));
         row("crash", "half\n", "", -1, QStringLiteral("half\n"));

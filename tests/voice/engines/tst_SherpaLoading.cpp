@@ -9,37 +9,37 @@
 
 using namespace std::chrono_literals;
 
-//! Finding the program and the model, and what is said about them.
+//! Finding and loading the program and the model, and the messages about that.
 class tst_SherpaLoading : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsWhatIsThere_data() { EngineUnderTest::addRows(); }
-    void tellsWhatIsThere();
+    void reportsAvailability_data() { EngineUnderTest::addRows(); }
+    void reportsAvailability();
     void searchesTheModel_data() { EngineUnderTest::addRows(); }
     void searchesTheModel();
     void loads_data() { EngineUnderTest::addRows(); }
     void loads();
     void loadsFromAnywhere_data() { EngineUnderTest::addRows(); }
     void loadsFromAnywhere();
-    void wantsTheProgram_data() { EngineUnderTest::addRows(); }
-    void wantsTheProgram();
-    void wantsTheDirectory_data() { EngineUnderTest::addRows(); }
-    void wantsTheDirectory();
-    void wantsEachFile_data();
-    void wantsEachFile();
-    void forgetsTheModelBefore_data() { EngineUnderTest::addRows(); }
-    void forgetsTheModelBefore();
-    void hasTextsForTheUser();
+    void needsTheProgram_data() { EngineUnderTest::addRows(); }
+    void needsTheProgram();
+    void needsTheDirectory_data() { EngineUnderTest::addRows(); }
+    void needsTheDirectory();
+    void needsEachFile_data();
+    void needsEachFile();
+    void unloadsTheOldModel_data() { EngineUnderTest::addRows(); }
+    void unloadsTheOldModel();
+    void textsForTheUser();
     void runTimeouts();
 
 private:
-    //! The name of the worker, as in the log.
+    //! The name of the worker in the log.
     static QString worker(const EngineUnderTest *tested) { return tested->name + QStringLiteral("Worker"); }
 };
 
-void tst_SherpaLoading::tellsWhatIsThere()
+void tst_SherpaLoading::reportsAvailability()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = tested->worker();
@@ -50,7 +50,7 @@ void tst_SherpaLoading::tellsWhatIsThere()
     QCOMPARE(shown(), (QList<bool> {false, false, false}));
     m_standIn.emplace(tested->engine);
     QCOMPARE(shown(), (QList<bool> {true, true, true}));
-    // The directory counts, whatever is in it.
+    // Only the directory counts, not its content.
     QVERIFY(QFile::remove(m_standIn->modelDir() + QLatin1Char('/') + m_standIn->modelFiles().first()));
     QCOMPARE(shown(), (QList<bool> {true, true, true}));
     QVERIFY(QDir(m_standIn->modelDir()).removeRecursively());
@@ -87,7 +87,7 @@ void tst_SherpaLoading::loads()
     QVERIFY(m_log->has(QtDebugMsg,
                        QStringLiteral("%1: loaded \"%2\" sherpa: \"%3\"")
                            .arg(this->worker(tested), worker->modelName(), m_standIn->program())));
-    // It is the program that reads the model, at each run.
+    // Loading doesn't run the program.
     QCOMPARE(m_standIn->runs(), 0);
 }
 
@@ -107,7 +107,7 @@ void tst_SherpaLoading::loadsFromAnywhere()
                                                   + m_standIn->modelFiles().at(2)));
 }
 
-void tst_SherpaLoading::wantsTheProgram()
+void tst_SherpaLoading::needsTheProgram()
 {
     QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
@@ -117,12 +117,12 @@ void tst_SherpaLoading::wantsTheProgram()
     QVERIFY(!worker->isLoaded());
     const QStringList warning {QStringLiteral("%1: %2 not found").arg(this->worker(tested), tested->program)};
     QCOMPARE(m_log->takeWarnings(), warning);
-    // The program is missed before anything else is.
+    // The program is checked first.
     QVERIFY(!worker->load(QStringLiteral("/nonexistent"), isolatedRoots()));
     QCOMPARE(m_log->takeWarnings(), warning);
 }
 
-void tst_SherpaLoading::wantsTheDirectory()
+void tst_SherpaLoading::needsTheDirectory()
 {
     QFETCH(const EngineUnderTest *, tested);
     m_standIn.emplace(tested->engine);
@@ -135,7 +135,7 @@ void tst_SherpaLoading::wantsTheDirectory()
     }
 }
 
-void tst_SherpaLoading::wantsEachFile_data()
+void tst_SherpaLoading::needsEachFile_data()
 {
     QTest::addColumn<const EngineUnderTest *>("tested");
     QTest::addColumn<QString>("file");
@@ -146,7 +146,7 @@ void tst_SherpaLoading::wantsEachFile_data()
     }
 }
 
-void tst_SherpaLoading::wantsEachFile()
+void tst_SherpaLoading::needsEachFile()
 {
     QFETCH(const EngineUnderTest *, tested);
     QFETCH(QString, file);
@@ -161,7 +161,7 @@ void tst_SherpaLoading::wantsEachFile()
                  QStringLiteral("%1: incomplete model in \"%2\"").arg(this->worker(tested), m_standIn->modelDir())});
 }
 
-void tst_SherpaLoading::forgetsTheModelBefore()
+void tst_SherpaLoading::unloadsTheOldModel()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
@@ -173,7 +173,7 @@ void tst_SherpaLoading::forgetsTheModelBefore()
     QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->name + QStringLiteral(" model not loaded")));
 }
 
-void tst_SherpaLoading::hasTextsForTheUser()
+void tst_SherpaLoading::textsForTheUser()
 {
     const SherpaEngine &moonshine = SherpaEngine::moonshine();
     QCOMPARE(QString(moonshine.unavailable),

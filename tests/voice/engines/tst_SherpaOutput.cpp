@@ -11,14 +11,14 @@ class tst_SherpaOutput : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsTheTextField_data();
-    void readsTheTextField();
+    void findsTheTextField_data();
+    void findsTheTextField();
     void takesTheLastPlainLine_data();
     void takesTheLastPlainLine();
-    void passesOverOnlyItsOwnLogWord();
+    void ignoresOnlyItsOwnLogWord();
 };
 
-void tst_SherpaOutput::readsTheTextField_data()
+void tst_SherpaOutput::findsTheTextField_data()
 {
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("transcript");
@@ -27,8 +27,8 @@ void tst_SherpaOutput::readsTheTextField_data()
         QTest::newRow(name) << QString::fromUtf8(output) << QString::fromUtf8(transcript);
     };
     row("alone", R"({"text": "open the file"})", "open the file");
-    row("no blanks", R"({"text":"open"})", "open");
-    row("blanks around the colon", "{\"text\" \t\n : \r\n \"open\"}", "open");
+    row("no whitespace", R"({"text":"open"})", "open");
+    row("whitespace around the colon", "{\"text\" \t\n : \r\n \"open\"}", "open");
     row("behind other fields", R"({"lang": "en", "text": "open", "tokens": ["o", "pen"]})", "open");
     row("not JSON around it", R"(x "text": "open" y)", "open");
     row("between lines of the log", "Started\n{\"text\": \"open\"}\nDone in 3 s", "open");
@@ -64,7 +64,7 @@ void tst_SherpaOutput::readsTheTextField_data()
                           << QString(8000, QLatin1Char('x'));
 }
 
-void tst_SherpaOutput::readsTheTextField()
+void tst_SherpaOutput::findsTheTextField()
 {
     QFETCH(QString, output);
     QTEST(SherpaOutput::transcriptIn(output, QStringLiteral("OfflineRecognizer")), "transcript");
@@ -80,14 +80,14 @@ void tst_SherpaOutput::takesTheLastPlainLine_data()
     };
     row("nothing", "", "");
     row("line feeds", "\n\n\n", "");
-    row("blanks", "  \n\t\r\n ", "");
+    row("whitespace", "  \n\t\r\n ", "");
     row("one", "open the file", "open the file");
     row("trimmed", " \topen the file \r\n", "open the file");
     row("the last", "one\ntwo\nthree\n", "three");
     row("the last before empty ones", "one\ntwo\n\n \n", "two");
     row("behind the log", "Loading\nStarted\nopen the file", "open the file");
     row("before JSON", "open\n{\"a\": 1}\n  {\n", "open");
-    row("before JSON that follows blanks", "open\n \t{\"a\": 1}", "open");
+    row("before JSON that follows whitespace", "open\n \t{\"a\": 1}", "open");
     row("a bracket within is no JSON", "one\nopen {x}", "open {x}");
     row("before a line with the word of the log", "open\nOfflineRecognizerConfig(x)\n: OfflineRecognizer y", "open");
     row("the word of the log in other case", "one\nofflinerecognizer", "offlinerecognizer");
@@ -102,7 +102,7 @@ void tst_SherpaOutput::takesTheLastPlainLine()
     QTEST(SherpaOutput::transcriptIn(output, QStringLiteral("OfflineRecognizer")), "transcript");
 }
 
-void tst_SherpaOutput::passesOverOnlyItsOwnLogWord()
+void tst_SherpaOutput::ignoresOnlyItsOwnLogWord()
 {
     const QString output = QStringLiteral("plain\nOnlineRecognizer\n");
     QCOMPARE(SherpaOutput::transcriptIn(output, QStringLiteral("OnlineRecognizer")), QStringLiteral("plain"));

@@ -13,11 +13,11 @@
 namespace
 {
 
-constexpr int s_timeout = 20000; // ms
+constexpr int s_timeout = 20000; // ms, as QTest takes it
 
 } // namespace
 
-//! What comes of transcriptions in another thread.
+//! Records the outcomes of transcriptions on another thread.
 class Listener : public QObject
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ public Q_SLOTS:
     void onFailed(const QString &error) { outcomes.append(QStringLiteral("failed: ") + error); }
 };
 
-//! A worker in a thread of its own that goes with the thread, and is listened to.
+//! A worker on its own thread, which deletes it, and a listener for its signals.
 class RunningWorker
 {
 public:
@@ -72,27 +72,27 @@ private:
     std::optional<SherpaStandIn> &m_standIn;
 };
 
-//! The worker in a thread of its own, as in the program.
+//! The worker on its own thread, as in the program.
 class tst_SherpaThread : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void leavesTheOtherThreadsAlone_data() { EngineUnderTest::addRows(); }
-    void leavesTheOtherThreadsAlone();
-    void tellsOfFailures_data() { EngineUnderTest::addRows(); }
-    void tellsOfFailures();
+    void doesNotBlockOtherThreads_data() { EngineUnderTest::addRows(); }
+    void doesNotBlockOtherThreads();
+    void reportsFailures_data() { EngineUnderTest::addRows(); }
+    void reportsFailures();
     void workInTurn_data() { EngineUnderTest::addRows(); }
     void workInTurn();
-    void loadsWhileATranscriptionWaits_data() { EngineUnderTest::addRows(); }
-    void loadsWhileATranscriptionWaits();
+    void loadsWhileATranscriptionIsQueued_data() { EngineUnderTest::addRows(); }
+    void loadsWhileATranscriptionIsQueued();
     void loadsAndTakesAtOnce_data() { EngineUnderTest::addRows(); }
     void loadsAndTakesAtOnce();
     void endsWithItsThread_data() { EngineUnderTest::addRows(); }
     void endsWithItsThread();
 };
 
-void tst_SherpaThread::leavesTheOtherThreadsAlone()
+void tst_SherpaThread::doesNotBlockOtherThreads()
 {
     QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
@@ -114,13 +114,13 @@ void tst_SherpaThread::leavesTheOtherThreadsAlone()
     m_standIn->release();
     QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open the file"), s_timeout);
     const double wholeTime = static_cast<double>(sincePost.nsecsElapsed()) / 1e6;
-    // All of the run is counted, and nothing else.
+    // Only the run of the program counts.
     QVERIFY2(worker.listener.times.first() >= runTime && worker.listener.times.first() <= wholeTime,
              qPrintable(QStringLiteral("%1 %2 %3").arg(runTime).arg(worker.listener.times.first()).arg(wholeTime)));
     QCOMPARE(tempFiles(), QStringList());
 }
 
-void tst_SherpaThread::tellsOfFailures()
+void tst_SherpaThread::reportsFailures()
 {
     QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
@@ -147,7 +147,7 @@ void tst_SherpaThread::workInTurn()
     QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open") + ready("open"), s_timeout);
 }
 
-void tst_SherpaThread::loadsWhileATranscriptionWaits()
+void tst_SherpaThread::loadsWhileATranscriptionIsQueued()
 {
     QFETCH(const EngineUnderTest *, tested);
     RunningWorker worker(loaded(tested), m_standIn);
@@ -156,7 +156,8 @@ void tst_SherpaThread::loadsWhileATranscriptionWaits()
     worker.transcribe(s_audio);
     worker.transcribe(s_audio);
     QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
-    // Whoever cancelled may load again at once: what runs has what it needs, and what waits gets the new model.
+    // After a cancel a model may be loaded at once. The running program isn't affected, and the queued transcription
+    // uses the new model.
     const QString other = m_standIn->modelDir() + QStringLiteral("-2");
     QVERIFY(QFile::rename(m_standIn->modelDir(), other));
     QVERIFY(worker->load(other, isolatedRoots()));
@@ -175,7 +176,7 @@ void tst_SherpaThread::loadsAndTakesAtOnce()
     RunningWorker worker(loaded(tested), m_standIn);
     constexpr int times = 200;
     for (int i = 0; i < times; ++i) {
-        // Too short to get further than to the model.
+        // Too short to be transcribed, but the worker reads its model.
         worker.transcribe(QByteArray());
         QVERIFY(worker->load(m_standIn->modelDir(), isolatedRoots()));
     }
@@ -195,7 +196,7 @@ void tst_SherpaThread::endsWithItsThread()
     m_standIn->hold();
     worker.transcribe(s_audio);
     QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
-    // The transcription that runs is waited for.
+    // The thread waits for the running transcription.
     worker.thread.quit();
     m_standIn->release();
     QVERIFY(worker.thread.wait(s_timeout));

@@ -8,25 +8,25 @@
 #include <QRegularExpression>
 #include <QTest>
 
-//! Runs of a program that works: what it is given, and what is made of its output.
+//! Successful runs of the program: its input, and the transcript in its output.
 class tst_SherpaWorker : public SherpaWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void handsOverTheAudio_data() { EngineUnderTest::addRows(); }
-    void handsOverTheAudio();
+    void passesTheAudio_data() { EngineUnderTest::addRows(); }
+    void passesTheAudio();
     void putsTheLibrariesFirst_data();
     void putsTheLibrariesFirst();
     void understands_data();
     void understands();
-    void passesOverItsLog_data() { EngineUnderTest::addRows(); }
-    void passesOverItsLog();
+    void ignoresItsLog_data() { EngineUnderTest::addRows(); }
+    void ignoresItsLog();
     void startsAProgramForEachUtterance_data() { EngineUnderTest::addRows(); }
     void startsAProgramForEachUtterance();
 };
 
-void tst_SherpaWorker::handsOverTheAudio()
+void tst_SherpaWorker::passesTheAudio()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);
@@ -110,7 +110,7 @@ void tst_SherpaWorker::understands_data()
         row("escapes", R"({"text": "say \"hi\" to C:\\temp"})", "", ready(R"(say "hi" to C:\\temp)"));
         row("lines of the log, then a plain one", "Loading\nStarted\nopen the file\n", "", ready("open the file"));
         row("a plain line on the standard error", "Started\n", "open\n", ready("open"));
-        // A line of the log that doesn't hold the word for it is taken for the transcript.
+        // Intentional: a log line without the log word is taken for the transcript.
         row("the standard error comes last", "open\n", "Done!\n", ready("Done!"));
         row("plain lines of the two don't get mixed up", "one", "two", ready("onetwo"));
         row("nothing", "", "", noSpeech);
@@ -134,7 +134,7 @@ void tst_SherpaWorker::understands()
     QTEST(outcomesOf(*worker, s_audio), "outcomes");
 }
 
-void tst_SherpaWorker::passesOverItsLog()
+void tst_SherpaWorker::ignoresItsLog()
 {
     QFETCH(const EngineUnderTest *, tested);
     const std::unique_ptr<SherpaWorker> worker = loaded(tested);

@@ -19,7 +19,7 @@
 namespace
 {
 
-//! Something done on another thread that is expected to wait for a lock.
+//! Work on another thread that is expected to wait for a lock.
 class Contender
 {
 public:
@@ -35,9 +35,9 @@ public:
     Q_DISABLE_COPY_MOVE(Contender)
 
     bool isDone() const { return m_isDone; }
-    //! Whether it can be told that a thread waits.
+    //! Whether waits() works on this system.
     static bool canBeWatched() { return QFile::exists(QStringLiteral("/proc/self/task")); }
-    //! Asleep, as a thread is that waits for a lock.
+    //! Whether the thread sleeps, as it does while it waits for a lock.
     bool waits() const
     {
         QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(m_id));
@@ -56,31 +56,31 @@ private:
 
 } // namespace
 
-//! The model that the worker has, and who may have it.
+//! Loading, replacing and locking the model.
 class tst_WhisperModel : public WhisperWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void isNotLoadedAtFirst();
+    void isNotLoadedByDefault();
     void loadsFiles();
-    void asksForBackendsOnce();
+    void loadsBackendsOnce();
     void replacesTheModel();
-    void forgetsTheModelWhenTheNextFails();
-    void freesNothingWithoutAModel();
+    void unloadsTheModelIfTheNextFails();
+    void doesNotFreeWithoutAModel();
     void loadWaitsForATranscription();
-    void transcriptionWaitsForNobodyAfterwards();
+    void releasesTheMutex();
     void endWaitsForATranscription();
 };
 
-void tst_WhisperModel::isNotLoadedAtFirst()
+void tst_WhisperModel::isNotLoadedByDefault()
 {
     WhisperWorker worker;
     QCOMPARE(worker.parent(), nullptr);
     SignalLog log(&worker);
     worker.transcribe(silence());
     QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
-    // That comes before the length.
+    // Checked before the length.
     worker.transcribe(QByteArray());
     QCOMPARE(log.take(), QStringList {failed("Model not loaded")});
     QCOMPARE(WhisperStandIn::calls(), QStringList());
@@ -89,7 +89,7 @@ void tst_WhisperModel::isNotLoadedAtFirst()
 void tst_WhisperModel::loadsFiles()
 {
     WhisperWorker worker;
-    // The path is told in UTF-8, whatever the locale.
+    // The path is passed as UTF-8 in every locale.
     const QString path = model(QStringLiteral("grün %1 語.bin"));
     QVERIFY(worker.loadModel(path));
     QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("init ") + path);
@@ -101,9 +101,9 @@ void tst_WhisperModel::loadsFiles()
     QCOMPARE(WhisperStandIn::calls().last(), QStringLiteral("failed init /nowhere/model.bin"));
 }
 
-void tst_WhisperModel::asksForBackendsOnce()
+void tst_WhisperModel::loadsBackendsOnce()
 {
-    // A test function before this one may have been the first of the process.
+    // An earlier test function may have loaded them already.
     const auto first = loaded();
     const auto second = loaded();
     QVERIFY(WhisperStandIn::calls().count(QStringLiteral("backends")) <= 1);
@@ -118,14 +118,14 @@ void tst_WhisperModel::replacesTheModel()
     WhisperStandIn::reset();
     const QString other = model(QStringLiteral("other.bin"));
     QVERIFY(worker->loadModel(other));
-    // Two models at once would need the memory of both.
+    // The old one is freed first, as there may not be enough memory for both.
     QCOMPARE(WhisperStandIn::calls(), (QStringList {QStringLiteral("free"), QStringLiteral("init ") + other}));
     SignalLog log(worker.get());
     worker->transcribe(silence());
     QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
 }
 
-void tst_WhisperModel::forgetsTheModelWhenTheNextFails()
+void tst_WhisperModel::unloadsTheModelIfTheNextFails()
 {
     const auto worker = loaded();
     QVERIFY(!worker->loadModel(QStringLiteral("/nowhere")));
@@ -138,7 +138,7 @@ void tst_WhisperModel::forgetsTheModelWhenTheNextFails()
     QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
 }
 
-void tst_WhisperModel::freesNothingWithoutAModel()
+void tst_WhisperModel::doesNotFreeWithoutAModel()
 {
     std::make_unique<WhisperWorker>().reset();
     QCOMPARE(WhisperStandIn::calls(), QStringList());
@@ -151,7 +151,7 @@ void tst_WhisperModel::freesNothingWithoutAModel()
 void tst_WhisperModel::loadWaitsForATranscription()
 {
     if (!Contender::canBeWatched()) {
-        QSKIP("there is no /proc");
+        QSKIP("needs /proc");
     }
     const auto worker = loaded();
     const QString other = model(QStringLiteral("other.bin"));
@@ -171,9 +171,9 @@ void tst_WhisperModel::loadWaitsForATranscription()
                            QStringLiteral("init ") + other}));
 }
 
-void tst_WhisperModel::transcriptionWaitsForNobodyAfterwards()
+void tst_WhisperModel::releasesTheMutex()
 {
-    // Each way out of a call lets the mutex go.
+    // Every path releases the mutex.
     const auto worker = loaded();
     WhisperStandIn::failWith(1);
     worker->transcribe(silence());
@@ -189,7 +189,7 @@ void tst_WhisperModel::transcriptionWaitsForNobodyAfterwards()
 void tst_WhisperModel::endWaitsForATranscription()
 {
     if (!Contender::canBeWatched()) {
-        QSKIP("there is no /proc");
+        QSKIP("needs /proc");
     }
     std::optional<WhisperWorker> worker;
     worker.emplace();

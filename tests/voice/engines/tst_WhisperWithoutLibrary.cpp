@@ -9,17 +9,17 @@
 
 #include <QTest>
 
-//! The worker as a build without libwhisper has it, whatever this build has.
+//! The worker of a build without libwhisper, regardless of this build.
 class tst_WhisperWithoutLibrary : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void saysOnceThatItCannotLoad();
-    void saysNothingIsLoaded();
+    void warnsOnce();
+    void reportsThatNoModelIsLoaded();
 };
 
-void tst_WhisperWithoutLibrary::saysOnceThatItCannotLoad()
+void tst_WhisperWithoutLibrary::warnsOnce()
 {
     const MessageLog log;
     WhisperWorker worker;
@@ -31,7 +31,7 @@ void tst_WhisperWithoutLibrary::saysOnceThatItCannotLoad()
     QCOMPARE(log.warnings(), QStringList {QStringLiteral("WhisperWorker: built without libwhisper")});
 }
 
-void tst_WhisperWithoutLibrary::saysNothingIsLoaded()
+void tst_WhisperWithoutLibrary::reportsThatNoModelIsLoaded()
 {
     const MessageLog messages;
     WhisperWorker worker;

@@ -18,23 +18,23 @@ using Segments = QList<std::optional<QByteArray>>;
 
 Q_DECLARE_METATYPE(Segments)
 
-//! What becomes of an utterance.
+//! Transcriptions: input, parameters and results.
 class tst_WhisperWorker : public WhisperWorkerFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void wantsATenthOfASecond_data();
-    void wantsATenthOfASecond();
+    void needsATenthOfASecond_data();
+    void needsATenthOfASecond();
     void convertsSamples();
     void setsTheseParameters();
     void joinsSegments_data();
     void joinsSegments();
-    void tellsOfAnError();
-    void timesTheRecognitionAlone();
+    void reportsAnError();
+    void measuresOnlyTheRecognition();
 };
 
-void tst_WhisperWorker::wantsATenthOfASecond_data()
+void tst_WhisperWorker::needsATenthOfASecond_data()
 {
     QTest::addColumn<int>("bytes");
     QTest::addColumn<bool>("isEnough");
@@ -46,7 +46,7 @@ void tst_WhisperWorker::wantsATenthOfASecond_data()
     QTest::newRow("half a sample more") << 3201 << true;
 }
 
-void tst_WhisperWorker::wantsATenthOfASecond()
+void tst_WhisperWorker::needsATenthOfASecond()
 {
     QFETCH(int, bytes);
     QFETCH(bool, isEnough);
@@ -66,7 +66,7 @@ void tst_WhisperWorker::wantsATenthOfASecond()
 
 void tst_WhisperWorker::convertsSamples()
 {
-    // Every value that there is, little-endian.
+    // Every possible value, little-endian.
     QByteArray pcm;
     for (int value = -32768; value <= 32767; ++value) {
         char bytes[2];
@@ -79,7 +79,7 @@ void tst_WhisperWorker::convertsSamples()
     QCOMPARE(samples.size(), std::size_t(65536));
     for (int value = -32768; value <= 32767; ++value) {
         const float sample = samples.at(static_cast<std::size_t>(value + 32768));
-        // A power of two: nothing is rounded, and equal means equal.
+        // The divisor is a power of two, so that the result is exact.
         if (sample != static_cast<float>(value) / 32768.0F) {
             QFAIL(qPrintable(QStringLiteral("%1 became %2").arg(value).arg(static_cast<double>(sample))));
         }
@@ -117,7 +117,7 @@ void tst_WhisperWorker::setsTheseParameters()
 void tst_WhisperWorker::joinsSegments_data()
 {
     QTest::addColumn<Segments>("segments");
-    QTest::addColumn<QString>("text"); // null for silence
+    QTest::addColumn<QString>("text"); // null: no speech
 
     const auto row = [](const char *name, const Segments &segments, const QString &text) {
         QTest::newRow(name) << segments << text;
@@ -159,7 +159,7 @@ void tst_WhisperWorker::joinsSegments()
     }
 }
 
-void tst_WhisperWorker::tellsOfAnError()
+void tst_WhisperWorker::reportsAnError()
 {
     const auto worker = loaded();
     SignalLog log(worker.get());
@@ -173,13 +173,13 @@ void tst_WhisperWorker::tellsOfAnError()
     QVERIFY(log.take().value(0).startsWith(QLatin1String("transcriptionReady(")));
 }
 
-void tst_WhisperWorker::timesTheRecognitionAlone()
+void tst_WhisperWorker::measuresOnlyTheRecognition()
 {
     const auto worker = loaded();
     double elapsedMs = -1;
     connect(worker.get(), &WhisperWorker::transcriptionReady, this,
             [&elapsedMs](const QString &, double elapsed) { elapsedMs = elapsed; });
-    // Long enough that its conversion would be noticed.
+    // Long enough that the conversion of the samples would show in the time.
     worker->transcribe(silence(30 * 32000));
     const WhisperStandIn::Transcription times = WhisperStandIn::lastTranscription();
     using Milliseconds = std::chrono::duration<double, std::milli>;

@@ -14,10 +14,10 @@ namespace
 
 const QByteArray s_shell = QByteArrayLiteral("/bin/sh");
 
-//! Everything is written down before the run counts. No other program is needed, so that PATH may be empty.
+//! Records everything before it counts the run. Uses no other program because PATH may be empty.
 const QByteArray s_prelude = QByteArrayLiteral("for word; do printf '%s\\n' \"$word\"; done > \"$notes/arguments\"\n"
                                                "echo $$ >> \"$notes/runs\"\n");
-//! The text is there as a whole or not at all.
+//! Renames the file so that the text is complete as soon as it exists.
 const QByteArray s_readText =
     QByteArrayLiteral("cat > \"$notes/text.part\"; mv \"$notes/text.part\" \"$notes/text\"\n");
 
@@ -37,7 +37,7 @@ QList<qint64> numbersIn(const QString &path)
 {
     QList<qint64> numbers;
     const QList<QByteArray> lines = contentOf(path).split('\n');
-    // The last piece is what follows the last line feed.
+    // The last element is the incomplete line after the last line feed.
     for (const QByteArray &line : lines.mid(0, lines.size() - 1)) {
         numbers.append(line.toLongLong());
     }
@@ -121,7 +121,7 @@ QString PiperStandIn::text() const
 
 void PiperStandIn::write(const QByteArray &interpreter, const QByteArray &script) const
 {
-    // In place of the old file, as one that runs can't be written to.
+    // Replaces the file because a running program can't be written to.
     QFile::remove(m_program);
     require(writeFile(m_program, "#!" + interpreter + '\n' + script + '\n')
                 && QFile::setPermissions(m_program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner),

@@ -12,49 +12,46 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-//! A stand-in for piper and its voice, where they are searched for under a home. It writes down what it is given, and
-//! does what it is told to. While it lives, speech is installed.
+//! A stand-in for piper. Installs the program and a voice in a home, and removes them when this object is deleted. The
+//! program records its input and behaves as the test says.
 //!
-//! What goes wrong in making it fails the running test.
+//! Errors in its set-up fail the running test.
 class PiperStandIn
 {
 public:
-    //! Takes its text for sound at first: what it is to say comes out again, unchanged.
+    //! By default it outputs its text unchanged, as if that were audio.
     explicit PiperStandIn(const QString &home = QDir::homePath());
     ~PiperStandIn();
     Q_DISABLE_COPY_MOVE(PiperStandIn)
 
-    //! Whether the system has no piper and no voice of its own, which would be found before those of a test.
-    static bool systemHasNone();
-
     QString program() const { return m_program; }
     QString voice() const { return m_voice; }
 
-    // What it does, in all runs from now on.
+    // Behaviour of the following runs.
 
-    //! Makes real speech of its text, 22050 Hz, mono, signed 16 bit.
+    //! Outputs real speech: 22050 Hz, mono, signed 16 bit.
     void speaks();
-    //! Reads its text and ends like this, without a sound.
+    //! Reads its text and exits without output.
     void exits(int code);
-    //! Reads its text and dies of a signal.
+    //! Reads its text and is killed by a signal.
     void crashes();
-    //! Reads nothing and runs until it is killed.
+    //! Doesn't read, and runs until it is killed.
     void hangs();
-    //! Is an executable file, but one that the system can't run.
+    //! Is an executable file that the system can't run.
     void cannotStart();
-    //! Is no longer there, when it had been found.
+    //! Is removed after it was found.
     void vanishes();
-    //! @param script of the shell. "$notes" is a directory for what it notes down, see note().
+    //! @param script shell script, in which "$notes" is the directory of note()
     void behaves(const QByteArray &script);
 
-    // What it was given.
+    // Recorded input.
 
     int runs() const { return processIds().size(); }
     QList<qint64> processIds() const;
-    //! These two are of the last run. The text is there when all of it was read, empty before.
+    //! These two are from the last run. The text is empty until all of it was read.
     QStringList arguments() const;
     QString text() const;
-    //! A path for a behaviour of the test's own.
+    //! The path of a file for behaves().
     QString note(const QString &name) const { return m_notes.filePath(name); }
 
 private:
@@ -69,23 +66,23 @@ private:
 class PaplayStandIn
 {
 public:
-    //! Plays at once: what it is given it writes down, and it ends when that ends.
+    //! By default it records its input and exits when that ends.
     PaplayStandIn();
 
-    // What it does, in all runs from now on.
+    // Behaviour of the following runs.
 
-    //! Is still playing until it is killed.
+    //! Plays until it is killed.
     void playsOn();
-    //! Ends at once, without reading.
+    //! Exits at once, without reading.
     void exits(int code);
-    //! Dies of a signal, without reading.
+    //! Is killed by a signal, without reading.
     void crashes();
 
-    // What it was given.
+    // Recorded input.
 
     int runs() const { return processIds().size(); }
     QList<qint64> processIds() const;
-    //! These two are of the last run, the sound when it has ended.
+    //! These two are from the last run. The sound is complete when it has ended.
     QStringList arguments() const;
     QByteArray sound() const;
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "FakePath.h"
+#include "Files.h"
 #include "PiperPaths.h"
 #include "TestRegistry.h"
 
@@ -34,7 +35,7 @@ const QStringList s_preferred {
     QStringLiteral("/en_US-ryan-medium.onnx"),
 };
 
-//! A system and a home of a test's own.
+//! A directory tree with a system and a home.
 class Tree
 {
 public:
@@ -47,11 +48,11 @@ public:
 
     void addFile(const QString &place, QFile::Permissions permissions = QFile::ReadOwner | QFile::WriteOwner) const
     {
-        // The one path that leads through a directory and back needs it.
+        // For the path with "..", both directories must exist.
         QDir().mkpath(QFileInfo(path(place)).path());
         QDir().mkpath(QFileInfo(QDir::cleanPath(path(place))).path());
-        QFile file(path(place));
-        QVERIFY2(file.open(QIODevice::WriteOnly) && file.setPermissions(permissions), qPrintable(file.fileName()));
+        const QString file = path(place);
+        QVERIFY2(writeFile(file) && QFile::setPermissions(file, permissions), qPrintable(file));
     }
     void addProgram(const QString &place) const { addFile(place, QFile::ReadOwner | QFile::ExeOwner); }
     void addDirectory(const QString &place) const { QVERIFY(QDir().mkpath(path(place))); }
@@ -69,8 +70,8 @@ class tst_PiperPaths : public QObject
 
 private Q_SLOTS:
     void findsProgramsInOrder();
-    void passesOverWhatCannotRun_data();
-    void passesOverWhatCannotRun();
+    void ignoresFilesThatCannotRun_data();
+    void ignoresFilesThatCannotRun();
     void looksOnPath();
     void findsNoProgram();
     void findsVoicesInOrder();
@@ -95,7 +96,7 @@ void tst_PiperPaths::findsProgramsInOrder()
     QCOMPARE(PiperPaths::findPiper(tree.roots()), onPath);
 }
 
-void tst_PiperPaths::passesOverWhatCannotRun_data()
+void tst_PiperPaths::ignoresFilesThatCannotRun_data()
 {
     QTest::addColumn<QString>("place");
     for (const QString &place : s_programs) {
@@ -103,7 +104,7 @@ void tst_PiperPaths::passesOverWhatCannotRun_data()
     }
 }
 
-void tst_PiperPaths::passesOverWhatCannotRun()
+void tst_PiperPaths::ignoresFilesThatCannotRun()
 {
     QFETCH(QString, place);
     const FakePath nothing(FakePath::Rest::Hidden);
@@ -167,7 +168,7 @@ void tst_PiperPaths::takesAnyEnglishVoice()
         const Tree tree;
         tree.addFile(directory + name);
         QCOMPARE(PiperPaths::findVoice(tree.roots()), isTaken ? tree.path(directory + name) : QString());
-        // Not before the ones that are preferred.
+        // Preferred voices come first.
         tree.addFile(directory + s_preferred.constLast());
         QCOMPARE(PiperPaths::findVoice(tree.roots()), tree.path(directory + s_preferred.constLast()));
     }

@@ -16,11 +16,11 @@ using namespace SpeechEvents;
 namespace
 {
 
-constexpr int s_chunk = 2206; // bytes, 50 ms
-constexpr int s_second = 20; // chunks
-constexpr double s_audible = 0.008;
+constexpr int s_chunkBytes = 2206; // 50 ms
+constexpr int s_chunksPerSecond = 20;
+constexpr double s_audibleLevel = 0.008;
 
-//! What comes out of the loudspeaker while it lives.
+//! Records what is played.
 class Monitor
 {
 public:
@@ -38,29 +38,29 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Monitor)
 
-    //! How many came so far. Silent ones come too, once it listens.
+    //! The number of recorded chunks, including silent ones.
     int chunks()
     {
-        m_heard += m_parec.readAllStandardOutput();
-        return m_heard.size() / s_chunk;
+        m_recorded += m_parec.readAllStandardOutput();
+        return m_recorded.size() / s_chunkBytes;
     }
     bool isListening() { return chunks() > 0; }
 
-    //! Loudness of each chunk that wasn't silent, 0 to 1.
-    QVector<double> loudness()
+    //! The levels of all chunks that aren't silent, 0 to 1.
+    QVector<double> levels()
     {
         QVector<double> values;
-        const int end = chunks() * s_chunk;
-        for (int start = 0; start < end; start += s_chunk) {
+        const int end = chunks() * s_chunkBytes;
+        for (int start = 0; start < end; start += s_chunkBytes) {
             double sum = 0;
-            for (int at = start; at + 1 < start + s_chunk; at += 2) {
-                const int low = static_cast<uchar>(m_heard.at(at));
-                const int high = static_cast<signed char>(m_heard.at(at + 1));
+            for (int at = start; at + 1 < start + s_chunkBytes; at += 2) {
+                const int low = static_cast<uchar>(m_recorded.at(at));
+                const int high = static_cast<signed char>(m_recorded.at(at + 1));
                 const double sample = (high * 256 + low) / 32768.0;
                 sum += sample * sample;
             }
-            const double value = std::sqrt(sum / (s_chunk / 2));
-            if (value > s_audible) {
+            const double value = std::sqrt(sum / (s_chunkBytes / 2));
+            if (value > s_audibleLevel) {
                 values.append(value);
             }
         }
@@ -69,40 +69,40 @@ public:
 
 private:
     QProcess m_parec;
-    QByteArray m_heard;
+    QByteArray m_recorded;
 };
 
 } // namespace
 
-//! The real player, and sound that can be heard.
+//! Audible speech through the real paplay.
 class tst_SpeechAudio : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void isHeard();
-    void isHeardNoMoreWhenStopped();
+    void isAudible();
+    void isSilentWhenStopped();
 };
 
-void tst_SpeechAudio::isHeard()
+void tst_SpeechAudio::isAudible()
 {
     PiperStandIn piper;
     piper.speaks();
     Monitor monitor;
     QTRY_VERIFY(monitor.isListening());
-    QCOMPARE(monitor.loudness().size(), 0);
+    QCOMPARE(monitor.levels().size(), 0);
     SpeechFixture speech;
     speech->speak(QStringLiteral("Open the **file manager**."));
     QTRY_COMPARE_WITH_TIMEOUT(speech.events(), (QStringList {begins, ends, finished}), 30000);
     QCOMPARE(piper.text(), QStringLiteral("Open the file manager."));
-    // It is a sentence of more than a second.
-    QTRY_VERIFY(monitor.loudness().size() > 15);
-    const QVector<double> loudness = monitor.loudness();
-    const double mean = std::accumulate(loudness.cbegin(), loudness.cend(), 0.0) / loudness.size();
+    // The sentence takes more than a second.
+    QTRY_VERIFY(monitor.levels().size() > 15);
+    const QVector<double> levels = monitor.levels();
+    const double mean = std::accumulate(levels.cbegin(), levels.cend(), 0.0) / levels.size();
     QVERIFY2(mean > 0.03 && mean < 0.3, qPrintable(QString::number(mean)));
 }
 
-void tst_SpeechAudio::isHeardNoMoreWhenStopped()
+void tst_SpeechAudio::isSilentWhenStopped()
 {
     PiperStandIn piper;
     piper.speaks();
@@ -110,15 +110,15 @@ void tst_SpeechAudio::isHeardNoMoreWhenStopped()
     QTRY_VERIFY(monitor.isListening());
     SpeechFixture speech;
     speech->speak(QStringLiteral("one two three four five six seven eight nine ten ").repeated(10));
-    QTRY_VERIFY_WITH_TIMEOUT(!monitor.loudness().isEmpty(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!monitor.levels().isEmpty(), 30000);
     speech->stop();
     QVERIFY(!speech->isSpeaking());
     QVERIFY(speech.events().endsWith(finished));
-    // A minute of it was to come. What the server had mixed already, and what was under way, may still.
+    // A minute of speech was left. Only what the server had buffered may still be played.
     const int heard = monitor.chunks();
-    const int loud = monitor.loudness().size();
-    QTRY_VERIFY_WITH_TIMEOUT(monitor.chunks() >= heard + 5 * s_second, 30000);
-    QVERIFY(monitor.loudness().size() - loud < s_second);
+    const int loud = monitor.levels().size();
+    QTRY_VERIFY_WITH_TIMEOUT(monitor.chunks() >= heard + 5 * s_chunksPerSecond, 30000);
+    QVERIFY(monitor.levels().size() - loud < s_chunksPerSecond);
 }
 
 REGISTER_TEST(tst_SpeechAudio, QCoreApplication)

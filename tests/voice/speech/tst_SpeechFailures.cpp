@@ -16,7 +16,7 @@ namespace
 
 const QString s_text = QStringLiteral("hello");
 
-//! The line that tells why a program can't be started, in the words that Qt finds for it.
+//! The log line about a program that can't be started, with Qt's error text.
 QString startErrorOf(const QString &program)
 {
     QProcess process;
@@ -27,7 +27,7 @@ QString startErrorOf(const QString &program)
 
 } // namespace
 
-//! Piper and paplay in all their moods.
+//! Failures of piper and paplay.
 class tst_SpeechFailures : public QObject
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ void tst_SpeechFailures::piperDoesNotStart_data()
 {
     QTest::addColumn<bool>("isThere");
     QTest::newRow("gone") << false;
-    QTest::newRow("unfit") << true;
+    QTest::newRow("not runnable") << true;
 }
 
 void tst_SpeechFailures::piperDoesNotStart()
@@ -63,7 +63,7 @@ void tst_SpeechFailures::piperDoesNotStart()
     speech->speak(s_text);
     QVERIFY(!speech->isSpeaking());
     QCOMPARE(speech.take(), (QStringList {begins, ends, startErrorOf(piper.program()), notStarted, ends}));
-    // The player was started all the same, and ends as nothing comes.
+    // paplay was started anyway, and exits because it gets no input.
     QTRY_COMPARE(speech.events(), (QStringList {ends, finished}));
     speech.take();
     QTRY_COMPARE(speech->children().size(), 0);
@@ -87,7 +87,7 @@ void tst_SpeechFailures::piperFails()
     piper.exits(code);
     SpeechFixture speech;
     speech->speak(s_text);
-    // An exit code is no error of the process.
+    // An exit code isn't a process error.
     QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
     QCOMPARE(paplay.sound(), QByteArray());
 }
@@ -103,7 +103,7 @@ void tst_SpeechFailures::piperCrashes()
     QTRY_COMPARE(speech.events(), (QStringList {begins, ends, crashed}));
     speech.take();
     QVERIFY(!speech->isSpeaking());
-    // The player is left to a stop.
+    // paplay runs until stop().
     QCOMPARE(speech->children().size(), 2);
     speech->stop();
     QCOMPARE(speech.events(), (QStringList {ends, finished}));
@@ -152,7 +152,7 @@ void tst_SpeechFailures::paplayEndsFirst()
     SpeechFixture speech;
     speech->speak(s_text);
     QTRY_COMPARE(speech.events(), (QStringList {begins, ends, finished}));
-    // Piper is ended with it, and nothing is said of that. It is let go when it has ended.
+    // piper is killed without a signal, and deleted when it has ended.
     QTRY_COMPARE(speech->children().size(), 0);
     speech->stop();
     speech.destroy();
@@ -166,7 +166,7 @@ void tst_SpeechFailures::paplayIsMissing()
     piper.behaves(QByteArrayLiteral("read -r _; while :; do echo sound; done"));
     SpeechFixture speech;
     speech->speak(s_text);
-    // Nobody reads what piper writes, of which it dies. Nothing has been said, so nothing is finished.
+    // piper is killed because nobody reads its output. Nothing was played, so that speakingFinished() isn't emitted.
     QTRY_COMPARE(speech.events(), (QStringList {begins, ends, crashed}));
     QVERIFY(!speech->isSpeaking());
     speech->stop();

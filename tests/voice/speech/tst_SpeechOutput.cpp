@@ -17,7 +17,7 @@ const QString s_text = QStringLiteral("Grüße, %1 😀");
 
 } // namespace
 
-//! Speech from its beginning to its end, with stand-ins that do what they should.
+//! Speech output from start to end, with stand-ins that work.
 class tst_SpeechOutput : public QObject
 {
     Q_OBJECT
@@ -28,12 +28,12 @@ private Q_SLOTS:
     void detectsAgain();
     void isSilentBeforeDetection();
     void speaks();
-    void speaksWithoutMarks();
-    void speaksNoMoreThanThatMuch();
+    void removesMarkdown();
+    void limitsTheLength();
     void ignoresBlankText_data();
     void ignoresBlankText();
-    void codeAloneSilencesTheOneBefore();
-    void cutsOffTheOneBefore();
+    void codeAloneStopsTheCurrentReply();
+    void stopsTheCurrentReply();
     void stopsInTheMiddle();
     void stopsBeforeTheFirstEvent();
     void stopsWhatPlaysOn();
@@ -135,7 +135,7 @@ void tst_SpeechOutput::speaks()
     QCOMPARE(speech.events(), (QStringList {begins, ends, finished}));
 }
 
-void tst_SpeechOutput::speaksWithoutMarks()
+void tst_SpeechOutput::removesMarkdown()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
@@ -145,7 +145,7 @@ void tst_SpeechOutput::speaksWithoutMarks()
     QCOMPARE(piper.text(), QStringLiteral("Title\n\nSee bold label, \n\n## Part"));
 }
 
-void tst_SpeechOutput::speaksNoMoreThanThatMuch()
+void tst_SpeechOutput::limitsTheLength()
 {
     const PiperStandIn piper;
     const PaplayStandIn paplay;
@@ -159,7 +159,7 @@ void tst_SpeechOutput::ignoresBlankText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << "";
-    QTest::newRow("white space") << " \n\t";
+    QTest::newRow("whitespace") << " \n\t";
 }
 
 void tst_SpeechOutput::ignoresBlankText()
@@ -171,13 +171,13 @@ void tst_SpeechOutput::ignoresBlankText()
     SpeechFixture speech;
     speech->speak(s_text);
     speech.take();
-    // What is being said goes on.
+    // The current reply continues.
     speech->speak(text);
     QCOMPARE(speech.events(), QStringList());
     QVERIFY(speech->isSpeaking());
 }
 
-void tst_SpeechOutput::codeAloneSilencesTheOneBefore()
+void tst_SpeechOutput::codeAloneStopsTheCurrentReply()
 {
     const PiperStandIn piper;
     PaplayStandIn paplay;
@@ -194,7 +194,7 @@ void tst_SpeechOutput::codeAloneSilencesTheOneBefore()
     QTRY_COMPARE(speech->children().size(), 0);
 }
 
-void tst_SpeechOutput::cutsOffTheOneBefore()
+void tst_SpeechOutput::stopsTheCurrentReply()
 {
     const PiperStandIn piper;
     PaplayStandIn paplay;
@@ -225,7 +225,7 @@ void tst_SpeechOutput::stopsInTheMiddle()
     speech->stop();
     QVERIFY(isGone(piper.processIds().constFirst()));
     QVERIFY(isGone(paplay.processIds().constFirst()));
-    // To be killed is a crash to piper, so it is told twice.
+    // The killed piper counts as crashed, so that the change is reported twice.
     QCOMPARE(speech.take(), (QStringList {ends, crashed, ends, finished}));
     QTRY_COMPARE(speech->children().size(), 0);
     speech.destroy();

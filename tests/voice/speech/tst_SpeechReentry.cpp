@@ -9,7 +9,7 @@
 
 using namespace SpeechEvents;
 
-//! Slots that speak and stop while speech tells of itself.
+//! Slots that call speak() and stop() while the signals of speech output are emitted.
 class tst_SpeechReentry : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ private Q_SLOTS:
     void speaksAgainWhenStopped();
     void speaksAgainWhenSilent();
     void speaksAgainWhenPiperIsKilled();
-    void theLastOneToSpeakIsHeard();
+    void theLastReplyIsSpoken();
     void stoppedAtItsBeginning();
     void overtakenAtItsBeginning();
     void stoppedInItsError();
@@ -29,7 +29,7 @@ private Q_SLOTS:
 namespace
 {
 
-//! Runs something at the first time of a signal after which there is silence.
+//! Runs @p work when the signal is emitted for the first time without speech.
 template<typename Signal, typename Work>
 void once(const SpeechFixture &speech, Signal signal, Work work)
 {
@@ -68,7 +68,7 @@ void tst_SpeechReentry::speaksAgainWhenStopped()
     speech->speak(QStringLiteral("first"));
     speech->stop();
     QCOMPARE(speech.take(), (QStringList {begins, ends, crashed, ends, finished, begins}));
-    // The stop was for the first alone.
+    // Only the first reply was stopped.
     QVERIFY(speech->isSpeaking());
     QTRY_COMPARE(speech->children().size(), 2);
     speech->stop();
@@ -80,7 +80,7 @@ void tst_SpeechReentry::speaksAgainWhenSilent()
     const PiperStandIn piper;
     const PaplayStandIn paplay;
     SpeechFixture speech;
-    // Before the end of the first was told as a whole.
+    // Before all signals about the end of the first reply were emitted.
     once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
     QTRY_COMPARE(speech.events(), (QStringList {begins, ends, begins, finished, ends, finished}));
@@ -95,7 +95,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperIsKilled()
     piper.hangs();
     paplay.playsOn();
     SpeechFixture speech;
-    // The player of the first still runs then: it ends before the second begins.
+    // The first paplay is still running then. It is killed before the second reply starts.
     once(speech, &SpeechOutput::speakingChanged, [&] { speech->speak(QStringLiteral("second")); });
     speech->speak(QStringLiteral("first"));
     speech->stop();
@@ -106,7 +106,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperIsKilled()
     QCOMPARE(speech.events(), (QStringList {ends, crashed, ends, finished}));
 }
 
-void tst_SpeechReentry::theLastOneToSpeakIsHeard()
+void tst_SpeechReentry::theLastReplyIsSpoken()
 {
     const PiperStandIn piper;
     PaplayStandIn paplay;
@@ -116,7 +116,7 @@ void tst_SpeechReentry::theLastOneToSpeakIsHeard()
     speech->speak(QStringLiteral("first"));
     QTRY_COMPARE(piper.text(), QStringLiteral("first"));
     QTRY_VERIFY(isGone(piper.processIds().constFirst()));
-    // The third is asked for while the second cuts off the first.
+    // The third reply is requested while the second one stops the first.
     speech->speak(QStringLiteral("second"));
     QCOMPARE(speech.events(), (QStringList {begins, ends, finished, begins}));
     QVERIFY(speech->isSpeaking());
@@ -183,7 +183,7 @@ void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
         speech->speak(QStringLiteral("second"));
     });
     speech->speak(QStringLiteral("first"));
-    // Its failure is told to the end, but isn't one of the second.
+    // All signals about its failure are emitted, but don't affect the second reply.
     const QStringList told = speech.take();
     QCOMPARE(told.mid(0, 5), (QStringList {begins, ends, ends, finished, begins}));
     QCOMPARE(told.size(), 7);

@@ -100,23 +100,23 @@ void tst_SpeechText::says_data()
     QTest::addColumn<QString>("reply");
     QTest::addColumn<QString>("text");
 
-    const QString most(1000, QLatin1Char('x'));
+    const QString longest(1000, QLatin1Char('x'));
     QTest::newRow("empty") << QString() << QString();
     QTest::newRow("blank") << " \n\t " << QString();
     QTest::newRow("code alone") << "```\nx\n```" << QString();
-    QTest::newRow("code and blanks") << " `x` \n" << QString();
+    QTest::newRow("code and whitespace") << " `x` \n" << QString();
     QTest::newRow("trimmed") << " `x` a \n"
                              << "a";
-    // The white space goes last, when the start of the text is past.
-    QTest::newRow("heading behind white space") << "\n# Title"
-                                                << "# Title";
-    QTest::newRow("1000 characters") << most << most;
-    QTest::newRow("1000 and white space") << QString(QLatin1Char(' ') + most + QLatin1Char('\n')) << most;
-    QTest::newRow("1000 and marks") << QString(QLatin1String("**") + most + QLatin1String("**")) << most;
-    QTest::newRow("1001 characters") << QString(most + QLatin1Char('y')) << QString(most + QLatin1String("..."));
-    QTest::newRow("many more") << most.repeated(1000) << QString(most + QLatin1String("..."));
+    // Intentional: trimmed last, so that a heading after whitespace keeps its "#".
+    QTest::newRow("heading after whitespace") << "\n# Title"
+                                              << "# Title";
+    QTest::newRow("1000 characters") << longest << longest;
+    QTest::newRow("1000 and whitespace") << QString(QLatin1Char(' ') + longest + QLatin1Char('\n')) << longest;
+    QTest::newRow("1000 and markdown") << QString(QLatin1String("**") + longest + QLatin1String("**")) << longest;
+    QTest::newRow("1001 characters") << QString(longest + QLatin1Char('y')) << QString(longest + QLatin1String("..."));
+    QTest::newRow("many more") << longest.repeated(1000) << QString(longest + QLatin1String("..."));
     QTest::newRow("a blank at the cut stays")
-        << QString(most.left(999) + QLatin1String(" yes")) << QString(most.left(999) + QLatin1String(" ..."));
+        << QString(longest.left(999) + QLatin1String(" yes")) << QString(longest.left(999) + QLatin1String(" ..."));
 }
 
 void tst_SpeechText::says()

@@ -11,7 +11,7 @@
 #include <QJsonObject>
 #include <QTest>
 
-//! Rules for tests, and what corrects by them.
+//! Builds rules for tests, and processors that use them.
 namespace SttRules
 {
 
@@ -43,7 +43,7 @@ inline QJsonObject word(const char *from, const char *to)
     return {{QStringLiteral("from"), QString::fromUtf8(from)}, {QStringLiteral("to"), QString::fromUtf8(to)}};
 }
 
-//! A processor with these rules, loaded in silence.
+//! A processor with these rules. Discards its log lines.
 inline SttPostProcessor processor(const QByteArray &json)
 {
     const MessageLog log;
@@ -52,7 +52,7 @@ inline SttPostProcessor processor(const QByteArray &json)
     return result;
 }
 
-//! Of a test whose rows are a text and what becomes of it.
+//! The columns of a test whose rows are rules, a text and its correction.
 inline void textColumns()
 {
     QTest::addColumn<QByteArray>("json");

@@ -15,7 +15,7 @@
 namespace
 {
 
-//! The rows for the assistant's and the tool's own name come first; their variants are of our choice.
+//! The rows for the names of the assistant and the tool come first.
 constexpr int s_ownRows = 2;
 
 QJsonObject resource(const QString &name)
@@ -40,7 +40,7 @@ QStringList sentences()
     return result;
 }
 
-//! Common English words as they are spoken to an assistant, a line each.
+//! Common English words that are used in commands, one per line.
 QStringList everydayWords()
 {
     const QByteArray all = contentOf(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
@@ -48,7 +48,7 @@ QStringList everydayWords()
     return QString::fromUtf8(all).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-//! As the program has it.
+//! With the rules of the program.
 SttPostProcessor installed()
 {
     const MessageLog log;
@@ -57,7 +57,7 @@ SttPostProcessor installed()
     return result;
 }
 
-//! With the rows of our choice alone.
+//! With only the rows for the own names.
 SttPostProcessor ownRows()
 {
     QJsonArray rows;
@@ -80,7 +80,7 @@ QStringList texts(std::initializer_list<const char *> list)
     return result;
 }
 
-//! The rows of a list, each as the values of these keys with bars between, lists with commas.
+//! The rows of a list as texts: the values of these keys joined by bars, and lists joined by commas.
 QStringList rowsOf(const QString &list, std::initializer_list<const char *> keys)
 {
     QStringList result;
@@ -99,7 +99,7 @@ QStringList rowsOf(const QString &list, std::initializer_list<const char *> keys
 
 } // namespace
 
-//! The rules that the program is delivered with.
+//! The rules in the program's resources.
 class tst_SttCorrections : public QObject
 {
     Q_OBJECT
@@ -111,10 +111,10 @@ private Q_SLOTS:
     void isLoadedWhole();
     void corrects_data();
     void corrects();
-    void ownNamesAreHeard();
-    void ownVariantsSpareSentences();
-    void ownVariantsSpareEverydayWords();
-    void whatEverydayWordsBecome();
+    void findsTheOwnNames();
+    void ownVariantsKeepSentences();
+    void ownVariantsKeepEverydayWords();
+    void everydayWordsThatChange();
 };
 
 void tst_SttCorrections::holdsTheProductNames()
@@ -208,7 +208,7 @@ void tst_SttCorrections::corrects()
     QTEST(installed().correctFinal(text), "result");
 }
 
-void tst_SttCorrections::ownNamesAreHeard()
+void tst_SttCorrections::findsTheOwnNames()
 {
     const SttPostProcessor processor = installed();
     const QJsonArray rows = rules().value(QLatin1String("product_names")).toArray();
@@ -222,7 +222,7 @@ void tst_SttCorrections::ownNamesAreHeard()
     }
 }
 
-void tst_SttCorrections::ownVariantsSpareSentences()
+void tst_SttCorrections::ownVariantsKeepSentences()
 {
     const SttPostProcessor processor = ownRows();
     const QStringList suites = sentences();
@@ -231,7 +231,7 @@ void tst_SttCorrections::ownVariantsSpareSentences()
         QCOMPARE(processor.correctPartial(text), text);
         QCOMPARE(installed().correctFinal(text), text);
     }
-    // What other rows are there for.
+    // Words that other rows correct or produce.
     for (const char *text :
          {"undo that",     "i did that",   "i'm duped",   "and do that", "under",      "i will do that",
           "cancel now",    "we're back",   "we are back", "trucking",    "consultant", "open the dolphine",
@@ -245,7 +245,7 @@ void tst_SttCorrections::ownVariantsSpareSentences()
     }
 }
 
-void tst_SttCorrections::ownVariantsSpareEverydayWords()
+void tst_SttCorrections::ownVariantsKeepEverydayWords()
 {
     const SttPostProcessor processor = ownRows();
     const QStringList words = everydayWords();
@@ -259,9 +259,9 @@ void tst_SttCorrections::ownVariantsSpareEverydayWords()
     QCOMPARE(changed, QStringList());
 }
 
-void tst_SttCorrections::whatEverydayWordsBecome()
+void tst_SttCorrections::everydayWordsThatChange()
 {
-    // The price of the rows that are fixed.
+    // Intentional: side effects of the given rows.
     const QStringList expected =
         texts({"console > Konsole", "consoles > Konsole", "consul > Konsole", "consult > Konsole",
                "consultant > cancel that", "dolphin > Dolphin", "dolphins > Dolphin", "kate > KDE", "katie > KDE",

@@ -142,7 +142,7 @@ void tst_SttPostProcessor::everyCharacterKeepsItsPlace()
     QString after;
     for (uint code = 1; code <= QChar::LastValidCodePoint; ++code) {
         if (code == '~') {
-            continue; // of which the rule is made
+            continue; // part of the rule
         }
         for (QString *text : {&before, &after}) {
             if (QChar::requiresSurrogates(code)) {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "SttRules.h"
 #include "TestRegistry.h"
 
@@ -22,15 +23,9 @@ const QByteArray s_plasma = SttRules::json({name("Plasma", {"plaza"})});
 const QByteArray s_dolphin = SttRules::json({name("Dolphin", {"plaza"})});
 const QString s_loadedOne = QStringLiteral("SttPostProcessor: loaded 1 product names, 0 aliases, 0 word replacements");
 
-bool write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 } // namespace
 
-//! Where rules come from, and which of them are taken.
+//! Loading the rules, and invalid rows.
 class tst_SttRules : public QObject
 {
     Q_OBJECT
@@ -45,7 +40,7 @@ private Q_SLOTS:
     void fallbackServes();
     void missesBothFiles();
     void cannotOpenFallback();
-    void fallbackLiesBesideTheProgram();
+    void fallbackIsNextToTheProgram();
 };
 
 void tst_SttRules::takesRows_data()
@@ -144,8 +139,8 @@ void tst_SttRules::newRulesReplaceOld()
 void tst_SttRules::resourceComesFirst()
 {
     const QTemporaryDir folder;
-    QVERIFY(write(folder.filePath(QStringLiteral("a")), s_plasma));
-    QVERIFY(write(folder.filePath(QStringLiteral("b")), s_dolphin));
+    QVERIFY(writeFile(folder.filePath(QStringLiteral("a")), s_plasma));
+    QVERIFY(writeFile(folder.filePath(QStringLiteral("b")), s_dolphin));
     const MessageLog log;
     SttPostProcessor processor;
     processor.loadRulesFrom(folder.filePath(QStringLiteral("a")), folder.filePath(QStringLiteral("b")));
@@ -157,7 +152,7 @@ void tst_SttRules::resourceComesFirst()
 void tst_SttRules::fallbackServes()
 {
     const QTemporaryDir folder;
-    QVERIFY(write(folder.filePath(QStringLiteral("b")), s_dolphin));
+    QVERIFY(writeFile(folder.filePath(QStringLiteral("b")), s_dolphin));
     const MessageLog log;
     SttPostProcessor processor;
     processor.loadRulesFrom(QStringLiteral(":/no/such/file"), folder.filePath(QStringLiteral("b")));
@@ -182,19 +177,19 @@ void tst_SttRules::cannotOpenFallback()
     const QTemporaryDir folder;
     const MessageLog log;
     SttPostProcessor processor;
-    // A directory exists and can't be opened, not even by root.
+    // A directory exists, but not even root can open it as a file.
     processor.loadRulesFrom(QStringLiteral(":/no/such/file"), folder.path());
     QCOMPARE(log.lines().size(), 1);
     QCOMPARE(log.warnings(), QStringList {QStringLiteral("SttPostProcessor: cannot open \"%1\"").arg(folder.path())});
     QVERIFY(!processor.isLoaded());
 }
 
-void tst_SttRules::fallbackLiesBesideTheProgram()
+void tst_SttRules::fallbackIsNextToTheProgram()
 {
-    // This program has no resources, and is built to a place of the same form as an uninstalled tovictl.
+    // This test has no resources, and is built in the same directory as tovictl.
     const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/../src/voice/stt-corrections.json");
     QVERIFY(!QFile::exists(path));
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()) && write(path, s_dolphin));
+    QVERIFY(writeFile(path, s_dolphin));
     const auto cleanUp = qScopeGuard([&path] { QFile::remove(path); });
     const MessageLog log;
     SttPostProcessor processor;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "TestRegistry.h"
 
 #include <QFile>
@@ -14,7 +15,7 @@
 namespace
 {
 
-//! What is there as the rows of a table; lists can be compared with each other.
+//! The sentences of a suite as a list that can be compared.
 using Rows = QList<QStringList>;
 
 Rows sentencesIn(const QJsonObject &suite)
@@ -46,7 +47,8 @@ Rows rowsOf(std::initializer_list<std::array<const char *, 3>> sentences)
 
 } // namespace
 
-//! The sentences that engines are compared by. Accuracies that users have noted down are about these words and ids.
+//! The sentences with which engines are compared. Must not change, because users have recorded results with these texts
+//! and ids.
 class tst_SttSuites : public QObject
 {
     Q_OBJECT
@@ -104,14 +106,13 @@ void tst_SttSuites::holds()
 {
     QFETCH(QString, description);
     QFETCH(Rows, sentences);
-    QFile file(QStringLiteral(":/org/kde/loomra/voice/") + QLatin1String(QTest::currentDataTag()));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QJsonObject suite = QJsonDocument::fromJson(file.readAll()).object();
+    const QString path = QStringLiteral(":/org/kde/loomra/voice/") + QLatin1String(QTest::currentDataTag());
+    const QJsonObject suite = QJsonDocument::fromJson(contentOf(path)).object();
     QCOMPARE(suite.keys(),
              (QStringList {QStringLiteral("description"), QStringLiteral("sentences"), QStringLiteral("version")}));
     QCOMPARE(suite.value(QLatin1String("version")), QJsonValue(1));
     QCOMPARE(suite.value(QLatin1String("description")).toString(), description);
-    // A row at a time, as a difference is then shown.
+    // Row by row, so that a difference is shown.
     const Rows found = sentencesIn(suite);
     for (int i = 0; i < sentences.size(); ++i) {
         QCOMPARE(found.value(i), sentences.at(i));

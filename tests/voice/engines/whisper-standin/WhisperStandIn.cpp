@@ -37,7 +37,7 @@ struct State
 std::mutex s_mutex;
 std::condition_variable s_changed;
 State s_state;
-// These belong to the process, and outlive a reset.
+// Not reset: these belong to the process.
 int s_livingContexts = 0;
 std::size_t s_backends = 0;
 

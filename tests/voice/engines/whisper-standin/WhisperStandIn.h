@@ -14,27 +14,27 @@
 #include <optional>
 #include <vector>
 
-//! The test's side of a libwhisper that recognises nothing: it says what it is told to, and writes down what is asked
-//! of it. One for the whole process. Any thread.
+//! Controls the stand-in for libwhisper, which returns the texts that a test sets and records its calls. One for the
+//! whole process. Any thread.
 namespace WhisperStandIn
 {
 
-//! Forgets everything, and says "stand-in" to any audio. Contexts that live stay valid.
+//! Resets everything; the text is "stand-in" again. Existing contexts stay valid.
 void reset();
 
-//! What the next transcriptions say, a text each segment; none for a segment whose text is null.
+//! Sets the segments of the following transcriptions. A segment without a value has a null text.
 void say(const QList<std::optional<QByteArray>> &segments);
-//! What whisper_full() returns from now on; it's 0 before.
+//! Sets the result of whisper_full(), 0 by default.
 void failWith(int result);
 
-//! From now on whisper_full() doesn't return before letGo().
+//! From now on whisper_full() blocks until letGo().
 void hold();
-//! Waits until a transcription is held.
+//! Waits until whisper_full() is blocked.
 void waitUntilHeld();
 void letGo();
 
-//! Holds as long as it lives, or until letGo(). Who waits for the engine at the end then doesn't wait for ever where a
-//! test fails: it must go before them.
+//! Calls hold(), and letGo() when it is deleted. If a test fails meanwhile, objects that wait for the engine in their
+//! destructor aren't blocked forever: declare it after them.
 class Held
 {
 public:
@@ -44,10 +44,10 @@ public:
     Held &operator=(const Held &) = delete;
 };
 
-//! The calls that were made, in order: "backends", "init PATH", "failed init PATH", "free", "full begins", "full ends".
-//! A path that is no file fails to init.
+//! The recorded calls, in order: "backends", "init PATH", "failed init PATH", "free", "full begins", "full ends".
+//! Loading fails if the path isn't a file.
 QStringList calls();
-//! Contexts that were made and not yet freed.
+//! The number of contexts that aren't freed yet.
 int livingContexts();
 
 //! The last call of whisper_full().
@@ -57,14 +57,14 @@ struct Transcription
     whisper_full_params params {};
     QByteArray language;
     std::vector<float> samples;
-    //! From the question for the default parameters to that for the number of segments. The call lies within.
+    //! Times of the calls for the default parameters, the start and end of whisper_full(), and the number of segments.
     std::chrono::steady_clock::time_point asked, begun, ended, read;
 };
 Transcription lastTranscription();
 
-//! The parameters before the worker changes any: nothing in them is what it wants, but for the strategy.
+//! The default parameters of the stand-in. Except the strategy all differ from those that the worker sets.
 whisper_full_params defaults(whisper_sampling_strategy strategy);
-//! Whether the last init got the parameters that the stand-in gave as the context's defaults.
+//! Whether the last context was created with the stand-in's default parameters.
 bool contextParamsWereDefault();
 
 } // namespace WhisperStandIn

@@ -5,8 +5,7 @@
 
 #include <cstddef>
 
-// Beside whisper.h, so that the worker doesn't find the header of a real library: where computing is done by plugins,
-// none is loaded before somebody asks for all.
+// Hides the header of a real library. Like a library whose compute backends are plugins: none is loaded by default.
 
 std::size_t ggml_backend_reg_count();
 void ggml_backend_load_all();

@@ -3,8 +3,8 @@
 
 #pragma once
 
-// What the worker uses of libwhisper, and a few fields that it must leave alone. Parameters go by value: a program is
-// built with this header and the stand-in, or with the library's own header and the library.
+// The part of libwhisper that the worker uses, and a few fields that it must not change. Parameters are passed by
+// value, so this header must be used with the stand-in only.
 
 struct whisper_context;
 
