@@ -85,7 +85,7 @@ void tst_VoiceBridgeCapture::init()
 void tst_VoiceBridgeCapture::capturesASentence()
 {
     ListeningFixture fixture;
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.microphone.hear(3, ScriptedMicrophone::Quiet);
     fixture.hearSentence();
     fixture.voice->startListening();
@@ -105,7 +105,7 @@ void tst_VoiceBridgeCapture::capturesASentence()
     QCOMPARE(log.size(), 4);
     QVERIFY(log.constLast().startsWith(QStringLiteral("TRANSCRIPT \"hello world\"  latency=")));
 
-    QStringList events = withoutLevel(heard.entries());
+    QStringList events = withoutLevel(emitted.entries());
     events.removeAll(QStringLiteral("voiceLogChanged()"));
     // Another test compares the audio.
     QCOMPARE(events.filter(QStringLiteral("requestTranscription(")).size(), 1);
@@ -150,10 +150,10 @@ void tst_VoiceBridgeCapture::startsOnlyWhenIdle()
     fixture.voice->startListening();
     QVERIFY(fixture.voice->isListening());
     const auto doesNothing = [&fixture] {
-        SignalLog heard(fixture.voice.get());
+        SignalLog emitted(fixture.voice.get());
         const QStringList log = fixture.log();
         fixture.voice->startListening();
-        return heard.entries().isEmpty() && fixture.log() == log && fixture.microphone.openStreams() <= 1;
+        return emitted.entries().isEmpty() && fixture.log() == log && fixture.microphone.openStreams() <= 1;
     };
     QVERIFY(doesNothing());
 
@@ -188,13 +188,13 @@ void tst_VoiceBridgeCapture::stopBeforeSpeech()
     ListeningFixture fixture;
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.microphone.chunksRead() >= 3);
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->stopListening();
     QTRY_VERIFY(!fixture.voice->isListening());
     QCOMPARE(fixture.log(),
              (QStringList {s_start, silenceAfter(fixture.microphone.chunksRead() * Pcm::ChunkDuration)}));
     QCOMPARE(
-        withoutLevel(heard.entries()),
+        withoutLevel(emitted.entries()),
         (QStringList {QStringLiteral("listeningChanged()"), QStringLiteral("partialTranscriptChanged()"),
                       QStringLiteral("voiceLogChanged()"), QStringLiteral("errorOccurred(\"No speech detected\")")}));
     QCOMPARE(fixture.voice->lastError(), QString());
@@ -204,10 +204,10 @@ void tst_VoiceBridgeCapture::stopBeforeSpeech()
 void tst_VoiceBridgeCapture::stopWhenIdleDoesNothing()
 {
     ListeningFixture fixture;
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->stopListening();
     QCoreApplication::processEvents();
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
 }
 
 void tst_VoiceBridgeCapture::cutsAtTheLimit()
@@ -285,9 +285,9 @@ void tst_VoiceBridgeCapture::microphoneThatCannotBeOpened()
     VoiceBridge voice(std::move(parts));
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.startListening();
-    QCOMPARE(heard.take(),
+    QCOMPARE(emitted.take(),
              (QStringList {QStringLiteral("voiceLogChanged()"), QStringLiteral("listeningChanged()"),
                            QStringLiteral("errorOccurred(\"Cannot open microphone: Kein Gerät %1\")")}));
     QCOMPARE(voice.lastError(), QString());
@@ -297,10 +297,10 @@ void tst_VoiceBridgeCapture::microphoneThatCannotBeOpened()
     voice.startListening();
     voice.stopListening();
     QCOMPARE(attempts, 1);
-    QCOMPARE(heard.take(), QStringList());
+    QCOMPARE(emitted.take(), QStringList());
     voice.cancelListening();
     QVERIFY(!voice.isListening());
-    QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("listeningChanged()")});
+    QCOMPARE(withoutLevel(emitted.take()), QStringList {QStringLiteral("listeningChanged()")});
     voice.startListening();
     QCOMPARE(attempts, 2);
 }
@@ -311,11 +311,11 @@ void tst_VoiceBridgeCapture::missingModel()
     ScriptedMicrophone microphone;
     VoiceBridge voice(VoiceFixture::parts(microphone));
     voice.setVoiceLogEnabled(true);
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.startListening();
     QVERIFY(!voice.isListening());
     QCOMPARE(microphone.openStreams(), 0);
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("voiceLogChanged()"), QStringLiteral("modelLoadedChanged()"),
                            QStringLiteral("errorOccurred(\"Whisper model not found. Download ggml-base.en.bin to "
                                           "~/.local/share/tovi-forkeldaos/models/\")")}));
@@ -349,16 +349,16 @@ void tst_VoiceBridgeCapture::cancelsWhileListening()
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.microphone.chunksRead() >= 3);
     QVERIFY(fixture.voice->isListening());
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     QSignalSpy requests(fixture.voice.get(), &VoiceBridge::requestTranscription);
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isListening());
     QCOMPARE(fixture.microphone.openStreams(), 0);
-    QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("listeningChanged()")});
+    QCOMPARE(withoutLevel(emitted.take()), QStringList {QStringLiteral("listeningChanged()")});
 
     // The end of the thread is still delivered, and finds no samples.
-    QTRY_COMPARE(heard.entries().count(QStringLiteral("errorOccurred(\"No speech detected\")")), 1);
-    QCOMPARE(heard.entries().count(QStringLiteral("listeningChanged()")), 1);
+    QTRY_COMPARE(emitted.entries().count(QStringLiteral("errorOccurred(\"No speech detected\")")), 1);
+    QCOMPARE(emitted.entries().count(QStringLiteral("listeningChanged()")), 1);
     QVERIFY(fixture.log().constLast().startsWith(QStringLiteral("SILENCE  no speech detected after ")));
     QCOMPARE(requests.size(), 0);
     QVERIFY(!fixture.voice->isTranscribing());
@@ -372,10 +372,10 @@ void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.voice->isTranscribing());
     WhisperStandIn::waitUntilHeld();
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->cancelListening();
     QVERIFY(!fixture.voice->isTranscribing());
-    QCOMPARE(withoutLevel(heard.take()), QStringList {QStringLiteral("transcribingChanged()")});
+    QCOMPARE(withoutLevel(emitted.take()), QStringList {QStringLiteral("transcribingChanged()")});
     WhisperStandIn::letGo();
     QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
 }
@@ -383,11 +383,11 @@ void tst_VoiceBridgeCapture::cancelsWhileTranscribing()
 void tst_VoiceBridgeCapture::cancelsWhenIdle()
 {
     ListeningFixture fixture;
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->cancelListening();
     QCoreApplication::processEvents();
     // Intentional: the level is reset anyway.
-    QCOMPARE(heard.entries(), QStringList {QStringLiteral("inputLevelChanged()")});
+    QCOMPARE(emitted.entries(), QStringList {QStringLiteral("inputLevelChanged()")});
 }
 
 void tst_VoiceBridgeCapture::restartsInTheSameEventLoopTurn()
@@ -398,14 +398,14 @@ void tst_VoiceBridgeCapture::restartsInTheSameEventLoopTurn()
     fixture.voice->startListening();
     QTRY_VERIFY(fixture.microphone.chunksRead() >= 4);
     fixture.voice->cancelListening();
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->startListening();
     // Now the end of the first capture is delivered. It reports its error, and the second capture continues.
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), s_noSpeech);
     QVERIFY(fixture.voice->isListening());
     QCOMPARE(fixture.microphone.openStreams(), 1);
-    QCOMPARE(heard.entries().count(QStringLiteral("listeningChanged()")), 1);
+    QCOMPARE(emitted.entries().count(QStringLiteral("listeningChanged()")), 1);
     const int chunks = fixture.microphone.chunksRead();
     QTRY_VERIFY(fixture.microphone.chunksRead() >= chunks + 2);
     fixture.voice->stopListening();

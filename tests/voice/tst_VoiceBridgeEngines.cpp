@@ -130,9 +130,9 @@ void tst_VoiceBridgeEngines::refusesWhatIsNotAvailable()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.setSttBackend(backend);
-    QCOMPARE(heard.entries(), QStringList {error(reason)});
+    QCOMPARE(emitted.entries(), QStringList {error(reason)});
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper"));
     QCOMPARE(storedBackend(), QStringLiteral("whisper"));
     QCOMPARE(voice.lastError(), QString());
@@ -181,12 +181,12 @@ void tst_VoiceBridgeEngines::choosingLoadsAndStores()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QStringList names;
     connect(&voice, &VoiceBridge::modelLoadedChanged, this,
             [&] { names.append(voice.isModelLoaded() ? voice.modelName() : QStringLiteral("none")); });
     voice.setSttBackend(QStringLiteral("moonshine"));
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {
                  QStringLiteral("inputLevelChanged()"), // from cancelListening()
                  QStringLiteral("sttBackendChanged()"),
@@ -207,10 +207,10 @@ void tst_VoiceBridgeEngines::choosingThePresentOneDoesNotReload()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     const QStringList calls = WhisperStandIn::calls();
     voice.setSttBackend(QStringLiteral("whisper-small-q5"));
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(WhisperStandIn::calls(), calls);
 }
 
@@ -232,11 +232,11 @@ void tst_VoiceBridgeEngines::reportsAFailureToLoad()
 {
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.setSttBackend(QStringLiteral("whisper")); // never refused, even without its model
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper"));
     QCOMPARE(storedBackend(), QStringLiteral("whisper"));
-    QCOMPARE(heard.entries().constLast(), error(s_whisperNotFound));
+    QCOMPARE(emitted.entries().constLast(), error(s_whisperNotFound));
     QVERIFY(!voice.isModelLoaded());
 }
 
@@ -259,9 +259,9 @@ void tst_VoiceBridgeEngines::noOtherWhisperModelIsTaken()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QCOMPARE(voice.sttBackend(), QStringLiteral("whisper-small-q5"));
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(!voice.loadModel());
-    QCOMPARE(heard.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(s_whisperNotFound)}));
+    QCOMPARE(emitted.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(s_whisperNotFound)}));
     QCOMPARE(voice.lastError(), QString());
 }
 
@@ -270,10 +270,10 @@ void tst_VoiceBridgeEngines::whisperModelByPath()
     const WhisperModelFile own(QStringLiteral("my %1 model.bin"));
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(voice.loadModel(own.path()));
     QCOMPARE(voice.modelName(), QStringLiteral("my %1 model.bin"));
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("modelLoadedChanged()"), QStringLiteral("modelLoadedChanged()")}));
     QVERIFY(messages.has(QtDebugMsg,
                          QStringLiteral("VoiceBridge: loading whisper model \"") + own.path() + QLatin1Char('"')));
@@ -285,11 +285,11 @@ void tst_VoiceBridgeEngines::brokenWhisperModel()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     const QString path = QStringLiteral("/no/such/%1.bin");
     QVERIFY(!voice.loadModel(path));
     QVERIFY(!voice.isModelLoaded());
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("modelLoadedChanged()"),
                            QStringLiteral("errorOccurred(\"Failed to load whisper model: /no/such/%1.bin\")")}));
     QCOMPARE(WhisperStandIn::livingContexts(), 0); // the old model is freed
@@ -344,10 +344,10 @@ void tst_VoiceBridgeEngines::lostSherpaModel()
     voice.setSttBackend(backend);
     QVERIFY(voice.isModelLoaded());
     QVERIFY(QDir(standIn.modelDir()).removeRecursively());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(!voice.loadModel());
     QCOMPARE(
-        heard.entries(),
+        emitted.entries(),
         (QStringList {QStringLiteral("modelLoadedChanged()"), error(name + QStringLiteral(" model dir not found"))}));
 }
 
@@ -368,11 +368,11 @@ void tst_VoiceBridgeEngines::incompleteSherpaModel()
         VoiceBridge voice(VoiceFixture::parts());
         const QString aside = file + QStringLiteral(".aside");
         QVERIFY(QFile::rename(file, aside));
-        SignalLog heard(&voice);
+        SignalLog emitted(&voice);
         voice.setSttBackend(backend);
         QVERIFY(QFile::rename(aside, file));
         QCOMPARE(voice.isModelLoaded(), false);
-        QCOMPARE(heard.entries().constLast(),
+        QCOMPARE(emitted.entries().constLast(),
                  error(QStringLiteral("Failed to load %1 model: %2").arg(name, standIn.modelDir())));
         QCOMPARE(messages.warnings(),
                  QStringList {QStringLiteral("%1Worker: incomplete model in \"%2\"").arg(name, standIn.modelDir())});
@@ -417,9 +417,9 @@ void tst_VoiceBridgeEngines::sherpaIsUnavailable()
     storeBackend(backend.constData()); // chosen while it was installed
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(!voice.loadModel());
-    QCOMPARE(heard.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(reason)}));
+    QCOMPARE(emitted.entries(), (QStringList {QStringLiteral("modelLoadedChanged()"), error(reason)}));
 }
 
 REGISTER_TEST(tst_VoiceBridgeEngines, QCoreApplication)

@@ -180,7 +180,7 @@ void tst_VoiceBridgeLive::workerWithoutAnEngine()
 {
     MessageLog messages;
     NemotronStreamingWorker worker;
-    SignalLog heard(&worker);
+    SignalLog emitted(&worker);
     QVERIFY(!worker.loadModel(QDir::homePath()));
     QVERIFY(!worker.isLoaded());
     QCOMPARE(worker.modelName(), QString());
@@ -188,7 +188,7 @@ void tst_VoiceBridgeLive::workerWithoutAnEngine()
     worker.feedChunk(QByteArray(Pcm::ChunkBytes, 1));
     worker.finalizeSession();
     worker.cancelSession();
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(messages.warnings(),
              QStringList {QStringLiteral("NemotronStreamingWorker: built without HAVE_SHERPA_ONNX")});
 }
@@ -287,9 +287,9 @@ void tst_VoiceBridgeLive::failsToLoad()
 void tst_VoiceBridgeLive::missingModelIsSilent()
 {
     Fixture fixture;
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->startListening();
-    QCOMPARE(heard.entries(), QStringList {QStringLiteral("voiceLogChanged()")}); // START
+    QCOMPARE(emitted.entries(), QStringList {QStringLiteral("voiceLogChanged()")}); // START
     QVERIFY(!fixture.voice->isListening());
     QCOMPARE(fixture.streaming->calls(), QStringList());
 }
@@ -314,9 +314,9 @@ void tst_VoiceBridgeLive::cancels()
     fixture.streaming->m_partials = QStringList {QStringLiteral("open")};
     fixture.voice->startListening();
     QTRY_COMPARE(fixture.voice->partialTranscript(), QStringLiteral("open"));
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->cancelListening();
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("inputLevelChanged()"), QStringLiteral("partialTranscriptChanged()"),
                            QStringLiteral("listeningChanged()")}));
     QCOMPARE(fixture.voice->partialTranscript(), QString());

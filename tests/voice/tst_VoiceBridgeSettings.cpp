@@ -224,16 +224,16 @@ void tst_VoiceBridgeSettings::sets()
     VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     log.clear();
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(voice.setProperty(property.constData(), value));
 
     QCOMPARE(voice.property(property.constData()), becomes);
     QCOMPARE(stored(property.constData()).toString(), becomes.toString());
     if (logEntry.isEmpty()) {
-        QCOMPARE(heard.entries(), QStringList {signal});
+        QCOMPARE(emitted.entries(), QStringList {signal});
         QCOMPARE(voice.voiceLog(), QStringList());
     } else {
-        QCOMPARE(heard.entries(), (QStringList {QStringLiteral("voiceLogChanged()"), signal}));
+        QCOMPARE(emitted.entries(), (QStringList {QStringLiteral("voiceLogChanged()"), signal}));
         QCOMPARE(voice.voiceLog().size(), 1);
         QCOMPARE(entry(voice.voiceLog().constFirst()), logEntry);
     }
@@ -280,10 +280,10 @@ void tst_VoiceBridgeSettings::sameValueDoesNothing()
     voice.setProperty(property.constData(), first);
     const QStringList lines = voice.voiceLog();
     log.clear();
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QVERIFY(voice.setProperty(property.constData(), again));
     QCOMPARE(voice.property(property.constData()), first);
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(log.lines().size(), 0);
     QCOMPARE(voice.voiceLog(), lines);
 }
@@ -294,7 +294,7 @@ void tst_VoiceBridgeSettings::switchFollowsTheInputMode()
     VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     log.clear();
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
 
     voice.setSttInputMode(QStringLiteral("anything"));
     QCOMPARE(voice.sttInputMode(), QStringLiteral("batch"));
@@ -303,7 +303,7 @@ void tst_VoiceBridgeSettings::switchFollowsTheInputMode()
     QCOMPARE(stored("liveSttEnabled").toString(), QStringLiteral("false"));
     const QStringList all = {QStringLiteral("liveSttEnabledChanged()"), QStringLiteral("voiceLogChanged()"),
                              QStringLiteral("sttInputModeChanged()")};
-    QCOMPARE(heard.take(), all);
+    QCOMPARE(emitted.take(), all);
     QCOMPARE(log.lines().size(), 1);
     QVERIFY(log.has(QtDebugMsg, QStringLiteral("[VoiceBridge] sttInputMode -> batch")));
     QCOMPARE(entry(voice.voiceLog().constFirst()), QStringLiteral("Setting changed: STT mode = batch"));
@@ -311,7 +311,7 @@ void tst_VoiceBridgeSettings::switchFollowsTheInputMode()
     voice.setSttInputMode(QStringLiteral(" Live"));
     QCOMPARE(voice.sttInputMode(), QStringLiteral("live"));
     QCOMPARE(voice.liveSttEnabled(), true);
-    QCOMPARE(heard.take(), all);
+    QCOMPARE(emitted.take(), all);
 }
 
 void tst_VoiceBridgeSettings::switchForwardsToTheMode()
@@ -319,18 +319,18 @@ void tst_VoiceBridgeSettings::switchForwardsToTheMode()
     store("sttInputMode", QStringLiteral("batch")); // while the switch has its default, which is on
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     QCOMPARE(voice.liveSttEnabled(), true);
     voice.setLiveSttEnabled(false);
-    QCOMPARE(heard.take(), QStringList()); // the mode counts, and it is "batch" already
+    QCOMPARE(emitted.take(), QStringList()); // the mode counts, and it is "batch" already
 
     voice.setLiveSttEnabled(true);
     QCOMPARE(voice.sttInputMode(), QStringLiteral("live"));
-    QCOMPARE(heard.take(), QStringList {QStringLiteral("sttInputModeChanged()")});
+    QCOMPARE(emitted.take(), QStringList {QStringLiteral("sttInputModeChanged()")});
 
     voice.setLiveSttEnabled(false);
     QCOMPARE(voice.sttInputMode(), QStringLiteral("batch"));
-    QCOMPARE(heard.take(),
+    QCOMPARE(emitted.take(),
              (QStringList {QStringLiteral("liveSttEnabledChanged()"), QStringLiteral("sttInputModeChanged()")}));
     QCOMPARE(stored("sttInputMode").toString(), QStringLiteral("batch"));
     QCOMPARE(stored("liveSttEnabled").toString(), QStringLiteral("false"));
@@ -340,10 +340,10 @@ void tst_VoiceBridgeSettings::testModesAreNotStored()
 {
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.setVoiceTestActive(true);
     voice.setBatchSttMode(true);
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("voiceTestActiveChanged()"), QStringLiteral("batchSttModeChanged()")}));
     QCOMPARE(QSettings().allKeys().filter(QStringLiteral("voice/")), QStringList());
 }
@@ -352,18 +352,18 @@ void tst_VoiceBridgeSettings::logIsKeptWhileItIsOn()
 {
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
-    SignalLog heard(&voice);
-    voice.appendVoiceLog(QStringLiteral("unheard"));
+    SignalLog emitted(&voice);
+    voice.appendVoiceLog(QStringLiteral("not logged"));
     QCOMPARE(voice.voiceLog(), QStringList());
     voice.clearVoiceLog();
-    QCOMPARE(heard.take(), QStringList());
+    QCOMPARE(emitted.take(), QStringList());
 
     voice.setVoiceLogEnabled(true);
-    heard.take();
+    emitted.take();
     for (int i = 1; i <= 201; ++i) {
         voice.appendVoiceLog(QString::number(i));
     }
-    QCOMPARE(heard.take().size(), 201);
+    QCOMPARE(emitted.take().size(), 201);
     QCOMPARE(voice.voiceLog().size(), 200);
     QCOMPARE(entry(voice.voiceLog().constFirst()), QStringLiteral("201"));
     QCOMPARE(entry(voice.voiceLog().constLast()), QStringLiteral("2"));
@@ -372,10 +372,10 @@ void tst_VoiceBridgeSettings::logIsKeptWhileItIsOn()
 
     voice.setVoiceLogEnabled(false);
     QCOMPARE(voice.voiceLog().size(), 200); // existing lines are kept
-    heard.take();
+    emitted.take();
     voice.clearVoiceLog();
     QCOMPARE(voice.voiceLog(), QStringList());
-    QCOMPARE(heard.take(), QStringList {QStringLiteral("voiceLogChanged()")});
+    QCOMPARE(emitted.take(), QStringList {QStringLiteral("voiceLogChanged()")});
 }
 
 void tst_VoiceBridgeSettings::logSwitchWritesNoLine()
@@ -383,9 +383,9 @@ void tst_VoiceBridgeSettings::logSwitchWritesNoLine()
     MessageLog log;
     VoiceBridge voice(VoiceFixture::parts());
     log.clear();
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.setVoiceLogEnabled(true);
-    QCOMPARE(heard.take(), QStringList {QStringLiteral("voiceLogEnabledChanged()")});
+    QCOMPARE(emitted.take(), QStringList {QStringLiteral("voiceLogEnabledChanged()")});
     QVERIFY(log.has(QtDebugMsg, QStringLiteral("[VoiceBridge] voiceLogEnabled -> true")));
     QCOMPARE(stored("voiceLogEnabled").toString(), QStringLiteral("true"));
     voice.setVoiceLogEnabled(false);

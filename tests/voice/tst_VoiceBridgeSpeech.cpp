@@ -66,12 +66,12 @@ void tst_VoiceBridgeSpeech::speaks()
 {
     const Fixture fixture;
     QVERIFY(fixture.voice->ttsAvailable());
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->speak(QStringLiteral("Say **this** to `nobody`"));
     QVERIFY(fixture.voice->isSpeaking());
     QTRY_VERIFY(!fixture.voice->isSpeaking());
     QCOMPARE(fixture.piper.text(), QStringLiteral("Say this to"));
-    QCOMPARE(heard.entries(),
+    QCOMPARE(emitted.entries(),
              (QStringList {QStringLiteral("speakingChanged()"), QStringLiteral("speakingChanged()"),
                            QStringLiteral("speakingFinished()")}));
 }
@@ -80,9 +80,9 @@ void tst_VoiceBridgeSpeech::isSilentWhenItIsOff()
 {
     const Fixture fixture;
     fixture.voice->setTtsEnabled(false);
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->speak(QStringLiteral("hello"));
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QVERIFY(!fixture.voice->isSpeaking());
     QCOMPARE(fixture.piper.runs(), 0);
 }
@@ -93,9 +93,9 @@ void tst_VoiceBridgeSpeech::isSilentWithoutAVoice()
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(!voice.ttsAvailable());
     voice.setTtsEnabled(true);
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.speak(QStringLiteral("hello"));
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
 }
 
 void tst_VoiceBridgeSpeech::isSilentForWhitespace()
@@ -103,9 +103,9 @@ void tst_VoiceBridgeSpeech::isSilentForWhitespace()
     Fixture fixture;
     fixture.piper.hangs();
     fixture.voice->speak(QStringLiteral("hello"));
-    SignalLog heard(fixture.voice.get());
+    SignalLog emitted(fixture.voice.get());
     fixture.voice->speak(QStringLiteral(" \n\t")); // doesn't stop the current reply either
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QVERIFY(fixture.voice->isSpeaking());
 }
 

@@ -80,7 +80,7 @@ void tst_VoiceBridgeTranscripts::correctsTranscripts()
     VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Q_EMIT voice.requestTranscription(utterance());
     QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("Open the Dolphin"));
     const QStringList log = VoiceFixture::logEntries(voice);
@@ -92,7 +92,7 @@ void tst_VoiceBridgeTranscripts::correctsTranscripts()
         messages.has(QtDebugMsg, QStringLiteral("SttPostProcessor: \"Open the dolphine.\" -> \"Open the Dolphin\"")));
     QCOMPARE(messages.count(QStringLiteral("VoiceBridge: transcribed in ")), 1);
     QVERIFY(messages.lines().constLast().text.endsWith(QStringLiteral(" ms: \"Open the Dolphin\"")));
-    QCOMPARE(heard.entries().constLast(), QStringLiteral("transcriptReady(\"Open the Dolphin\")"));
+    QCOMPARE(emitted.entries().constLast(), QStringLiteral("transcriptReady(\"Open the Dolphin\")"));
 }
 
 void tst_VoiceBridgeTranscripts::correctTranscriptHasNoCorrection()
@@ -116,10 +116,10 @@ void tst_VoiceBridgeTranscripts::failureOfTheEngine()
     VoiceBridge voice(VoiceFixture::parts());
     voice.setVoiceLogEnabled(true);
     QVERIFY(voice.loadModel());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Q_EMIT voice.requestTranscription(QByteArray(3199, 1));
     QTRY_COMPARE(voice.lastError(), QStringLiteral("Audio too short"));
-    QCOMPARE(heard.entries().mid(1),
+    QCOMPARE(emitted.entries().mid(1),
              (QStringList {QStringLiteral("transcribingChanged()"), QStringLiteral("partialTranscriptChanged()"),
                            QStringLiteral("voiceLogChanged()"), QStringLiteral("errorOccurred(\"Audio too short\")")}));
     QCOMPARE(VoiceFixture::logEntries(voice), QStringList {QStringLiteral("ERROR Audio too short")});

@@ -80,9 +80,9 @@ QByteArrayList systemctlCalls()
 }
 
 //! The recorded signals that concern the wake word.
-QStringList wakeWordEvents(const SignalLog &heard)
+QStringList wakeWordEvents(const SignalLog &emitted)
 {
-    return heard.entries().filter(QRegularExpression(QStringLiteral("^(wakeWord|speaking|listening|transcribing)")));
+    return emitted.entries().filter(QRegularExpression(QStringLiteral("^(wakeWord|speaking|listening|transcribing)")));
 }
 
 const QString s_activated = QStringLiteral("wakeWordActivated(\"hey %1\")");
@@ -133,11 +133,11 @@ void tst_VoiceBridgeWakeWord::startsListening()
     ScriptedMicrophone microphone;
     VoiceBridge voice(VoiceFixture::parts(microphone));
     QVERIFY(!voice.wakeWordEnabled()); // the signal is handled anyway
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Detector detector;
     QVERIFY(detector.hears());
     QTRY_VERIFY(voice.isListening());
-    QCOMPARE(heard.entries().constFirst(), s_activated);
+    QCOMPARE(emitted.entries().constFirst(), s_activated);
     QVERIFY(messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: wake word activated: \"hey %1\"")));
 }
 
@@ -168,12 +168,12 @@ void tst_VoiceBridgeWakeWord::duringACapture()
     voice.setVoiceLogEnabled(true);
     voice.startListening();
     QVERIFY(reply.begins(voice));
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Detector detector;
     QVERIFY(detector.hears());
     QTRY_VERIFY(!voice.isSpeaking());
     QVERIFY(voice.isListening());
-    QCOMPARE(wakeWordEvents(heard), QStringList {s_activated} + s_speechEnds);
+    QCOMPARE(wakeWordEvents(emitted), QStringList {s_activated} + s_speechEnds);
     QCOMPARE(VoiceFixture::logEntries(voice).filter(QStringLiteral("START")).size(), 1);
 }
 
@@ -190,7 +190,7 @@ void tst_VoiceBridgeWakeWord::duringATranscription()
     voice.startListening();
     QTRY_VERIFY(voice.isTranscribing());
     QVERIFY(reply.begins(voice));
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Detector detector;
     QVERIFY(detector.hears());
     QTRY_VERIFY(!voice.isSpeaking());
@@ -199,7 +199,7 @@ void tst_VoiceBridgeWakeWord::duringATranscription()
     WhisperStandIn::letGo();
     QTRY_VERIFY(!voice.isTranscribing());
     QVERIFY(!voice.isListening());
-    QCOMPARE(wakeWordEvents(heard),
+    QCOMPARE(wakeWordEvents(emitted),
              QStringList {s_activated} + s_speechEnds + QStringList {QStringLiteral("transcribingChanged()")});
 }
 
@@ -211,13 +211,13 @@ void tst_VoiceBridgeWakeWord::cutsSpeechOff()
     ScriptedMicrophone microphone;
     VoiceBridge voice(VoiceFixture::parts(microphone));
     QVERIFY(reply.begins(voice));
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     Detector detector;
     QVERIFY(detector.hears());
     QTRY_VERIFY(voice.isListening());
     QVERIFY(!voice.isSpeaking());
     // The microphone must not record the speech.
-    QCOMPARE(wakeWordEvents(heard),
+    QCOMPARE(wakeWordEvents(emitted),
              QStringList {s_activated} + s_speechEnds + QStringList {QStringLiteral("listeningChanged()")});
 }
 
@@ -226,7 +226,7 @@ void tst_VoiceBridgeWakeWord::startsAndStopsTheService()
     MessageLog messages;
     VoiceBridge voice(VoiceFixture::parts());
     QVERIFY(systemctlCalls().isEmpty());
-    SignalLog heard(&voice);
+    SignalLog emitted(&voice);
     voice.setWakeWordEnabled(true);
     QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, QByteArray()}));
     voice.setWakeWordEnabled(true); // no change, no call
@@ -236,7 +236,7 @@ void tst_VoiceBridgeWakeWord::startsAndStopsTheService()
     voice.setWakeWordEnabled(true);
     QTRY_COMPARE(systemctlCalls(), (QByteArrayList {s_start, s_stop, s_start, QByteArray()}));
     const QString changed = QStringLiteral("wakeWordEnabledChanged()");
-    QCOMPARE(heard.entries(), (QStringList {changed, changed, changed}));
+    QCOMPARE(emitted.entries(), (QStringList {changed, changed, changed}));
     const QString requested = QStringLiteral("VoiceBridge: requested tovi-wakeword.service ");
     QCOMPARE(messages.count(requested), 3);
     QVERIFY(messages.has(QtDebugMsg, requested + QLatin1String("start")));

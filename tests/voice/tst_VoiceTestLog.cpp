@@ -148,9 +148,9 @@ void tst_VoiceTestLog::needsThreeTexts()
 {
     QFETCH(QString Result::*, field);
     QFETCH(bool, isNeeded);
-    for (const char *blank : {"", " \n\t"}) {
+    for (const char *text : {"", " \n\t"}) {
         Result result = good();
-        result.*field = QString::fromLatin1(blank);
+        result.*field = QString::fromLatin1(text);
         QCOMPARE(VoiceTestLog::record(result, settings(), s_noon).has_value(), !isNeeded);
     }
 }

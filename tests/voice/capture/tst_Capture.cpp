@@ -19,7 +19,7 @@ constexpr auto s_silence = 200ms;
 constexpr int s_silenceChunks = 4;
 
 //! Records the calls of a capture's thread.
-struct Heard
+struct Record
 {
     std::mutex mutex;
     std::vector<double> levels;
@@ -84,12 +84,12 @@ void tst_Capture::endsAfterSilence()
     microphone.hear(3, ScriptedMicrophone::Quiet);
     microphone.hear(2, 1000);
     microphone.hear(s_silenceChunks, 7);
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
-    QTRY_VERIFY(heard.finished);
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
+    QTRY_VERIFY(record.finished);
 
-    QVERIFY(heard.speechSeen);
-    QCOMPARE(heard.count, 3 + 2 + s_silenceChunks - 1); // without the chunk that ended it
+    QVERIFY(record.speechSeen);
+    QCOMPARE(record.count, 3 + 2 + s_silenceChunks - 1); // without the chunk that ended it
     std::vector<qint16> expected(2 * Pcm::ChunkSamples, 1000);
     expected.insert(expected.end(), s_silenceChunks * Pcm::ChunkSamples, 7);
     QCOMPARE(capture.join(), expected);
@@ -101,15 +101,15 @@ void tst_Capture::stops()
 {
     ScriptedMicrophone microphone;
     microphone.hear(2, ScriptedMicrophone::Loud);
-    Heard heard;
-    Capture capture(opened(microphone), 5s, {}, heard.listener(false));
+    Record record;
+    Capture capture(opened(microphone), 5s, {}, record.listener(false));
     QTRY_VERIFY(microphone.chunksRead() >= 10);
-    QVERIFY(!heard.finished);
+    QVERIFY(!record.finished);
     capture.stop();
-    QTRY_VERIFY(heard.finished);
-    QVERIFY(heard.speechSeen);
-    QCOMPARE(heard.count, microphone.chunksRead());
-    QCOMPARE(capture.join().size(), std::size_t(heard.count) * Pcm::ChunkSamples);
+    QTRY_VERIFY(record.finished);
+    QVERIFY(record.speechSeen);
+    QCOMPARE(record.count, microphone.chunksRead());
+    QCOMPARE(capture.join().size(), std::size_t(record.count) * Pcm::ChunkSamples);
 }
 
 void tst_Capture::endsWhenReadsFail()
@@ -117,11 +117,11 @@ void tst_Capture::endsWhenReadsFail()
     ScriptedMicrophone microphone;
     microphone.hear(5, ScriptedMicrophone::Loud);
     microphone.breakDown();
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
-    QTRY_VERIFY(heard.finished);
-    QVERIFY(heard.speechSeen);
-    QCOMPARE(heard.count, 5);
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
+    QTRY_VERIFY(record.finished);
+    QVERIFY(record.speechSeen);
+    QCOMPARE(record.count, 5);
     QCOMPARE(capture.join().size(), std::size_t(5) * Pcm::ChunkSamples);
 }
 
@@ -129,10 +129,10 @@ void tst_Capture::endsAtTheLimit()
 {
     ScriptedMicrophone microphone;
     microphone.hear(1000, ScriptedMicrophone::Loud);
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
-    QTRY_VERIFY(heard.finished);
-    QCOMPARE(heard.count, 600);
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
+    QTRY_VERIFY(record.finished);
+    QCOMPARE(record.count, 600);
     QCOMPARE(microphone.chunksRead(), 600);
     const std::vector<qint16> samples = capture.join();
     QCOMPARE(samples.size() * sizeof(qint16), std::size_t(960000));
@@ -146,12 +146,12 @@ void tst_Capture::reportsEveryFifthLevel()
         microphone.hear(1, qint16(1000 * (i + 1)));
     }
     microphone.breakDown();
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
-    QTRY_VERIFY(heard.finished);
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
+    QTRY_VERIFY(record.finished);
     // Chunks 0, 5 and 10, neither scaled nor smoothed.
-    QCOMPARE(heard.levels, (std::vector<double> {1000 / 32768.0, 6000 / 32768.0, 11000 / 32768.0}));
-    QVERIFY(heard.chunks.empty());
+    QCOMPARE(record.levels, (std::vector<double> {1000 / 32768.0, 6000 / 32768.0, 11000 / 32768.0}));
+    QVERIFY(record.chunks.empty());
 }
 
 void tst_Capture::reportsEveryChunkWhenLive()
@@ -160,13 +160,13 @@ void tst_Capture::reportsEveryChunkWhenLive()
     microphone.hear(2, ScriptedMicrophone::Quiet);
     microphone.hear(1, ScriptedMicrophone::Loud);
     microphone.breakDown();
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(true));
-    QTRY_VERIFY(heard.finished);
-    QCOMPARE(heard.chunks.size(), std::size_t(3)); // including the silence before speech
-    QCOMPARE(heard.chunks.front(), QByteArray(1600, 0));
-    QCOMPARE(heard.chunks.back().size(), 1600);
-    QVERIFY(heard.chunks.back() != heard.chunks.front());
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(true));
+    QTRY_VERIFY(record.finished);
+    QCOMPARE(record.chunks.size(), std::size_t(3)); // including the silence before speech
+    QCOMPARE(record.chunks.front(), QByteArray(1600, 0));
+    QCOMPARE(record.chunks.back().size(), 1600);
+    QVERIFY(record.chunks.back() != record.chunks.front());
 }
 
 void tst_Capture::readsOnItsOwnThread()
@@ -174,11 +174,11 @@ void tst_Capture::readsOnItsOwnThread()
     ScriptedMicrophone microphone;
     microphone.hear(1, ScriptedMicrophone::Loud);
     microphone.breakDown();
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
-    QTRY_VERIFY(heard.finished);
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
+    QTRY_VERIFY(record.finished);
     QVERIFY(microphone.readingThread() != std::this_thread::get_id());
-    QVERIFY(microphone.readingThread() == heard.thread);
+    QVERIFY(microphone.readingThread() == record.thread);
 }
 
 void tst_Capture::reusesMemory()
@@ -189,9 +189,9 @@ void tst_Capture::reusesMemory()
         ScriptedMicrophone microphone;
         microphone.hear(50 * (round + 1), ScriptedMicrophone::Loud);
         microphone.breakDown();
-        Heard heard;
-        Capture capture(opened(microphone), s_silence, std::move(samples), heard.listener(false));
-        QTRY_VERIFY(heard.finished);
+        Record record;
+        Capture capture(opened(microphone), s_silence, std::move(samples), record.listener(false));
+        QTRY_VERIFY(record.finished);
         samples = capture.join();
         QCOMPARE(samples.size(), std::size_t(50 * (round + 1)) * Pcm::ChunkSamples);
         QVERIFY(!memory || memory == samples.data());
@@ -202,11 +202,11 @@ void tst_Capture::reusesMemory()
 void tst_Capture::joinsTwice()
 {
     ScriptedMicrophone microphone;
-    Heard heard;
-    Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
+    Record record;
+    Capture capture(opened(microphone), s_silence, {}, record.listener(false));
     capture.join();
-    QVERIFY(heard.finished);
-    QVERIFY(!heard.speechSeen);
+    QVERIFY(record.finished);
+    QVERIFY(!record.speechSeen);
     QCOMPARE(capture.join(), std::vector<qint16>());
 }
 
@@ -214,34 +214,34 @@ void tst_Capture::abandonsAFrozenThread()
 {
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
     microphone.hear(1, ScriptedMicrophone::Loud);
-    Heard heard;
+    Record record;
     {
-        Capture capture(opened(microphone), s_silence, {}, heard.listener(false));
+        Capture capture(opened(microphone), s_silence, {}, record.listener(false));
         QTRY_VERIFY(microphone.isAwaited());
         QCOMPARE(capture.join(1ms), std::vector<qint16>());
         QCOMPARE(microphone.openStreams(), 1); // closing it during a read would abort the process
     }
-    QVERIFY(!heard.finished);
+    QVERIFY(!record.finished);
     microphone.breakDown();
-    QTRY_VERIFY(heard.finished);
+    QTRY_VERIFY(record.finished);
     QTRY_COMPARE(microphone.openStreams(), 0);
 }
 
 void tst_Capture::aFrozenThreadReportsOnlyItsEnd()
 {
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Blocks);
-    Heard heard;
+    Record record;
     {
-        Capture capture(opened(microphone), s_silence, {}, heard.listener(true));
+        Capture capture(opened(microphone), s_silence, {}, record.listener(true));
         QTRY_VERIFY(microphone.isAwaited());
         capture.join(1ms);
     }
     // These would be taken for the level and the audio of a later capture.
     microphone.hear(1, ScriptedMicrophone::Loud);
-    QTRY_VERIFY(heard.finished);
-    QVERIFY(heard.levels.empty());
-    QVERIFY(heard.chunks.empty());
-    QCOMPARE(heard.count, 1);
+    QTRY_VERIFY(record.finished);
+    QVERIFY(record.levels.empty());
+    QVERIFY(record.chunks.empty());
+    QCOMPARE(record.count, 1);
     QTRY_COMPARE(microphone.openStreams(), 0);
 }
 

@@ -16,7 +16,7 @@
 namespace
 {
 
-// The sizes of an English model, but for the width and the depth.
+// The parameters of an English model, except width and depth.
 constexpr int s_vocabulary = 51864;
 constexpr int s_audioContext = 1500;
 constexpr int s_textContext = 448;
@@ -28,10 +28,10 @@ constexpr int s_frequencies = 201;
 
 constexpr int s_endOfText = 50256;
 constexpr int s_firstTimestamp = 50363;
-//! After the word of a blank alone, which the library looks up.
+//! Index 0 is a space, which the library looks up.
 constexpr int s_firstWord = 1;
 
-// A position speaks louder than any token, and a token's row is its answer to one position.
+// The position outweighs every token, and selects the token with a value in its dimension.
 constexpr float s_positionWeight = 1000;
 constexpr float s_tokenWeight = 20;
 
@@ -57,8 +57,8 @@ public:
     }
     void zeros(int bytes) { m_bytes.append(bytes, '\0'); }
 
-    //! All zeros but for the values that are told.
-    //! @param dimensions the one that changes quickest first
+    //! Adds a tensor of zeros, except for the given values.
+    //! @param dimensions the fastest-changing one first
     void tensor(const QByteArray &name, Type type, std::initializer_list<qint32> dimensions,
                 const std::vector<std::pair<int, float>> &values = {})
     {
@@ -84,7 +84,7 @@ public:
             }
         }
     }
-    //! The weight and bias of a normalisation.
+    //! Adds weight and bias of a normalization.
     void norm(const QByteArray &name, const std::vector<std::pair<int, float>> &weight = {})
     {
         tensor(name + ".weight", Type::Float32, {s_width}, weight);
@@ -130,7 +130,7 @@ void addEncoder(File &file)
     addLayer(file, "encoder.blocks.0");
 }
 
-//! The position p answers with the token p of the list, whatever was heard.
+//! Position p always returns token p of the list, regardless of the audio.
 void addDecoder(File &file, const std::vector<int> &tokens)
 {
     std::vector<std::pair<int, float>> positions;
@@ -160,7 +160,7 @@ void addHead(File &file, const QList<QByteArray> &words)
     file.number(s_mels);
     file.number(s_frequencies);
     file.zeros(s_mels * s_frequencies * static_cast<int>(sizeof(float)));
-    // The library makes up words for the rest of the vocabulary.
+    // The library generates words for the rest of the vocabulary.
     file.number(s_firstWord + words.size());
     file.word(" ");
     for (const QByteArray &word : words) {
@@ -206,7 +206,7 @@ QString TinyModel::write(const QString &path, const QByteArray &model)
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(model) != model.size()) {
-        qFatal("%s can't be written", qPrintable(path));
+        qFatal("cannot write %s", qPrintable(path));
     }
     return path;
 }

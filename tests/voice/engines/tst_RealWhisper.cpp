@@ -25,11 +25,11 @@ private Q_SLOTS:
 
     void saysItsWords_data();
     void saysItsWords();
-    void hearsSilence();
+    void detectsSilence();
     void replacesTheModel();
     void refusesFiles_data();
     void refusesFiles();
-    void goesAllTheWay();
+    void worksInVoiceBridge();
 
 private:
     QString path(const QString &name) const { return m_directory.filePath(name); }
@@ -104,7 +104,7 @@ void tst_RealWhisper::saysItsWords()
     QTEST(outcome(worker, pcm), "result");
 }
 
-void tst_RealWhisper::hearsSilence()
+void tst_RealWhisper::detectsSilence()
 {
     WhisperWorker worker;
     QVERIFY(worker.loadModel(TinyModel::write(path(QStringLiteral("silent.bin")), TinyModel::silent())));
@@ -149,7 +149,7 @@ void tst_RealWhisper::refusesFiles()
     QVERIFY(worker.loadModel(m_file));
 }
 
-void tst_RealWhisper::goesAllTheWay()
+void tst_RealWhisper::worksInVoiceBridge()
 {
     const MessageLog log;
     const QString name = QStringLiteral("ggml-small.en-q5_1.bin");

@@ -125,20 +125,20 @@ void tst_WhisperWorker::joinsSegments_data()
     row("none", {}, {});
     row("one", {"open the file"}, QStringLiteral("open the file"));
     row("trimmed", {" open the file \n"}, QStringLiteral("open the file"));
-    row("blanks within stay", {"a  b"}, QStringLiteral("a  b"));
+    row("inner spaces stay", {"a  b"}, QStringLiteral("a  b"));
     row("two", {" open", " the file"}, QStringLiteral("open the file"));
     row("no text", {std::nullopt}, {});
     row("no text among others", {std::nullopt, "open", std::nullopt, "it", std::nullopt}, QStringLiteral("open it"));
     row("empty", {""}, {});
-    row("blank", {" \t\n"}, {});
-    row("several blank", {" ", "", "\n"}, {});
-    row("blank before", {" ", "open"}, QStringLiteral("open"));
-    row("blank between", {"open", " ", "it"}, QStringLiteral("open  it"));
-    row("blank behind", {"open", ""}, QStringLiteral("open "));
+    row("blank segment", {" \t\n"}, {});
+    row("several blank segments", {" ", "", "\n"}, {});
+    row("blank segment before", {" ", "open"}, QStringLiteral("open"));
+    row("blank segment between", {"open", " ", "it"}, QStringLiteral("open  it"));
+    row("blank segment after", {"open", ""}, QStringLiteral("open "));
     row("UTF-8", {" caf\xc3\xa9", "\xe8\xaa\x9e "}, QStringLiteral("café 語"));
     row("not UTF-8", {"a\xff"}, QStringLiteral("a\uFFFD"));
     row("markers of noise", {" [BLANK_AUDIO]", "(coughs)"}, QStringLiteral("[BLANK_AUDIO] (coughs)"));
-    row("a placeholder's look", {"%1", "%2"}, QStringLiteral("%1 %2"));
+    row("placeholders", {"%1", "%2"}, QStringLiteral("%1 %2"));
 }
 
 void tst_WhisperWorker::joinsSegments()

@@ -86,15 +86,15 @@ void tst_SpeechOutput::detectsAgain()
     const PiperStandIn piper;
     const MessageLog log;
     SpeechOutput speech;
-    SignalLog told(&speech);
+    SignalLog emitted(&speech);
     speech.detect(isolatedRoots());
-    QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
+    QCOMPARE(emitted.take(), QStringList {QStringLiteral("availableChanged()")});
     speech.detect(isolatedRoots());
-    QCOMPARE(told.take(), QStringList());
+    QCOMPARE(emitted.take(), QStringList());
     QVERIFY(QFile::remove(piper.program()));
     speech.detect(isolatedRoots());
     QVERIFY(!speech.isAvailable());
-    QCOMPARE(told.take(), QStringList {QStringLiteral("availableChanged()")});
+    QCOMPARE(emitted.take(), QStringList {QStringLiteral("availableChanged()")});
 }
 
 void tst_SpeechOutput::isSilentBeforeDetection()
@@ -102,10 +102,10 @@ void tst_SpeechOutput::isSilentBeforeDetection()
     const PiperStandIn piper;
     const MessageLog log;
     SpeechOutput speech;
-    SignalLog told(&speech);
+    SignalLog emitted(&speech);
     speech.speak(s_text);
     QVERIFY(!speech.isSpeaking());
-    QCOMPARE(told.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(log.lines().size(), 0);
     QCOMPARE(speech.children().size(), 0);
 }

@@ -184,10 +184,10 @@ void tst_SpeechReentry::speaksAgainWhenPiperDoesNotStart()
     });
     speech->speak(QStringLiteral("first"));
     // All signals about its failure are emitted, but don't affect the second reply.
-    const QStringList told = speech.take();
-    QCOMPARE(told.mid(0, 5), (QStringList {begins, ends, ends, finished, begins}));
-    QCOMPARE(told.size(), 7);
-    QCOMPARE(told.constLast(), notStarted);
+    const QStringList events = speech.take();
+    QCOMPARE(events.mid(0, 5), (QStringList {begins, ends, ends, finished, begins}));
+    QCOMPARE(events.size(), 7);
+    QCOMPARE(events.constLast(), notStarted);
     QVERIFY(speech->isSpeaking());
     QTRY_COMPARE(piper.runs(), 1);
     QTRY_COMPARE(speech->children().size(), 2);

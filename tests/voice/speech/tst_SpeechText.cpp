@@ -30,7 +30,7 @@ void tst_SpeechText::cleans_data()
     };
     row("empty", "", "");
     row("plain", "Hello there. It's 3 * 4 = 12!", "Hello there. It's 3 * 4 = 12!");
-    row("white space stays", "  a \n b  ", "  a \n b  ");
+    row("whitespace stays", "  a \n b  ", "  a \n b  ");
 
     row("code block", "a\n```cpp\nint x;\n```\nb", "a\n\nb");
     row("code block in a line", "a ```x``` b", "a  b");
@@ -49,10 +49,10 @@ void tst_SpeechText::cleans_data()
     row("heading at the very start", "# Title\ntext", "Title\ntext");
     row("heading of six", "###### Title", "Title");
     row("heading of seven", "####### Title", "####### Title");
-    row("heading and many blanks", "##  \t Title", "Title");
+    row("heading and much whitespace", "##  \t Title", "Title");
     row("heading and empty lines", "#\n\nTitle", "Title");
-    row("mark without a blank", "#Title", "#Title");
-    row("heading behind a blank", " # Title", " # Title");
+    row("# without a space", "#Title", "#Title");
+    row("heading after a space", " # Title", " # Title");
     row("heading on a later line", "text\n## Part", "text\n## Part");
     row("the first alone", "# A\n# B", "A\n# B");
     row("heading behind code", "`x`# Title", "Title");
@@ -85,7 +85,7 @@ void tst_SpeechText::cleans_data()
     row("three line feeds", "a\n\n\nb", "a\n\nb");
     row("many line feeds", "a\n\n\n\n\n\n\nb\n\n\nc", "a\n\nb\n\nc");
     row("line feeds that code left", "a\n\n```x```\n\nb", "a\n\nb");
-    row("blanks between line feeds", "a\n \n \nb", "a\n \n \nb");
+    row("spaces between line feeds", "a\n \n \nb", "a\n \n \nb");
     row("beyond ASCII", "**Grüße** 😀 `ü`", "Grüße 😀 ");
 }
 
@@ -115,7 +115,7 @@ void tst_SpeechText::says_data()
     QTest::newRow("1000 and markdown") << QString(QLatin1String("**") + longest + QLatin1String("**")) << longest;
     QTest::newRow("1001 characters") << QString(longest + QLatin1Char('y')) << QString(longest + QLatin1String("..."));
     QTest::newRow("many more") << longest.repeated(1000) << QString(longest + QLatin1String("..."));
-    QTest::newRow("a blank at the cut stays")
+    QTest::newRow("a space at the cut stays")
         << QString(longest.left(999) + QLatin1String(" yes")) << QString(longest.left(999) + QLatin1String(" ..."));
 }
 

@@ -25,11 +25,11 @@ inline QByteArray json(const QJsonArray &names, const QJsonArray &aliases = {}, 
 
 inline QJsonObject name(const char *canonical, std::initializer_list<const char *> variants)
 {
-    QJsonArray heard;
+    QJsonArray list;
     for (const char *variant : variants) {
-        heard.append(QString::fromUtf8(variant));
+        list.append(QString::fromUtf8(variant));
     }
-    return {{QStringLiteral("canonical"), QString::fromUtf8(canonical)}, {QStringLiteral("variants"), heard}};
+    return {{QStringLiteral("canonical"), QString::fromUtf8(canonical)}, {QStringLiteral("variants"), list}};
 }
 
 inline QJsonObject alias(const char *pattern, const char *replacement)

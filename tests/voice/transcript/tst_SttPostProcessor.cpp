@@ -46,13 +46,13 @@ void tst_SttPostProcessor::correctsFinals_data()
     row("all closing signs", "hello?!.?!", "hello");
     row("other closing signs stay", "hello,", "hello,");
     row("signs inside stay", "a. b! c? d", "a. b! c? d");
-    row("white space around", " \t hello \n", "hello");
-    row("white space before the sign", "hello .", "hello");
-    row("signs behind white space are seen once", "hello . .", "hello .");
-    row("blanks inside stay", "hello   there.", "hello   there");
+    row("surrounding whitespace", " \t hello \n", "hello");
+    row("whitespace before punctuation", "hello .", "hello");
+    row("punctuation after whitespace is removed once", "hello . .", "hello .");
+    row("inner spaces stay", "hello   there.", "hello   there");
     row("signs alone stay as they came", " ?! ", " ?! ");
     row("full stops alone", "...", "...");
-    row("white space alone stays as it came", "  ", "  ");
+    row("only whitespace is unchanged", "  ", "  ");
     row("alias", "i did that", "undo that");
     row("alias in another case", "I Did THAT!", "undo that");
     row("the first alias that matches", "he did", "second");
@@ -82,7 +82,7 @@ void tst_SttPostProcessor::correctsPartials_data()
         QTest::newRow(name) << json << QString::fromUtf8(text) << QString::fromUtf8(result);
     };
     row("empty", "", "");
-    row("white space stays", "  ", "  ");
+    row("whitespace stays", "  ", "  ");
     row("punctuation stays", " hello. ", " hello. ");
     row("no alias", "i did that", "i did that");
     row("words, then names", "dolfin.", "Dolphin.");
@@ -106,9 +106,9 @@ void tst_SttPostProcessor::replacesWords_data()
     row("whole", mode, "dot mode", "dark mode");
     row("inside a longer word", mode, "anecdot modern", "anecdark modern");
     row("twice", mode, "dot mode, dot mode", "dark mode, dark mode");
-    row("case of the surroundings", mode, "Use DOT Mode NOW", "Use dark mode NOW");
+    row("case of the other words", mode, "Use DOT Mode NOW", "Use dark mode NOW");
     row("the replacement's own case", {word("kde", "KDE")}, "kde", "KDE");
-    row("not over two blanks", mode, "dot  mode", "dot  mode");
+    row("two spaces don't match one", mode, "dot  mode", "dot  mode");
     row("not its own output", {word("a", "aa")}, "a-a", "aa-aa");
     row("not output and what follows", {word("ab", "a")}, "abb", "ab");
     row("the next row on the output", {word("one", "two"), word("two", "three")}, "one", "three");
@@ -163,7 +163,7 @@ void tst_SttPostProcessor::endsOnLongText_data()
     QTest::newRow("hits of phrases") << "omni bar ";
     QTest::newRow("refused hits") << "omni bars";
     QTest::newRow("names") << "kirigamo ";
-    QTest::newRow("blanks") << " ";
+    QTest::newRow("space") << " ";
     QTest::newRow("signs") << "...";
     QTest::newRow("one word") << "a";
     QTest::newRow("growing letters") << QStringLiteral("İ");

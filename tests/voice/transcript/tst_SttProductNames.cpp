@@ -44,8 +44,8 @@ void tst_SttProductNames::replacesPhrases_data()
     row("the sign of code 128", "omni bar\u0080", "OmniBar\u0080");
     row("an ordinal sign is a letter", "omni barª", "omni barª");
     row("a pair is none", "omni bar𐐀", "OmniBar𐐀");
-    row("blanks stay", "  the  omni bar  is", "  the  OmniBar  is");
-    row("blanks inside don't match", "omni  bar", "omni  bar");
+    row("spaces stay", "  the  omni bar  is", "  the  OmniBar  is");
+    row("two spaces don't match one", "omni  bar", "omni  bar");
     row("dotted capital I before", "İİ omni bar", "İİ OmniBar");
     for (const char *sign : {"@", "[", "\\", "]", "^", "_", "`", "{", "/", ":", "'", "-", "\t", "\x7f"}) {
         QTest::addRow("ends at the sign %02x", *sign)
@@ -116,9 +116,9 @@ void tst_SttProductNames::replacesNames_data()
     row("a pair goes with the suffix", "plaza😀", "Plasma😀");
     row("a pair before", "😀 plaza", "😀 Plasma");
     row("dotted capital I", "kİrİgamİ", "Kirigami");
-    row("blanks stay where nothing changes", "  a   b  ", "  a   b  ");
+    row("spaces stay if nothing changes", "  a   b  ", "  a   b  ");
     row("and where something does", "  plaza   b  ", "  Plasma   b  ");
-    row("other white space doesn't split", "plaza\tb", "plaza\tb");
+    row("only spaces separate words", "plaza\tb", "plaza\tb");
 }
 
 void tst_SttProductNames::replacesNames()

@@ -76,7 +76,7 @@ void tst_SttRules::takesRows_data()
         R"({"product_names": [{"canonical": "Plasma", "variants": [1, null, {}, "plaza"]}]})", "1 0 0", "plaza 1",
         "Plasma 1");
     row("an empty variant", SttRules::json({name("Plasma", {""})}), "1 0 0", "a  b", "a  b");
-    row("a variant of one blank", SttRules::json({name("-", {" "})}), "1 0 0", "a .b", "a-.b");
+    row("a variant that is a space", SttRules::json({name("-", {" "})}), "1 0 0", "a .b", "a-.b");
     row("a bad pattern", SttRules::json({}, {alias("(", "x"), alias("a", "y")}), "0 1 0", "a(", "y");
     row("an alias without replacement", SttRules::json({}, {alias("a", ""), alias("a", "y")}), "0 1 0", "a", "y");
     row("an alias without pattern fits all", R"({"command_aliases": [{"replacement": "b"}]})", "0 1 0", "a", "b");
