@@ -33,7 +33,6 @@ public:
     ScriptedBridge peer;
     AgentBridge agent;
     SignalLog emitted {&agent};
-    SignalLog &heard = emitted; // the old name, still used by tst_AgentBridgeConnection
 };
 
 //! Entries of the signal log.

@@ -67,7 +67,7 @@ void tst_AgentBridgeConnection::connectsWhenMade()
     QCOMPARE(c.agent.status(), QStringLiteral("connecting"));
     QVERIFY(c.peer.waitForConnection());
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(c.heard.entries(), QStringList {QStringLiteral("statusChanged(\"idle\")")});
+    QCOMPARE(c.emitted.entries(), QStringList {QStringLiteral("statusChanged(\"idle\")")});
     QVERIFY(c.log.has(QtDebugMsg, s_connected));
 
     const QWebSocket *connection = c.peer.connection(0);
@@ -87,7 +87,7 @@ void tst_AgentBridgeConnection::doesNotWaitForReady()
 
     c.peer.ready();
     QTRY_VERIFY(c.log.has(QtDebugMsg, QStringLiteral("[AgentBridge] Bridge ready message received")));
-    QCOMPARE(c.heard.entries(), QStringList());
+    QCOMPARE(c.emitted.entries(), QStringList());
     QVERIFY(c.peer.isAllTaken());
 }
 
@@ -95,12 +95,12 @@ void tst_AgentBridgeConnection::isRefusedAndTriesAgain()
 {
     MessageLog log;
     const AgentBridge agent;
-    SignalLog heard(const_cast<AgentBridge *>(&agent));
+    SignalLog emitted(const_cast<AgentBridge *>(&agent));
     QTRY_COMPARE(agent.status(), QStringLiteral("error"));
     QVERIFY(log.has(QtWarningMsg, s_refused));
     QTRY_VERIFY(timerOf(agent)->isActive());
     QCOMPARE(timerOf(agent)->interval(), 3000);
-    QCOMPARE(heard.take().last(), QStringLiteral("statusChanged(\"error\")"));
+    QCOMPARE(emitted.take().last(), QStringLiteral("statusChanged(\"error\")"));
     QCOMPARE(log.count(s_connecting), 1);
 
     ScriptedBridge peer;
@@ -108,7 +108,7 @@ void tst_AgentBridgeConnection::isRefusedAndTriesAgain()
     QVERIFY(peer.waitForConnection());
     QTRY_COMPARE(agent.status(), QStringLiteral("idle"));
     QCOMPARE(
-        heard.take(),
+        emitted.take(),
         (QStringList {QStringLiteral("statusChanged(\"connecting\")"), QStringLiteral("statusChanged(\"idle\")")}));
     QVERIFY(!timerOf(agent)->isActive());
 }
@@ -163,8 +163,8 @@ void tst_AgentBridgeConnection::takesARefusalOfTheHandshakeForAnError()
                 [client] { client->write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n"); });
     });
     AgentBridge agent;
-    SignalLog heard(&agent);
-    QTRY_COMPARE(heard.entries(), QStringList {QStringLiteral("statusChanged(\"error\")")});
+    SignalLog emitted(&agent);
+    QTRY_COMPARE(emitted.entries(), QStringList {QStringLiteral("statusChanged(\"error\")")});
     QTRY_VERIFY(timerOf(agent)->isActive());
     QCOMPARE(log.count(QStringLiteral("[AgentBridge] WebSocket error: ")), 1);
     QVERIFY(!agent.isServiceAvailable());
@@ -181,7 +181,7 @@ void tst_AgentBridgeConnection::attemptIsNotMadeTwice()
     QCOMPARE(request.connection, 0);
     QCOMPARE(c.peer.connectionCount(), 1);
     QCOMPARE(c.log.count(s_connecting), 0);
-    QCOMPARE(c.heard.entries(), QStringList());
+    QCOMPARE(c.emitted.entries(), QStringList());
 }
 
 void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
@@ -191,12 +191,12 @@ void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
     c.peer.close();
     QTRY_COMPARE(c.agent.status(), QStringLiteral("disconnected"));
     QTRY_VERIFY(timerOf(c.agent)->isActive());
-    c.heard.take();
+    c.emitted.take();
     c.log.clear();
     QVERIFY(c.peer.listen());
 
     c.agent.sendIntent(QStringLiteral("hello"));
-    QCOMPARE(c.heard.take(),
+    QCOMPARE(c.emitted.take(),
              (QStringList {
                  QStringLiteral("errorOccurred(\"Loomra bridge not connected (ws://127.0.0.1:8765/ws)\")"),
                  // No "disconnected", because that is the status already.
@@ -207,7 +207,7 @@ void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
 
     // A second prompt finds the attempt still running.
     c.agent.sendIntent(QStringLiteral("hello"));
-    QCOMPARE(c.heard.take(),
+    QCOMPARE(c.emitted.take(),
              (QStringList {
                  QStringLiteral("errorOccurred(\"Loomra bridge not connected (ws://127.0.0.1:8765/ws)\")"),
                  QStringLiteral("statusChanged(\"disconnected\")"),
@@ -229,7 +229,7 @@ void tst_AgentBridgeConnection::survivesARestartOfThePeer()
     ScriptedBridge::Request request = c.prompt();
     QVERIFY(c.deliver(json(
         QStringLiteral(R"({"type":"response","id":%1,"payload":{"response":"a","sessionId":"s1"}})").arg(request.id))));
-    c.heard.take();
+    c.emitted.take();
 
     c.peer.close();
     QTRY_COMPARE(c.agent.status(), QStringLiteral("disconnected"));
@@ -245,7 +245,7 @@ void tst_AgentBridgeConnection::survivesARestartOfThePeer()
     endPause(c.agent);
     QVERIFY(c.peer.waitForConnection(2));
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(c.heard.take(),
+    QCOMPARE(c.emitted.take(),
              (QStringList {
                  QStringLiteral("statusChanged(\"error\")"), // closed without a handshake
                  QStringLiteral("statusChanged(\"disconnected\")"),
@@ -262,7 +262,7 @@ void tst_AgentBridgeConnection::survivesARestartOfThePeer()
     QCOMPARE(request.params.value(QStringLiteral("sessionId")).toString(), QStringLiteral("s1"));
     c.peer.reply(request, answer(QStringLiteral("back")));
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
-    QVERIFY(c.heard.entries().contains(QStringLiteral("agentReplied(\"back\")")));
+    QVERIFY(c.emitted.entries().contains(QStringLiteral("agentReplied(\"back\")")));
 }
 
 void tst_AgentBridgeConnection::takesAGoodbyeForNoError()
@@ -271,7 +271,7 @@ void tst_AgentBridgeConnection::takesAGoodbyeForNoError()
     QVERIFY(c.begin());
     c.peer.connection(0)->close(QWebSocketProtocol::CloseCodeGoingAway);
     QTRY_VERIFY(timerOf(c.agent)->isActive());
-    QCOMPARE(c.heard.take(), QStringList {QStringLiteral("statusChanged(\"disconnected\")")});
+    QCOMPARE(c.emitted.take(), QStringList {QStringLiteral("statusChanged(\"disconnected\")")});
     QVERIFY(c.log.has(QtDebugMsg, s_disconnected));
     QCOMPARE(c.log.warnings(), QStringList());
 
@@ -288,7 +288,7 @@ void tst_AgentBridgeConnection::keepsThinkingWhenThePeerGoes()
     c.peer.event(QStringLiteral("agent.routed"), {{QStringLiteral("agent"), QStringLiteral("planner")}});
     c.peer.event(QStringLiteral("plan.step"), {{QStringLiteral("index"), 1}, {QStringLiteral("total"), 3}});
     QTRY_COMPARE(c.agent.planStepIndex(), 1);
-    c.heard.take();
+    c.emitted.take();
 
     timerOf(c.agent)->setInterval(1);
     c.peer.close();
@@ -297,7 +297,7 @@ void tst_AgentBridgeConnection::keepsThinkingWhenThePeerGoes()
     const QStringList allowed {QStringLiteral("statusChanged(\"disconnected\")"),
                                QStringLiteral("statusChanged(\"connecting\")"),
                                QStringLiteral("statusChanged(\"error\")")};
-    const QStringList entries = c.heard.take();
+    const QStringList entries = c.emitted.take();
     for (const QString &entry : entries) {
         QVERIFY2(allowed.contains(entry), qPrintable(entry));
     }
@@ -312,10 +312,10 @@ void tst_AgentBridgeConnection::keepsThinkingWhenThePeerGoes()
     QVERIFY(c.peer.waitForConnection(2));
     QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
     QVERIFY(c.agent.isThinking());
-    c.heard.take();
+    c.emitted.take();
     c.peer.reply(request.id, answer(QStringLiteral("late")));
     QTRY_VERIFY(!c.agent.isThinking());
-    QVERIFY(c.heard.entries().contains(QStringLiteral("agentReplied(\"late\")")));
+    QVERIFY(c.emitted.entries().contains(QStringLiteral("agentReplied(\"late\")")));
 }
 
 void tst_AgentBridgeConnection::saysGoodbye()
@@ -328,9 +328,9 @@ void tst_AgentBridgeConnection::saysGoodbye()
     agent->sendIntent(QStringLiteral("hello"));
     peer.takeRequest();
 
-    SignalLog heard(agent.get());
+    SignalLog emitted(agent.get());
     agent.reset();
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QWebSocketProtocol::CloseCode code = QWebSocketProtocol::CloseCodeAbnormalDisconnection;
     QString reason = QStringLiteral("?");
     QVERIFY(peer.waitForClose(0, &code, &reason));
@@ -354,12 +354,12 @@ void tst_AgentBridgeConnection::vanishesQuietly()
     auto agent = std::make_unique<AgentBridge>();
     QTRY_COMPARE(agent->status(), status);
     log.clear();
-    SignalLog heard(agent.get());
+    SignalLog emitted(agent.get());
     QPointer<QWebSocket> socket = socketOf(*agent);
     agent.reset();
     QVERIFY(!socket);
     QCoreApplication::processEvents(); // queued calls are dropped with the object
-    QCOMPARE(heard.entries(), QStringList());
+    QCOMPARE(emitted.entries(), QStringList());
     QCOMPARE(log.warnings(), QStringList());
 }
 

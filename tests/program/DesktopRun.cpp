@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DesktopRun.h"
+#include "Timeouts.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -12,7 +13,6 @@
 namespace
 {
 
-constexpr int s_patience = 45000; // ms
 constexpr int s_looks = 5;
 
 // The only list of expected messages. Anything else is a warning that would appear in the user's journal.
@@ -93,7 +93,8 @@ QByteArray DesktopRun::window() const
 bool DesktopRun::waitForWindow()
 {
     // Wait until the window manager has set the frame: before, the window may be unmapped again.
-    return QTest::qWaitFor([this] { return !isRunning() || !property("_NET_FRAME_EXTENTS").isEmpty(); }, s_patience)
+    return QTest::qWaitFor([this] { return !isRunning() || !property("_NET_FRAME_EXTENTS").isEmpty(); },
+                           Timeouts::Program)
         && isRunning();
 }
 
@@ -140,7 +141,7 @@ bool DesktopRun::takeKeyboard()
             xdotool({QStringLiteral("windowactivate"), QString::fromLatin1(id)});
             return false;
         },
-        s_patience);
+        Timeouts::Program);
     return done && isRunning();
 }
 
@@ -165,7 +166,7 @@ bool DesktopRun::closeWindow()
             }
             return !isRunning();
         },
-        s_patience);
+        Timeouts::Program);
     return ended && !crashed() && exitCode() == 0;
 }
 
@@ -182,7 +183,7 @@ void DesktopRun::send(int signal) const
 
 bool DesktopRun::waitForEnd()
 {
-    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(s_patience);
+    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(Timeouts::Program);
 }
 
 QByteArray DesktopRun::output()

@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Program.h"
+#include "Timeouts.h"
 
 namespace Program
 {
 
 namespace
 {
-
-constexpr int s_patience = 30000; // ms
 
 }
 
@@ -38,7 +37,7 @@ Result run(const QStringList &arguments, const QProcessEnvironment &environment,
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, arguments);
     Result result;
-    result.finished = process.waitForFinished(s_patience);
+    result.finished = process.waitForFinished(Timeouts::Program);
     if (!result.finished) {
         process.kill();
         process.waitForFinished();

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DesktopRun.h"
+#include "Files.h"
 
 #include "NodeProcess.h"
 #include "PrivateNetwork.h"
+#include "Timeouts.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -20,7 +22,6 @@ namespace
 {
 
 //! For what takes the program some seconds: clearing the port, starting a bridge, a turn of its reconnect timer. In ms.
-constexpr int s_patience = 30000;
 constexpr int s_exitFailedLoad = 255;
 //! The window's two clients of the bridge, each with a socket of its own.
 constexpr int s_clients = 2;
@@ -80,12 +81,6 @@ bool isAlive(qint64 pid)
     return kill(static_cast<pid_t>(pid), 0) == 0;
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 //! The bridge beside the built program: a child of the tray view, a service of its own for the OmniBar. The bridge is a
@@ -135,7 +130,7 @@ void tst_BridgeLife::cleanup()
                  {QStringLiteral("-ti"), QStringLiteral(":8765"), QStringLiteral("-sTCP:LISTEN")})) {
         kill(pid.toInt(), SIGKILL);
     }
-    QTRY_VERIFY_WITH_TIMEOUT(!isListening(), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!isListening(), Timeouts::Program);
     m_home.reset();
 }
 
@@ -146,8 +141,8 @@ void tst_BridgeLife::trayRunsTheBridge()
     {
         DesktopRun run({QStringLiteral("--tray")}, m_environment);
         QVERIFY2(run.waitForWindow(), run.errors().constData());
-        QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, s_patience);
-        QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), s_patience);
+        QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, Timeouts::Program);
+        QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), Timeouts::Program);
 
         QVERIFY2(run.closeWindow(), run.errors().constData());
         // It exited on SIGTERM; a killed process would have another exit code.
@@ -196,7 +191,7 @@ void tst_BridgeLife::trayEndsItsBridgeOnSignals()
     DesktopRun run({QStringLiteral("--tray")}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     qint64 bridge = 0;
-    QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, Timeouts::Program);
 
     run.send(signal);
 
@@ -212,12 +207,12 @@ void tst_BridgeLife::trayBringsAKilledBridgeBack()
     DesktopRun run({QStringLiteral("--tray")}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     qint64 first = 0;
-    QTRY_VERIFY_WITH_TIMEOUT((first = connectedBridgeOf(run)) != 0, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT((first = connectedBridgeOf(run)) != 0, Timeouts::Program);
 
     QCOMPARE(kill(static_cast<pid_t>(first), SIGKILL), 0);
 
     qint64 second = 0;
-    QTRY_VERIFY_WITH_TIMEOUT((second = connectedBridgeOf(run)) != 0 && second != first, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT((second = connectedBridgeOf(run)) != 0 && second != first, Timeouts::Program);
     QVERIFY2(run.closeWindow(), run.errors().constData());
     QVERIFY(!isAlive(second));
     // It was not requested.
@@ -232,10 +227,10 @@ void tst_BridgeLife::trayClearsThePort()
     DesktopRun run({QStringLiteral("-t")}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
 
-    QTRY_COMPARE_WITH_TIMEOUT(foreign.state(), QProcess::NotRunning, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(foreign.state(), QProcess::NotRunning, Timeouts::Program);
     QCOMPARE(foreign.exitStatus(), QProcess::CrashExit);
     QCOMPARE(foreign.exitCode(), SIGKILL);
-    QTRY_VERIFY_WITH_TIMEOUT(connectedBridgeOf(run) != 0, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(connectedBridgeOf(run) != 0, Timeouts::Program);
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
@@ -245,7 +240,7 @@ void tst_BridgeLife::trayClearsWhatAKilledRunLeft()
     {
         DesktopRun killed({QStringLiteral("-t")}, m_environment);
         QVERIFY2(killed.waitForWindow(), killed.errors().constData());
-        QTRY_VERIFY_WITH_TIMEOUT((orphan = connectedBridgeOf(killed)) != 0, s_patience);
+        QTRY_VERIFY_WITH_TIMEOUT((orphan = connectedBridgeOf(killed)) != 0, Timeouts::Program);
         killed.send(SIGKILL);
         QVERIFY(killed.waitForEnd());
     }
@@ -254,7 +249,7 @@ void tst_BridgeLife::trayClearsWhatAKilledRunLeft()
     DesktopRun run({QStringLiteral("-t")}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
 
-    QTRY_VERIFY_WITH_TIMEOUT(connectedBridgeOf(run) != 0, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(connectedBridgeOf(run) != 0, Timeouts::Program);
     QVERIFY(connectedBridgeOf(run) != orphan);
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
@@ -268,7 +263,7 @@ void tst_BridgeLife::trayLeavesOtherProgramsAlone()
     QVERIFY2(run.waitForWindow(), run.errors().constData());
 
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge exited gracefully (port may be in use). Not restarting.\n"),
-                             s_patience);
+                             Timeouts::Program);
     QVERIFY2(run.errors().contains("Bridge process finished with exit code: 0\n"), run.errors().constData());
     QCOMPARE(bridgesOf(run.processId()), QList<qint64>());
     QVERIFY2(run.closeWindow(), run.errors().constData());
@@ -294,12 +289,12 @@ void tst_BridgeLife::omniBarFindsAService()
     DesktopRun run({}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     // The service is requested at the start, but not again after failed attempts.
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().count("\nWebSocket error: ") >= 2, s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().count("\nWebSocket error: ") >= 2, Timeouts::Program);
 
     QProcess service;
     service.start(QStringLiteral("node"), {demoBridge() + QStringLiteral("/bridge.js")});
-    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), s_clients, s_patience);
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), s_clients, Timeouts::Program);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), Timeouts::Program);
     QCOMPARE(contentOf(inHome("systemctl.log")), QByteArray("--user start tovi-bridge.service\n"));
     QCOMPARE(bridgesOf(run.processId()), QList<qint64>());
     QVERIFY2(run.closeWindow(), run.errors().constData());
@@ -313,11 +308,11 @@ void tst_BridgeLife::omniBarLeavesARunningBridge()
 {
     QProcess service;
     service.start(QStringLiteral("node"), {demoBridge() + QStringLiteral("/bridge.js")});
-    QTRY_VERIFY_WITH_TIMEOUT(isListening(), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isListening(), Timeouts::Program);
 
     DesktopRun run({}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), s_clients, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), s_clients, Timeouts::Program);
     QCOMPARE(bridgesOf(run.processId()), QList<qint64>());
     QVERIFY2(run.closeWindow(), run.errors().constData());
 
@@ -326,7 +321,7 @@ void tst_BridgeLife::omniBarLeavesARunningBridge()
     QCOMPARE(service.state(), QProcess::Running);
     QVERIFY(!service.waitForFinished(0));
     QVERIFY(isListening());
-    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), 0, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), 0, Timeouts::Program);
     service.terminate();
     QVERIFY(service.waitForFinished());
 }

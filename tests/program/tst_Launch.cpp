@@ -4,6 +4,7 @@
 #include "DesktopRun.h"
 
 #include "PrivateNetwork.h"
+#include "Timeouts.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,7 +19,6 @@ namespace
 
 constexpr int s_exitFailedLoad = 255;
 //! Long enough for the window manager of a busy machine to map and place a window, in ms.
-constexpr int s_patience = 45000;
 // The close button of the idle bar, on a screen of 1280 x 800: the bar is 720 wide, and 30 above the middle.
 constexpr QPoint s_closeButton(640 + 360 - 10 - 16, 400 - 30);
 
@@ -69,10 +69,10 @@ void tst_Launch::opensTheOmniBar()
 
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     // The window manager may still take it away and bring it back.
-    QTRY_COMPARE_WITH_TIMEOUT(run.windowCount(), 1, s_patience);
-    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(run.windowCount(), 1, Timeouts::Program);
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), Timeouts::Program);
     QCOMPARE(run.property("WM_CLASS"), QByteArray("\"tovictl\", \"loomra-kde\""));
-    QTRY_VERIFY_WITH_TIMEOUT(run.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"), Timeouts::Program);
     QVERIFY(run.property("_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_DIALOG"));
     QCOMPARE(run.output(), QByteArray());
 }
@@ -142,8 +142,8 @@ void tst_Launch::opensTheTrayView()
 
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     // The window manager may still take it away and bring it back.
-    QTRY_COMPARE_WITH_TIMEOUT(run.windowCount(), 1, s_patience);
-    QTRY_COMPARE_WITH_TIMEOUT(run.geometry().size(), QSize(200, 200), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(run.windowCount(), 1, Timeouts::Program);
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry().size(), QSize(200, 200), Timeouts::Program);
     QCOMPARE(run.property("WM_CLASS"), QByteArray("\"tovictl\", \"loomra-kde\""));
     QCOMPARE(run.property("WM_NAME"), QByteArray("\"Warden Desk\""));
     QVERIFY2(run.errors().contains("LoomraSDK::initialize() called, connectOnly: false\n"), run.errors().constData());
@@ -170,7 +170,7 @@ void tst_Launch::closeButtonEndsIt()
 {
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), Timeouts::Program);
 
     run.click(s_closeButton);
 
@@ -201,11 +201,11 @@ void tst_Launch::escapeLeavesABubble()
             }
             return run.geometry() == bubble;
         },
-        s_patience));
+        Timeouts::Program));
     QVERIFY(run.isRunning());
 
     run.click({1280 - 20 - 28, 20 + 28});
-    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), Timeouts::Program);
 }
 
 void tst_Launch::signalsEndIt_data()
@@ -237,12 +237,12 @@ void tst_Launch::twoRunSideBySide()
     DesktopRun second;
     QVERIFY2(second.waitForWindow(), second.errors().constData());
     QVERIFY(first.isRunning());
-    QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, Timeouts::Program);
 
     // Each has its own window and ends on its own.
     QVERIFY(second.closeWindow());
     QVERIFY(first.isRunning());
-    QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(first.windowCount(), 1, Timeouts::Program);
 }
 
 void tst_Launch::dataBesideTheExecutable_data()
@@ -289,7 +289,7 @@ void tst_Launch::dataBesideTheExecutable()
     DesktopRun run({}, environment, program);
 
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QTRY_COMPARE_WITH_TIMEOUT(run.property("_NET_WM_ICON").contains("Icon (37 x 37)"), exists, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(run.property("_NET_WM_ICON").contains("Icon (37 x 37)"), exists, Timeouts::Program);
 }
 
 REGISTER_TEST(tst_Launch, QCoreApplication)

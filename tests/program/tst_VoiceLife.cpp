@@ -6,6 +6,7 @@
 #include "Sentence.h"
 #include "SherpaStandIn.h"
 #include "TestRegistry.h"
+#include "Timeouts.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -20,8 +21,6 @@ namespace
 {
 
 //! Long enough for a busy machine, in ms.
-constexpr int s_patience = 30000;
-
 const QByteArray s_transcribed = QByteArrayLiteral("VoiceBridge: transcribed in ");
 
 //! Stores the settings of a user who has chosen the engine.
@@ -92,10 +91,10 @@ void tst_VoiceLife::hearsASentenceAfterTheWakeWord()
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(wake());
-    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
     sentence.speak();
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(s_transcribed), s_patience);
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("ms: \"Open the Dolphin\"\n"), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(s_transcribed), Timeouts::Program);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("ms: \"Open the Dolphin\"\n"), Timeouts::Program);
     QCOMPARE(moonshine.runs(), 1);
     QTRY_COMPARE(readers(), 0);
     QVERIFY(run.errors().contains("SttPostProcessor: \"Open the dolphine.\" -> \"Open the Dolphin\"\n"));
@@ -107,7 +106,8 @@ void tst_VoiceLife::microphoneIsFreeWhenIdle()
     const SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("VoiceBridge: listening for wake word D-Bus signal\n"), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("VoiceBridge: listening for wake word D-Bus signal\n"),
+                             Timeouts::Program);
     QCOMPARE(readers(), 0);
     QVERIFY(!run.errors().contains("MoonshineWorker: loaded")); // nor is the model loaded
     QVERIFY2(run.closeWindow(), run.errors().constData());
@@ -128,7 +128,7 @@ void tst_VoiceLife::endsWhileListening()
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(wake());
-    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
     if (signal == 0) {
         QVERIFY2(run.closeWindow(), run.errors().constData());
     } else {
@@ -152,9 +152,9 @@ void tst_VoiceLife::endsWhileTranscribing()
     DesktopRun run;
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(wake());
-    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
     sentence.speak();
-    QTRY_COMPARE_WITH_TIMEOUT(moonshine.runs(), 1, s_patience);
+    QTRY_COMPARE_WITH_TIMEOUT(moonshine.runs(), 1, Timeouts::Program);
     run.send(SIGTERM);
     moonshine.release(); // it waits for the engine
     QVERIFY(run.waitForEnd());
@@ -186,7 +186,7 @@ void tst_VoiceLife::tellsWhyThereIsNoMicrophone()
     DesktopRun run({}, environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QVERIFY(wake());
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(reason), s_patience);
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(reason), Timeouts::Program);
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 

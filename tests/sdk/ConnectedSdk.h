@@ -53,7 +53,6 @@ public:
     ConfigManager config;
     LoomraSDK sdk {&config};
     SignalLog emitted {&sdk};
-    SignalLog &heard = emitted; // the old name, still used by tst_LoomraSDKConnection
 
 private:
     //! Frames that the client has handled.
@@ -68,7 +67,6 @@ class ConnectedSdkTest : public QObject
 
 protected:
     std::unique_ptr<ConnectedSdk> fixture;
-    std::unique_ptr<ConnectedSdk> &c = fixture; // the old name, still used by tst_LoomraSDKConnection
 
 private Q_SLOTS:
     void initTestCase();

@@ -77,7 +77,7 @@ void tst_LoomraSDKConnection::connectsByInitialize()
     sdk.setConnectOnly(true);
     const int before = serviceRequests();
     sdk.initialize();
-    QVERIFY(c->peer.waitForConnection(2));
+    QVERIFY(fixture->peer.waitForConnection(2));
     QTRY_VERIFY(sdk.isConnected());
     QVERIFY(!sdk.isReady());
     QTRY_COMPARE(serviceRequests(), before + 1);
@@ -96,94 +96,94 @@ void tst_LoomraSDKConnection::readyComesInTwoForms_data()
 void tst_LoomraSDKConnection::readyComesInTwoForms()
 {
     QFETCH(QString, frame);
-    QVERIFY(c->lose());
-    c->heard.take();
-    QVERIFY(c->connect());
-    QCOMPARE(c->heard.take(), QStringList(s_connected));
-    QVERIFY(c->deliver(frame));
-    QVERIFY(c->sdk.isReady());
+    QVERIFY(fixture->lose());
+    fixture->emitted.take();
+    QVERIFY(fixture->connect());
+    QCOMPARE(fixture->emitted.take(), QStringList(s_connected));
+    QVERIFY(fixture->deliver(frame));
+    QVERIFY(fixture->sdk.isReady());
     // Ids continue, and an id in "ready" is ignored.
-    QCOMPARE(c->peer.takeRequest().text, QStringLiteral(R"({"id":3,"method":"ping","params":{}})"));
-    QCOMPARE(c->peer.takeRequest().text, QStringLiteral(R"({"id":4,"method":"getCapabilities","params":{}})"));
-    QCOMPARE(c->heard.take(), QStringList(s_ready));
-    c->log.takeWarnings();
+    QCOMPARE(fixture->peer.takeRequest().text, QStringLiteral(R"({"id":3,"method":"ping","params":{}})"));
+    QCOMPARE(fixture->peer.takeRequest().text, QStringLiteral(R"({"id":4,"method":"getCapabilities","params":{}})"));
+    QCOMPARE(fixture->emitted.take(), QStringList(s_ready));
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::readyAgain()
 {
-    QVERIFY(c->becomeReady());
-    QCOMPARE(c->heard.take(), QStringList(s_ready));
+    QVERIFY(fixture->becomeReady());
+    QCOMPARE(fixture->emitted.take(), QStringList(s_ready));
 }
 
 void tst_LoomraSDKConnection::fallsWithTheConnection()
 {
-    QTimer *timer = c->timer("reconnectTimer");
+    QTimer *timer = fixture->timer("reconnectTimer");
     QVERIFY(!timer->isActive());
-    QVERIFY(c->lose());
-    QVERIFY(!c->sdk.isReady());
+    QVERIFY(fixture->lose());
+    QVERIFY(!fixture->sdk.isReady());
     // The peer closing the connection is also reported as an error.
-    QCOMPARE(c->heard.take(), QStringList(QStringLiteral("error(\"WebSocket error: 1\")")) + s_fall);
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("error(\"WebSocket error: 1\")")) + s_fall);
     QVERIFY(timer->isActive());
 }
 
 void tst_LoomraSDKConnection::comesBack()
 {
-    QVERIFY(c->lose());
-    c->heard.take();
-    c->expire("reconnectTimer");
-    QVERIFY(c->peer.waitForConnection(2));
-    QTRY_VERIFY(c->sdk.isConnected());
+    QVERIFY(fixture->lose());
+    fixture->emitted.take();
+    fixture->expire("reconnectTimer");
+    QVERIFY(fixture->peer.waitForConnection(2));
+    QTRY_VERIFY(fixture->sdk.isConnected());
     // The timer runs until the bridge is ready.
-    QVERIFY(c->timer("reconnectTimer")->isActive());
-    QVERIFY(c->becomeReady());
-    QVERIFY(!c->timer("reconnectTimer")->isActive());
-    QCOMPARE(c->heard.take(), QStringList({s_connected, s_ready}));
+    QVERIFY(fixture->timer("reconnectTimer")->isActive());
+    QVERIFY(fixture->becomeReady());
+    QVERIFY(!fixture->timer("reconnectTimer")->isActive());
+    QCOMPARE(fixture->emitted.take(), QStringList({s_connected, s_ready}));
 }
 
 void tst_LoomraSDKConnection::waitsForReady()
 {
-    QVERIFY(c->lose());
-    QVERIFY(c->connect());
-    c->heard.take();
-    c->expire("reconnectTimer");
-    QVERIFY(c->deliver(QStringLiteral("{}"))); // on the same connection
-    QCOMPARE(c->peer.connectionCount(), 2);
-    QVERIFY(c->sdk.isConnected());
-    QVERIFY(c->timer("reconnectTimer")->isActive());
-    QCOMPARE(c->heard.take(), QStringList());
-    c->log.takeWarnings();
+    QVERIFY(fixture->lose());
+    QVERIFY(fixture->connect());
+    fixture->emitted.take();
+    fixture->expire("reconnectTimer");
+    QVERIFY(fixture->deliver(QStringLiteral("{}"))); // on the same connection
+    QCOMPARE(fixture->peer.connectionCount(), 2);
+    QVERIFY(fixture->sdk.isConnected());
+    QVERIFY(fixture->timer("reconnectTimer")->isActive());
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::triesAsLongAsItTakes()
 {
-    c->peer.close();
-    QTRY_VERIFY(c->timer("reconnectTimer")->isActive());
-    c->heard.take();
+    fixture->peer.close();
+    QTRY_VERIFY(fixture->timer("reconnectTimer")->isActive());
+    fixture->emitted.take();
     for (int i = 0; i < 20; ++i) {
-        c->expire("reconnectTimer");
-        QTRY_VERIFY(c->heard.entries().contains(s_refused));
-        QCOMPARE(c->heard.take(), s_fall + QStringList(s_refused));
-        QVERIFY(c->timer("reconnectTimer")->isActive());
+        fixture->expire("reconnectTimer");
+        QTRY_VERIFY(fixture->emitted.entries().contains(s_refused));
+        QCOMPARE(fixture->emitted.take(), s_fall + QStringList(s_refused));
+        QVERIFY(fixture->timer("reconnectTimer")->isActive());
     }
-    const QStringList warnings = c->log.takeWarnings();
+    const QStringList warnings = fixture->log.takeWarnings();
     QVERIFY2(warnings.last().startsWith(QStringLiteral("WebSocket error:")), qPrintable(warnings.last()));
-    QVERIFY(c->peer.listen());
-    c->expire("reconnectTimer");
-    QVERIFY(c->peer.waitForConnection(2));
+    QVERIFY(fixture->peer.listen());
+    fixture->expire("reconnectTimer");
+    QVERIFY(fixture->peer.waitForConnection(2));
 }
 
 void tst_LoomraSDKConnection::asksForTheServiceOnce()
 {
     const int before = serviceRequests();
-    c->peer.close();
+    fixture->peer.close();
     for (int i = 0; i < 3; ++i) {
-        QTRY_VERIFY(c->timer("reconnectTimer")->isActive());
-        c->heard.take();
-        c->expire("reconnectTimer");
-        QTRY_VERIFY(c->heard.entries().contains(s_refused));
+        QTRY_VERIFY(fixture->timer("reconnectTimer")->isActive());
+        fixture->emitted.take();
+        fixture->expire("reconnectTimer");
+        QTRY_VERIFY(fixture->emitted.entries().contains(s_refused));
     }
     QTRY_COMPARE(serviceRequests(), before + 1);
-    c->log.takeWarnings();
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::triesWithoutAServiceManager()
@@ -192,74 +192,74 @@ void tst_LoomraSDKConnection::triesWithoutAServiceManager()
     const QTemporaryDir nothing;
     qputenv("PATH", QFile::encodeName(nothing.path()));
     const int before = serviceRequests();
-    c->peer.close();
-    QTRY_VERIFY(c->timer("reconnectTimer")->isActive());
+    fixture->peer.close();
+    QTRY_VERIFY(fixture->timer("reconnectTimer")->isActive());
     for (int i = 0; i < 3; ++i) {
-        c->heard.take();
-        c->expire("reconnectTimer");
-        QTRY_VERIFY(c->heard.entries().contains(s_refused));
+        fixture->emitted.take();
+        fixture->expire("reconnectTimer");
+        QTRY_VERIFY(fixture->emitted.entries().contains(s_refused));
     }
     qputenv("PATH", path);
     // Later attempts don't request it either.
-    c->heard.take();
-    c->expire("reconnectTimer");
-    QTRY_VERIFY(c->heard.entries().contains(s_refused));
+    fixture->emitted.take();
+    fixture->expire("reconnectTimer");
+    QTRY_VERIFY(fixture->emitted.entries().contains(s_refused));
     QCOMPARE(serviceRequests(), before);
-    c->log.takeWarnings();
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::reconnects()
 {
-    c->sdk.reconnectBridge();
-    QVERIFY(c->peer.waitForConnection(2));
-    QTRY_VERIFY(c->sdk.isConnected());
+    fixture->sdk.reconnectBridge();
+    QVERIFY(fixture->peer.waitForConnection(2));
+    QTRY_VERIFY(fixture->sdk.isConnected());
     QWebSocketProtocol::CloseCode code = QWebSocketProtocol::CloseCodeAbnormalDisconnection;
     QString reason;
-    QVERIFY(c->peer.waitForClose(0, &code, &reason));
+    QVERIFY(fixture->peer.waitForClose(0, &code, &reason));
     QCOMPARE(code, QWebSocketProtocol::CloseCodeNormal);
     QCOMPARE(reason, QString());
-    QVERIFY(c->becomeReady());
-    c->log.takeWarnings();
+    QVERIFY(fixture->becomeReady());
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::reconnectsWhatIsClosed()
 {
-    c->peer.close();
-    QTRY_VERIFY(!c->sdk.isConnected());
-    QVERIFY(c->peer.listen());
-    c->sdk.reconnectBridge();
-    QVERIFY(c->peer.waitForConnection(2));
-    QTRY_VERIFY(c->sdk.isConnected());
-    c->log.takeWarnings();
+    fixture->peer.close();
+    QTRY_VERIFY(!fixture->sdk.isConnected());
+    QVERIFY(fixture->peer.listen());
+    fixture->sdk.reconnectBridge();
+    QVERIFY(fixture->peer.waitForConnection(2));
+    QTRY_VERIFY(fixture->sdk.isConnected());
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::staysDownAfterTheEnd()
 {
-    c->sdk.stopBridgeProcess(true);
-    QVERIFY(c->sdk.isConnected()); // the bridge is not a child process
-    c->peer.close();
-    QTRY_VERIFY(!c->sdk.isConnected());
-    c->heard.take();
+    fixture->sdk.stopBridgeProcess(true);
+    QVERIFY(fixture->sdk.isConnected()); // the bridge is not a child process
+    fixture->peer.close();
+    QTRY_VERIFY(!fixture->sdk.isConnected());
+    fixture->emitted.take();
     // When a later queued call has run, the one that the disconnect queued has too.
     bool isLater = false;
     QMetaObject::invokeMethod(
-        &c->sdk, [&] { isLater = true; }, Qt::QueuedConnection);
+        &fixture->sdk, [&] { isLater = true; }, Qt::QueuedConnection);
     QTRY_VERIFY(isLater);
-    QVERIFY(!c->timer("reconnectTimer")->isActive());
-    c->expire("reconnectTimer");
-    QMetaObject::invokeMethod(&c->sdk, "onBridgeProcessFinished", Q_ARG(int, 1),
+    QVERIFY(!fixture->timer("reconnectTimer")->isActive());
+    fixture->expire("reconnectTimer");
+    QMetaObject::invokeMethod(&fixture->sdk, "onBridgeProcessFinished", Q_ARG(int, 1),
                               Q_ARG(QProcess::ExitStatus, QProcess::NormalExit));
-    QCOMPARE(c->heard.take(), s_fall);
+    QCOMPARE(fixture->emitted.take(), s_fall);
     QCoreApplication::processEvents();
-    QVERIFY(!c->timer("reconnectTimer")->isActive());
-    c->sdk.stopBridgeProcess(true); // a second call has no effect
-    QCOMPARE(c->heard.take(), QStringList());
-    c->log.takeWarnings();
+    QVERIFY(!fixture->timer("reconnectTimer")->isActive());
+    fixture->sdk.stopBridgeProcess(true); // a second call has no effect
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    fixture->log.takeWarnings();
 }
 
 void tst_LoomraSDKConnection::saysGoodbye()
 {
-    ScriptedBridge &peer = c->peer;
+    ScriptedBridge &peer = fixture->peer;
     {
         ConfigManager config;
         LoomraSDK sdk(&config);
@@ -276,15 +276,15 @@ void tst_LoomraSDKConnection::saysGoodbye()
 
 void tst_LoomraSDKConnection::quittingGivesUpAnAttempt()
 {
-    QVERIFY(c->lose());
-    c->sdk.reconnectBridge();
-    const auto *socket = c->sdk.findChild<QWebSocket *>();
+    QVERIFY(fixture->lose());
+    fixture->sdk.reconnectBridge();
+    const auto *socket = fixture->sdk.findChild<QWebSocket *>();
     QCOMPARE(socket->state(), QAbstractSocket::ConnectingState);
 
-    c->sdk.stopBridgeProcess(true);
+    fixture->sdk.stopBridgeProcess(true);
 
     QCOMPARE(socket->state(), QAbstractSocket::UnconnectedState);
-    QVERIFY(!c->timer("reconnectTimer")->isActive());
+    QVERIFY(!fixture->timer("reconnectTimer")->isActive());
 }
 
 REGISTER_TEST(tst_LoomraSDKConnection, QCoreApplication)

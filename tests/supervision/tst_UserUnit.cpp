@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "FakePath.h"
+#include "Files.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 #include "UserUnit.h"
@@ -20,12 +21,6 @@ namespace
 
 const QString s_unit = QStringLiteral("tovi-test.service");
 const QByteArray s_request = QByteArrayLiteral("--user start tovi-test.service\n");
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 

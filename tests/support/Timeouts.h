@@ -3,8 +3,8 @@
 
 #pragma once
 
-//! How long tests wait before they fail. Generous, because a busy machine must not fail a test; a test that passes never
-//! waits that long. In ms, as the macros of Qt Test and QProcess take them.
+//! How long tests wait before they fail. Generous, because a busy machine must not fail a test; a test that passes
+//! never waits that long. In ms, as the macros of Qt Test and QProcess take them.
 namespace Timeouts
 {
 
