@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "MessageLog.h"
+#include "PiperStandIn.h"
 #include "SherpaStandIn.h"
 #include "SignalLog.h"
 #include "TestRegistry.h"
@@ -57,6 +59,7 @@ private Q_SLOTS:
     void init();
 
     void reportsAvailability();
+    void searchesEverythingBelowItsRoots();
     void refusesWhatIsNotAvailable_data();
     void refusesWhatIsNotAvailable();
     void chooses_data();
@@ -104,6 +107,34 @@ void tst_VoiceBridgeEngines::reportsAvailability()
     QVERIFY(messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: whisper-small: true q5_1: false")));
     QVERIFY(messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: moonshine available: true bin: true model: true")));
     QVERIFY(messages.has(QtDebugMsg, QStringLiteral("VoiceBridge: nemotron available: false bin: false model: false")));
+}
+
+void tst_VoiceBridgeEngines::searchesEverythingBelowItsRoots()
+{
+    const QTemporaryDir home(QDir::homePath() + QStringLiteral("/XXXXXX"));
+    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine, home.path());
+    const SherpaStandIn nemotron(SherpaStandIn::Engine::Nemotron, home.path());
+    const PiperStandIn piper(home.path());
+    VoiceParts parts = VoiceFixture::parts();
+    parts.roots.home = home.path();
+    QVERIFY(writeFile(parts.roots.userModels() + QLatin1Char('/') + s_smallModel));
+    moonshine.says(QStringLiteral("from that home"));
+
+    MessageLog messages;
+    VoiceBridge voice(std::move(parts));
+    QVERIFY(voice.whisperSmallAvailable());
+    QVERIFY(voice.moonshineAvailable());
+    QVERIFY(voice.nemotronAvailable());
+    QVERIFY(voice.ttsAvailable());
+    voice.setSttBackend(QStringLiteral("moonshine"));
+    Q_EMIT voice.requestTranscription(utterance());
+    QTRY_COMPARE(voice.lastTranscript(), QStringLiteral("from that home"));
+
+    const VoiceBridge other(VoiceFixture::parts());
+    QVERIFY(!other.whisperSmallAvailable());
+    QVERIFY(!other.moonshineAvailable());
+    QVERIFY(!other.nemotronAvailable());
+    QVERIFY(!other.ttsAvailable());
 }
 
 void tst_VoiceBridgeEngines::refusesWhatIsNotAvailable_data()
