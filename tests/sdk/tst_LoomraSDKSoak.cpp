@@ -152,7 +152,9 @@ void compare(const Figures &before, const Figures &after, double maximumHeapGrow
 {
     print("after the warm-up", before);
     print("at the end", after);
-    QCOMPARE(after.files, before.files);
+    // One more or less is no leak: a refused socket may or may not be closed yet. A leak would add one per round.
+    QVERIFY2(qAbs(after.files - before.files) <= 1,
+             qPrintable(QStringLiteral("%1 open files became %2").arg(before.files).arg(after.files)));
     QCOMPARE(after.timers, before.timers);
     QCOMPARE(after.objects, before.objects);
     QCOMPARE(after.children, before.children);
