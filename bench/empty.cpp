@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What any program costs that is linked to the libraries of tovictl: it says what that says, and nothing else.
+// The cost of any program that links the libraries of tovictl. Prints the same as `tovictl --version`.
 
 #include <cstdio>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the program does and keeps while nobody uses it.
+// Activity and memory of the idle program.
 
 #include "support/Child.h"
 #include "support/Figures.h"
@@ -22,32 +22,32 @@ constexpr double s_mebibyte = 1024 * 1024;
 
 using Values = QMap<QByteArray, QList<QByteArray>>;
 
-Values lookAt(const QByteArray &program)
+Values observe(const QByteArray &program)
 {
     const Values values = Child::valuesOf(Child::run({program, "--idle"}));
     for (const char *name : {"running-at-start", "frames", "memory"}) {
         if (!values.contains(name)) {
-            notMeasured(program + " does not tell its " + name);
+            notMeasured(program + " does not report " + name);
         }
     }
     return values;
 }
 
-//! Resident memory by what is mapped, in bytes, from the lines "mapping bytes name".
+//! Resident memory in bytes by mapping, from the lines "mapping BYTES NAME".
 QMap<QByteArray, double> mappingsOf(const Values &values)
 {
     QMap<QByteArray, double> mappings;
     for (const QByteArray &line : values.value("mapping")) {
-        const int blank = line.indexOf(' ');
-        mappings.insert(line.mid(blank + 1), line.left(blank).toDouble());
+        const int space = line.indexOf(' ');
+        mappings.insert(line.mid(space + 1), line.left(space).toDouble());
     }
     return mappings;
 }
 
 void printMappings()
 {
-    const auto bar = mappingsOf(lookAt(Child::beside("bench_bar")));
-    const auto bare = mappingsOf(lookAt(Child::beside("bench_bare")));
+    const auto bar = mappingsOf(observe(Child::beside("bench_bar")));
+    const auto bare = mappingsOf(observe(Child::beside("bench_bare")));
     QList<QByteArray> names = (QSet(bar.keyBegin(), bar.keyEnd()) + QSet(bare.keyBegin(), bare.keyEnd())).values();
     const auto more = [&](const QByteArray &name) { return bar.value(name) - bare.value(name); };
     std::sort(names.begin(), names.end(), [&](const auto &one, const auto &other) { return more(one) > more(other); });
@@ -69,7 +69,7 @@ int main(int argc, char **argv)
         return 0;
     }
     if (QCoreApplication::arguments().contains(QLatin1String("--once"))) {
-        lookAt(Child::beside("bench_bar"));
+        observe(Child::beside("bench_bar"));
         return 0;
     }
     double frames = 0;
@@ -77,9 +77,9 @@ int main(int argc, char **argv)
     std::vector<double> barMemory;
     std::vector<double> bareMemory;
     for (int i = 0; i < s_runs; ++i) {
-        const Values bar = lookAt(Child::beside("bench_bar"));
+        const Values bar = observe(Child::beside("bench_bar"));
         if (bar.value("running-at-start").first().toInt() == 0) {
-            notMeasured("the walk over the objects doesn't see that the window's entrance is running");
+            notMeasured("the window's entrance animation is running but was not found");
         }
         const QList<QByteArray> culprits = bar.value("running");
         for (const QByteArray &culprit : culprits) {
@@ -88,7 +88,7 @@ int main(int argc, char **argv)
         frames = std::max(frames, bar.value("frames").first().toDouble());
         running = std::max(running, static_cast<double>(culprits.size()));
         barMemory.push_back(bar.value("memory").first().toDouble() / s_mebibyte);
-        bareMemory.push_back(lookAt(Child::beside("bench_bare")).value("memory").first().toDouble() / s_mebibyte);
+        bareMemory.push_back(observe(Child::beside("bench_bare")).value("memory").first().toDouble() / s_mebibyte);
     }
     const double barMedian = Statistics::median(barMemory);
     const double bareMedian = Statistics::median(bareMemory);

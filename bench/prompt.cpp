@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the program adds to a prompt and to its reply.
+// The time that the program adds to a prompt and its reply.
 
 #include "AgentBridge.h"
 #include "support/Clock.h"
@@ -21,18 +21,18 @@ namespace
 constexpr int s_prompts = 200;
 constexpr int s_warmUps = 10;
 
-//! From an action until its frame was handed to the system, and until the peer has it, in ms.
+//! The time from an action until its frame is written to the socket, and until the peer receives it, in ms.
 struct Sending
 {
     double toWire = 0;
     double toPeer = 0;
 };
 
-//! What one action needs until its frame is out. The action must send one frame on this socket.
+//! Measures an action, which must send one frame on this socket.
 template<typename Action>
 Sending send(QWebSocket *socket, Peer &peer, Action action)
 {
-    const int before = peer.heard();
+    const int before = peer.received();
     qint64 written = 0;
     const auto watch = QObject::connect(
         socket, &QWebSocket::bytesWritten, socket, [&written] { written = Clock::now(); }, Qt::DirectConnection);
@@ -40,18 +40,18 @@ Sending send(QWebSocket *socket, Peer &peer, Action action)
     action();
     const bool isSent = EventLoop::until([&] { return written != 0; });
     QObject::disconnect(watch);
-    if (!isSent || !EventLoop::until([&] { return peer.heard() > before; })) {
-        notMeasured("a frame did not come out");
+    if (!isSent || !EventLoop::until([&] { return peer.received() > before; })) {
+        notMeasured("a frame was not sent");
     }
-    return {Clock::milliseconds(written - begun), Clock::milliseconds(peer.lastHeardAt() - begun)};
+    return {Clock::milliseconds(written - begun), Clock::milliseconds(peer.lastReceivedAt() - begun)};
 }
 
-//! From the reply's frame, as the socket has it, to the swapped frame that shows its row, in ms.
+//! The time from the arrival of the reply at the socket to the swapped frame that shows its row, in ms.
 double showReply(Bar &bar, QWebSocket *socket, Peer &peer, const QString &text)
 {
     const int rows = bar.rowCount();
     qint64 received = 0;
-    // Comes just before the signal that the program listens to.
+    // Emitted just before the signal to which the program is connected.
     const auto watch = QObject::connect(
         socket, &QWebSocket::textFrameReceived, socket, [&received] { received = Clock::now(); }, Qt::DirectConnection);
     peer.answer(text);
@@ -81,14 +81,14 @@ int main(int argc, char **argv)
     std::vector<double> rawToWire;
     std::vector<double> rawToPeer;
     std::vector<double> replyToFrame;
-    QString frame = QStringLiteral("{}"); // from the second time on, what the prompt before sent
+    QString frame = QStringLiteral("{}"); // from the second run on, the frame of the previous prompt
     for (int i = -s_warmUps; i < s_prompts; ++i) {
         bar.item("inputField")->setProperty("text", QStringLiteral("Prompt number %1, if you please").arg(i));
-        bar.frames().waitUntilStill(); // or drawing would count as waiting, in both
+        bar.frames().waitUntilStill(); // or drawing would count as waiting, in both measurements
         const Sending bare = send(&raw, peer, [&] { raw.sendTextMessage(frame); });
         const Sending prompt = send(socket, peer, [&] { QTest::keyClick(bar.window(), Qt::Key_Return); });
-        frame = peer.lastHeard();
-        // The prompt's own row first, so that it is only the reply that is waited for.
+        frame = peer.lastReceived();
+        // The prompt's own row first, so that only the reply is measured.
         bar.waitForLastRow();
         const double reply = showReply(bar, socket, peer, QStringLiteral("Reply number **%1** of many.").arg(i));
         if (i < 0) {

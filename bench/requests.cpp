@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// What the client of the windows adds to a request and its reply.
+// The time that LoomraSDK adds to a request and its reply.
 
 #include "ConfigManager.h"
 #include "DebugEventLog.h"
@@ -26,22 +26,22 @@
 namespace
 {
 
-//! Requests that are under way at a time, of both clients. One at a time would measure how soon the other thread wakes
-//! up; and a socket holds small frames back, up to 40 ms, until what it sent before is confirmed, which a reply does.
-//! With so many there is always one on its way, and it is work that is measured.
+//! Open requests of each client. A single one would measure how soon the other thread wakes up, and the socket's delay
+//! of small frames (up to 40 ms, until the previous one is acknowledged, which a reply does). With this many there is
+//! always one on its way, so that work is measured.
 constexpr int s_window = 64;
 constexpr int s_requests = 20000;
 constexpr int s_runs = 15;
 constexpr int s_warmUps = 2;
-constexpr int s_calls = 2000; // of the log in a run
+constexpr int s_calls = 2000; // of the log, per run
 constexpr int s_dispatchRuns = 50;
 
-//! What the client may cost of what the socket can do.
-constexpr double s_ratioAtLeast = 0.9;
+//! The client's rate, as a share of the bare socket's.
+constexpr double s_minimumRatio = 0.9;
 
 constexpr char s_agents[] = R"({"agents":[{"description":"Works on a project","id":"build","name":"Build"}]})";
 
-//! As the peer forms it.
+//! A reply as the peer sends it.
 QString replyFrame(int id, const char *payload)
 {
     return QStringLiteral(R"({"id":%1,"payload":%2,"type":"response"})")
@@ -56,7 +56,7 @@ qint64 work()
     return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
 }
 
-//! What a client did in a run.
+//! The result of a run.
 struct Speed
 {
     double perSecond = 0;
@@ -64,7 +64,7 @@ struct Speed
     double work = 0;
 };
 
-//! Keeps the window full until all requests of a run are answered. @param replies counts the replies
+//! Keeps s_window requests open until all requests of a run are answered. @param replies counts the replies
 Speed run(const std::function<void()> &send, const int &replies)
 {
     const int before = replies;
@@ -80,13 +80,13 @@ Speed run(const std::function<void()> &send, const int &replies)
         return answered == s_requests;
     });
     if (!isDone) {
-        notMeasured("a reply did not come");
+        notMeasured("a reply is missing");
     }
     const auto duration = static_cast<double>(Clock::now() - begun);
     return {s_requests / duration * 1e9, static_cast<double>(work() - workBefore) / s_requests / 1e3};
 }
 
-//! The same JSON on a socket with nothing around it.
+//! Sends the same JSON on a bare socket.
 class BareClient
 {
 public:
@@ -120,7 +120,7 @@ private:
     int m_id = 0;
 };
 
-//! The events of a request and its reply, with texts as theirs.
+//! Logs the events of a request and its reply, with similar texts.
 void logEvents(int id, const QString &reply)
 {
     const auto location = QStringLiteral("LoomraSDK:bench");
@@ -157,7 +157,7 @@ double logWork(const QString &reply)
     return Statistics::median(times);
 }
 
-//! The client, and what is needed to know which ids it uses.
+//! LoomraSDK, with a count of the ids that it uses.
 class WindowClient
 {
 public:
@@ -179,8 +179,8 @@ public:
         ++m_id;
     }
 
-    //! What the receiver needs for a reply to this operation, from the text as the socket has it until the signal's
-    //! end, in µs. The peer must be silent.
+    //! The processor time for a reply to this operation, from the text on the socket to the end of the signal, in µs.
+    //! The peer must not reply.
     double receive(void (*operation)(LoomraSDK &), const char *payload)
     {
         std::vector<QString> frames;
@@ -195,7 +195,7 @@ public:
         }
         const qint64 spent = work() - workBefore;
         if (replies - before != s_window) {
-            notMeasured("the client's ids are others than it was thought");
+            notMeasured("the client uses other ids than expected");
         }
         return static_cast<double>(spent) / s_window / 1e3;
     }
@@ -206,7 +206,7 @@ private:
     ConfigManager m_config;
     LoomraSDK m_sdk {&m_config};
     QWebSocket *const m_socket = m_sdk.findChild<QWebSocket *>();
-    int m_id = 2; // those of "ping" and "getCapabilities"
+    int m_id = 2; // used by "ping" and "getCapabilities"
 };
 
 } // namespace
@@ -219,7 +219,7 @@ int main(int argc, char **argv)
         notMeasured("the debug log is on");
     }
     Peer peer;
-    // Each is answered at once, so that the work of both ends goes on side by side.
+    // Each request is answered at once, so that both ends work in parallel.
     peer.answerAll(QJsonDocument::fromJson(s_agents).object());
     WindowClient client;
     BareClient bare;
@@ -228,7 +228,7 @@ int main(int argc, char **argv)
     std::vector<double> perSecondBare;
     std::vector<double> work;
     std::vector<double> workBare;
-    // In turn, so that what the machine does else hits both alike.
+    // Alternately, so that other load on the machine affects both equally.
     for (int i = -s_warmUps; i < s_runs; ++i) {
         const Speed own = run([&client] { client.send(); }, client.replies);
         const Speed raw = run([&bare] { bare.send(); }, bare.replies);
@@ -243,7 +243,7 @@ int main(int argc, char **argv)
     using Statistics::median;
     Figures::plain("requests.per-second", median(perSecond), "1/s");
     Figures::plain("requests.per-second.raw-socket", median(perSecondBare), "1/s");
-    Figures::atLeast("requests.ratio", median(perSecond) / median(perSecondBare), "x", s_ratioAtLeast);
+    Figures::atLeast("requests.ratio", median(perSecond) / median(perSecondBare), "x", s_minimumRatio);
     Figures::plain("requests.work", median(work), "us");
     Figures::plain("requests.work.raw-socket", median(workBare), "us");
     Figures::plain("requests.work.own", median(work) - median(workBare), "us");

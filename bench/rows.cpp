@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// A long conversation: what a row more costs, what it keeps, and how it scrolls.
+// A long conversation: the time to append a row, its memory, and scrolling.
 
 #include "support/Clock.h"
 #include "support/Figures.h"
@@ -20,15 +20,15 @@ namespace
 
 constexpr int s_few = 10;
 constexpr int s_many = 1000;
-//! Appends on either side of the one that is spoken of.
+//! Appends measured before and after the named row.
 constexpr int s_window = 6;
 constexpr int s_runs = 4;
 constexpr int s_batch = 10;
-//! Pixels a frame: a quick turn of the wheel, so that a row comes in sight with about every frame.
+//! Pixels per frame. A fast turn of the wheel: about one row per frame comes into view.
 constexpr int s_scrollStep = 200;
 constexpr int s_scrollFrames = 200;
 
-//! High enough that ten of them have to be scrolled.
+//! Long enough that ten rows need scrolling.
 QString rowText(int number)
 {
     return QStringLiteral("Row %1 of a long conversation.\n\n- first, a list with *emphasis*\n- then `code`\n\n"
@@ -44,7 +44,7 @@ void append(Bar &bar)
     bar.call("scrollToBottom");
 }
 
-//! Appends until there are so many, some between one frame and the next, as it is only the outcome that matters.
+//! Appends rows up to this number, several per frame because the time doesn't matter.
 void fill(Bar &bar, int rows)
 {
     while (bar.rowCount() < rows) {
@@ -56,7 +56,7 @@ void fill(Bar &bar, int rows)
     bar.frames().waitUntilStill();
 }
 
-//! From the call until the swapped frame that has the row, in ms, for the appends around this one.
+//! Measures the appends around this row: the time from the call to the swapped frame with the row, in ms.
 void measureAppends(Bar &bar, int around, std::vector<double> &times)
 {
     fill(bar, around - s_window - 1);
@@ -69,7 +69,7 @@ void measureAppends(Bar &bar, int around, std::vector<double> &times)
     }
 }
 
-//! Memory with so many rows, with nothing in it that could be given back.
+//! Memory with this many rows, after releasing everything that can be released.
 double memoryWith(Bar &bar, int rows)
 {
     fill(bar, rows);
@@ -84,13 +84,13 @@ void clear(Bar &bar)
     bar.frames().waitUntilStill();
 }
 
-//! The time of each frame while the list is scrolled up from its end, and down and up again where it is short, in ms:
-//! moving the rows, building those that come in sight, layout and drawing.
+//! Measures each frame while the list scrolls up from its end (and down and up again if it is short), in ms: moving the
+//! rows, creating those that come into view, layout and drawing.
 void scroll(Bar &bar, std::vector<double> &times)
 {
     QQuickItem *list = bar.item("messageList");
     const auto number = [list](const char *name) { return list->property(name).toReal(); };
-    // As a user's scrolling does: otherwise the list goes back to its end whenever its height changes.
+    // As when the user scrolls, or the list would return to its end whenever its height changes.
     list->setProperty("followEnd", false);
     int direction = -1;
     for (int i = 0; i < s_scrollFrames; ++i) {
@@ -121,7 +121,7 @@ int main(int argc, char **argv)
     using Statistics::median;
     using Statistics::percentile;
 
-    // The first rows also bring what all rows share.
+    // The first rows also load what all rows share.
     fill(bar, s_few);
     clear(bar);
     const double memoryWithFew = memoryWith(bar, s_few);
@@ -140,7 +140,7 @@ int main(int argc, char **argv)
     Figures::plain("rows.append-1000th", median(late), "ms");
     Figures::bounded("rows.append-dearer", median(late) - median(early), "ms", 1);
 
-    // In turn, so that what the machine does else hits both alike.
+    // Alternately, so that other load on the machine affects both equally.
     std::vector<double> shortScroll;
     std::vector<double> longScroll;
     for (int run = 0; run < s_runs; ++run) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// From the start of the process to the first swapped frame: the OmniBar's window against an empty one.
+// The time from the start of the process to the first swapped frame: the OmniBar against an empty window.
 
 #include "support/Child.h"
 #include "support/Clock.h"
@@ -23,7 +23,7 @@ namespace
 constexpr int s_runs = 20;
 constexpr int s_warmUps = 2;
 
-//! Not a stage, but what all threads spent until then. Says more where the machine has other work.
+//! Not a stage but the processor time of all threads until then, which depends less on other load of the machine.
 constexpr const char *s_processor = "processor";
 
 const char *const s_stages[] = {"linked",   "application", "loaded",  "exposed",
@@ -41,7 +41,7 @@ struct Series
         const auto values = Child::valuesOf(Child::run({program, "--first-frame"}));
         for (const char *stage : s_stages) {
             if (!values.contains(stage)) {
-                notMeasured(program + " did not come to the stage " + stage);
+                notMeasured(program + " did not reach the stage " + stage);
             }
             stages[stage].push_back(Clock::milliseconds(values.value(stage).first().toLongLong()));
         }
@@ -51,7 +51,7 @@ struct Series
     double median(const char *stage) const { return Statistics::median(stages.value(stage)); }
 };
 
-//! Where Qt keeps compiled QML, one directory a program.
+//! Qt's caches of compiled QML, one directory per program.
 QStringList qmlCaches()
 {
     const QString root = qEnvironmentVariable("XDG_CACHE_HOME", QDir::homePath() + QStringLiteral("/.cache"));
@@ -76,7 +76,7 @@ void emptyQmlCaches()
     }
 }
 
-//! The bare window stands for what the modules cost only if they are the same.
+//! The bare window only shows the cost of the modules if both windows import the same ones.
 void compareModules(const Series &bar, const Series &bare)
 {
     if (bar.plugins == bare.plugins) {
@@ -89,7 +89,8 @@ void compareModules(const Series &bar, const Series &bare)
             }
         }
     }
-    notMeasured("the two windows import different modules: bench/window/BareWindow.qml is to follow the OmniBar");
+    notMeasured(
+        "the two windows import different modules: bench/window/BareWindow.qml must import what the OmniBar does");
 }
 
 void printStages(const QByteArray &name, const Series &bar, const Series &bare)
@@ -107,14 +108,14 @@ void printStages(const QByteArray &name, const Series &bar, const Series &bare)
     }
 }
 
-//! When all that the idle bar shows is on the screen: what the first frame leaves out is built right after it.
+//! Measures until the whole idle bar is on the screen: the rest of it is built after the first frame.
 void measureWhole()
 {
     std::vector<double> times; // ms since the start
     for (int i = 0; i < s_runs; ++i) {
         const auto values = Child::valuesOf(Child::run({Child::beside("bench_bar"), "--whole"}));
         if (!values.contains("whole")) {
-            notMeasured("the window was never drawn as a whole");
+            notMeasured("the window was never complete");
         }
         times.push_back(Clock::milliseconds(values.value("whole").first().toLongLong()));
     }
@@ -126,7 +127,7 @@ void measure(const QByteArray &name, const std::function<void()> &prepare, bool 
     Series bar {Child::beside("bench_bar"), {}, {}};
     Series bare {Child::beside("bench_bare"), {}, {}};
     for (int i = 0; i < s_runs; ++i) {
-        // Who is first changes, so that what the machine does else hits both alike.
+        // In alternating order, so that other load on the machine affects both equally.
         for (Series *series : {i % 2 == 0 ? &bar : &bare, i % 2 == 0 ? &bare : &bar}) {
             prepare();
             series->run();
@@ -149,15 +150,15 @@ void measure(const QByteArray &name, const std::function<void()> &prepare, bool 
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const Peer peer; // as for a user whose bridge runs
+    const Peer peer; // as for a user with a running bridge
     const bool wantsStages = QCoreApplication::arguments().contains(QLatin1String("--stages"));
-    // Whole starts, so that the caches hold what they hold for a user.
+    // Complete starts, to fill the caches as they are for a user.
     for (int i = 0; i < s_warmUps; ++i) {
         Child::run({Child::beside("bench_bar"), "--rest"});
         Child::run({Child::beside("bench_bare"), "--rest"});
     }
     if (qmlCaches().isEmpty()) {
-        notMeasured("compiled QML lies elsewhere than where it is to be removed");
+        notMeasured("there is no cache of compiled QML in the expected place");
     }
     measure(
         "startup.warm", [] {}, wantsStages);

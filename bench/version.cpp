@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// `tovictl --version` against an empty program that is linked to the same libraries.
+// `tovictl --version` against an empty program that links the same libraries.
 
 #include "support/Child.h"
 #include "support/Clock.h"
@@ -20,7 +20,7 @@ double startOf(const QList<QByteArray> &arguments, const QByteArray &expected)
 {
     const Child::Result result = Child::run(arguments);
     if (result.output != expected) {
-        notMeasured(arguments.first() + " says something else than a version");
+        notMeasured(arguments.first() + " does not print the version");
     }
     return Clock::milliseconds(result.duration);
 }
@@ -32,7 +32,7 @@ int main()
     const QList<QByteArray> program {Child::beside("tovictl"), "--version"};
     const QList<QByteArray> empty {Child::beside("bench_empty")};
     if (Child::librariesOf(program.first()) != Child::librariesOf(empty.first())) {
-        notMeasured("the empty program is linked to other libraries than tovictl: see bench/CMakeLists.txt");
+        notMeasured("the empty program and tovictl link different libraries: see bench/CMakeLists.txt");
     }
     const QByteArray expected = Child::run(empty).output;
 

@@ -22,8 +22,8 @@ public:
     //! @param frame may contain Feeding::IdPlaceholder for the id of the request
     void take(quint8 choice, const QString &frame);
 
-    //! Whether the object should be replaced: unanswered requests stay open by design, and the ids would reach the range
-    //! that stands for kept arguments.
+    //! Whether the object should be replaced: unanswered requests stay open by design, and the ids would reach the
+    //! range that stands for kept arguments.
     bool isWornOut() const;
 
 private:

@@ -69,6 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     const QString spoken = SpeechText::spoken(output);
     require(spoken.size() <= 1003, "a long reply is truncated");
-    require(spoken == spoken.trimmed() || spoken.endsWith(QLatin1String("...")), "a text that is read aloud has no surrounding whitespace");
+    require(spoken == spoken.trimmed() || spoken.endsWith(QLatin1String("...")),
+            "a text that is read aloud has no surrounding whitespace");
     return 0;
 }

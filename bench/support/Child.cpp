@@ -57,7 +57,7 @@ Result run(const QList<QByteArray> &arguments)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
-        notMeasured("no pipe to read a program's output from");
+        notMeasured("no pipe for the output of a program");
     }
     const qint64 started = Clock::now();
     qputenv("BENCH_STARTED", QByteArray::number(started));
@@ -74,14 +74,14 @@ Result run(const QList<QByteArray> &arguments)
     while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
     result.duration = Clock::now() - started;
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        notMeasured(arguments.join(' ') + " did not end well");
+        notMeasured(arguments.join(' ') + " failed");
     }
     return result;
 }
 
 QList<QByteArray> librariesOf(const QByteArray &program)
 {
-    // With this in its environment the loader lists what it would map, and ends.
+    // Makes the loader list what it would map, and exit.
     qputenv("LD_TRACE_LOADED_OBJECTS", "1");
     const QList<QByteArray> lines = run({program}).output.split('\n');
     qunsetenv("LD_TRACE_LOADED_OBJECTS");
@@ -98,9 +98,9 @@ QMap<QByteArray, QList<QByteArray>> valuesOf(const Result &result)
     QMap<QByteArray, QList<QByteArray>> values;
     const QList<QByteArray> lines = result.output.split('\n');
     for (const QByteArray &line : lines) {
-        const int blank = line.indexOf(' ');
-        if (blank > 0) {
-            values[line.left(blank)].append(line.mid(blank + 1));
+        const int space = line.indexOf(' ');
+        if (space > 0) {
+            values[line.left(space)].append(line.mid(space + 1));
         }
     }
     return values;

@@ -7,30 +7,30 @@
 #include <QList>
 #include <QMap>
 
-//! A program that is run once, to its end.
+//! Runs other programs.
 namespace Child
 {
 
 struct Result
 {
-    //! From just before the start until the end was seen, in ns.
+    //! From just before the start until the end is noticed, in ns.
     qint64 duration = 0;
     QByteArray output;
 };
 
-//! The lines "name value" of a result's output; a name that comes several times keeps all its values in order.
+//! The lines "NAME VALUE" of the output. A name may have several values, in order.
 QMap<QByteArray, QList<QByteArray>> valuesOf(const Result &result);
 
-//! Starts the program, reads its standard output and waits for its end. It finds the time of its start, by Clock, in
-//! the environment variable BENCH_STARTED. Standard error is this process's own. Ends the benchmark if the program
-//! can't be started or ends with another status than 0.
-//! @param arguments the program's path first
+//! Runs a program to its end and captures its standard output; standard error is not redirected. The environment
+//! variable BENCH_STARTED has the time of the start by Clock. Ends the benchmark if the program can't be started or its
+//! exit status isn't 0.
+//! @param arguments the path of the program comes first
 Result run(const QList<QByteArray> &arguments);
 
-//! The libraries that the loader would map for a program, by name and sorted.
+//! The names of the libraries that the loader would map for a program, sorted.
 QList<QByteArray> librariesOf(const QByteArray &program);
 
-//! The path of another program of the build that this one lies beside.
+//! The path of another program in the folder of this one.
 QByteArray beside(const char *name);
 
 } // namespace Child

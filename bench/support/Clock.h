@@ -7,18 +7,18 @@
 
 #include <chrono>
 
-//! The clock that all measurements use: CLOCK_MONOTONIC, whose values mean the same in every process. Any thread.
+//! The clock of all measurements: CLOCK_MONOTONIC, which is the same in all processes. Any thread.
 namespace Clock
 {
 
-//! In ns.
+//! The current time in ns.
 inline qint64 now()
 {
     using namespace std::chrono;
     return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-//! ns as ms.
+//! Converts ns to ms.
 constexpr double milliseconds(qint64 nanoseconds)
 {
     return static_cast<double>(nanoseconds) / 1e6;

@@ -9,14 +9,14 @@
 namespace EventLoop
 {
 
-bool until(const std::function<bool()> &condition, int milliseconds)
+bool until(const std::function<bool()> &condition, std::chrono::milliseconds timeout)
 {
     bool isOver = false;
     QTimer limit;
     limit.setSingleShot(true);
     limit.setTimerType(Qt::PreciseTimer);
     QObject::connect(&limit, &QTimer::timeout, [&] { isOver = true; });
-    limit.start(milliseconds);
+    limit.start(timeout);
     while (!condition()) {
         if (isOver) {
             return false;
@@ -26,9 +26,9 @@ bool until(const std::function<bool()> &condition, int milliseconds)
     return true;
 }
 
-void run(int milliseconds)
+void run(std::chrono::milliseconds duration)
 {
-    until([] { return false; }, milliseconds);
+    until([] { return false; }, duration);
 }
 
 } // namespace EventLoop

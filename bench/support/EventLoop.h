@@ -3,16 +3,17 @@
 
 #pragma once
 
+#include <chrono>
 #include <functional>
 
-//! Lets the main thread's events run, without a pause that would blur what is measured.
+//! Runs the main thread's event loop without polling intervals, which would distort measurements.
 namespace EventLoop
 {
 
-//! Until the condition holds. Looks again after each round of events. @return whether it held in time
-bool until(const std::function<bool()> &condition, int milliseconds = 20000);
+//! Runs until the condition holds, which is checked after each round of events. @return false after the timeout
+bool until(const std::function<bool()> &condition, std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
-//! For so long.
-void run(int milliseconds);
+//! Runs for this time.
+void run(std::chrono::milliseconds duration);
 
 } // namespace EventLoop

@@ -48,6 +48,6 @@ void notMeasured(const QByteArray &why)
 {
     std::fflush(stdout);
     std::fprintf(stderr, "not measured: %s\n", why.constData());
-    // Without unwinding: threads and windows are in an unknown state.
+    // No unwinding: threads and windows are in an unknown state.
     std::_Exit(EXIT_FAILURE);
 }

@@ -5,20 +5,20 @@
 
 #include <QByteArray>
 
-//! What a benchmark says on standard output: one line a figure, with name, value, unit, target and verdict.
+//! The output of a benchmark: one line per figure, with name, value, unit, target and verdict.
 namespace Figures
 {
 
-//! A figure that is to be at most @p target. A line that ends in "MISSED" says that it isn't.
+//! Prints a figure with a maximum. The verdict is "ok" or "MISSED".
 void bounded(const QByteArray &name, double value, const char *unit, double target);
 
-//! A figure that is to be at least @p target, with the same verdicts.
+//! Prints a figure with a minimum.
 void atLeast(const QByteArray &name, double value, const char *unit, double target);
 
-//! A figure that has no target, or that explains another one.
+//! Prints a figure without a target.
 void plain(const QByteArray &name, double value, const char *unit);
 
 } // namespace Figures
 
-//! Ends the benchmark with status 1 and a sentence on standard error: what was to be measured could not be.
+//! Ends the benchmark with exit status 1 and the reason on standard error.
 [[noreturn]] void notMeasured(const QByteArray &why);

@@ -10,17 +10,19 @@
 #include <QEvent>
 #include <QQuickWindow>
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int s_longestUnrest = 20000; // ms
+constexpr std::chrono::nanoseconds s_timeout = 20s;
 
 }
 
 FrameWatch::FrameWatch(QQuickWindow *window)
 {
     window->installEventFilter(this);
-    // Direct: the frame is over when the signal comes, not when the event loop gets to it.
+    // Direct, because the frame ends when the signal is emitted.
     connect(
         window, &QQuickWindow::frameSwapped, this,
         [this] {
@@ -47,20 +49,20 @@ qint64 FrameWatch::waitForFrame(const std::function<bool()> &condition)
         return isNew && (!condition || condition());
     });
     if (!came) {
-        notMeasured("the frame that was waited for never came");
+        notMeasured("the expected frame was never swapped");
     }
     return m_swapped;
 }
 
-void FrameWatch::waitUntilStill(int milliseconds)
+void FrameWatch::waitUntilStill(std::chrono::milliseconds quietTime)
 {
-    const qint64 limit = Clock::now() + s_longestUnrest * qint64(1000000);
+    const qint64 limit = Clock::now() + s_timeout.count();
     int before = m_count;
     do {
         if (Clock::now() > limit) {
             notMeasured("the window did not come to rest");
         }
         before = m_count;
-        EventLoop::run(milliseconds);
+        EventLoop::run(quietTime);
     } while (m_count > before);
 }

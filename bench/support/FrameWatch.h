@@ -5,12 +5,13 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 
 class QQuickWindow;
 
-//! Sees the frames of a window. The window must be rendered on the main thread (QSG_RENDER_LOOP=basic), so that between
-//! the start of a frame and its end nothing else happens, and what holds at its end is what it shows.
+//! Observes the frames of a window. The window must be rendered on the main thread (QSG_RENDER_LOOP=basic): then
+//! nothing else happens during a frame, so that the state at its end is the state that it shows.
 class FrameWatch : public QObject
 {
     Q_OBJECT
@@ -18,20 +19,20 @@ class FrameWatch : public QObject
 public:
     explicit FrameWatch(QQuickWindow *window);
 
-    //! Frames swapped so far.
+    //! The number of swapped frames.
     int count() const { return m_count; }
-    //! When the last one was swapped, by Clock.
+    //! The time of the last swap, by Clock.
     qint64 lastSwapped() const { return m_swapped; }
-    //! How long the last one took, from the request to draw it until it was swapped: layout, drawing and waiting for
-    //! the graphics. In ns.
+    //! The duration of the last frame from its update request to the swap, in ns: layout, drawing and waiting for the
+    //! graphics.
     qint64 lastDuration() const { return m_swapped - m_begun; }
 
-    //! Waits for a swapped frame in which the condition holds. Ends the benchmark if none comes.
-    //! @return when it was swapped
+    //! Waits for a swapped frame in which the condition holds. Ends the benchmark after a timeout.
+    //! @return the time of the swap
     qint64 waitForFrame(const std::function<bool()> &condition = {});
 
-    //! Waits until no frame was swapped for so long. Ends the benchmark if the window doesn't come to rest.
-    void waitUntilStill(int milliseconds = 50);
+    //! Waits until no frame is swapped for this time. Ends the benchmark after a timeout.
+    void waitUntilStill(std::chrono::milliseconds quietTime = std::chrono::milliseconds(50));
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

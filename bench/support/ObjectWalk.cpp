@@ -20,12 +20,12 @@ bool isRunning(const QObject *object)
     if (const auto *timer = qobject_cast<const QTimer *>(object)) {
         return timer->isActive();
     }
-    // The classes of QML's own are private to it.
+    // These classes are private.
     const bool moves = object->inherits("QQuickAbstractAnimation") || object->inherits("QQmlTimer");
     return moves && object->property("running").toBool();
 }
 
-//! The nearest names above an object, for who has to find it.
+//! The names of the nearest parents, to find the object.
 QString placeOf(const QObject *object)
 {
     QStringList names;
@@ -49,7 +49,7 @@ void walk(QObject *object, QSet<QObject *> &seen, QStringList &running)
     for (QObject *child : object->children()) {
         walk(child, seen, running);
     }
-    // Items that a view or a loader made are children of the scene alone.
+    // Items that a view or loader created are children only in the scene.
     if (auto *window = qobject_cast<QQuickWindow *>(object)) {
         walk(window->contentItem(), seen, running);
     }

@@ -7,11 +7,11 @@
 
 class QObject;
 
-//! A walk over all objects that can be reached from some, as children or as items of a window.
+//! Finds activity in all objects that can be reached from some roots, as children or as items of a window.
 namespace ObjectWalk
 {
 
-//! Every running QML timer and animation and every active native timer, with its class and where it lies.
+//! Each running QML timer or animation and each active native timer, with its class and its parents.
 QStringList runningIn(const QList<QObject *> &roots);
 
 } // namespace ObjectWalk

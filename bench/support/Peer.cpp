@@ -44,14 +44,14 @@ void PeerServer::accept()
             return;
         }
         const qint64 now = Clock::now();
-        m_lastSpeaker = client;
+        m_lastSender = client;
         {
             const QMutexLocker lock(&m_mutex);
-            m_lastHeard = text;
-            m_lastHeardAt = now;
-            ++m_heard;
+            m_lastReceived = text;
+            m_lastReceivedAt = now;
+            ++m_received;
         }
-        // Who waits for it on the main thread sleeps until there is an event.
+        // The main thread may be waiting for this frame, and sleeps until there is an event.
         QAbstractEventDispatcher::instance(QCoreApplication::instance()->thread())->wakeUp();
     });
     client->sendTextMessage(QStringLiteral(R"({"type":"ready","sdkInitialized":true})"));
@@ -59,7 +59,7 @@ void PeerServer::accept()
 
 void PeerServer::answer(const QString &text)
 {
-    reply(m_lastSpeaker, lastHeard(), {{QStringLiteral("response"), text}});
+    reply(m_lastSender, lastReceived(), {{QStringLiteral("response"), text}});
 }
 
 void PeerServer::reply(QWebSocket *client, const QString &text, const QJsonObject &payload)
@@ -71,22 +71,22 @@ void PeerServer::reply(QWebSocket *client, const QString &text, const QJsonObjec
     client->sendTextMessage(QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact)));
 }
 
-int PeerServer::heard() const
+int PeerServer::received() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_heard;
+    return m_received;
 }
 
-QString PeerServer::lastHeard() const
+QString PeerServer::lastReceived() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_lastHeard;
+    return m_lastReceived;
 }
 
-qint64 PeerServer::lastHeardAt() const
+qint64 PeerServer::lastReceivedAt() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_lastHeardAt;
+    return m_lastReceivedAt;
 }
 
 Peer::Peer()
@@ -98,7 +98,7 @@ Peer::Peer()
     QMetaObject::invokeMethod(
         m_server.get(), [this] { return m_server->listen(); }, Qt::BlockingQueuedConnection, &listens);
     if (!listens) {
-        notMeasured("the bridge's port is taken");
+        notMeasured("the bridge's port is in use");
     }
 }
 
@@ -110,19 +110,19 @@ Peer::~Peer()
     m_thread.wait();
 }
 
-int Peer::heard() const
+int Peer::received() const
 {
-    return m_server->heard();
+    return m_server->received();
 }
 
-QString Peer::lastHeard() const
+QString Peer::lastReceived() const
 {
-    return m_server->lastHeard();
+    return m_server->lastReceived();
 }
 
-qint64 Peer::lastHeardAt() const
+qint64 Peer::lastReceivedAt() const
 {
-    return m_server->lastHeardAt();
+    return m_server->lastReceivedAt();
 }
 
 void Peer::answer(const QString &text)

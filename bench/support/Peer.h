@@ -10,25 +10,25 @@
 
 class PeerServer;
 
-//! A bridge that lives in a thread of its own, so that its work doesn't count as the program's. It greets each client,
-//! and answers a request when it is told to, or all of them.
+//! A bridge in a separate thread, so that its work isn't measured with the program's. It sends "ready" to each client,
+//! and replies to requests on demand or to all of them.
 class Peer
 {
 public:
-    //! Listens at once. Ends the benchmark when the port is taken.
+    //! Listens at once. Ends the benchmark if the port is in use.
     Peer();
     ~Peer();
 
-    //! The frames heard so far, from all clients. Any thread.
-    int heard() const;
-    //! The last one.
-    QString lastHeard() const;
-    //! When that came, by Clock.
-    qint64 lastHeardAt() const;
+    //! The number of frames received from all clients. Any thread.
+    int received() const;
+    //! The last frame. Any thread.
+    QString lastReceived() const;
+    //! The time when it was received, by Clock. Any thread.
+    qint64 lastReceivedAt() const;
 
-    //! Sends a good reply with this text to the last frame, where that came from. Returns at once. Any thread.
+    //! Sends a reply with this text to the client of the last frame. Returns at once. Any thread.
     void answer(const QString &text);
-    //! From now on every request gets a good reply at once, and isn't heard(). An empty payload ends that.
+    //! From now on replies to every request at once, and doesn't count it in received(). An empty payload ends this.
     void answerAll(const QJsonObject &payload);
 
 private:

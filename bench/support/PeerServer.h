@@ -11,32 +11,32 @@
 class QWebSocket;
 class QWebSocketServer;
 
-//! The part of a Peer that lives in its thread.
+//! The part of Peer that lives in its thread.
 class PeerServer : public QObject
 {
     Q_OBJECT
 
 public:
-    //! Called in the server's own thread, as all but the questions. @return false when the port is taken
+    //! All functions but the getters are called in the server's thread. @return false if the port is in use
     bool listen();
     void close();
     void answer(const QString &text);
     void answerAll(const QJsonObject &payload) { m_payload = payload; }
 
-    int heard() const;
-    QString lastHeard() const;
-    qint64 lastHeardAt() const;
+    int received() const;
+    QString lastReceived() const;
+    qint64 lastReceivedAt() const;
 
 private:
     void accept();
     static void reply(QWebSocket *client, const QString &text, const QJsonObject &payload);
 
     QWebSocketServer *m_server = nullptr;
-    QWebSocket *m_lastSpeaker = nullptr;
-    //! Of the reply to every request; empty while they are only written down.
+    QWebSocket *m_lastSender = nullptr;
+    //! Of the reply to every request; empty while requests are only recorded.
     QJsonObject m_payload;
     mutable QMutex m_mutex;
-    QString m_lastHeard;
-    qint64 m_lastHeardAt = 0;
-    int m_heard = 0;
+    QString m_lastReceived;
+    qint64 m_lastReceivedAt = 0;
+    int m_received = 0;
 };

@@ -7,20 +7,20 @@
 #include <QList>
 #include <QMap>
 
-//! What the running process is made of. Linux only, as is the program.
+//! Memory and plugins of this process. Linux only.
 namespace Process
 {
 
-//! Resident memory in bytes, shared pages included. Ends the benchmark where the kernel doesn't tell.
+//! Resident memory in bytes, including shared pages. Ends the benchmark if /proc can't be read.
 double residentMemory();
 
-//! The same in bytes by what is mapped: files by their path, "[heap]", and "anonymous" for the rest.
+//! Resident memory in bytes by mapping: the path of a file, "[heap]", or "anonymous".
 QMap<QByteArray, double> residentMappings();
 
-//! Gives back to the system what the allocator only keeps for later, so that two figures can be compared.
+//! Returns the allocator's free memory to the system, so that two figures can be compared.
 void giveBackMemory();
 
-//! The QML plugins that are mapped into the process, sorted paths. They stand for the modules that it imports.
+//! The sorted paths of the loaded QML plugins, one per imported module.
 QList<QByteArray> qmlPlugins();
 
 } // namespace Process

@@ -7,11 +7,11 @@
 #include <cstddef>
 #include <vector>
 
-//! Of a series of measured values. Pure; the sources hold their tests, which the compiler runs.
+//! Statistics of a series of values. Pure; tested by static assertions in Statistics.cpp.
 namespace Statistics
 {
 
-//! The smallest value that is not below @p share (0 to 1) of all values. The series must not be empty.
+//! The smallest value that is not less than @p share (0 to 1) of all values. The series must not be empty.
 constexpr double percentile(std::vector<double> values, double share)
 {
     std::sort(values.begin(), values.end());
@@ -23,7 +23,7 @@ constexpr double percentile(std::vector<double> values, double share)
     return values[std::min(index, values.size() - 1)];
 }
 
-//! The value in the middle, or the mean of the two there. The series must not be empty.
+//! The middle value, or the mean of the two middle ones. The series must not be empty.
 constexpr double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());

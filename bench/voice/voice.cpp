@@ -173,7 +173,7 @@ void measureStop()
             notMeasured("no audio is read");
         }
         // Users stop at any time within a chunk.
-        EventLoop::run((run + s_warmUps) * 7 % static_cast<int>(Pcm::ChunkDuration.count()));
+        EventLoop::run((run + s_warmUps) * 7ms % Pcm::ChunkDuration);
         const qint64 stopped = Clock::now();
         voice->stopListening();
         if (!EventLoop::until([&requested] { return requested != 0; })) {
@@ -290,7 +290,7 @@ void measureListening()
     }
     const double before = work();
     const qint64 begun = Clock::now();
-    EventLoop::run(static_cast<int>(s_listenTime.count()));
+    EventLoop::run(s_listenTime);
     const double spent = work() - before;
     const auto lasted = static_cast<double>(Clock::now() - begun);
     if (!voice->isListening()) {

@@ -32,7 +32,7 @@ QQuickItem *childNamed(const QQuickItem *parent, const QString &name)
     return nullptr;
 }
 
-//! The opacity that an item is drawn with, all items around it counted.
+//! The effective opacity of an item, including its parents.
 qreal shownOpacity(const QQuickItem *item)
 {
     qreal opacity = 1;

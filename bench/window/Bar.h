@@ -15,12 +15,12 @@ class AgentBridge;
 class QQuickItem;
 class QQuickWindow;
 
-//! The real program in this process, to be worked from the benchmark's main(). The cursor doesn't blink, as that would
-//! draw frames of its own.
+//! The real program in this process, controlled by the benchmark's main(). The cursor doesn't blink, because that would
+//! draw additional frames.
 class Bar
 {
 public:
-    //! Opens the window and waits until it is active, at rest and connected to the peer.
+    //! Opens the window and waits until it is active, idle and connected to the peer.
     Bar(int &argc, char **argv);
     ~Bar();
 
@@ -29,26 +29,26 @@ public:
     FrameWatch &frames() { return *m_frames; }
     AgentBridge *agent() const;
 
-    //! An item of the window by its objectName. Ends the benchmark when there is none.
+    //! An item of the window by its objectName. Ends the benchmark if there is none.
     QQuickItem *item(const char *name) const;
     //! Calls a function of the window.
     void call(const char *function, const QVariant &argument = {});
 
-    //! The rows of the conversation.
+    //! The number of rows in the conversation.
     int rowCount() const;
-    //! Whether the last row has been built and lies within what the list shows. It may still be as good as invisible,
-    //! as rows fade in.
+    //! Whether the last row has been created and is inside the visible part of the list. It may still be transparent,
+    //! because rows fade in.
     bool isLastRowBuilt() const { return lastRow(); }
-    //! Whether the last row can be seen.
+    //! Whether the last row is visible.
     bool isLastRowShown() const;
-    //! Waits for the frame that shows the last row. @return when it was swapped, by Clock
+    //! Waits for the frame that shows the last row. @return the time of its swap, by Clock
     qint64 waitForLastRow();
 
 private:
     QQuickItem *lastRow() const;
 
     Application m_application;
-    Peer m_peer; // needs an application object; the chat client tries again until it is there
+    Peer m_peer; // needs an application object; until it listens, the chat client retries
     QQuickWindow *const m_window;
     std::unique_ptr<FrameWatch> m_frames;
 };

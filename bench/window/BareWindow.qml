@@ -7,8 +7,8 @@ import QtQuick.Window 2.15
 import Qt.labs.settings 1.0
 import org.kde.plasma.core 2.0
 
-//! A window like the OmniBar's, with nothing in it, that imports what the OmniBar's files import before the first
-//! frame. What it costs, any window of this kind costs on this machine.
+//! An empty window like the OmniBar's, with the imports that the OmniBar needs for the first frame. Its cost is the minimum
+//! for a window of this kind.
 Window {
     width: Qt.application.screens[0].width
     height: Qt.application.screens[0].height

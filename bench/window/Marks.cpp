@@ -20,7 +20,7 @@ namespace
 
 std::vector<std::pair<const char *, qint64>> s_marks;
 
-//! The end of the application object's base, which any program with a window has.
+//! The base class of the application object is complete; every program with a window has this stage.
 void noteApplication()
 {
     Marks::note("application");

@@ -5,19 +5,17 @@
 
 class QQuickWindow;
 
-//! When a starting program reached which stage, counted from the moment at which its parent started it.
+//! The stages of a program's start, measured from the moment when the parent process started it.
 namespace Marks
 {
 
-//! Notes that a stage is reached, if it is for the first time. Main thread.
+//! Records that a stage is reached, unless it was before. Main thread.
 void note(const char *stage);
 
-//! Notes the stages of the window's first frame: when the window is on the screen, when the frame's scene is laid out,
-//! when it is drawn, and when it is swapped.
+//! Records the stages of the window's first frame: window exposed, scene laid out, frame drawn, and frame swapped.
 void noteFirstFrame(QQuickWindow *window);
 
-//! Writes a line "stage ns" for each that was reached, and the time that all threads spent on processors as another
-//! one, "processor ns".
+//! Prints a line "STAGE NS" for each stage that was reached, and the processor time of all threads as "processor NS".
 void print();
 
 } // namespace Marks

@@ -17,12 +17,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int s_lookAtIdle = 10000; // ms
+constexpr auto s_idleTime = 10s;
 
-//! Never returns. The end comes at once, with the frame on the screen: what follows it is not to be seen in a profile.
+//! Never returns. Exits at once with the frame, so that a profile shows nothing after it.
 int showFirstFrame(QQuickWindow *window)
 {
     Marks::noteFirstFrame(window);
@@ -41,7 +43,7 @@ int showFirstFrame(QQuickWindow *window)
     return QCoreApplication::exec();
 }
 
-//! The first frame in which nothing is left to be built. Never returns either.
+//! Exits with the first frame in which the whole window is built. Never returns.
 int showWhole(QQuickWindow *window)
 {
     QObject::connect(
@@ -58,36 +60,36 @@ int showWhole(QQuickWindow *window)
     return QCoreApplication::exec();
 }
 
-//! A blinking cursor is meant to draw; where rest is waited for it would hide what isn't.
+//! The blinking cursor draws frames, which would hide unintended ones.
 void stopCursor()
 {
     QGuiApplication::styleHints()->setCursorFlashTime(0);
 }
 
-int comeToRest(QQuickWindow *window)
+int waitForRest(QQuickWindow *window)
 {
     stopCursor();
     FrameWatch frames(window);
     frames.waitForFrame();
-    frames.waitUntilStill(500);
+    frames.waitUntilStill(500ms);
     return 0;
 }
 
-int lookAtIdle(QQuickWindow *window, const std::function<bool()> &isReady)
+int observeIdle(QQuickWindow *window, const std::function<bool()> &isReady)
 {
     stopCursor();
     FrameWatch frames(window);
     frames.waitForFrame();
-    // The entrance, or in an empty window nothing: told so that a walk that is blind can be found out.
+    // The entrance animation, or nothing in an empty window. Shows that running() finds something.
     const QList<QObject *> roots {window, qApp};
     std::printf("running-at-start %d\n", ObjectWalk::runningIn(roots).size());
     if (!EventLoop::until(isReady)) {
-        notMeasured("the window did not reach the state in which it is idle");
+        notMeasured("the window did not become idle");
     }
-    frames.waitUntilStill(1000);
+    frames.waitUntilStill(1s);
 
     const int before = frames.count();
-    EventLoop::run(s_lookAtIdle);
+    EventLoop::run(s_idleTime);
     std::printf("frames %d\n", frames.count() - before);
     for (const QString &running : ObjectWalk::runningIn(roots)) {
         std::printf("running %s\n", qPrintable(running));
@@ -126,10 +128,10 @@ int run(QQuickWindow *window, const std::function<bool()> &isReady)
         return showWhole(window);
     }
     if (arguments.contains(QLatin1String("--rest"))) {
-        return comeToRest(window);
+        return waitForRest(window);
     }
     if (arguments.contains(QLatin1String("--idle"))) {
-        return lookAtIdle(window, isReady);
+        return observeIdle(window, isReady);
     }
     notMeasured("the argument is none of --first-frame, --whole, --rest and --idle");
 }

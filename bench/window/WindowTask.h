@@ -7,23 +7,22 @@
 
 class QQuickWindow;
 
-//! What bench_bar and bench_bare do with their window, by their first argument, and tell as lines "name value" on
-//! standard output:
+//! What bench_bar and bench_bare do with their window, by their first argument. They print lines "NAME VALUE":
 //!
-//!   --first-frame  ends with the first frame; tells when each stage of the start was reached, in ns, and the QML
-//!                  plugins that are loaded
-//!   --rest         ends once everything that follows the first frame is built and no frame comes any more; tells
-//!                  nothing
-//!   --idle         waits until the window is at rest and looks at it for 10 s; tells the frames that were swapped
-//!                  meanwhile, what is running, and the resident memory in bytes at the end, in all and by mapping
+//!   --first-frame  exits with the first frame; prints the time of each stage of the start in ns, and the QML plugins
+//!   --whole        exits with the first frame in which the whole window is built; prints the same stages and "whole"
+//!   --rest         exits when everything is built and no frame follows; prints nothing
+//!   --idle         waits until the window is idle and observes it for 10 s; prints the number of swapped frames,
+//!   running
+//!                  timers and animations, and the resident memory in bytes, in total and by mapping
 namespace WindowTask
 {
 
 //! Runs the event loop. @return the exit status for main
-//! @param isReady tells whether the window is in the state in which it is to be looked at; waited for by --idle
+//! @param isReady whether the window is in the state that --idle observes
 int run(QQuickWindow *window, const std::function<bool()> &isReady);
 
-//! The window that the application opened. Ends the benchmark when there is none.
+//! The window that the application opened. Ends the benchmark if there is none.
 QQuickWindow *openedWindow();
 
 } // namespace WindowTask

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The program as it is, told when its first frame is on the screen, or looked at while it is idle.
+// The real program, for measurements of its start and its idle state.
 
 #include "Application.h"
 #include "Marks.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The smallest program that opens a window like the OmniBar's: what bench_bar is held against.
+// The smallest program with a window like the OmniBar's, to compare with bench_bar.
 
 #include "Marks.h"
 #include "WindowTask.h"
