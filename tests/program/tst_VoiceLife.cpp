@@ -78,7 +78,6 @@ private:
 
 void tst_VoiceLife::init()
 {
-    QVERIFY2(SherpaStandIn::systemHasNone(), "models of the system would be found");
     chooseEngine();
 }
 
