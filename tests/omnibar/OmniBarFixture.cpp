@@ -4,27 +4,45 @@
 #include "OmniBarFixture.h"
 
 #include "AgentBridge.h"
+#include "AnimationClock.h"
 #include "Application.h"
 #include "NativeObjects.h"
 #include "TestSetup.h"
+#include "Timeouts.h"
+#include "WaitUntil.h"
 
 #include <QDir>
 #include <QEasingCurve>
+#include <QJSValue>
 #include <QLibrary>
 #include <QMetaEnum>
+#include <QMetaProperty>
+#include <QQmlAbstractUrlInterceptor>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlExpression>
 #include <QQmlProperty>
+#include <QSet>
 #include <QSettings>
 #include <QTest>
 
 Q_DECLARE_METATYPE(QQmlProperty)
 
+using namespace std::chrono_literals;
+
 namespace
 {
 
-constexpr int s_patience = 10000; // ms
+//! How far settle() puts the clock forward before each frame. Longer than a frame takes and shorter than any transition,
+//! so that a transition is still seen to move.
+constexpr auto s_step = 100ms;
+//! So many frames without a change mean that everything is at rest.
+constexpr int s_stillFrames = 3;
+constexpr int s_maxFrames = 500;
+//! The window manager answers a change of the window's size in its own time.
+constexpr auto s_windowManagerTime = 120ms;
+//! Longer than the animation with which the window comes in.
+constexpr auto s_entrance = 300ms;
 
 const QString s_uiDirectory = QStringLiteral("qrc:/org/kde/loomra/contents/ui/");
 
@@ -37,6 +55,21 @@ const QStringList s_names = {QStringLiteral("i18n"),
                              QStringLiteral("tokenUsageService"),
                              QStringLiteral("voiceBridge")};
 
+//! Leaves out the effect that draws the panels' shadows: without a graphics card it takes more time than everything else
+//! in the window. PanelShadow.qml itself, which uses the effect, is loaded as always.
+class ShadowRemover : public QQmlAbstractUrlInterceptor
+{
+public:
+    QUrl intercept(const QUrl &path, DataType type) override
+    {
+        if (type == QmlFile && path.path().endsWith(QLatin1String("/QtGraphicalEffects/DropShadow.qml"))) {
+            return QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
+                                       + QStringLiteral("/tests/omnibar/NoShadow.qml"));
+        }
+        return path;
+    }
+};
+
 void failTest(const QString &what, int line)
 {
     QTest::qFail(qUtf8Printable(what), __FILE__, line);
@@ -46,6 +79,7 @@ void failTest(const QString &what, int line)
 void describeOnce()
 {
     static const bool s_done = [] {
+        AnimationClock::install();
         Application::prepareEnvironment();
         Application::describe();
         // See Application: on the QML loader's thread this library warns.
@@ -66,6 +100,8 @@ OmniBarFixture::OmniBarFixture()
     m_natives = std::make_unique<QObject>();
     m_engine = std::make_unique<QQmlEngine>();
     m_engine->addImportPath(QStringLiteral("qrc:/"));
+    static ShadowRemover s_shadowRemover;
+    m_engine->setUrlInterceptor(&s_shadowRemover);
 }
 
 OmniBarFixture::~OmniBarFixture()
@@ -73,6 +109,16 @@ OmniBarFixture::~OmniBarFixture()
     m_root.reset();
     m_engine.reset();
     m_natives.reset();
+    verifyNoWarnings();
+}
+
+void OmniBarFixture::drawShadows()
+{
+    m_engine->setUrlInterceptor(nullptr);
+}
+
+void OmniBarFixture::verifyNoWarnings()
+{
     const QStringList warnings = takeWarnings();
     if (!warnings.isEmpty()) {
         failTest(QStringLiteral("unexpected warning: ") + warnings.join(QStringLiteral(" | ")), __LINE__);
@@ -159,14 +205,21 @@ QObject *OmniBarFixture::load(const QString &file)
 
 bool OmniBarFixture::open(const QString &file)
 {
+    if (m_window) {
+        return true; // shared, see SharedWindow
+    }
     m_window = qobject_cast<QQuickWindow *>(load(file));
     const auto isReady = [this] {
         const QVariant isShown = property("firstFrameShown");
         return (!isShown.isValid() || isShown.toBool())
             && (!m_agent || bridge.connectionCount() == 0 || m_agent->isServiceAvailable());
     };
-    return m_window && QTest::qWaitForWindowActive(m_window, s_patience)
-        && (!m_agent || !bridge.isListening() || bridge.waitForConnection()) && QTest::qWaitFor(isReady, s_patience);
+    if (!m_window || !QTest::qWaitForWindowActive(m_window, Timeouts::Default)) {
+        return false;
+    }
+    AnimationClock::skip(s_entrance);
+    return (!m_agent || !bridge.isListening() || bridge.waitForConnection())
+        && QTest::qWaitFor(isReady, Timeouts::Default);
 }
 
 QQuickItem *OmniBarFixture::itemIn(QQuickItem *root, const QString &objectName)
@@ -339,41 +392,53 @@ QString OmniBarFixture::pace(const QObject *animation)
         + QLatin1String(QMetaEnum::fromType<QEasingCurve::Type>().valueToKey(easing));
 }
 
+bool OmniBarFixture::drawFrame()
+{
+    bool swapped = false;
+    const auto connection =
+        QObject::connect(m_window, &QQuickWindow::frameSwapped, m_window, [&swapped] { swapped = true; });
+    m_window->update();
+    waitUntil([&swapped] { return swapped; });
+    QObject::disconnect(connection);
+    return swapped;
+}
+
+QVariantList OmniBarFixture::movingParts() const
+{
+    static const QSet<QString> s_names = {
+        QStringLiteral("rootContainer"), QStringLiteral("compactBubble"), QStringLiteral("barCard"),
+        QStringLiteral("idleCards"),     QStringLiteral("chatPanel"),     QStringLiteral("settingsPanel"),
+        QStringLiteral("thinkingIndicator")};
+    QVariantList values = {m_window->geometry(), m_window->opacity()};
+    const QList<QQuickItem *> parts =
+        itemsWhere(m_window->contentItem(), [](QQuickItem *item) { return s_names.contains(item->objectName()); });
+    for (QQuickItem *part : parts) {
+        values << part->opacity() << part->scale() << part->y() << part->height();
+    }
+    return values;
+}
+
 bool OmniBarFixture::settle()
 {
-    // The moving parts: the window's own size and fade, the container's and the bubble's scale, the bar's place.
-    const auto state = [this] {
-        QVariantList values = {m_window->geometry(), m_window->opacity()};
-        const QStringList names = {QStringLiteral("rootContainer"),    QStringLiteral("compactBubble"),
-                                   QStringLiteral("barCard"),          QStringLiteral("idleCards"),
-                                   QStringLiteral("chatPanel"),        QStringLiteral("settingsPanel"),
-                                   QStringLiteral("thinkingIndicator")};
-        for (const QString &name : names) {
-            if (QQuickItem *moving = item(name)) {
-                values << moving->opacity() << moving->scale() << moving->y() << moving->height();
-            }
-        }
-        return values;
-    };
-    // Frames rather than time: a busy machine draws fewer of them, and animations advance with them. A window without
-    // animation draws none, so one is asked for.
+    // Frames rather than time: layouts are made when a frame is drawn. A window without animation draws none, so one is
+    // asked for.
+    const QRect geometry = m_window->geometry();
     int still = 0;
-    QVariantList last = state();
-    for (int frame = 0; frame < 2000 && still < 5; ++frame) {
-        bool swapped = false;
-        const auto connection =
-            QObject::connect(m_window, &QQuickWindow::frameSwapped, m_window, [&swapped] { swapped = true; });
-        m_window->update();
-        const bool drawn = QTest::qWaitFor([&swapped] { return swapped; }, s_patience);
-        QObject::disconnect(connection);
-        if (!drawn) {
+    QVariantList last = movingParts();
+    for (int frame = 0; frame < s_maxFrames && still < s_stillFrames; ++frame) {
+        AnimationClock::skip(s_step);
+        if (!drawFrame()) {
             return false;
         }
-        const QVariantList now = state();
+        QVariantList now = movingParts();
+        if (still + 1 == s_stillFrames && now == last && m_window->geometry() != geometry) {
+            QTest::qWait(static_cast<int>(s_windowManagerTime.count()));
+            now = movingParts();
+        }
         still = now == last ? still + 1 : 0;
         last = now;
     }
-    return still >= 5;
+    return still >= s_stillFrames;
 }
 
 void OmniBarFixture::screenshot(const QString &name)

@@ -60,6 +60,9 @@ public:
     //! Writes into the settings group of the window's appearance before it is read.
     void store(const QString &key, const QVariant &value);
     void store(const char *key, const QVariant &value) { store(QString::fromUtf8(key), value); }
+    //! Draws the panels' shadows too. They are left out otherwise, as without a graphics card they would take most of
+    //! the time that the tests need.
+    void drawShadows();
     //! Warnings that begin so don't fail the test.
     void expectWarning(const QString &start);
     void expectWarning(const char *start) { expectWarning(QString::fromUtf8(start)); }
@@ -135,12 +138,17 @@ public:
 
     //! The warnings so far that weren't expected; forgets them, so that they don't fail the test.
     QStringList takeWarnings();
+    //! Fails the test if there are any.
+    void verifyNoWarnings();
 
     MessageLog log; // first of the members, to see everything
     ScriptedBridge bridge;
 
 private:
     void prepareContext();
+    bool drawFrame();
+    //! Place and fade of the window and of everything in it that moves.
+    QVariantList movingParts() const;
 
     QStringList m_omitted;
     bool m_omitsAll = false;
