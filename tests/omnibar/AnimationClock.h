@@ -9,8 +9,9 @@
 
 #include <chrono>
 
-//! The clock of all animations in the process. It runs in real time, at a rate that draws fewer frames than a user sees,
-//! and a test can put it forward, so that it needn't wait for a transition and draw each frame of it. Main thread only.
+//! The clock of all animations in the process. It runs in real time, at a rate that draws fewer frames than a user
+//! sees, and a test can put it forward, so that it needn't wait for a transition and draw each frame of it. Main thread
+//! only.
 class AnimationClock : public QAnimationDriver
 {
     Q_OBJECT

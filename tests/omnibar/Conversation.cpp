@@ -4,22 +4,17 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "Timeouts.h"
 
 #include <QQmlProperty>
 #include <QTest>
 
 #include <algorithm>
 
-namespace
-{
-
-constexpr int s_patience = 10000; // ms
-
-} // namespace
-
 bool Conversation::begin()
 {
-    return open() && QTest::qWaitFor([this] { return item(QStringLiteral("messageList")) != nullptr; }, s_patience);
+    return open()
+        && QTest::qWaitFor([this] { return item(QStringLiteral("messageList")) != nullptr; }, Timeouts::Default);
 }
 
 ScriptedBridge::Request Conversation::ask(const QString &prompt)
@@ -32,9 +27,13 @@ ScriptedBridge::Request Conversation::ask(const QString &prompt)
 bool Conversation::answer(const ScriptedBridge::Request &request, const QString &reply, QJsonObject more)
 {
     const int before = count();
+    if (more.contains(QStringLiteral("sessionId"))) {
+        spoil(); // the client keeps its session for as long as it lives
+    }
     more.insert(QStringLiteral("response"), reply);
     bridge.reply(request, more);
-    return QTest::qWaitFor([&] { return count() == before + 1 && agent()->status() == AgentStatus::Idle; }, s_patience);
+    return QTest::qWaitFor([&] { return count() == before + 1 && agent()->status() == AgentStatus::Idle; },
+                           Timeouts::Default);
 }
 
 bool Conversation::exchange(const QString &prompt, const QString &reply, const QJsonObject &more)
@@ -45,6 +44,11 @@ bool Conversation::exchange(const QString &prompt, const QString &reply, const Q
 void Conversation::hear(const QString &reply)
 {
     Q_EMIT agent()->agentReplied(reply);
+}
+
+void Conversation::setLight(bool isLight)
+{
+    property("appearanceStore").value<QObject *>()->setProperty("lightChrome", isLight);
 }
 
 QStringList Conversation::rows() const

@@ -25,6 +25,9 @@ public:
     //! A reply of the client without a request, for many rows at little cost.
     void hear(const QString &reply);
 
+    //! Chooses the light or the dark theme, as the settings do.
+    void setLight(bool isLight);
+
     //! Number of rows.
     int count() const { return property("chatModel.count").toInt(); }
     //! All rows as "role: text".

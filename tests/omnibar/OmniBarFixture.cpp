@@ -24,7 +24,9 @@
 #include <QQmlProperty>
 #include <QSet>
 #include <QSettings>
+#include <QStyleHints>
 #include <QTest>
+#include <QWebSocket>
 
 Q_DECLARE_METATYPE(QQmlProperty)
 
@@ -33,14 +35,17 @@ using namespace std::chrono_literals;
 namespace
 {
 
-//! How far settle() puts the clock forward before each frame. Longer than a frame takes and shorter than any transition,
-//! so that a transition is still seen to move.
+//! How far settle() puts the clock forward before each frame. Longer than a frame takes and shorter than any
+//! transition, so that a transition is still seen to move.
 constexpr auto s_step = 100ms;
 //! So many frames without a change mean that everything is at rest.
 constexpr int s_stillFrames = 3;
 constexpr int s_maxFrames = 500;
+//! A tooltip or a colour may still be on its way when nothing else moves any more.
+constexpr int s_attempts = 4;
 //! The window manager answers a change of the window's size in its own time.
 constexpr auto s_windowManagerTime = 120ms;
+constexpr auto s_resizeTime = 20ms;
 //! Longer than the animation with which the window comes in.
 constexpr auto s_entrance = 300ms;
 
@@ -55,8 +60,8 @@ const QStringList s_names = {QStringLiteral("i18n"),
                              QStringLiteral("tokenUsageService"),
                              QStringLiteral("voiceBridge")};
 
-//! Leaves out the effect that draws the panels' shadows: without a graphics card it takes more time than everything else
-//! in the window. PanelShadow.qml itself, which uses the effect, is loaded as always.
+//! Leaves out the effect that draws the panels' shadows: without a graphics card it takes more time than everything
+//! else in the window. PanelShadow.qml itself, which uses the effect, is loaded as always.
 class ShadowRemover : public QQmlAbstractUrlInterceptor
 {
 public:
@@ -86,6 +91,8 @@ void describeOnce()
         QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
         // The process outlives the windows of its tests.
         QGuiApplication::setQuitOnLastWindowClosed(false);
+        // A blinking cursor draws frames, and makes two pictures of the same window differ.
+        QGuiApplication::styleHints()->setCursorFlashTime(0);
         return true;
     }();
     Q_UNUSED(s_done)
@@ -137,14 +144,24 @@ QStringList OmniBarFixture::contextNames()
     return names;
 }
 
+void OmniBarFixture::requireNoWindow() const
+{
+    if (m_window) {
+        failTest(QStringLiteral("the window is open already: it must be a new one, see SharedWindow::renew()"),
+                 __LINE__);
+    }
+}
+
 void OmniBarFixture::omit(const QString &name)
 {
+    requireNoWindow();
     m_omitsAll = m_omitsAll || name.isEmpty();
     m_omitted.append(name);
 }
 
 void OmniBarFixture::provide(const QString &name, const QVariant &value)
 {
+    requireNoWindow();
     m_provided.append({name, value});
 }
 
@@ -158,11 +175,15 @@ QObject *OmniBarFixture::fake(const QString &qml)
         return nullptr;
     }
     object->setParent(m_natives.get());
+    if (!m_window) {
+        m_fakes.append(object);
+    }
     return object;
 }
 
 void OmniBarFixture::store(const QString &key, const QVariant &value)
 {
+    requireNoWindow();
     QSettings settings;
     settings.setValue(QStringLiteral("appearance/") + key, value);
     settings.sync();
@@ -218,8 +239,129 @@ bool OmniBarFixture::open(const QString &file)
         return false;
     }
     AnimationClock::skip(s_entrance);
-    return (!m_agent || !bridge.isListening() || bridge.waitForConnection())
-        && QTest::qWaitFor(isReady, Timeouts::Default);
+    if ((m_agent && bridge.isListening() && !bridge.waitForConnection())
+        || !QTest::qWaitFor(isReady, Timeouts::Default)) {
+        return false;
+    }
+    if (m_isKept) {
+        // What is built later than the first frame belongs to the state too.
+        const auto isBuilt = [this] { return item(QStringLiteral("messageList")) != nullptr; };
+        if (!QTest::qWaitFor(isBuilt, Timeouts::Default) || !settle()) {
+            return false;
+        }
+        m_initialState = state();
+    }
+    return true;
+}
+
+bool OmniBarFixture::flushConnection()
+{
+    // The pong is behind everything that the client sent before, and the client answers the ping after everything that
+    // was sent to it.
+    QWebSocket *socket = bridge.connection(0);
+    if (!socket) {
+        return false;
+    }
+    bool isAnswered = false;
+    const auto connection = QObject::connect(socket, &QWebSocket::pong, socket, [&isAnswered] { isAnswered = true; });
+    socket->ping();
+    waitUntil([&isAnswered] { return isAnswered; });
+    QObject::disconnect(connection);
+    return isAnswered;
+}
+
+QVariantMap OmniBarFixture::state() const
+{
+    QVariantMap state;
+    const auto addProperties = [&state](const QString &owner, const QObject *object, int first) {
+        const QMetaObject *type = object->metaObject();
+        for (int i = first; i < type->propertyCount(); ++i) {
+            const QVariant value = type->property(i).read(object);
+            state.insert(owner + QLatin1Char('.') + QLatin1String(type->property(i).name()),
+                         value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant() : value);
+        }
+    };
+    addProperties(QStringLiteral("window"), m_window, m_window->metaObject()->superClass()->propertyCount());
+    addProperties(QStringLiteral("store"), property("appearanceStore").value<QObject *>(), 0);
+    if (m_agent) {
+        addProperties(QStringLiteral("agent"), m_agent, 0);
+    }
+    for (int i = 0; i < m_fakes.size(); ++i) {
+        addProperties(QString::number(i), m_fakes.at(i), 0);
+    }
+    state.insert(QStringLiteral("title"), m_window->title());
+    state.insert(QStringLiteral("geometry"), m_window->geometry());
+    state.insert(QStringLiteral("rows"), property("chatModel.count"));
+    state.insert(QStringLiteral("suggestions"),
+                 evaluate("(function() { let all = []; for (let i = 0; i < responseSuggestionsModel.count; ++i)"
+                          " all.push(JSON.stringify(responseSuggestionsModel.get(i))); return all.join(); })()"));
+    state.insert(QStringLiteral("prompt"), property("inputField.text"));
+    const QQuickItem *focused = m_window->activeFocusItem();
+    state.insert(QStringLiteral("focus"), focused ? focused->objectName() : QString());
+
+    QVariantList seen;
+    const QList<QQuickItem *> items = itemsWhere(m_window->contentItem(), isSeen);
+    for (QQuickItem *item : items) {
+        seen << item->objectName() << place(item) << item->opacity() << item->isEnabled();
+    }
+    state.insert(QStringLiteral("seen"), seen);
+    return state;
+}
+
+bool OmniBarFixture::bringBack()
+{
+    const bool isUsual = m_window && !m_isSpoiled && !m_initialState.isEmpty() && m_window->isVisible()
+        && m_window->windowState() == Qt::WindowNoState && !property("compactMode").toBool();
+    if (!isUsual || (m_agent && (!bridge.isListening() || bridge.connectionCount() != 1 || !bridge.connection(0)))) {
+        return false;
+    }
+    if (m_agent) {
+        if (m_agent->isThinking()) {
+            m_agent->cancelRequest();
+        }
+        if (!flushConnection()) {
+            return false;
+        }
+        while (!bridge.isAllTaken()) {
+            bridge.takeRequest();
+        }
+    }
+
+    QTest::mouseMove(m_window, {1, 2});
+    QTest::mouseMove(m_window, {1, 1});
+    invoke("clearConversation");
+    invoke("initResponseSuggestions");
+    property("inputField").value<QObject *>()->setProperty("text", QString());
+    const auto restore = [this](const QString &owner, QObject *object, int first) {
+        const QMetaObject *type = object->metaObject();
+        for (int i = first; i < type->propertyCount(); ++i) {
+            const QMetaProperty property = type->property(i);
+            const QVariant initial = m_initialState.value(owner + QLatin1Char('.') + QLatin1String(property.name()));
+            // A binding that the test overwrote doesn't come back: the comparison notices it, as the agent is restored
+            // before the window is.
+            if (property.isWritable() && initial.isValid() && property.read(object) != initial) {
+                property.write(object, initial);
+            }
+        }
+    };
+    if (m_agent) {
+        restore(QStringLiteral("agent"), m_agent, 0);
+    }
+    for (int i = 0; i < m_fakes.size(); ++i) {
+        restore(QString::number(i), m_fakes.at(i), 0);
+    }
+    restore(QStringLiteral("store"), property("appearanceStore").value<QObject *>(), 0);
+    restore(QStringLiteral("window"), m_window, m_window->metaObject()->superClass()->propertyCount());
+    item(QStringLiteral("inputField"))->forceActiveFocus();
+    m_expected.clear();
+    log.clear();
+    TestSetup::clearSettings();
+    for (int attempt = 0; attempt < s_attempts; ++attempt) {
+        if (settle() && state() == m_initialState) {
+            return takeWarnings().isEmpty();
+        }
+    }
+    return false;
 }
 
 QQuickItem *OmniBarFixture::itemIn(QQuickItem *root, const QString &objectName)
@@ -405,10 +547,10 @@ bool OmniBarFixture::drawFrame()
 
 QVariantList OmniBarFixture::movingParts() const
 {
-    static const QSet<QString> s_names = {
-        QStringLiteral("rootContainer"), QStringLiteral("compactBubble"), QStringLiteral("barCard"),
-        QStringLiteral("idleCards"),     QStringLiteral("chatPanel"),     QStringLiteral("settingsPanel"),
-        QStringLiteral("thinkingIndicator")};
+    static const QSet<QString> s_names = {QStringLiteral("rootContainer"),    QStringLiteral("compactBubble"),
+                                          QStringLiteral("barCard"),          QStringLiteral("idleCards"),
+                                          QStringLiteral("chatPanel"),        QStringLiteral("settingsPanel"),
+                                          QStringLiteral("thinkingIndicator")};
     QVariantList values = {m_window->geometry(), m_window->opacity()};
     const QList<QQuickItem *> parts =
         itemsWhere(m_window->contentItem(), [](QQuickItem *item) { return s_names.contains(item->objectName()); });
@@ -416,6 +558,13 @@ QVariantList OmniBarFixture::movingParts() const
         values << part->opacity() << part->scale() << part->y() << part->height();
     }
     return values;
+}
+
+bool OmniBarFixture::isResizing() const
+{
+    const bool isCompact = property("compactMode").toBool();
+    const QVariant width = property(isCompact ? "bubbleSize" : "screenWidth");
+    return width.isValid() && m_window->width() != width.toInt();
 }
 
 bool OmniBarFixture::settle()
@@ -426,7 +575,12 @@ bool OmniBarFixture::settle()
     int still = 0;
     QVariantList last = movingParts();
     for (int frame = 0; frame < s_maxFrames && still < s_stillFrames; ++frame) {
-        AnimationClock::skip(s_step);
+        if (isResizing()) {
+            // Step by step, so that the window manager's answers can keep up.
+            QTest::qWait(static_cast<int>(s_resizeTime.count()));
+        } else {
+            AnimationClock::skip(s_step);
+        }
         if (!drawFrame()) {
             return false;
         }

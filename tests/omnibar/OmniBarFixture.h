@@ -67,6 +67,16 @@ public:
     void expectWarning(const QString &start);
     void expectWarning(const char *start) { expectWarning(QString::fromUtf8(start)); }
 
+    // ---- For several tests, see SharedWindow
+
+    //! The window is going to be brought back to the state in which it opens. Call before open().
+    void keepForOthers() { m_isKept = true; }
+    //! Undoes what a test did, as far as a user could too, and compares the window with how it opened. False if a
+    //! difference remains.
+    bool bringBack();
+    //! What was done can't be undone.
+    void spoil() { m_isSpoiled = true; }
+
     // ---- The window
 
     //! Loads the window and waits until it is active, has shown a frame and, unless the bridge was closed or the client
@@ -146,7 +156,14 @@ public:
 
 private:
     void prepareContext();
+    void requireNoWindow() const;
     bool drawFrame();
+    //! Whether the window is on its way between the bubble and the screen.
+    bool isResizing() const;
+    //! Waits until both ends of the connection have received what the other one sent.
+    bool flushConnection();
+    //! Everything that a test may change and the next one would notice, in a form that can be compared.
+    QVariantMap state() const;
     //! Place and fade of the window and of everything in it that moves.
     QVariantList movingParts() const;
 
@@ -160,4 +177,8 @@ private:
     std::unique_ptr<QObject> m_root;
     QQuickWindow *m_window = nullptr;
     AgentBridge *m_agent = nullptr;
+    bool m_isKept = false;
+    bool m_isSpoiled = false;
+    QVariantMap m_initialState;
+    QObjectList m_fakes;
 };

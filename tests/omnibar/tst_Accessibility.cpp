@@ -5,6 +5,7 @@
 #include "ScriptedVoice.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QAccessible>
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 namespace
 {
@@ -336,6 +338,8 @@ class tst_Accessibility : public QObject
 
 private Q_SLOTS:
     void initTestCase() { QAccessible::setActive(true); }
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
 
     void namesAndRoles_data() { addScenes(); }
     void namesAndRoles();
@@ -352,14 +356,18 @@ private Q_SLOTS:
     void statesAreTold();
     void clickLeavesTheCursorInThePrompt();
     void controlsThatGoLeaveTheFocusToThePrompt();
+
+private:
+    std::unique_ptr<ScriptedVoice> m_voice;
+    SharedWindow<Conversation> m_window {[this](Conversation &bar) { m_voice = std::make_unique<ScriptedVoice>(bar); }};
 };
 
 void tst_Accessibility::namesAndRoles()
 {
     QFETCH(Scene, scene);
 
-    Conversation bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
@@ -372,8 +380,8 @@ void tst_Accessibility::everyWordIsTold()
 {
     QFETCH(Scene, scene);
 
-    Conversation bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
@@ -386,8 +394,8 @@ void tst_Accessibility::wayOfTheTabKey()
 {
     QFETCH(Scene, scene);
 
-    Conversation bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
@@ -398,7 +406,7 @@ void tst_Accessibility::wayOfTheTabKey()
 
 void tst_Accessibility::escapeWorksEverywhere()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(conversation(bar));
     QVERIFY(bar.settle());
@@ -419,7 +427,7 @@ void tst_Accessibility::escapeWorksEverywhere()
 
 void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("what the sheet covers"));
     QVERIFY(bar.settle());
@@ -443,7 +451,7 @@ void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
 
 void tst_Accessibility::rowsByKeys()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("first answer"));
     bar.hear(QStringLiteral("second answer"));
@@ -489,7 +497,7 @@ void tst_Accessibility::rowsByKeys()
 
 void tst_Accessibility::rowsOutOfSightByKeys()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 40; ++i) {
         bar.hear(QStringLiteral("Answer %1.\n\n").arg(i).repeated(1 + i % 4));
@@ -522,7 +530,7 @@ void tst_Accessibility::rowsOutOfSightByKeys()
 
 void tst_Accessibility::returnAndSpaceClick()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.settle());
     QQuickItem *button = bar.item(QStringLiteral("settingsBtn"));
@@ -539,7 +547,7 @@ void tst_Accessibility::returnAndSpaceClick()
 
 void tst_Accessibility::pressByAssistiveTechnology()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto press = [](QQuickItem *item, const QString &action) {
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
@@ -579,7 +587,7 @@ void tst_Accessibility::pressByAssistiveTechnology()
 
 void tst_Accessibility::statesAreTold()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto told = [](QQuickItem *item) { return QAccessible::queryAccessibleInterface(item); };
 
@@ -612,7 +620,7 @@ void tst_Accessibility::statesAreTold()
 
 void tst_Accessibility::clickLeavesTheCursorInThePrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(conversation(bar));
     QVERIFY(bar.settle());
@@ -628,7 +636,7 @@ void tst_Accessibility::clickLeavesTheCursorInThePrompt()
 
 void tst_Accessibility::controlsThatGoLeaveTheFocusToThePrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.settle());
     QQuickItem *input = bar.item(QStringLiteral("inputField"));

@@ -4,6 +4,7 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -48,6 +49,9 @@ class tst_ConversationProgress : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void thinkingIndicator();
     void indicatorInPhases_data();
     void indicatorInPhases();
@@ -59,11 +63,14 @@ private Q_SLOTS:
     void escapeStopsBoth();
     void usageRing();
     void usageRingIsFull();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_ConversationProgress::thinkingIndicator()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *indicator = bar.item(QStringLiteral("thinkingIndicator"));
     QVERIFY(indicator);
@@ -105,7 +112,7 @@ void tst_ConversationProgress::indicatorInPhases()
     QFETCH(QString, label);
     QFETCH(QString, dot);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
     if (phase == QLatin1String("routing")) {
@@ -119,7 +126,7 @@ void tst_ConversationProgress::indicatorInPhases()
 
 void tst_ConversationProgress::steps()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
     tellStep(bar, QStringLiteral("theme.apply"), 0, 1);
@@ -138,7 +145,7 @@ void tst_ConversationProgress::steps()
 
 void tst_ConversationProgress::labelOutlivesItsPhase()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     auto *hold = bar.object(QStringLiteral("phaseLabelHoldTimer"));
     QVERIFY(hold);
@@ -156,7 +163,7 @@ void tst_ConversationProgress::labelOutlivesItsPhase()
 
 void tst_ConversationProgress::labelIsShownByTheDot()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *dot = bar.item(QStringLiteral("connectionDot"));
     QCOMPARE(tip(dot), QStringLiteral("Connected"));
@@ -167,7 +174,7 @@ void tst_ConversationProgress::labelIsShownByTheDot()
 
 void tst_ConversationProgress::stopLeavesAPlanAlone()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
     bar.setProperty("planRequestInFlight", true);
@@ -182,7 +189,7 @@ void tst_ConversationProgress::stopLeavesAPlanAlone()
 
 void tst_ConversationProgress::stopByKeyboard()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
     QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("stopBtn"))));
@@ -198,7 +205,7 @@ void tst_ConversationProgress::stopByKeyboard()
 
 void tst_ConversationProgress::escapeStopsBoth()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
     bar.setProperty("planRequestInFlight", true);
@@ -214,7 +221,7 @@ void tst_ConversationProgress::escapeStopsBoth()
 
 void tst_ConversationProgress::usageRing()
 {
-    Conversation bar;
+    Conversation &bar = m_window.renew();
     QVERIFY(bar.begin());
     QVERIFY(!bar.item(QStringLiteral("usageRing")));
     const QJsonObject usage {{QStringLiteral("inputTokens"), 1000}, {QStringLiteral("outputTokens"), 234}};
@@ -230,7 +237,7 @@ void tst_ConversationProgress::usageRing()
 
 void tst_ConversationProgress::usageRingIsFull()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     Q_EMIT bar.agent()->usageReported(70000, 1);
     QTRY_VERIFY(bar.item(QStringLiteral("usageRing")));

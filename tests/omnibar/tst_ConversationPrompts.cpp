@@ -4,6 +4,7 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -16,6 +17,9 @@ class tst_ConversationPrompts : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void typedPrompt();
     void lettersOfAllKinds();
     void blanksAreNoPrompt();
@@ -34,11 +38,14 @@ private Q_SLOTS:
     void idleCards_data();
     void idleCards();
     void idleCardsFadeWithTheFirstLetter();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_ConversationPrompts::typedPrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.property("barIdle").toBool());
     bar.type(QStringLiteral("  what time is it? "));
@@ -59,7 +66,7 @@ void tst_ConversationPrompts::typedPrompt()
 
 void tst_ConversationPrompts::lettersOfAllKinds()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QString prompt = QStringLiteral("Grüße, Καλημέρα, 你好, \"quotes\" \\ & <b>tags</b> 100%");
     QCOMPARE(bar.ask(prompt).params.value(QStringLiteral("message")).toString(), prompt);
@@ -68,7 +75,7 @@ void tst_ConversationPrompts::lettersOfAllKinds()
 
 void tst_ConversationPrompts::blanksAreNoPrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.key(Qt::Key_Return);
     bar.type(QStringLiteral("   "));
@@ -83,7 +90,7 @@ void tst_ConversationPrompts::blanksAreNoPrompt()
 
 void tst_ConversationPrompts::sendButton()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *send = bar.item(QStringLiteral("sendBtn"));
     QVERIFY(!send->isVisible());
@@ -99,7 +106,7 @@ void tst_ConversationPrompts::sendButton()
 
 void tst_ConversationPrompts::twoPromptsAtOnce()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto first = bar.ask(QStringLiteral("again"));
     const auto second = bar.ask(QStringLiteral("again"));
@@ -109,7 +116,7 @@ void tst_ConversationPrompts::twoPromptsAtOnce()
 
 void tst_ConversationPrompts::storedAgentAndModel()
 {
-    Conversation bar;
+    Conversation &bar = m_window.renew();
     QSettings settings;
     settings.setValue(QStringLiteral("omniBar/currentAgent"), QStringLiteral("planner"));
     settings.setValue(QStringLiteral("omniBar/currentModel"), QStringLiteral("loomra/one"));
@@ -124,7 +131,7 @@ void tst_ConversationPrompts::storedAgentAndModel()
 
 void tst_ConversationPrompts::chosenModelIsWrittenBeforeTheChat()
 {
-    Conversation bar;
+    Conversation &bar = m_window.renew();
     QVERIFY(bar.begin());
     bar.setProperty("currentModelId", QStringLiteral(" loomra/two "));
     bar.setProperty("currentAgentId", QStringLiteral("planner"));
@@ -137,7 +144,7 @@ void tst_ConversationPrompts::chosenModelIsWrittenBeforeTheChat()
 
 void tst_ConversationPrompts::agentFollowsTheClient()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QCOMPARE(bar.evaluate(QStringLiteral("JSON.stringify(omniBar.availableAgents)")).toString(),
              QStringLiteral(R"([{"id":"auto","name":"Assistant"}])"));
@@ -149,7 +156,7 @@ void tst_ConversationPrompts::agentFollowsTheClient()
 
 void tst_ConversationPrompts::modeOfTheInput()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("typed"), QStringLiteral("reply")));
 
@@ -164,7 +171,7 @@ void tst_ConversationPrompts::modeOfTheInput()
 
 void tst_ConversationPrompts::slashTextIsAPrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QCOMPARE(bar.ask(QStringLiteral("/help me")).params.value(QStringLiteral("message")).toString(),
              QStringLiteral("/help me"));
@@ -172,7 +179,7 @@ void tst_ConversationPrompts::slashTextIsAPrompt()
 
 void tst_ConversationPrompts::attachedFilesGoAlong()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.evaluate(QStringLiteral("omniBar.slashAttachedFiles = [{ name: 'a.txt', path: '/tmp/a.txt', content: 'one' },"
                                 " { name: 'b.md', path: '/tmp/b.md', content: 'two' }]"));
@@ -187,7 +194,7 @@ void tst_ConversationPrompts::attachedFilesGoAlong()
 
 void tst_ConversationPrompts::ctrlLClearsTheRowsAndNothingElse()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("one"), QStringLiteral("two"),
                          {{QStringLiteral("usage"), QJsonObject {{QStringLiteral("inputTokens"), 7}}}}));
@@ -209,7 +216,7 @@ void tst_ConversationPrompts::ctrlLClearsTheRowsAndNothingElse()
 
 void tst_ConversationPrompts::withoutAConnection()
 {
-    Conversation bar;
+    Conversation &bar = m_window.renew();
     bar.bridge.close();
     bar.expectWarning(QStringLiteral("[AgentBridge] WebSocket error:"));
     QVERIFY(bar.begin());
@@ -231,7 +238,7 @@ void tst_ConversationPrompts::withoutAConnection()
 
 void tst_ConversationPrompts::richerClientsGetTheContext()
 {
-    Conversation bar;
+    Conversation &bar = m_window.renew();
     QObject *client = bar.fake(QStringLiteral(R"(
         QtObject {
             property string status: "idle"
@@ -278,7 +285,7 @@ void tst_ConversationPrompts::idleCards()
     QFETCH(QString, label);
     QFETCH(QString, prompt);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.settle());
     QQuickItem *words = bar.textItem(label);
@@ -293,7 +300,7 @@ void tst_ConversationPrompts::idleCards()
 
 void tst_ConversationPrompts::idleCardsFadeWithTheFirstLetter()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *cards = bar.item(QStringLiteral("idleCards"));
     QVERIFY(bar.settle());

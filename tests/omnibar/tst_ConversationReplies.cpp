@@ -4,6 +4,7 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -45,6 +46,9 @@ class tst_ConversationReplies : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void replyIsOneRow();
     void sessionGoesOn();
     void structureAndTextAreOneRow();
@@ -66,11 +70,14 @@ private Q_SLOTS:
     void suggestionsStayAwayFromChoices();
     void suggestionIsAPrompt();
     void fourSuggestions();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_ConversationReplies::replyIsOneRow()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto request = bar.ask(QStringLiteral("hello"));
     QVERIFY(bar.answer(request, QStringLiteral("Hello **you**.")));
@@ -84,7 +91,7 @@ void tst_ConversationReplies::replyIsOneRow()
 
 void tst_ConversationReplies::sessionGoesOn()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("one"), QStringLiteral("two"),
                          {{QStringLiteral("sessionId"), QStringLiteral("s-1")}}));
@@ -94,7 +101,7 @@ void tst_ConversationReplies::sessionGoesOn()
 
 void tst_ConversationReplies::structureAndTextAreOneRow()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QJsonObject ui = document({block(QStringLiteral("text"), QStringLiteral("Plain."))},
                                     followUps({QStringLiteral("Tell me the rest")}));
@@ -106,7 +113,7 @@ void tst_ConversationReplies::structureAndTextAreOneRow()
 
 void tst_ConversationReplies::blocksShowTheirText()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QJsonObject options {{QStringLiteral("type"), QStringLiteral("options")},
                                {QStringLiteral("prompt"), QStringLiteral("Which?")}};
@@ -120,7 +127,7 @@ void tst_ConversationReplies::blocksShowTheirText()
 
 void tst_ConversationReplies::followUpsWithoutBlocks()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("go"), QStringLiteral("Plain."),
                          {{QStringLiteral("followUps"), followUps({QStringLiteral("Next")})}}));
@@ -131,7 +138,7 @@ void tst_ConversationReplies::followUpsWithoutBlocks()
 
 void tst_ConversationReplies::emptyReplyKeepsTheStructure()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QString ui = QStringLiteral(R"({"followUps":[{"prompt":"Next"}]})");
     Q_EMIT bar.agent()->structuredReplyReceived(ui);
@@ -145,7 +152,7 @@ void tst_ConversationReplies::emptyReplyKeepsTheStructure()
 
 void tst_ConversationReplies::errorDropsTheStructure()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     Q_EMIT bar.agent()->structuredReplyReceived(QStringLiteral(R"({"followUps":[{"prompt":"Next"}]})"));
     Q_EMIT bar.agent()->errorOccurred(QStringLiteral("no luck"));
@@ -157,7 +164,7 @@ void tst_ConversationReplies::errorDropsTheStructure()
 
 void tst_ConversationReplies::everyReplyIsARow()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("same"));
     bar.hear(QStringLiteral("same"));
@@ -166,7 +173,7 @@ void tst_ConversationReplies::everyReplyIsARow()
 
 void tst_ConversationReplies::toolMarkupBecomesDone()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("go"),
                          QStringLiteral("<minimax:tool_call><invoke name=\"x\"><parameter name=\"y\">1</parameter>"
@@ -193,7 +200,7 @@ void tst_ConversationReplies::toolDot()
     QFETCH(QString, status);
     QFETCH(QString, expected);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(
         bar.exchange(QStringLiteral("go"), QStringLiteral("[TOOL: kde.notify] [STATUS: %1] [RESULT: ok]").arg(status)));
@@ -208,7 +215,7 @@ void tst_ConversationReplies::toolDot()
 
 void tst_ConversationReplies::themeFollowsTheWording()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QCOMPARE(bar.evaluate(QStringLiteral("omniTheme.uiLight")).toBool(), false);
     QVERIFY(bar.exchange(QStringLiteral("a"), QStringLiteral("Breeze Light was applied.")));
@@ -222,7 +229,7 @@ void tst_ConversationReplies::themeFollowsTheWording()
 
 void tst_ConversationReplies::errorsAreRows()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge]"));
     QVERIFY(bar.begin());
     bar.bridge.fail(bar.ask(QStringLiteral("one")), QStringLiteral("no model"));
@@ -245,7 +252,7 @@ void tst_ConversationReplies::errorsAreRows()
 
 void tst_ConversationReplies::failedFeedbackIsNone()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge]"));
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("one"), QStringLiteral("two")));
@@ -257,7 +264,7 @@ void tst_ConversationReplies::failedFeedbackIsNone()
 
 void tst_ConversationReplies::lateReplyIsDropped()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto request = bar.ask(QStringLiteral("slow"));
     QTRY_COMPARE(bar.property("bridgeStatus").toString(), QStringLiteral("thinking"));
@@ -277,7 +284,7 @@ void tst_ConversationReplies::lateReplyIsDropped()
 
 void tst_ConversationReplies::bridgeThatDiesTakesOnlyWhatWasInFlight()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge] WebSocket error:"));
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("one"), QStringLiteral("two"),
@@ -308,7 +315,7 @@ void tst_ConversationReplies::bridgeThatDiesTakesOnlyWhatWasInFlight()
 
 void tst_ConversationReplies::closedInTheMiddleOfAReply()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge] WebSocket error:"));
     QVERIFY(bar.begin());
     bar.ask(QStringLiteral("slow"));
@@ -326,7 +333,7 @@ void tst_ConversationReplies::closedInTheMiddleOfAReply()
 
 void tst_ConversationReplies::suggestionsComeAndGo()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QCOMPARE(bar.property("responseSuggestionsModel.count").toInt(), 4);
     QCOMPARE(bar.suggestions(), QStringList());
@@ -347,7 +354,7 @@ void tst_ConversationReplies::suggestionsComeAndGo()
 
 void tst_ConversationReplies::suggestionsStayAwayFromChoices()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (const char *type : {"options", "list", "slider", "table"}) {
         bar.evaluate(QStringLiteral("omniBar.chatModel.append({ role: 'assistant', text: 'x', messageType: '%1',"
@@ -365,7 +372,7 @@ void tst_ConversationReplies::suggestionsStayAwayFromChoices()
 
 void tst_ConversationReplies::suggestionIsAPrompt()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QJsonArray offered {QJsonObject {{QStringLiteral("title"), QStringLiteral("Dim it")},
                                            {QStringLiteral("subtitle"), QStringLiteral("To 20 percent.")},
@@ -385,7 +392,7 @@ void tst_ConversationReplies::suggestionIsAPrompt()
 
 void tst_ConversationReplies::fourSuggestions()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QStringList prompts {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d"),
                                QStringLiteral("e")};

@@ -4,6 +4,7 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QClipboard>
@@ -48,6 +49,9 @@ class tst_ConversationRows : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void labels();
     void time();
     void bubbles_data();
@@ -64,11 +68,14 @@ private Q_SLOTS:
     void userWhoScrolledBackIsLeftAlone();
     void thousandRows();
     void disclaimer();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_ConversationRows::labels()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(showAllRoles(bar));
     const QStringList authors {QStringLiteral("You"), QStringLiteral("Tovi"), QStringLiteral("System")};
@@ -91,7 +98,7 @@ void tst_ConversationRows::labels()
 
 void tst_ConversationRows::time()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(showAllRoles(bar));
     const QRegularExpression timeOfDay(QStringLiteral("^([A-Z][a-z]{2} \\d{1,2}, )?(1[0-2]|[1-9]):[0-5]\\d [AP]M$"));
@@ -125,9 +132,9 @@ void tst_ConversationRows::bubbles()
     QFETCH(QString, fill);
     QFETCH(QString, border);
 
-    Conversation bar;
-    bar.store(QStringLiteral("lightChrome"), light);
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
+    bar.setLight(light);
     QVERIFY(showAllRoles(bar));
     QQuickItem *bubble = bar.inRow(row, "messageBubble");
     QCOMPARE(bar.color(bubble), fill);
@@ -144,7 +151,7 @@ void tst_ConversationRows::bubbles()
 
 void tst_ConversationRows::bubbleHeight()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("one line"));
     bar.hear(
@@ -167,7 +174,7 @@ void tst_ConversationRows::bubbleHeight()
 
 void tst_ConversationRows::longWordsWrap()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("x").repeated(4000));
     bar.invoke("appendUserMessage", {QStringLiteral("y").repeated(500)});
@@ -184,7 +191,7 @@ void tst_ConversationRows::longWordsWrap()
 
 void tst_ConversationRows::percentagesOfTheUserArePlain()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.invoke("appendUserMessage", {QStringLiteral("Is 50% enough?")});
     bar.hear(QStringLiteral("50% is."));
@@ -195,7 +202,7 @@ void tst_ConversationRows::percentagesOfTheUserArePlain()
 
 void tst_ConversationRows::actionsAreForReplies()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(showAllRoles(bar));
     for (const char *name : {"copyBtn", "thumbUpBtn", "thumbDownBtn"}) {
@@ -214,7 +221,7 @@ void tst_ConversationRows::actionsAreForReplies()
 
 void tst_ConversationRows::copy()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
     bar.hear(QStringLiteral("Take **this** & <that>."));
@@ -234,7 +241,7 @@ void tst_ConversationRows::copy()
 
 void tst_ConversationRows::copyOfTheFallback()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.hear(QStringLiteral("drawn"));
     bar.evaluate(QStringLiteral("omniBar.chatModel.setProperty(0, 'fallbackText', 'read')"));
@@ -254,7 +261,7 @@ void tst_ConversationRows::copyOfTheFallback()
 
 void tst_ConversationRows::votes()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(QStringLiteral("which one?"), QStringLiteral("this one"),
                          {{QStringLiteral("sessionId"), QStringLiteral("s-1")}}));
@@ -295,7 +302,7 @@ void tst_ConversationRows::votes()
 
 void tst_ConversationRows::scrollsToTheEnd()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
         bar.hear(QStringLiteral("Reply number %1").arg(i));
@@ -313,7 +320,7 @@ void tst_ConversationRows::scrollsToTheEnd()
 
 void tst_ConversationRows::followsWhatGrows()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
         bar.hear(QStringLiteral("Reply number %1").arg(i));
@@ -336,7 +343,7 @@ void tst_ConversationRows::followsWhatGrows()
 
 void tst_ConversationRows::userWhoScrolledBackIsLeftAlone()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
         bar.hear(QStringLiteral("Reply number %1").arg(i));
@@ -360,7 +367,7 @@ void tst_ConversationRows::userWhoScrolledBackIsLeftAlone()
 
 void tst_ConversationRows::thousandRows()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 500; ++i) {
         bar.invoke("appendUserMessage", {QStringLiteral("Question %1").arg(i)});
@@ -375,7 +382,7 @@ void tst_ConversationRows::thousandRows()
 
 void tst_ConversationRows::disclaimer()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QVERIFY(showAllRoles(bar));
     QQuickItem *words = bar.textItem(QStringLiteral("Tovi can make mistakes. Verify important information."));

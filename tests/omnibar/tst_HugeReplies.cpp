@@ -4,6 +4,7 @@
 #include "Conversation.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -28,11 +29,17 @@ class tst_HugeReplies : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void replies_data();
     void replies();
     void notices_data();
     void notices();
     void suggestion();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_HugeReplies::replies_data()
@@ -58,7 +65,7 @@ void tst_HugeReplies::replies()
 {
     QFETCH(QString, reply);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.bridge.reply(bar.ask(QStringLiteral("huge")), QJsonObject {{QStringLiteral("response"), reply}});
     QTRY_COMPARE_WITH_TIMEOUT(bar.count(), 2, 60000);
@@ -99,7 +106,7 @@ void tst_HugeReplies::notices()
     QFETCH(QString, key);
     QFETCH(QString, words);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const auto request = bar.ask();
     bar.bridge.event(event, {{key, words}});
@@ -117,7 +124,7 @@ void tst_HugeReplies::notices()
 
 void tst_HugeReplies::suggestion()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QString words = filled("x");
     const QJsonObject followUp {{QStringLiteral("prompt"), words}, {QStringLiteral("subtitle"), words}};

@@ -5,6 +5,7 @@
 
 #include "AgentBridge.h"
 #include "OmniBarFixture.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -40,17 +41,23 @@ class tst_OmniBarButtons : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void usageRing();
     void buttonsGrowIntoTheInput();
     void sendButton();
     void closeButton();
     void settingsButton();
     void settingsButtonWhileConnecting();
+
+private:
+    SharedWindow<OmniBarFixture> m_window;
 };
 
 void tst_OmniBarButtons::usageRing()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     QVERIFY(!bar.item("usageRing"));
     Q_EMIT bar.agent()->usageReported(10000, 0);
@@ -97,7 +104,7 @@ void tst_OmniBarButtons::usageRing()
 
 void tst_OmniBarButtons::buttonsGrowIntoTheInput()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle()); // the entrance scales
     const auto row = [&] { return bar.place(bar.item("settingsBtn")->parentItem()); };
@@ -119,7 +126,7 @@ void tst_OmniBarButtons::buttonsGrowIntoTheInput()
 
 void tst_OmniBarButtons::sendButton()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QQuickItem *send = bar.item("sendBtn");
     QVERIFY(!bar.isSeen(send));
@@ -140,7 +147,7 @@ void tst_OmniBarButtons::sendButton()
 
 void tst_OmniBarButtons::closeButton()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     QQuickItem *close = bar.item("barCloseBtn");
@@ -156,7 +163,7 @@ void tst_OmniBarButtons::closeButton()
 
 void tst_OmniBarButtons::settingsButton()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QObject *sdk = bar.fake(s_sdk);
     bar.provide("loomraSDK", sdk);
     QVERIFY(bar.open());
@@ -201,7 +208,7 @@ void tst_OmniBarButtons::settingsButton()
 
 void tst_OmniBarButtons::settingsButtonWhileConnecting()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QObject *sdk = bar.fake(s_sdk);
     sdk->setProperty("ready", false);
     bar.provide("loomraSDK", sdk);

@@ -6,6 +6,7 @@
 
 #include "AgentBridge.h"
 #include "OmniBarFixture.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -14,6 +15,7 @@
 #include <QtMath>
 
 #include <cmath>
+#include <memory>
 
 namespace
 {
@@ -66,6 +68,9 @@ class tst_OmniBarControls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup();
+    void cleanupTestCase();
+
     void row();
     void brand();
     void placeholder_data();
@@ -81,11 +86,34 @@ private Q_SLOTS:
     void hintStripIsHidden_data();
     void hintStripIsHidden();
     void notifyLine();
+
+private:
+    SharedWindow<OmniBarFixture> m_window;
+    //! Another one with a chat client and a voice path that do what the test says. Only one can be open.
+    SharedWindow<OmniBarFixture> m_stillWindow {[this](OmniBarFixture &bar) {
+        m_voice = std::make_unique<ScriptedVoice>(bar);
+        m_bridge = bar.fake(s_stillBridge);
+        bar.provide("agentBridge", m_bridge);
+    }};
+    std::unique_ptr<ScriptedVoice> m_voice;
+    QObject *m_bridge = nullptr;
 };
+
+void tst_OmniBarControls::cleanup()
+{
+    m_window.giveBack();
+    m_stillWindow.giveBack();
+}
+
+void tst_OmniBarControls::cleanupTestCase()
+{
+    m_window.close();
+    m_stillWindow.close();
+}
 
 void tst_OmniBarControls::row()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     const QRectF card = bar.place(bar.item("barCard"));
@@ -119,7 +147,7 @@ void tst_OmniBarControls::row()
 
 void tst_OmniBarControls::brand()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     const QRectF card = bar.place(bar.item("barCard"));
@@ -183,10 +211,10 @@ void tst_OmniBarControls::placeholder()
     QFETCH(QStringList, files);
     QFETCH(QString, expected);
 
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
-    QObject *bridge = bar.fake(s_stillBridge);
-    bar.provide("agentBridge", bridge);
+    m_window.close();
+    OmniBarFixture &bar = m_stillWindow.take();
+    ScriptedVoice &voice = *m_voice;
+    QObject *bridge = m_bridge;
     QVERIFY(bar.open());
     // Set one by one, as they happen, so that the text has to follow.
     QVariantList attached;
@@ -260,9 +288,9 @@ void tst_OmniBarControls::connectionDot()
     QFETCH(QString, tip);
     QFETCH(bool, blinks);
 
-    OmniBarFixture bar;
-    QObject *bridge = bar.fake(s_stillBridge);
-    bar.provide("agentBridge", bridge);
+    m_window.close();
+    OmniBarFixture &bar = m_stillWindow.take();
+    QObject *bridge = m_bridge;
     QVERIFY(bar.open());
     bridge->setProperty("status", status);
     bar.evaluate("phases.stickyPhaseLabel = ''");
@@ -288,7 +316,8 @@ void tst_OmniBarControls::connectionDot()
 
 void tst_OmniBarControls::connectionDotWithoutABridge()
 {
-    OmniBarFixture bar;
+    m_stillWindow.close();
+    OmniBarFixture &bar = m_window.renew();
     bar.omit("agentBridge");
     QVERIFY(bar.open());
     QQuickItem *dot = bar.item("connectionDot");
@@ -299,9 +328,9 @@ void tst_OmniBarControls::connectionDotWithoutABridge()
 
 void tst_OmniBarControls::connectionDotNamesThePhase()
 {
-    OmniBarFixture bar;
-    QObject *bridge = bar.fake(s_stillBridge);
-    bar.provide("agentBridge", bridge);
+    m_window.close();
+    OmniBarFixture &bar = m_stillWindow.take();
+    QObject *bridge = m_bridge;
     QVERIFY(bar.open());
     bridge->setProperty("status", text("thinking"));
     bridge->setProperty("activePhase", text("executing"));
@@ -310,7 +339,8 @@ void tst_OmniBarControls::connectionDotNamesThePhase()
 
 void tst_OmniBarControls::tipOfTheDot()
 {
-    OmniBarFixture bar;
+    m_stillWindow.close();
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     QCOMPARE(tipsOf(bar), QStringList());
@@ -323,7 +353,7 @@ void tst_OmniBarControls::tipOfTheDot()
 
 void tst_OmniBarControls::thinkingGlow()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(!bar.item("thinkingGlow"));
     bar.type("hello");
@@ -393,8 +423,8 @@ void tst_OmniBarControls::hintStrip()
     QFETCH(QString, hint);
     QFETCH(QString, colour);
 
-    OmniBarFixture bar;
-    bar.provide("agentBridge", bar.fake(s_stillBridge));
+    m_window.close();
+    OmniBarFixture &bar = m_stillWindow.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {text("hello")});
     QTRY_VERIFY(bar.item("keyHint"));
@@ -431,7 +461,8 @@ void tst_OmniBarControls::hintStripIsHidden()
     QFETCH(QString, state);
     QFETCH(bool, shown);
 
-    OmniBarFixture bar;
+    m_stillWindow.close();
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.evaluate(state);
     QVERIFY(bar.settle());
@@ -441,7 +472,8 @@ void tst_OmniBarControls::hintStripIsHidden()
 
 void tst_OmniBarControls::notifyLine()
 {
-    OmniBarFixture bar;
+    m_stillWindow.close();
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {text("hello")});
     QTRY_VERIFY(bar.item("notifyLine"));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "OmniBarFixture.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QGuiApplication>
@@ -56,6 +57,9 @@ class tst_OmniBarGeometry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void windowAndLimits();
     void bubbleCorner();
     void barMovesWhenBusy();
@@ -73,12 +77,15 @@ private Q_SLOTS:
     void stripBelowTheBar();
     void withoutAScreen();
     void tinyScreen();
+
+private:
+    SharedWindow<OmniBarFixture> m_window;
 };
 
 void tst_OmniBarGeometry::windowAndLimits()
 {
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     QCOMPARE(bar.property("screenWidth").toDouble(), double(layout.screen.width()));
     QCOMPARE(bar.property("screenHeight").toDouble(), double(layout.screen.height()));
@@ -91,7 +98,7 @@ void tst_OmniBarGeometry::windowAndLimits()
 
 void tst_OmniBarGeometry::bubbleCorner()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("shrinkToCompactBubble");
     QVERIFY(bar.settle());
@@ -105,7 +112,7 @@ void tst_OmniBarGeometry::bubbleCorner()
 void tst_OmniBarGeometry::barMovesWhenBusy()
 {
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     const int x = (layout.screen.width() - 720) / 2;
@@ -137,7 +144,7 @@ void tst_OmniBarGeometry::barIsIdle()
     QFETCH(QString, what);
     QFETCH(bool, isIdle);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     if (!what.isEmpty()) {
         bar.evaluate(what);
@@ -149,7 +156,7 @@ void tst_OmniBarGeometry::barIsIdle()
 void tst_OmniBarGeometry::chatPanelLiesAboveTheBar()
 {
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(say(bar, "hello"));
     const QRectF panel = bar.place(bar.item("chatPanel"));
@@ -183,7 +190,7 @@ void tst_OmniBarGeometry::chatPanelIsVisible()
     QFETCH(bool, settings);
     QFETCH(bool, visible);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     if (thinking) {
         bar.evaluate("bridge.sendIntent('hello')");
@@ -201,7 +208,7 @@ void tst_OmniBarGeometry::chatPanelIsVisible()
 void tst_OmniBarGeometry::chatPanelGrowsWhenExpanded()
 {
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(say(bar, "hello"));
     QQuickItem *panel = bar.item("chatPanel");
@@ -221,7 +228,7 @@ void tst_OmniBarGeometry::chatPanelGrowsWhenExpanded()
 
 void tst_OmniBarGeometry::chatPanelComesInSmoothly()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     QTRY_VERIFY(bar.item("chatPanel"));
     QQuickItem *panel = bar.item("chatPanel");
@@ -250,7 +257,7 @@ void tst_OmniBarGeometry::chatPanelIsThereAtOnce()
 {
     QFETCH(bool, isBeingBuilt);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     auto *window = qobject_cast<QQuickWindow *>(bar.load(QStringLiteral("OmniBar.qml")));
     QVERIFY(window);
     if (isBeingBuilt) {
@@ -275,7 +282,7 @@ void tst_OmniBarGeometry::chatPanelIsThereAtOnce()
 void tst_OmniBarGeometry::columnOfThePanel()
 {
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     // Without cards, then with them.
     bar.evaluate("responseSuggestionsModel.clear()");
@@ -327,7 +334,7 @@ void tst_OmniBarGeometry::stripBelowTheBar()
     QFETCH(int, height);
 
     const Layout &layout = layoutHere();
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.setProperty("wiNotifyBarLine", line);
     bar.setProperty("voiceConfirmPending", confirming);
@@ -340,7 +347,7 @@ void tst_OmniBarGeometry::stripBelowTheBar()
 
 void tst_OmniBarGeometry::withoutAScreen()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.evaluate("surface.screens = []");
@@ -361,7 +368,7 @@ void tst_OmniBarGeometry::withoutAScreen()
 
 void tst_OmniBarGeometry::tinyScreen()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.evaluate("surface.screens = [{ 'width': 60, 'height': 60 }, { 'width': 1280, 'height': 800 }]");

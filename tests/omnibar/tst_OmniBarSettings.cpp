@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "OmniBarFixture.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
@@ -59,6 +60,9 @@ class tst_OmniBarSettings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void opensAndClosesByClick();
     void opensAndClosesByKeys_data();
     void opensAndClosesByKeys();
@@ -80,11 +84,14 @@ private Q_SLOTS:
     void transparencySwitch_data();
     void transparencySwitch();
     void everythingIsReachedByTab();
+
+private:
+    SharedWindow<Settings> m_window;
 };
 
 void tst_OmniBarSettings::opensAndClosesByClick()
 {
-    Settings bar;
+    Settings &bar = m_window.renew();
     QVERIFY(bar.open());
     QVERIFY(!bar.item("settingsPanel"));
     bar.click("settingsBtn");
@@ -110,7 +117,7 @@ void tst_OmniBarSettings::opensAndClosesByKeys()
 {
     QFETCH(int, key);
 
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.open());
     for (int i = 0; i < 20 && !bar.item("settingsBtn")->hasActiveFocus(); ++i) {
         bar.key(Qt::Key_Tab);
@@ -142,7 +149,7 @@ void tst_OmniBarSettings::geometry()
     QFETCH(QString, screen);
     QFETCH(double, width);
 
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.setProperty("barWidth", barWidth);
     bar.evaluate(QStringLiteral("surface.screens = [%1]").arg(screen));
@@ -171,7 +178,7 @@ void tst_OmniBarSettings::geometry()
 
 void tst_OmniBarSettings::comesInSmoothly()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *panel = bar.item("settingsPanel");
     QCOMPARE(panel->opacity(), 1.0);
@@ -186,7 +193,7 @@ void tst_OmniBarSettings::comesInSmoothly()
 
 void tst_OmniBarSettings::words()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QCOMPARE(textsOf(bar.item("settingsPanel")),
              QStringList({text("Settings"), text("Look"), text("OmniBar appearance"), text("Theme"), text("Dark"),
@@ -202,7 +209,7 @@ void tst_OmniBarSettings::words()
 
 void tst_OmniBarSettings::scrimClosesIt()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.type("half a prompt");
     bar.setProperty("userExpanded", true);
@@ -223,7 +230,7 @@ void tst_OmniBarSettings::scrimClosesIt()
 
 void tst_OmniBarSettings::clickInsideStaysInside()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     const QRectF panel = bar.place(bar.item("settingsPanel"));
     for (const QPointF place :
@@ -237,7 +244,7 @@ void tst_OmniBarSettings::clickInsideStaysInside()
 
 void tst_OmniBarSettings::hidesTheConversation()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {text("hello")});
     QTRY_VERIFY(bar.item("chatPanel"));
@@ -254,7 +261,7 @@ void tst_OmniBarSettings::hidesTheConversation()
 
 void tst_OmniBarSettings::firstTabIsOpen()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *strip = bar.item("settingsTabs");
     QCOMPARE(strip->property("currentIndex").toInt(), 0);
@@ -280,7 +287,7 @@ void tst_OmniBarSettings::themeSegments()
 {
     QFETCH(bool, byKeys);
 
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *dark = bar.item("darkSegment");
     QQuickItem *light = bar.item("lightSegment");
@@ -319,7 +326,7 @@ void tst_OmniBarSettings::themeSegments()
 
 void tst_OmniBarSettings::opacitySlider()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *slider = bar.item("opacitySlider");
     QCOMPARE(slider->property("from").toDouble(), 0.65);
@@ -350,7 +357,7 @@ void tst_OmniBarSettings::opacitySlider()
 
 void tst_OmniBarSettings::opacitySliderByMouse()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     const QRectF slider = bar.place(bar.item("opacitySlider"));
     const auto at = [&](qreal share) {
@@ -390,7 +397,7 @@ void tst_OmniBarSettings::opacitySliderShowsWhatIsStored()
     QFETCH(QVariant, stored);
     QFETCH(QString, percentage);
 
-    Settings bar;
+    Settings &bar = m_window.renew();
     bar.store("windowOpacity", stored);
     QVERIFY(bar.begin());
     QCOMPARE(bar.percentage(), percentage);
@@ -414,7 +421,7 @@ void tst_OmniBarSettings::transparencySwitch()
 {
     QFETCH(int, key);
 
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *control = bar.item("transparencySwitch");
     const auto toggle = [&] {
@@ -443,7 +450,7 @@ void tst_OmniBarSettings::transparencySwitch()
 
 void tst_OmniBarSettings::everythingIsReachedByTab()
 {
-    Settings bar;
+    Settings &bar = m_window.take();
     QVERIFY(bar.begin());
     QStringList order;
     for (int i = 0; i < 30; ++i) {

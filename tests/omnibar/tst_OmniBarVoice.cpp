@@ -5,6 +5,7 @@
 #include "Looks.h"
 #include "Presses.h"
 #include "ScriptedVoice.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 
 #include <QAccessible>
@@ -12,12 +13,14 @@
 #include <QStyleHints>
 #include <QTest>
 
+#include <memory>
+
 namespace
 {
 
 const QStringList s_silence;
 
-bool openWithSpeaker(OmniBarFixture &bar, ScriptedVoice &voice)
+bool openWithSpeaker(Conversation &bar, ScriptedVoice &voice)
 {
     voice.set("ttsAvailable", true);
     return bar.open() && bar.settle();
@@ -32,6 +35,8 @@ class tst_OmniBarVoice : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
 
     void speaker_data();
     void speaker();
@@ -44,6 +49,10 @@ private Q_SLOTS:
     void repliesAreSpoken();
     void looks_data();
     void looks();
+
+private:
+    std::unique_ptr<ScriptedVoice> m_voice;
+    SharedWindow<Conversation> m_window {[this](Conversation &bar) { m_voice = std::make_unique<ScriptedVoice>(bar); }};
 };
 
 void tst_OmniBarVoice::initTestCase()
@@ -76,8 +85,8 @@ void tst_OmniBarVoice::speaker()
     QFETCH(QString, hoverFill);
     QFETCH(QString, tip);
 
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(openWithSpeaker(bar, voice));
     QQuickItem *button = bar.item("speakerBtn");
     QVERIFY(bar.isSeen(button));
@@ -106,8 +115,8 @@ void tst_OmniBarVoice::speaker()
 
 void tst_OmniBarVoice::speakerComesToRest()
 {
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(openWithSpeaker(bar, voice));
     QQuickItem *button = bar.item("speakerBtn");
     for (int round = 0; round < 2; ++round) {
@@ -121,8 +130,8 @@ void tst_OmniBarVoice::speakerComesToRest()
 
 void tst_OmniBarVoice::clickOnTheSpeaker()
 {
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(openWithSpeaker(bar, voice));
     QQuickItem *button = bar.item("speakerBtn");
     for (const auto &way : waysToPress) {
@@ -150,8 +159,8 @@ void tst_OmniBarVoice::clickOnTheSpeaker()
 
 void tst_OmniBarVoice::inputMakesRoomForTheSpeaker()
 {
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     const auto place = [&](const char *name) { return bar.place(bar.item(name)); };
@@ -182,8 +191,8 @@ void tst_OmniBarVoice::inputMakesRoomForTheSpeaker()
 
 void tst_OmniBarVoice::transcriptGoesIntoTheInput()
 {
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     QQuickItem *input = bar.item("inputField");
@@ -209,8 +218,8 @@ void tst_OmniBarVoice::transcriptGoesIntoTheInput()
 
 void tst_OmniBarVoice::transcriptWhileCompact()
 {
-    OmniBarFixture bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.key(Qt::Key_Escape);
@@ -226,8 +235,8 @@ void tst_OmniBarVoice::transcriptWhileCompact()
 
 void tst_OmniBarVoice::repliesAreSpoken()
 {
-    Conversation bar;
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(bar.exchange(text("a"), text("Nobody hears this.")));
@@ -265,11 +274,11 @@ void tst_OmniBarVoice::looks()
     QFETCH(bool, light);
     QFETCH(QString, state);
 
-    Conversation bar;
-    bar.store("lightChrome", light);
-    ScriptedVoice voice(bar);
+    Conversation &bar = m_window.take();
+    ScriptedVoice &voice = *m_voice;
     voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
+    bar.setLight(light);
     QVERIFY(bar.exchange(text("What is the time?"), text("It is **late**."),
                          {{text("usage"), QJsonObject {{text("inputTokens"), 7000}}}}));
     QVERIFY(bar.settle());

@@ -5,6 +5,7 @@
 
 #include "AgentBridge.h"
 #include "OmniBarFixture.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
@@ -66,6 +67,9 @@ class tst_OmniBarWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void isATransparentDialogOnTop();
     void coversTheScreen();
     void takesTheFocus();
@@ -99,11 +103,14 @@ private Q_SLOTS:
     void escapeOutsideTheInput();
 
     void blurIsOnlyAskedForWhenTranslucent();
+
+private:
+    SharedWindow<OmniBarFixture> m_window;
 };
 
 void tst_OmniBarWindow::isATransparentDialogOnTop()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     const Qt::WindowFlags flags = bar.window()->flags();
     QCOMPARE(flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Dialog));
@@ -116,7 +123,7 @@ void tst_OmniBarWindow::isATransparentDialogOnTop()
 
 void tst_OmniBarWindow::coversTheScreen()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     QTRY_COMPARE(bar.window()->geometry(), s_screen);
     QCOMPARE(bar.property("compactMode").toBool(), false);
@@ -125,7 +132,7 @@ void tst_OmniBarWindow::coversTheScreen()
 
 void tst_OmniBarWindow::takesTheFocus()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     QVERIFY(bar.open());
     QVERIFY(bar.window()->isActive());
     QVERIFY(bar.item("inputField")->hasActiveFocus());
@@ -156,7 +163,7 @@ void tst_OmniBarWindow::opacityIsClamped()
     QFETCH(QVariant, stored);
     QFETCH(double, shown);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     if (stored.isValid()) {
         bar.store("windowOpacity", stored);
     }
@@ -167,6 +174,7 @@ void tst_OmniBarWindow::opacityIsClamped()
 
 void tst_OmniBarWindow::storesItsLook()
 {
+    m_window.close();
     {
         OmniBarFixture bar;
         QVERIFY(bar.open());
@@ -195,7 +203,7 @@ void tst_OmniBarWindow::storesItsLook()
 
 void tst_OmniBarWindow::entranceIsAnimated()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     auto *window = qobject_cast<QQuickWindow *>(bar.load(QStringLiteral("OmniBar.qml")));
     QVERIFY(window);
     // Nothing was drawn yet: both animations stand at their beginning.
@@ -217,7 +225,7 @@ void tst_OmniBarWindow::entranceIsAnimated()
 
 void tst_OmniBarWindow::shrinksInItsCorner()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     // A plain call: as soon as events are processed the window manager has a say in where a large window may be.
@@ -230,7 +238,7 @@ void tst_OmniBarWindow::shrinksInItsCorner()
 
 void tst_OmniBarWindow::escapeCollapses()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.setProperty("userExpanded", true);
@@ -257,7 +265,7 @@ void tst_OmniBarWindow::escapeCollapses()
 
 void tst_OmniBarWindow::clickOnTheBubbleExpands()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.type("half a prompt");
     QVERIFY(collapse(bar));
@@ -284,7 +292,7 @@ void tst_OmniBarWindow::keysOnTheBubbleExpand()
 {
     QFETCH(int, key);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     QVERIFY(bar.item("compactBubble")->hasActiveFocus());
@@ -298,7 +306,7 @@ void tst_OmniBarWindow::keysOnTheBubbleExpand()
 
 void tst_OmniBarWindow::bubbleStaysWhereNothingRuns()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.key(Qt::Key_Escape);
@@ -310,7 +318,7 @@ void tst_OmniBarWindow::bubbleStaysWhereNothingRuns()
 
 void tst_OmniBarWindow::bubbleStopsWhatRuns()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.type("do it");
     bar.key(Qt::Key_Return);
@@ -339,7 +347,7 @@ void tst_OmniBarWindow::actionCollapses()
     QFETCH(QString, action);
     QFETCH(bool, collapses);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(announceTool(bar, action));
     QCOMPARE(bar.property("compactMode").toBool(), collapses);
@@ -350,7 +358,7 @@ void tst_OmniBarWindow::actionCollapses()
 
 void tst_OmniBarWindow::userExpandedKeepsItOpen()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.click("compactBubble");
@@ -366,7 +374,7 @@ void tst_OmniBarWindow::userExpandedKeepsItOpen()
 
 void tst_OmniBarWindow::wakeWordExpands()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
@@ -376,7 +384,7 @@ void tst_OmniBarWindow::wakeWordExpands()
 
 void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.setProperty("compactMode", false);
@@ -385,7 +393,7 @@ void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
 
 void tst_OmniBarWindow::minimiseButton()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item("minimiseBtn"));
@@ -400,7 +408,7 @@ void tst_OmniBarWindow::minimiseButton()
 
 void tst_OmniBarWindow::wakeWordRestoresAMinimisedWindow()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.renew();
     ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
@@ -415,7 +423,7 @@ void tst_OmniBarWindow::wakeWordRestoresAMinimisedWindow()
 
 void tst_OmniBarWindow::chatExpandedSurvivesTheBubble()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item("expandBtn"));
@@ -451,7 +459,7 @@ void tst_OmniBarWindow::closeButtonFadesAndCloses()
 {
     QFETCH(QString, button);
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item(button));
@@ -486,7 +494,7 @@ void tst_OmniBarWindow::closeButtonFadesAndCloses()
 
 void tst_OmniBarWindow::showsAgainAfterHiding()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     bar.invoke("startClosing");
     QTRY_VERIFY(!bar.window()->isVisible());
@@ -502,7 +510,7 @@ void tst_OmniBarWindow::showsAgainAfterHiding()
 
 void tst_OmniBarWindow::ignoresDeactivation()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     QWindow other;
@@ -547,7 +555,7 @@ void tst_OmniBarWindow::escapeChain()
     };
     const int combinations = 1 << steps.size();
 
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     for (int combination = 0; combination < combinations; ++combination) {
         const auto isOpen = [&](int step) { return (combination & (1 << step)) != 0; };
@@ -583,7 +591,7 @@ void tst_OmniBarWindow::escapeChain()
 
 void tst_OmniBarWindow::escapeOutsideTheInput()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     // On a button Escape reaches the root container, which knows no slash menu.
     bar.setProperty("slashMenuVisible", true);
@@ -600,7 +608,7 @@ void tst_OmniBarWindow::escapeOutsideTheInput()
 
 void tst_OmniBarWindow::blurIsOnlyAskedForWhenTranslucent()
 {
-    OmniBarFixture bar;
+    OmniBarFixture &bar = m_window.take();
     QVERIFY(bar.open());
     // No compositor here grants it, and the Plasma of today doesn't offer it: the call must do no harm in any state.
     bar.invoke("applyWindowBlurBehind");

@@ -5,7 +5,9 @@
 #include "ScriptedVoice.h"
 
 #include "AgentBridge.h"
+#include "SharedWindow.h"
 #include "TestRegistry.h"
+#include "WaitUntil.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -22,11 +24,13 @@
 #include <QWebSocket>
 
 #include <algorithm>
+#include <memory>
 
 namespace
 {
 
-constexpr int s_patience = 10000; // ms
+//! How the log reports an image that a text could not fetch.
+const QString s_failedFetch = QStringLiteral("<Unknown File>: QML Text: ");
 
 //! Values of Text.textFormat.
 enum TextFormat
@@ -70,25 +74,30 @@ QString hostileWords(const Listener &listener)
         .arg(listener.address());
 }
 
-//! A text item as the careless would write it.
-bool showCarelessly(Conversation &bar, const QString &text)
+//! A text item without a text format, which takes markup for markup. Null if it can't be made.
+std::unique_ptr<QQuickItem> showCarelessly(Conversation &bar, const QString &text)
 {
     auto *careless = qobject_cast<QQuickItem *>(bar.fake(QStringLiteral("Text { width: 100; height: 20 }")));
-    if (!careless) {
-        return false;
+    if (careless) {
+        careless->setParentItem(bar.item(QStringLiteral("rootContainer")));
+        careless->setProperty("text", text);
     }
-    careless->setParentItem(bar.item(QStringLiteral("rootContainer")));
-    return careless->setProperty("text", text);
+    return std::unique_ptr<QQuickItem>(careless);
 }
 
 //! What was fetched so far, without the one thing that is fetched here to be sure that all others were heard of.
 QStringList fetched(Conversation &bar, Listener &listener)
 {
-    if (!bar.settle() || !showCarelessly(bar, QStringLiteral("<img src=\"%1/last\"/>").arg(listener.address()))) {
-        return {QStringLiteral("the window is gone")};
+    if (!bar.settle()) {
+        return {QStringLiteral("the window draws no more frames")};
     }
-    if (!QTest::qWaitFor([&] { return listener.asked.contains(QLatin1String("/last")); }, s_patience)) {
-        return {QStringLiteral("nothing is heard at all")};
+    const int failed = bar.log.count(s_failedFetch);
+    const auto last = showCarelessly(bar, QStringLiteral("<img src=\"%1/last\"/>").arg(listener.address()));
+    // Until the text has its answer too, as it can't go before.
+    if (!last || !waitUntil([&] {
+            return listener.asked.contains(QLatin1String("/last")) && bar.log.count(s_failedFetch) > failed;
+        })) {
+        return {QStringLiteral("no request arrives at all")};
     }
     QStringList asked = listener.asked;
     asked.removeAll(QStringLiteral("/last"));
@@ -165,6 +174,9 @@ class tst_Safety : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { m_window.giveBack(); }
+    void cleanupTestCase() { m_window.close(); }
+
     void carelessTextFetches();
     void wordsAreNotFetched_data();
     void wordsAreNotFetched();
@@ -181,17 +193,22 @@ private Q_SLOTS:
     void nothingIsMadeOfWords();
     void randomBytes();
     void oddFrames();
+
+private:
+    SharedWindow<Conversation> m_window;
 };
 
 void tst_Safety::carelessTextFetches()
 {
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     bar.expectWarning(QStringLiteral("Unable to "));
     QVERIFY(bar.begin());
-    QVERIFY(showCarelessly(bar, QStringLiteral("<img src=\"%1/img.png\"/>").arg(listener.address())));
+    const auto careless = showCarelessly(bar, QStringLiteral("<img src=\"%1/img.png\"/>").arg(listener.address()));
+    QVERIFY(careless);
     QTRY_COMPARE(listener.asked, QStringList {QStringLiteral("/img.png")});
+    QTRY_COMPARE(bar.log.count(s_failedFetch), 1);
 }
 
 void tst_Safety::wordsAreNotFetched_data()
@@ -248,8 +265,8 @@ void tst_Safety::wordsAreNotFetched()
     QFETCH(Feed, feed);
 
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     feed(bar, words);
@@ -260,8 +277,8 @@ void tst_Safety::wordsAreNotFetched()
 void tst_Safety::tooltipOfTheDot()
 {
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     bar.ask();
@@ -272,8 +289,8 @@ void tst_Safety::tooltipOfTheDot()
 void tst_Safety::tooltipOfASuggestion()
 {
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     suggest(bar, {{QStringLiteral("prompt"), words}, {QStringLiteral("title"), QStringLiteral("Harmless")}});
@@ -287,8 +304,8 @@ void tst_Safety::tooltipOfASuggestion()
 void tst_Safety::accessibleNamesAreNotFetched()
 {
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     bar.setProperty("systemName", words);
@@ -310,8 +327,8 @@ void tst_Safety::accessibleNamesAreNotFetched()
 void tst_Safety::partialTranscript()
 {
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.renew();
+    bar.expectWarning(s_failedFetch);
     ScriptedVoice voice(bar);
     voice.set("isListening", true);
     QVERIFY(bar.begin());
@@ -325,7 +342,7 @@ void tst_Safety::partialTranscript()
 
 void tst_Safety::everyTextIsPlain()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *all = bar.window()->contentItem();
     QCOMPARE(carelessTexts(all), QStringList());
@@ -396,8 +413,8 @@ void tst_Safety::iconNames()
     QFETCH(QString, expected);
 
     Listener listener;
-    Conversation bar;
-    bar.expectWarning(QStringLiteral("<Unknown File>: QML Text: "));
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
     if (name.isString()) {
         name = name.toString().replace(QLatin1String("LISTENER"), listener.address());
@@ -441,7 +458,7 @@ void tst_Safety::colors()
     QFETCH(QString, expectedColor);
     QFETCH(QString, expectedBackground);
 
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     suggest(bar,
             {{QStringLiteral("prompt"), QStringLiteral("go")},
@@ -456,7 +473,7 @@ void tst_Safety::colors()
 void tst_Safety::loadersLoadOnlyOurOwn()
 {
     Listener listener;
-    Conversation bar;
+    Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     const QString words = hostileWords(listener);
     bar.hear(words);
@@ -496,7 +513,7 @@ void tst_Safety::nothingIsMadeOfWords()
 
 void tst_Safety::randomBytes()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge]"));
     QVERIFY(bar.begin());
     QRandomGenerator random(20260101);
@@ -514,7 +531,7 @@ void tst_Safety::randomBytes()
 
 void tst_Safety::oddFrames()
 {
-    Conversation bar;
+    Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge]"));
     QVERIFY(bar.begin());
     const auto request = bar.ask(QStringLiteral("odd"));
