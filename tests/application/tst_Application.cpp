@@ -31,7 +31,7 @@ bool isBuilt(const QStringList &parts)
 
 } // namespace
 
-//! The application as main() makes it, around its first frame: what can wait, waits for it.
+//! The application as main() makes it: what the first frame doesn't need is built after it.
 class tst_Application : public QObject
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
         QStringLiteral("barCloseBtn"),   QStringLiteral("compactBubble"), QStringLiteral("idleCards"),
     };
 
-    // main() has made it, and no event was processed yet: there was no frame.
+    // run() made it, and no event was processed yet: there was no frame.
     QVERIFY(window());
     QVERIFY(has("inputField"));
     for (const QString &part : late) {
@@ -55,18 +55,18 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
     }
     QCOMPARE(QGuiApplication::windowIcon().name(), QString());
     QCOMPARE(qgetenv("QSG_ATLAS_WIDTH"), QByteArray("512"));
-    QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256")); // who sets it has a reason
+    QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256")); // a value that is set already is kept
 
     QTRY_VERIFY(isBuilt(late));
     QTRY_COMPARE(QGuiApplication::windowIcon().name(), QStringLiteral("loomra-kde"));
-    QVERIFY(!qEnvironmentVariableIsSet("QSG_ATLAS_WIDTH")); // nothing for child processes
+    QVERIFY(!qEnvironmentVariableIsSet("QSG_ATLAS_WIDTH")); // child processes must not inherit it
     QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256"));
     QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
 }
 
 static int run(int argc, char **argv)
 {
-    // An icon to be found, from the first moment on.
+    // From the start there is an icon to be found.
     const QTemporaryDir themes;
     if (!IconTheme::write(themes.path(), QStringLiteral("test"), {QStringLiteral("loomra-kde")})) {
         qFatal("the icon theme can't be written");

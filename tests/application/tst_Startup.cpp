@@ -24,7 +24,7 @@ using TerminalRequests::Request;
 Q_DECLARE_METATYPE(LaunchMode)
 Q_DECLARE_METATYPE(std::optional<Request>)
 
-//! What is decided before the first window: requests, modes, environment, and the objects that QML finds.
+//! What happens before the first window: terminal requests, launch modes, environment and native objects.
 class tst_Startup : public QObject
 {
     Q_OBJECT
@@ -199,7 +199,7 @@ void tst_Startup::describesItself()
     QVERIFY(m_about.otherText().isEmpty());
     QVERIFY(m_about.homepage().isEmpty());
     QCOMPARE(m_about.bugAddress(), KAboutData().bugAddress());
-    // What names the stores of settings.
+    // These name the settings stores.
     QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("loomra-kde"));
     QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("kde.org"));
 }
@@ -227,7 +227,7 @@ void tst_Startup::objectsOfQml()
     QVERIFY(qobject_cast<AgentBridge *>(named("agentBridge")));
     QVERIFY(qobject_cast<VoiceBridge *>(named("voiceBridge")));
 
-    // Children stand in the order in which they were made.
+    // In the order of their creation.
     const QObjectList inOrder = {named("i18n"), named("configManager"), named("loomraSDK"), named("agentBridge"),
                                  named("voiceBridge")};
     QCOMPARE(parent.children(), inOrder);

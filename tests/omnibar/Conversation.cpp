@@ -41,9 +41,14 @@ bool Conversation::exchange(const QString &prompt, const QString &reply, const Q
     return answer(ask(prompt), reply, more);
 }
 
-void Conversation::hear(const QString &reply)
+void Conversation::emitReply(const QString &reply)
 {
     Q_EMIT agent()->agentReplied(reply);
+}
+
+void Conversation::reportPhase(const QString &phase)
+{
+    bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), phase}});
 }
 
 void Conversation::setLight(bool isLight)

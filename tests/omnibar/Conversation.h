@@ -9,7 +9,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-//! The OmniBar with somebody who types and a bridge that answers.
+//! The OmniBar with a user who types and a bridge that replies.
 class Conversation : public OmniBarFixture
 {
 public:
@@ -18,13 +18,15 @@ public:
 
     //! Types a prompt, presses Enter and takes the request from the bridge.
     ScriptedBridge::Request ask(const QString &prompt = QStringLiteral("hello"));
-    //! Answers a request; @p more joins the result beside the text. Returns when the reply is a row.
+    //! Replies to a request and waits until the reply is a row. @param more further keys of the result
     bool answer(const ScriptedBridge::Request &request, const QString &reply, QJsonObject more = {});
-    //! A prompt and its reply.
+    //! Sends a prompt and replies to it.
     bool exchange(const QString &prompt, const QString &reply, const QJsonObject &more = {});
-    //! A reply of the client without a request, for many rows at little cost.
-    void hear(const QString &reply);
+    //! Emits a reply of the client without a request: many rows at little cost.
+    void emitReply(const QString &reply);
 
+    //! The bridge reports the phase of what it is doing.
+    void reportPhase(const QString &phase);
     //! Chooses the light or the dark theme, as the settings do.
     void setLight(bool isLight);
 
@@ -34,14 +36,14 @@ public:
     QStringList rows() const;
     //! A field of a row.
     QVariant field(int row, const char *name) const;
-    //! The item that shows a row, once the list has built it; null where it is out of sight.
+    //! The item that shows a row; null if the list has not built it, e.g. because it is out of sight.
     QQuickItem *rowItem(int row) const;
-    //! An item by name inside of what shows a row.
+    //! An item by name below the one that shows a row.
     QQuickItem *inRow(int row, const char *objectName) const;
 
     //! The texts of all visible text items below an item, in drawing order.
     static QStringList textsIn(QQuickItem *root);
-    //! The visible text item with these words; null if none.
+    //! The visible text item with this text; null if none.
     QQuickItem *textItem(const QString &text) const;
 
     //! Titles of the suggestion cards that can be seen.
@@ -51,6 +53,6 @@ public:
 
     //! A colour property of an item as #aarrggbb, or a nested one: "border.color".
     static QString color(QQuickItem *item, const char *path = "color");
-    //! Four numbers in 0 to 1 in the same form.
+    //! The same form of a colour that is given in parts from 0 to 1.
     static QString color(qreal red, qreal green, qreal blue, qreal alpha);
 };

@@ -48,7 +48,7 @@ QStringList iconsIn(QQuickItem *root)
 {
     QStringList names;
     const auto icons = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) {
-        // Kirigami's icon; what wraps it has a name, not a source.
+        // Kirigami's icon; our own wrapper has a name instead of a source.
         return item->metaObject()->indexOfProperty("source") >= 0 && item->metaObject()->indexOfProperty("isMask") >= 0
             && OmniBarFixture::isSeen(item);
     });
@@ -78,13 +78,13 @@ QStringList runningIn(const QObject *item)
         if (!step->inherits("QQuickPropertyAnimation")) {
             continue;
         }
-        // A step of a sequence runs with it.
+        // Only the sequence as a whole is reported as running.
         const QObject *sequence = step->parent();
         const QObject *whole = sequence->inherits("QQuickAnimationGroup") ? sequence : step;
         if (whole->property("running").toBool()) {
             found.append(QStringLiteral("%1 to %2, %3")
                              .arg(step->property("from").toString(), step->property("to").toString(),
-                                  OmniBarFixture::pace(step)));
+                                  OmniBarFixture::animationSpec(step)));
         }
     }
     return found;

@@ -87,7 +87,7 @@ void describeOnce()
         AnimationClock::install();
         Application::prepareEnvironment();
         Application::describe();
-        // See Application: on the QML loader's thread this library warns.
+        // See Application: loaded on the QML loader's thread, this library warns.
         QLibrary(QStringLiteral("KF5XmlGui"), 5).load();
         // The process outlives the windows of its tests.
         QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -196,8 +196,8 @@ void OmniBarFixture::expectWarning(const QString &start)
 
 void OmniBarFixture::prepareContext()
 {
-    // What was left out must not exist at all, so the program's own code fills another engine's context, and what
-    // remains of it is copied.
+    // A name that is left out must not exist at all, so the program fills the context of another engine, and the rest
+    // is copied from there.
     QQmlEngine full;
     NativeObjects::create(m_natives.get(), &full);
     QQmlContext *context = m_engine->rootContext();
@@ -227,7 +227,7 @@ QObject *OmniBarFixture::load(const QString &file)
 bool OmniBarFixture::open(const QString &file)
 {
     if (m_window) {
-        return true; // shared, see SharedWindow
+        return m_isOpen; // of several tests, see SharedWindow
     }
     m_window = qobject_cast<QQuickWindow *>(load(file));
     const auto isReady = [this] {
@@ -251,6 +251,7 @@ bool OmniBarFixture::open(const QString &file)
         }
         m_initialState = state();
     }
+    m_isOpen = true;
     return true;
 }
 
@@ -310,9 +311,9 @@ QVariantMap OmniBarFixture::state() const
 
 bool OmniBarFixture::bringBack()
 {
-    const bool isUsual = m_window && !m_isSpoiled && !m_initialState.isEmpty() && m_window->isVisible()
+    const bool isOnScreen = m_isOpen && !m_isSpoiled && m_window->isVisible()
         && m_window->windowState() == Qt::WindowNoState && !property("compactMode").toBool();
-    if (!isUsual || (m_agent && (!bridge.isListening() || bridge.connectionCount() != 1 || !bridge.connection(0)))) {
+    if (!isOnScreen || (m_agent && (!bridge.isListening() || bridge.connectionCount() != 1 || !bridge.connection(0)))) {
         return false;
     }
     if (m_agent) {
@@ -437,7 +438,7 @@ QVariant OmniBarFixture::invoke(const char *function, const QVariantList &argume
 
 QVariant OmniBarFixture::evaluate(const QString &expression) const
 {
-    // The root itself lives in the context that it was created in; its ids are known to what it holds.
+    // The window belongs to the context that it was created in, which has no ids; its children see them.
     QQuickItem *inside = item(QStringLiteral("rootContainer"));
     if (!inside) {
         failTest(QStringLiteral("there is no window to ask"), __LINE__);
@@ -488,7 +489,7 @@ void OmniBarFixture::hover(QQuickItem *item)
         failTest(QStringLiteral("what should be hovered can't be seen"), __LINE__);
         return;
     }
-    // From beside it: a pointer that is where it was, perhaps since the last test, tells nobody.
+    // From beside the place, because a pointer that is there already sends no event.
     const QPoint middle = place(item).center().toPoint();
     QTest::mouseMove(m_window, middle - QPoint(0, 1));
     QTest::mouseMove(m_window, middle);
@@ -518,13 +519,13 @@ QString OmniBarFixture::behaviour(QObject *object, const char *property)
     for (QObject *part : parts) {
         if (part->inherits("QQuickBehavior")
             && part->property("targetProperty").value<QQmlProperty>().name() == QLatin1String(property)) {
-            return pace(part->children().value(0)); // the animation that was written into it
+            return animationSpec(part->children().value(0)); // the animation that was written into it
         }
     }
     return {};
 }
 
-QString OmniBarFixture::pace(const QObject *animation)
+QString OmniBarFixture::animationSpec(const QObject *animation)
 {
     if (!animation) {
         return {};

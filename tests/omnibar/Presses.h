@@ -32,5 +32,5 @@ constexpr struct
     {"assistive technology", By::Assistance},
 };
 
-//! Accessibility must be active for the last of them.
+//! By::Assistance needs active accessibility.
 void press(OmniBarFixture &bar, QQuickItem *button, By by);

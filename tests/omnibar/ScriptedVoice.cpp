@@ -11,7 +11,7 @@
 namespace
 {
 
-//! A word that the stand-in doesn't know would make a test that proves nothing.
+//! A test that uses a name unknown to the stand-in would prove nothing.
 void require(bool isKnown, const char *name)
 {
     if (!isKnown) {
@@ -35,7 +35,7 @@ void ScriptedVoice::set(const char *property, const QVariant &value)
     require(m_object->metaObject()->indexOfProperty(property) >= 0 && m_object->setProperty(property, value), property);
 }
 
-void ScriptedVoice::tell(const char *signal, const QString &text)
+void ScriptedVoice::emitSignal(const char *signal, const QString &text)
 {
     require(QMetaObject::invokeMethod(m_object, signal, Q_ARG(QString, text)), signal);
 }

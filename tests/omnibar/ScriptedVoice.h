@@ -10,19 +10,19 @@
 class OmniBarFixture;
 class QObject;
 
-//! A voice path in place of the real one, that does what a test says: the stand-in of the controllers' tests.
+//! A voice path that does what a test says: the stand-in that the tests of the controllers use.
 class ScriptedVoice
 {
 public:
-    //! Before the window opens.
+    //! Call before the window opens.
     explicit ScriptedVoice(OmniBarFixture &bar);
 
     const QObject *object() const { return m_object; }
     void set(const char *property, const QVariant &value);
     //! Emits a signal that takes a text.
-    void tell(const char *signal, const QString &text);
+    void emitSignal(const char *signal, const QString &text);
     bool ttsEnabled() const;
-    //! What the window called since it was last taken, in its order.
+    //! What the window called since takeCalls(), in order.
     QStringList calls() const;
     QStringList takeCalls();
 

@@ -40,6 +40,7 @@ public:
             if (m_prepare) {
                 m_prepare(*m_fixture);
             }
+            m_fixture->open(); // a failure is reported by the test's own call
         }
         return *m_fixture;
     }

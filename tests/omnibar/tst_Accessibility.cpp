@@ -7,6 +7,7 @@
 #include "AgentBridge.h"
 #include "SharedWindow.h"
 #include "TestRegistry.h"
+#include "Timeouts.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -22,10 +23,9 @@
 namespace
 {
 
-constexpr int s_patience = 10000; // ms
-constexpr int s_manySteps = 100; // more than any chain of the Tab key has
+constexpr int s_manySteps = 100; // more than any tab order has
 
-//! What a control is, and the roles that tell so.
+//! Types of controls and the roles that fit them.
 const struct
 {
     const char *type;
@@ -62,7 +62,7 @@ QList<QAccessible::Role> rolesOf(QQuickItem *item)
     return {};
 }
 
-//! As in a message: the name that a test knows an item by, or else its words.
+//! An item as failure messages name it.
 QString described(QQuickItem *item)
 {
     return item ? QStringLiteral("%1 \"%2\" (%3)")
@@ -78,7 +78,7 @@ QString listed(const QList<QQuickItem *> &items)
     return names.join(QStringLiteral(", "));
 }
 
-//! Everything that assistive technology finds when it looks from the window down.
+//! Everything that assistive technology finds from the window down.
 void collect(QAccessibleInterface *accessible, QSet<QObject *> *found)
 {
     if (!accessible) {
@@ -90,7 +90,7 @@ void collect(QAccessibleInterface *accessible, QSet<QObject *> *found)
     }
 }
 
-//! What is wrong with what assistive technology is told of the controls and rows that can be seen.
+//! Visible controls and rows without a name, with a wrong role or out of reach for assistive technology.
 QStringList faults(Conversation &bar)
 {
     QStringList wrong;
@@ -121,16 +121,16 @@ QStringList faults(Conversation &bar)
     return wrong;
 }
 
-//! Words that can be seen but that nobody who doesn't see is told of.
-QStringList untold(Conversation &bar)
+//! Visible texts that assistive technology doesn't find.
+QStringList inaccessibleTexts(Conversation &bar)
 {
-    QString told;
+    QString accessibleTexts;
     QSet<QObject *> reachable;
     collect(QAccessible::queryAccessibleInterface(bar.window()), &reachable);
     for (QObject *object : qAsConst(reachable)) {
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(object);
         for (const QAccessible::Text text : {QAccessible::Name, QAccessible::Description, QAccessible::Value}) {
-            told += accessible->text(text).simplified() + QLatin1Char('\n');
+            accessibleTexts += accessible->text(text).simplified() + QLatin1Char('\n');
         }
     }
     QStringList missing;
@@ -141,8 +141,8 @@ QStringList untold(Conversation &bar)
     for (QQuickItem *item : texts) {
         const QString text =
             item->property("text").toString().remove(QStringLiteral("<b>")).remove(QStringLiteral("</b>")).simplified();
-        // A lone sign, such as the cross of a button, is no word.
-        if (text.size() > 1 && !told.contains(text)) {
+        // A single character, such as the cross of a button, is no text.
+        if (text.size() > 1 && !accessibleTexts.contains(text)) {
             missing.append(text);
         }
     }
@@ -172,8 +172,8 @@ bool showsFocus(Conversation &bar, QQuickItem *item)
     return !rings.isEmpty();
 }
 
-//! Presses Tab, or Shift and Tab, until the focus is where it was; all stops in their order, that one first.
-//! Empty when it never comes round.
+//! Presses Tab, or Shift and Tab, until the focus is back where it was. All items on the way, beginning with that one;
+//! empty if the focus never comes back.
 QList<QQuickItem *> walk(Conversation &bar, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
     QQuickItem *start = bar.window()->activeFocusItem();
@@ -188,8 +188,8 @@ QList<QQuickItem *> walk(Conversation &bar, Qt::KeyboardModifiers modifiers = Qt
     return stops;
 }
 
-//! What is wrong with the way of the Tab key through what can be seen.
-QStringList faultsOfTheWay(Conversation &bar)
+//! What is wrong with the tab order of the visible items.
+QStringList tabOrderFaults(Conversation &bar)
 {
     QStringList wrong;
     QQuickItem *start = bar.window()->activeFocusItem();
@@ -209,7 +209,7 @@ QStringList faultsOfTheWay(Conversation &bar)
         bar.key(Qt::Key_Tab);
     }
     if (bar.window()->activeFocusItem() != start) {
-        return {QStringLiteral("the focus never comes round")};
+        return {QStringLiteral("the focus never comes back")};
     }
 
     const auto usable = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
@@ -219,7 +219,7 @@ QStringList faultsOfTheWay(Conversation &bar)
             && item->objectName() != QLatin1String("connectionDot");
     });
     for (QQuickItem *item : usable) {
-        // A list is reached by its chosen row.
+        // A list is reached through its current row.
         if (std::any_of(stops.cbegin(), stops.cend(), [item](QQuickItem *stop) {
                 return stop->objectName() == QLatin1String("messageRow") && item->isAncestorOf(stop);
             })) {
@@ -229,19 +229,19 @@ QStringList faultsOfTheWay(Conversation &bar)
         while (row && row->objectName() != QLatin1String("messageRow")) {
             row = row->parentItem();
         }
-        // Of a thousand rows only the chosen one's buttons are on the way.
+        // Only the current row's buttons are in the tab order, as there may be a thousand rows.
         const bool inOtherRow = row && !row->property("current").toBool() && !stops.contains(item);
         if (!inOtherRow && !stops.contains(item)) {
-            wrong.append(described(item) + QStringLiteral(" is not on the way"));
+            wrong.append(described(item) + QStringLiteral(" is not in the tab order"));
         }
     }
 
-    // Backwards the same, the other way round.
+    // Backwards it is the same order in reverse.
     const QList<QQuickItem *> back = walk(bar, Qt::ShiftModifier);
     QList<QQuickItem *> forth = stops.mid(1);
     std::reverse(forth.begin(), forth.end());
     if (back != QList<QQuickItem *> {stops.first()} + forth) {
-        wrong.append(QStringLiteral("the way back is another: ") + listed(back) + QStringLiteral(" against ")
+        wrong.append(QStringLiteral("the reverse order differs: ") + listed(back) + QStringLiteral(" against ")
                      + listed(QList<QQuickItem *> {stops.first()} + forth));
     }
     return wrong;
@@ -268,7 +268,7 @@ bool thinking(Conversation &bar)
                      {{QStringLiteral("index"), 1},
                       {QStringLiteral("total"), 3},
                       {QStringLiteral("capabilityId"), QStringLiteral("theme.apply")}});
-    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("stepBadge"))); }, s_patience);
+    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("stepBadge"))); }, Timeouts::Default);
 }
 
 bool conversation(Conversation &bar)
@@ -277,13 +277,13 @@ bool conversation(Conversation &bar)
     bar.invoke("appendSystemMessage", {QStringLiteral("a note")});
     return bar.exchange(QStringLiteral("a question"), QStringLiteral("an answer"),
                         {{QStringLiteral("usage"), QJsonObject {{QStringLiteral("inputTokens"), 7}}}})
-        && QTest::qWaitFor([&] { return bar.suggestions().size() == 4 && bar.rowItem(2); }, s_patience);
+        && QTest::qWaitFor([&] { return bar.suggestions().size() == 4 && bar.rowItem(2); }, Timeouts::Default);
 }
 
 bool settings(Conversation &bar)
 {
     bar.click(QStringLiteral("settingsBtn"));
-    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("lookTab"))); }, s_patience);
+    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("lookTab"))); }, Timeouts::Default);
 }
 
 bool compact(Conversation &bar)
@@ -330,8 +330,8 @@ void addScenes()
 
 Q_DECLARE_METATYPE(Scene)
 
-//! The OmniBar without a mouse, and without eyes. One long file, as half of it is the walks through the tree and the
-//! states that they start from, which the tests share.
+//! The OmniBar by keyboard and for assistive technology. One long file, because the tests share the walks through the
+//! tree and the scenes.
 class tst_Accessibility : public QObject
 {
     Q_OBJECT
@@ -343,19 +343,19 @@ private Q_SLOTS:
 
     void namesAndRoles_data() { addScenes(); }
     void namesAndRoles();
-    void everyWordIsTold_data() { addScenes(); }
-    void everyWordIsTold();
-    void wayOfTheTabKey_data() { addScenes(); }
-    void wayOfTheTabKey();
+    void everyTextIsAccessible_data() { addScenes(); }
+    void everyTextIsAccessible();
+    void tabOrder_data() { addScenes(); }
+    void tabOrder();
     void escapeWorksEverywhere();
     void escapeClosesTheSheetFromEverywhere();
     void rowsByKeys();
     void rowsOutOfSightByKeys();
     void returnAndSpaceClick();
     void pressByAssistiveTechnology();
-    void statesAreTold();
+    void statesAreAccessible();
     void clickLeavesTheCursorInThePrompt();
-    void controlsThatGoLeaveTheFocusToThePrompt();
+    void vanishingControlsLeaveTheFocusToThePrompt();
 
 private:
     std::unique_ptr<ScriptedVoice> m_voice;
@@ -376,7 +376,7 @@ void tst_Accessibility::namesAndRoles()
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
-void tst_Accessibility::everyWordIsTold()
+void tst_Accessibility::everyTextIsAccessible()
 {
     QFETCH(Scene, scene);
 
@@ -386,11 +386,11 @@ void tst_Accessibility::everyWordIsTold()
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
-    const QStringList wrong = untold(bar);
+    const QStringList wrong = inaccessibleTexts(bar);
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
-void tst_Accessibility::wayOfTheTabKey()
+void tst_Accessibility::tabOrder()
 {
     QFETCH(Scene, scene);
 
@@ -400,7 +400,7 @@ void tst_Accessibility::wayOfTheTabKey()
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
-    const QStringList wrong = faultsOfTheWay(bar);
+    const QStringList wrong = tabOrderFaults(bar);
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
@@ -429,7 +429,7 @@ void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    bar.hear(QStringLiteral("what the sheet covers"));
+    bar.emitReply(QStringLiteral("what the sheet covers"));
     QVERIFY(bar.settle());
     QVERIFY(settings(bar));
     QVERIFY(bar.settle());
@@ -453,9 +453,9 @@ void tst_Accessibility::rowsByKeys()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    bar.hear(QStringLiteral("first answer"));
-    bar.hear(QStringLiteral("second answer"));
-    bar.hear(QStringLiteral("third answer"));
+    bar.emitReply(QStringLiteral("first answer"));
+    bar.emitReply(QStringLiteral("second answer"));
+    bar.emitReply(QStringLiteral("third answer"));
     QTRY_VERIFY(bar.rowItem(2));
     QVERIFY(bar.settle());
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
@@ -487,7 +487,7 @@ void tst_Accessibility::rowsByKeys()
     QVERIFY(bar.inRow(1, "thumbDownBtn")->hasActiveFocus());
     bar.key(Qt::Key_Space);
     QCOMPARE(bar.field(1, "feedbackVote").toString(), QStringLiteral("down"));
-    // From the buttons back to the rows.
+    // Back from the buttons to the rows.
     for (int step = 0; step < 3; ++step) {
         bar.key(Qt::Key_Backtab, Qt::ShiftModifier);
     }
@@ -500,7 +500,7 @@ void tst_Accessibility::rowsOutOfSightByKeys()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 40; ++i) {
-        bar.hear(QStringLiteral("Answer %1.\n\n").arg(i).repeated(1 + i % 4));
+        bar.emitReply(QStringLiteral("Answer %1.\n\n").arg(i).repeated(1 + i % 4));
     }
     QTRY_VERIFY(bar.rowItem(39));
     QVERIFY(bar.settle());
@@ -516,13 +516,13 @@ void tst_Accessibility::rowsOutOfSightByKeys()
     QTRY_VERIFY(bar.place(list).contains(bar.place(bar.inRow(20, "messageBubble"))));
     bar.key(Qt::Key_Tab);
     QVERIFY(bar.inRow(20, "copyBtn")->hasActiveFocus());
-    // What grows at the end doesn't take the chosen row away.
+    // The current row stays in sight when the list grows at its end.
     bar.agent()->sendIntent(QStringLiteral("from elsewhere"));
     QTRY_COMPARE(bar.item(QStringLiteral("thinkingIndicator"))->height(), 40.0);
     QVERIFY(bar.settle());
     QVERIFY(bar.place(list).contains(bar.place(bar.inRow(20, "messageBubble"))));
-    // A new reply doesn't take the focus away.
-    bar.hear(QStringLiteral("news"));
+    // A new reply leaves the focus alone.
+    bar.emitReply(QStringLiteral("news"));
     QVERIFY(bar.settle());
     QVERIFY(bar.window()->activeFocusItem());
     QVERIFY(bar.window()->activeFocusItem() != bar.item(QStringLiteral("inputField")));
@@ -569,7 +569,7 @@ void tst_Accessibility::pressByAssistiveTechnology()
     QCOMPARE(bar.evaluate(QStringLiteral("omniBar.appearanceStore.lightChrome")).toBool(), true);
     bar.setProperty("settingsPanelOpen", false);
 
-    bar.hear(QStringLiteral("answer"));
+    bar.emitReply(QStringLiteral("answer"));
     QTRY_VERIFY(bar.inRow(0, "copyBtn"));
     QVERIFY(press(bar.inRow(0, "copyBtn"), pressAction));
     QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("answer"));
@@ -585,37 +585,39 @@ void tst_Accessibility::pressByAssistiveTechnology()
     QVERIFY(!bar.property("compactMode").toBool());
 }
 
-void tst_Accessibility::statesAreTold()
+void tst_Accessibility::statesAreAccessible()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    const auto told = [](QQuickItem *item) { return QAccessible::queryAccessibleInterface(item); };
+    const auto accessible = [](QQuickItem *item) { return QAccessible::queryAccessibleInterface(item); };
 
-    QVERIFY(told(bar.item(QStringLiteral("inputField")))->state().focused);
-    QVERIFY(told(bar.item(QStringLiteral("inputField")))->state().editable);
+    QVERIFY(accessible(bar.item(QStringLiteral("inputField")))->state().focused);
+    QVERIFY(accessible(bar.item(QStringLiteral("inputField")))->state().editable);
     QVERIFY(settings(bar));
-    QVERIFY(told(bar.item(QStringLiteral("darkSegment")))->state().checked);
-    QVERIFY(!told(bar.item(QStringLiteral("lightSegment")))->state().checked);
-    QVERIFY(told(bar.item(QStringLiteral("transparencySwitch")))->state().checkable);
-    QVERIFY(told(bar.item(QStringLiteral("transparencySwitch")))->state().checked);
-    QAccessibleValueInterface *value = told(bar.item(QStringLiteral("opacitySlider")))->valueInterface();
+    QVERIFY(accessible(bar.item(QStringLiteral("darkSegment")))->state().checked);
+    QVERIFY(!accessible(bar.item(QStringLiteral("lightSegment")))->state().checked);
+    QVERIFY(accessible(bar.item(QStringLiteral("transparencySwitch")))->state().checkable);
+    QVERIFY(accessible(bar.item(QStringLiteral("transparencySwitch")))->state().checked);
+    QAccessibleValueInterface *value = accessible(bar.item(QStringLiteral("opacitySlider")))->valueInterface();
     QVERIFY(value);
     QCOMPARE(value->currentValue().toReal(), 1.0);
     QCOMPARE(value->minimumValue().toReal(), 0.65);
     bar.setProperty("settingsPanelOpen", false);
 
     bar.invoke("appendUserMessage", {QStringLiteral("a question")});
-    bar.hear(QStringLiteral("an **answer**"));
+    bar.emitReply(QStringLiteral("an **answer**"));
     QTRY_VERIFY(bar.rowItem(1));
-    QVERIFY(told(bar.rowItem(0))->text(QAccessible::Name).startsWith(QStringLiteral("You, ")));
-    QVERIFY(told(bar.rowItem(0))->text(QAccessible::Name).endsWith(QStringLiteral(": a question")));
-    QVERIFY(told(bar.rowItem(1))->text(QAccessible::Name).endsWith(QStringLiteral(": an **answer**")));
+    QVERIFY(accessible(bar.rowItem(0))->text(QAccessible::Name).startsWith(QStringLiteral("You, ")));
+    QVERIFY(accessible(bar.rowItem(0))->text(QAccessible::Name).endsWith(QStringLiteral(": a question")));
+    QVERIFY(accessible(bar.rowItem(1))->text(QAccessible::Name).endsWith(QStringLiteral(": an **answer**")));
     bar.invoke("voteMessage", {1, QStringLiteral("up")});
-    QVERIFY(told(bar.inRow(1, "thumbUpBtn"))->state().checked);
-    QVERIFY(!told(bar.inRow(1, "thumbDownBtn"))->state().checked);
-    QCOMPARE(told(bar.item(QStringLiteral("connectionDot")))->text(QAccessible::Name), QStringLiteral("Connected"));
+    QVERIFY(accessible(bar.inRow(1, "thumbUpBtn"))->state().checked);
+    QVERIFY(!accessible(bar.inRow(1, "thumbDownBtn"))->state().checked);
+    QCOMPARE(accessible(bar.item(QStringLiteral("connectionDot")))->text(QAccessible::Name),
+             QStringLiteral("Connected"));
     bar.ask();
-    QTRY_COMPARE(told(bar.item(QStringLiteral("connectionDot")))->text(QAccessible::Name), QStringLiteral("Thinking…"));
+    QTRY_COMPARE(accessible(bar.item(QStringLiteral("connectionDot")))->text(QAccessible::Name),
+                 QStringLiteral("Thinking…"));
 }
 
 void tst_Accessibility::clickLeavesTheCursorInThePrompt()
@@ -634,7 +636,7 @@ void tst_Accessibility::clickLeavesTheCursorInThePrompt()
     QVERIFY(input->hasActiveFocus());
 }
 
-void tst_Accessibility::controlsThatGoLeaveTheFocusToThePrompt()
+void tst_Accessibility::vanishingControlsLeaveTheFocusToThePrompt()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());

@@ -13,13 +13,7 @@
 namespace
 {
 
-//! The bridge tells what it is doing.
-void tellPhase(Conversation &bar, const QString &phase)
-{
-    bar.bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), phase}});
-}
-
-void tellStep(Conversation &bar, const QString &capability, int index, int total)
+void reportStep(Conversation &bar, const QString &capability, int index, int total)
 {
     bar.bridge.event(QStringLiteral("plan.step"),
                      {{QStringLiteral("index"), index},
@@ -28,14 +22,14 @@ void tellStep(Conversation &bar, const QString &capability, int index, int total
                       {QStringLiteral("phase"), QStringLiteral("start")}});
 }
 
-//! What the indicator at the end of the conversation says.
+//! The text of the indicator at the end of the conversation.
 QString shownLabel(Conversation &bar)
 {
     QQuickItem *label = bar.item(QStringLiteral("phaseLabel"));
     return Conversation::isSeen(label) ? label->property("text").toString() : QString();
 }
 
-//! What the connection dot says to the pointer.
+//! The tooltip of the connection dot.
 QString tip(QQuickItem *dot)
 {
     return dot->property("look").toMap().value(QStringLiteral("tip")).toString();
@@ -43,7 +37,7 @@ QString tip(QQuickItem *dot)
 
 } // namespace
 
-//! What is seen between a prompt and its reply, and how it is stopped.
+//! What the window shows between a prompt and its reply, and how a request is stopped.
 class tst_ConversationProgress : public QObject
 {
     Q_OBJECT
@@ -82,7 +76,7 @@ void tst_ConversationProgress::thinkingIndicator()
     QVERIFY(bar.isSeen(indicator));
     QCOMPARE(shownLabel(bar), QStringLiteral("Thinking…"));
     QVERIFY(!bar.isSeen(bar.item(QStringLiteral("stepBadge"))));
-    // Below the last row, inside the list's picture.
+    // Below the last row, inside the list.
     QVERIFY(bar.place(indicator).top() >= bar.place(bar.rowItem(0)).bottom());
     QVERIFY(bar.place(bar.item(QStringLiteral("messageList"))).contains(bar.place(indicator)));
 
@@ -118,7 +112,7 @@ void tst_ConversationProgress::indicatorInPhases()
     if (phase == QLatin1String("routing")) {
         bar.bridge.event(QStringLiteral("agent.routed"), {{QStringLiteral("agent"), QStringLiteral("planner")}});
     } else {
-        tellPhase(bar, phase);
+        bar.reportPhase(phase);
     }
     QTRY_COMPARE(shownLabel(bar), label);
     QTRY_COMPARE(bar.color(bar.item(QStringLiteral("phaseDot"))), dot);
@@ -129,16 +123,16 @@ void tst_ConversationProgress::steps()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.ask();
-    tellStep(bar, QStringLiteral("theme.apply"), 0, 1);
+    reportStep(bar, QStringLiteral("theme.apply"), 0, 1);
     QTRY_COMPARE(shownLabel(bar), QStringLiteral("Running “Apply theme”…"));
     QQuickItem *badge = bar.item(QStringLiteral("stepBadge"));
     QVERIFY(!bar.isSeen(badge));
 
-    tellStep(bar, QStringLiteral("kde.own_thing"), 1, 3);
+    reportStep(bar, QStringLiteral("kde.own_thing"), 1, 3);
     QTRY_COMPARE(shownLabel(bar), QStringLiteral("Running “kde own thing” (2/3)…"));
-    // Only while the plan is executed.
+    // The badge is for the execution of a plan.
     QVERIFY(!bar.isSeen(badge));
-    tellPhase(bar, QStringLiteral("executing"));
+    bar.reportPhase(QStringLiteral("executing"));
     QTRY_VERIFY(bar.isSeen(badge));
     QCOMPARE(bar.textsIn(badge), QStringList {QStringLiteral("2/3")});
 }
@@ -152,7 +146,7 @@ void tst_ConversationProgress::labelOutlivesItsPhase()
     QCOMPARE(hold->property("interval").toInt(), 1200);
 
     const auto request = bar.ask();
-    tellPhase(bar, QStringLiteral("executing"));
+    bar.reportPhase(QStringLiteral("executing"));
     QTRY_COMPARE(bar.property("activePhaseLabel").toString(), QStringLiteral("Executing…"));
     QVERIFY(bar.answer(request, QStringLiteral("done")));
     QCOMPARE(bar.property("activePhaseLabel").toString(), QStringLiteral("Executing…"));
@@ -168,7 +162,7 @@ void tst_ConversationProgress::labelIsShownByTheDot()
     QQuickItem *dot = bar.item(QStringLiteral("connectionDot"));
     QCOMPARE(tip(dot), QStringLiteral("Connected"));
     bar.ask();
-    tellPhase(bar, QStringLiteral("creating"));
+    bar.reportPhase(QStringLiteral("creating"));
     QTRY_COMPARE(tip(dot), QStringLiteral("Planning…"));
 }
 

@@ -11,7 +11,7 @@
 #include <QSettings>
 #include <QTest>
 
-//! How a prompt leaves the window: what is typed, clicked or suggested, and what then goes over the wire.
+//! How prompts are sent: typed, clicked or suggested, and what then goes over the wire.
 class tst_ConversationPrompts : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ private Q_SLOTS:
 
     void typedPrompt();
     void lettersOfAllKinds();
-    void blanksAreNoPrompt();
+    void whitespaceIsNoPrompt();
     void sendButton();
     void twoPromptsAtOnce();
     void storedAgentAndModel();
@@ -73,7 +73,7 @@ void tst_ConversationPrompts::lettersOfAllKinds()
     QCOMPARE(bar.rows(), QStringList {QStringLiteral("user: ") + prompt});
 }
 
-void tst_ConversationPrompts::blanksAreNoPrompt()
+void tst_ConversationPrompts::whitespaceIsNoPrompt()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
@@ -82,7 +82,7 @@ void tst_ConversationPrompts::blanksAreNoPrompt()
     bar.key(Qt::Key_Enter);
     QVERIFY(!bar.isSeen(bar.item(QStringLiteral("sendBtn"))));
     QCOMPARE(bar.count(), 0);
-    // What was sent before it would have come before it.
+    // A request for the whitespace would arrive before this one.
     bar.ask(QStringLiteral("x"));
     QVERIFY(bar.bridge.isAllTaken());
     QCOMPARE(bar.rows(), QStringList {QStringLiteral("user: x")});
@@ -229,8 +229,9 @@ void tst_ConversationPrompts::withoutAConnection()
                                QStringLiteral("assistant: Error: Loomra bridge not connected "
                                               "(ws://127.0.0.1:8765/ws)")}));
     QVERIFY(bar.bridge.listen());
-    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"), 15000);
-    // It isn't sent later by itself: the first that the bridge hears is the next prompt.
+    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"),
+                              OmniBarFixture::ReconnectTimeout);
+    // The lost prompt isn't sent later: the bridge's first request is the next prompt.
     QCOMPARE(bar.ask(QStringLiteral("found")).params.value(QStringLiteral("message")).toString(),
              QStringLiteral("found"));
     QVERIFY(bar.bridge.isAllTaken());

@@ -22,7 +22,7 @@ const QStringList s_roles {QStringLiteral("user"), QStringLiteral("assistant"), 
 bool showAllRoles(Conversation &bar)
 {
     bar.invoke("appendUserMessage", {QStringLiteral("a question")});
-    bar.hear(QStringLiteral("an answer"));
+    bar.emitReply(QStringLiteral("an answer"));
     bar.invoke("appendSystemMessage", {QStringLiteral("a note")});
     return QTest::qWaitFor([&] { return bar.rowItem(0) && bar.rowItem(1) && bar.rowItem(2); }, 10000) && bar.settle();
 }
@@ -43,7 +43,7 @@ bool atEnd(QQuickItem *list)
 
 } // namespace
 
-//! The rows as they look, and what can be done with them.
+//! The looks of the rows, and what a user can do with them.
 class tst_ConversationRows : public QObject
 {
     Q_OBJECT
@@ -141,7 +141,7 @@ void tst_ConversationRows::bubbles()
     QCOMPARE(bar.color(bubble, "border.color"), border);
     QCOMPARE(bubble->property("radius").toReal(), 14.0);
     QVERIFY(qAbs(bubble->width() - bar.rowItem(row)->width() * 0.78) <= 0.5);
-    // The user's on the right, all others on the left beside their avatar.
+    // The user's bubbles are on the right, all others on the left beside their avatar.
     if (row == 0) {
         QCOMPARE(bubble->x() + bubble->width(), bar.rowItem(row)->width());
     } else {
@@ -153,8 +153,8 @@ void tst_ConversationRows::bubbleHeight()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    bar.hear(QStringLiteral("one line"));
-    bar.hear(
+    bar.emitReply(QStringLiteral("one line"));
+    bar.emitReply(
         QStringLiteral("# Heading\n\n- one\n- two\n\n```\ncode\n```\n\n> said\n\nAnd a long paragraph. ").repeated(3));
     QTRY_VERIFY(bar.rowItem(1));
     QVERIFY(bar.settle());
@@ -165,7 +165,7 @@ void tst_ConversationRows::bubbleHeight()
             continue; // scrolled out of sight
         }
         QCOMPARE(bubble->height(), words->parentItem()->implicitHeight() + 18);
-        // No line is cut: neither by the bubble nor by the row.
+        // Neither the bubble nor the row cuts a line.
         QVERIFY(words->property("contentHeight").toReal() <= bubble->height());
         QVERIFY(words->property("contentWidth").toReal() <= words->width());
         QVERIFY(bar.rowItem(row)->height() >= bubble->y() + bubble->height());
@@ -176,7 +176,7 @@ void tst_ConversationRows::longWordsWrap()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    bar.hear(QStringLiteral("x").repeated(4000));
+    bar.emitReply(QStringLiteral("x").repeated(4000));
     bar.invoke("appendUserMessage", {QStringLiteral("y").repeated(500)});
     QTRY_VERIFY(bar.rowItem(1));
     QVERIFY(bar.settle());
@@ -194,7 +194,7 @@ void tst_ConversationRows::percentagesOfTheUserArePlain()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.invoke("appendUserMessage", {QStringLiteral("Is 50% enough?")});
-    bar.hear(QStringLiteral("50% is."));
+    bar.emitReply(QStringLiteral("50% is."));
     QTRY_VERIFY(bar.rowItem(1));
     QVERIFY(!bar.inRow(0, "words")->property("text").toString().contains(QStringLiteral("#fbbf24")));
     QVERIFY(bar.inRow(1, "words")->property("text").toString().contains(QStringLiteral("#fbbf24")));
@@ -215,7 +215,7 @@ void tst_ConversationRows::actionsAreForReplies()
     const QRectF last = bar.place(bar.inRow(1, "thumbDownBtn"));
     QCOMPARE(last.right(), bubble.right() - 10);
     QCOMPARE(last.top(), bubble.top() + 8);
-    // No word runs under a button.
+    // The text ends before the buttons.
     QVERIFY(bar.place(bar.inRow(1, "words")).right() <= bar.place(bar.inRow(1, "copyBtn")).left());
 }
 
@@ -224,7 +224,7 @@ void tst_ConversationRows::copy()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
-    bar.hear(QStringLiteral("Take **this** & <that>."));
+    bar.emitReply(QStringLiteral("Take **this** & <that>."));
     QTRY_VERIFY(bar.inRow(0, "copyBtn"));
     QVERIFY(bar.settle());
     QQuickItem *button = bar.inRow(0, "copyBtn");
@@ -243,7 +243,7 @@ void tst_ConversationRows::copyOfTheFallback()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    bar.hear(QStringLiteral("drawn"));
+    bar.emitReply(QStringLiteral("drawn"));
     bar.evaluate(QStringLiteral("omniBar.chatModel.setProperty(0, 'fallbackText', 'read')"));
     QTRY_VERIFY(bar.inRow(0, "copyBtn"));
     QVERIFY(bar.settle());
@@ -295,7 +295,7 @@ void tst_ConversationRows::votes()
     bar.click(down);
     QVERIFY(!down->property("active").toBool());
     QCOMPARE(bar.field(1, "feedbackVote").toString(), QString());
-    // Nothing was sent for it: the next that comes is the next prompt.
+    // Taking a vote back sends nothing: the next request is the next prompt.
     bar.ask(QStringLiteral("and then?"));
     QVERIFY(bar.bridge.isAllTaken());
 }
@@ -305,7 +305,7 @@ void tst_ConversationRows::scrollsToTheEnd()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
-        bar.hear(QStringLiteral("Reply number %1").arg(i));
+        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
     }
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
     QTRY_VERIFY(bar.rowItem(29));
@@ -323,7 +323,7 @@ void tst_ConversationRows::followsWhatGrows()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
-        bar.hear(QStringLiteral("Reply number %1").arg(i));
+        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
     }
     const auto request = bar.ask(QStringLiteral("more"));
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
@@ -332,7 +332,7 @@ void tst_ConversationRows::followsWhatGrows()
     QVERIFY(bar.answer(request, QStringLiteral("A long reply.\n\n").repeated(20)));
     QVERIFY(bar.settle());
     QVERIFY(atEnd(list));
-    // The panel's height follows its contents' wishes, and the end stays in sight.
+    // The end stays in sight when the panel's height changes.
     bar.setProperty("chatExpanded", true);
     QVERIFY(bar.settle());
     QVERIFY(atEnd(list));
@@ -346,7 +346,7 @@ void tst_ConversationRows::userWhoScrolledBackIsLeftAlone()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (int i = 0; i < 30; ++i) {
-        bar.hear(QStringLiteral("Reply number %1").arg(i));
+        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
     }
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
     QTRY_VERIFY(bar.rowItem(29));
@@ -358,7 +358,7 @@ void tst_ConversationRows::userWhoScrolledBackIsLeftAlone()
     QTRY_COMPARE(bar.item(QStringLiteral("thinkingIndicator"))->height(), 40.0);
     QVERIFY(bar.settle());
     QCOMPARE(list->property("contentY").toReal(), place);
-    // But what the user does next is shown.
+    // The user's next prompt is shown again.
     bar.ask(QStringLiteral("on"));
     QTRY_VERIFY(bar.rowItem(30));
     QVERIFY(bar.settle());
@@ -371,12 +371,12 @@ void tst_ConversationRows::thousandRows()
     QVERIFY(bar.begin());
     for (int i = 0; i < 500; ++i) {
         bar.invoke("appendUserMessage", {QStringLiteral("Question %1").arg(i)});
-        bar.hear(QStringLiteral("Answer %1").arg(i));
+        bar.emitReply(QStringLiteral("Answer %1").arg(i));
     }
     QTRY_VERIFY(bar.rowItem(999));
     QVERIFY(bar.settle());
     QVERIFY(atEnd(bar.item(QStringLiteral("messageList"))));
-    // Only what is in sight, or nearly, was built.
+    // Only the rows in sight and their neighbours were built.
     QVERIFY(bar.items(QStringLiteral("messageRow")).size() < 50);
 }
 

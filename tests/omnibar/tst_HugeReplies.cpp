@@ -14,6 +14,7 @@ namespace
 {
 
 constexpr int s_size = 1024 * 1024;
+constexpr int s_timeout = 60000; // ms, for layouts of that size
 
 QString filled(const char *part, int length = s_size)
 {
@@ -23,7 +24,7 @@ QString filled(const char *part, int length = s_size)
 
 } // namespace
 
-//! Replies and notices of a megabyte: the window shows them whole and goes on.
+//! Replies and notices of a megabyte: the window shows all of the text and stays usable.
 class tst_HugeReplies : public QObject
 {
     Q_OBJECT
@@ -57,7 +58,7 @@ void tst_HugeReplies::replies_data()
     QTest::newRow("tool markup") << filled("<tool_call>");
     QTest::newRow("tool tags") << filled("[TOOL: ");
     QTest::newRow("percentages") << filled("50% ", s_size / 8);
-    QTest::newRow("blanks") << filled(" ") + QLatin1Char('x');
+    QTest::newRow("spaces") << filled(" ") + QLatin1Char('x');
     QTest::newRow("wide letters") << filled("\U0001F600", s_size / 64);
 }
 
@@ -68,14 +69,14 @@ void tst_HugeReplies::replies()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     bar.bridge.reply(bar.ask(QStringLiteral("huge")), QJsonObject {{QStringLiteral("response"), reply}});
-    QTRY_COMPARE_WITH_TIMEOUT(bar.count(), 2, 60000);
-    QTRY_VERIFY_WITH_TIMEOUT(bar.rowItem(1), 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(bar.count(), 2, s_timeout);
+    QTRY_VERIFY_WITH_TIMEOUT(bar.rowItem(1), s_timeout);
     QVERIFY(bar.settle());
     QQuickItem *bubble = bar.inRow(1, "messageBubble");
     QQuickItem *words = bar.inRow(1, "words");
     QVERIFY(words->property("contentWidth").toReal() <= words->width());
     QVERIFY(words->property("contentHeight").toReal() <= bubble->height());
-    // The window answers as before.
+    // The window works as before.
     QVERIFY(bar.exchange(QStringLiteral("next"), QStringLiteral("fine")));
     QVERIFY(bar.settle());
     QVERIFY(bar.isSeen(bar.rowItem(3)));
@@ -114,7 +115,7 @@ void tst_HugeReplies::notices()
     QVERIFY(bar.settle());
     QQuickItem *label = bar.item(QStringLiteral("phaseLabel"));
     QVERIFY(bar.place(label).right() < bar.place(bar.item(QStringLiteral("stopBtn"))).left());
-    bar.hover(bar.item(QStringLiteral("inputField"))); // where the pointer stands already is no move
+    bar.hover(bar.item(QStringLiteral("inputField"))); // a pointer that is there already sends no event
     bar.hover(bar.item(QStringLiteral("connectionDot")));
     QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
     QVERIFY(bar.settle());

@@ -32,7 +32,7 @@ namespace
 constexpr auto s_watch = 500ms;
 constexpr int s_messages = 10;
 
-//! Everything that moves by itself: running timers and animations below the window, of items and of others.
+//! All running timers and animations of the window.
 QStringList running(Conversation &bar)
 {
     QSet<QObject *> seen;
@@ -80,7 +80,7 @@ bool drawsNothing(Conversation &bar)
     return frames.isEmpty();
 }
 
-//! The last change of the picture may still be on its way.
+//! Whether the window stops drawing; its last change may need another frame.
 bool comesToRest(Conversation &bar)
 {
     return drawsNothing(bar) || drawsNothing(bar) || drawsNothing(bar);
@@ -92,7 +92,7 @@ using Scene = bool (*)(Conversation &);
 
 Q_DECLARE_METATYPE(Scene)
 
-//! A window that waits costs nothing.
+//! A window that waits neither draws nor runs timers.
 class tst_Idle : public QObject
 {
     Q_OBJECT
@@ -186,7 +186,8 @@ void tst_Idle::disconnectedMoves()
     bar.bridge.drop();
     QTRY_COMPARE(bar.property("bridgeStatus").toString(), QStringLiteral("disconnected"));
     QVERIFY(!running(bar).isEmpty());
-    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"), 15000);
+    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"),
+                              OmniBarFixture::ReconnectTimeout);
     QTRY_COMPARE(running(bar), QStringList());
     QCOMPARE(bar.item(QStringLiteral("connectionDot"))->opacity(), 1.0);
 }
@@ -215,9 +216,9 @@ void tst_Idle::voiceMoves()
     voice.set(state.toLatin1().constData(), false);
     QTRY_COMPARE(running(bar), QStringList());
     QVERIFY(comesToRest(bar));
-    // A switch and a transcript change the picture, and that is all.
+    // A switch and a transcript change the picture once.
     voice.set("ttsEnabled", true);
-    voice.tell("transcriptReady", QStringLiteral("open the browser"));
+    voice.emitSignal("transcriptReady", QStringLiteral("open the browser"));
     QVERIFY(bar.settle());
     QTRY_COMPARE(running(bar), QStringList());
     QVERIFY(comesToRest(bar));

@@ -17,7 +17,7 @@
 namespace
 {
 
-//! A bridge client that writes down what it is asked for.
+//! A stand-in for the bridge client that records its calls.
 const char *s_sdk = R"(QtObject {
     property bool ready: true
     property bool workspaceIntelAvailable: true
@@ -35,7 +35,7 @@ const char *s_sdk = R"(QtObject {
 
 } // namespace
 
-//! What stands at the end of the bar: the usage ring and the buttons.
+//! The usage ring and the buttons at the end of the bar.
 class tst_OmniBarButtons : public QObject
 {
     Q_OBJECT
@@ -68,7 +68,7 @@ void tst_OmniBarButtons::usageRing()
     QCOMPARE(ring->property("tip").toString(), text("Input: 10000 · Output: 2500 · Total: 12500"));
     QCOMPARE(ring->property("progress").toDouble(), 0.25);
 
-    // A quarter is used: three quarters are drawn, from the bottom by the left and the top to the right.
+    // A quarter is used, so three quarters are drawn: clockwise from the bottom.
     const QPointF centre = bar.place(ring).center();
     const auto isMagenta = [&](double degrees) {
         const double angle = qDegreesToRadians(degrees);
@@ -92,12 +92,12 @@ void tst_OmniBarButtons::usageRing()
     QTRY_VERIFY(!isMagenta(315)); // half of it
     QVERIFY(isMagenta(135));
 
-    // The budget is spent and more: the ring knows no more than full.
+    // Beyond the budget the ring stays full.
     Q_EMIT bar.agent()->usageReported(100000, 0);
     QCOMPARE(ring->property("progress").toDouble(), 1.0);
     bar.hover(ring);
     QTRY_COMPARE(tipsOf(bar), QStringList(text("Input: 110000 · Output: 15000 · Total: 125000")));
-    // Not a sum that starts anew with the conversation.
+    // The sum outlives the conversation.
     bar.invoke("clearConversation");
     QVERIFY(bar.isSeen(bar.item("usageRing")));
 }
@@ -173,15 +173,15 @@ void tst_OmniBarButtons::settingsButton()
 
     QQuickItem *button = bar.item("settingsBtn");
     auto *fill = button->property("background").value<QQuickItem *>();
-    QCOMPARE(bar.behaviour(fill, "color").isEmpty(), true); // nothing hovered it yet
+    QCOMPARE(bar.behaviour(fill, "color").isEmpty(), true); // not hovered yet
     bar.hover(button);
     QTRY_COMPARE(colourOf(fill), rgba(1, 1, 1, 0.15));
     QCOMPARE(bar.behaviour(fill, "color"), text("120 Linear"));
 
     forget();
-    bar.invoke("toggleSettings"); // without a turn of the event loop
+    bar.invoke("toggleSettings"); // processes no events
     QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
-    // At once; the rest is queued behind the opening.
+    // This one is called at once, the rest from the event loop.
     QCOMPARE(calls(), QStringList(text("listModels")));
     QTRY_COMPARE(calls(),
                  QStringList({text("listModels"), text("refreshWorkspaceTemplates"), text("refreshWorkspaceIntelPanel"),
@@ -196,7 +196,7 @@ void tst_OmniBarButtons::settingsButton()
     QVERIFY(bar.settle());
     QCOMPARE(calls(), QStringList());
 
-    // Without the two that a bridge may lack.
+    // Without the two features that a bridge may lack.
     sdk->setProperty("workspaceIntelAvailable", false);
     sdk->setProperty("aiRuntimeAvailable", false);
     bar.click(button);

@@ -20,7 +20,7 @@
 namespace
 {
 
-//! A chat client that stands still in any status.
+//! A stand-in for the chat client that keeps the status that it is given.
 const char *s_stillBridge = R"(QtObject {
     property string status: "idle"
     property bool isThinking: false
@@ -43,7 +43,7 @@ const char *s_stillBridge = R"(QtObject {
     function cancelRequest() {}
 })";
 
-//! The animations that an item holds, running or not.
+//! All animations of an item, running or not.
 QList<QObject *> animationsOf(QObject *item, const char *type = "QQuickAbstractAnimation")
 {
     QList<QObject *> found;
@@ -62,7 +62,7 @@ bool isAnimated(QObject *item)
 
 } // namespace
 
-//! The bar's chrome: what stands on it, what it says and when.
+//! The controls of the bar: what they show and when.
 class tst_OmniBarControls : public QObject
 {
     Q_OBJECT
@@ -89,7 +89,7 @@ private Q_SLOTS:
 
 private:
     SharedWindow<OmniBarFixture> m_window;
-    //! Another one with a chat client and a voice path that do what the test says. Only one can be open.
+    //! Another one with stand-ins for the chat client and the voice path. Only one of the two can be open.
     SharedWindow<OmniBarFixture> m_stillWindow {[this](OmniBarFixture &bar) {
         m_voice = std::make_unique<ScriptedVoice>(bar);
         m_bridge = bar.fake(s_stillBridge);
@@ -129,7 +129,7 @@ void tst_OmniBarControls::row()
     QCOMPARE(place("inputField").right(), place("settingsBtn").left() - 10);
     QCOMPARE(place("inputField").height(), 36.0);
 
-    // Two more come, and the input makes room.
+    // The input makes room for two more.
     bar.type("hello");
     Q_EMIT bar.agent()->usageReported(10, 5);
     QVERIFY(bar.settle());
@@ -152,7 +152,7 @@ void tst_OmniBarControls::brand()
     QVERIFY(bar.settle());
     const QRectF card = bar.place(bar.item("barCard"));
     const QRectF dot = bar.place(bar.item("connectionDot"));
-    // The disc is 30 wide, 10 in from the left; the dot looks over its lower right edge by 1.
+    // The disc is 30 wide, 10 in from the left; the dot sticks out of its lower right corner by 1.
     const QRectF disc(card.left() + 10, card.center().y() - 15, 30, 30);
     QCOMPARE(dot.size(), QSizeF(8, 8));
     QCOMPARE(dot.bottomRight(), disc.bottomRight() + QPointF(1, 1));
@@ -216,7 +216,7 @@ void tst_OmniBarControls::placeholder()
     ScriptedVoice &voice = *m_voice;
     QObject *bridge = m_bridge;
     QVERIFY(bar.open());
-    // Set one by one, as they happen, so that the text has to follow.
+    // One after the other, so that the text has to follow each change.
     QVariantList attached;
     for (const QString &file : files) {
         QVariantMap entry;
@@ -304,8 +304,8 @@ void tst_OmniBarControls::connectionDot()
         QTRY_VERIFY(dot->opacity() < 0.9);
         const auto steps = animationsOf(dot, "QQuickNumberAnimation");
         QCOMPARE(steps.size(), 2);
-        QCOMPARE(bar.pace(steps.at(0)), text("800 InOutSine"));
-        QCOMPARE(bar.pace(steps.at(1)), text("800 InOutSine"));
+        QCOMPARE(bar.animationSpec(steps.at(0)), text("800 InOutSine"));
+        QCOMPARE(bar.animationSpec(steps.at(1)), text("800 InOutSine"));
         QCOMPARE(steps.at(0)->property("to").toDouble(), 0.3);
         QCOMPARE(steps.at(1)->property("to").toDouble(), 1.0);
         bridge->setProperty("status", text("idle"));
@@ -387,7 +387,7 @@ void tst_OmniBarControls::thinkingGlow()
         QCOMPARE(all.size(), 2);
         QVERIFY(std::any_of(all.cbegin(), all.cend(), [&](QObject *animation) {
             return animation->property("from") == half.from && animation->property("to") == half.to
-                && bar.pace(animation) == text("900 InOutSine");
+                && bar.animationSpec(animation) == text("900 InOutSine");
         }));
     }
     const QString before = colourOf(glow, "border.color");
@@ -439,7 +439,7 @@ void tst_OmniBarControls::hintStrip()
     QCOMPARE(bar.place(line).width(), 1280.0 - 24);
     QCOMPARE(bar.place(line).center().x(), 640.0);
     QCOMPARE(bar.place(line).bottom(), 800.0 - 2);
-    // In the strip that the bar leaves.
+    // In the strip below the bar.
     QVERIFY(bar.place(line).top() >= bar.place(bar.item("barCard")).bottom());
     bar.screenshot("hint");
 }

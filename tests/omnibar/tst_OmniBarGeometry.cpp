@@ -12,16 +12,16 @@
 namespace
 {
 
-//! What a screen's size makes of the window, in pixels. The strip below the bar is 20 high.
+//! The geometry of the window on a screen, in pixels. The strip below the bar is 20 high.
 struct Layout
 {
     QSize screen;
     int idleY; // of the bar: 58 above the middle
     int busyY; // 76 above the lower edge
-    int budget; // the screen without 110, but at least 260
-    int lowLimit; // 68 % of the screen, at most 780 and the budget
-    int tallLimit; // the budget, at most 1200
-    int lowPanel; // the limit, but at least 260
+    int budget; // the screen without 110, minimum 260
+    int lowLimit; // 68 % of the screen, maximum 780 and the budget
+    int tallLimit; // the budget, maximum 1200
+    int lowPanel; // the limit, minimum 260
     int tallPanel;
 };
 
@@ -51,7 +51,7 @@ bool say(OmniBarFixture &bar, const char *words)
 
 } // namespace
 
-//! Where everything lies. Runs on displays of several sizes.
+//! Where everything is. Runs on displays of several sizes.
 class tst_OmniBarGeometry : public QObject
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ private Q_SLOTS:
     void barMovesWhenBusy();
     void barIsIdle_data();
     void barIsIdle();
-    void chatPanelLiesAboveTheBar();
+    void chatPanelIsAboveTheBar();
     void chatPanelIsVisible_data();
     void chatPanelIsVisible();
     void chatPanelGrowsWhenExpanded();
@@ -103,7 +103,7 @@ void tst_OmniBarGeometry::bubbleCorner()
     bar.invoke("shrinkToCompactBubble");
     QVERIFY(bar.settle());
     QTRY_COMPARE(bar.window()->geometry(), QRect(layoutHere().screen.width() - 76, 20, 56, 56));
-    // Something moved it: it goes back.
+    // It goes back after something moved it.
     bar.window()->setPosition(5, 5);
     bar.invoke("positionBubble");
     QCOMPARE(bar.window()->position(), QPoint(layoutHere().screen.width() - 76, 20));
@@ -153,7 +153,7 @@ void tst_OmniBarGeometry::barIsIdle()
     QCOMPARE(bar.item("barCard")->y(), qreal(isIdle ? layoutHere().idleY : layoutHere().busyY));
 }
 
-void tst_OmniBarGeometry::chatPanelLiesAboveTheBar()
+void tst_OmniBarGeometry::chatPanelIsAboveTheBar()
 {
     const Layout &layout = layoutHere();
     OmniBarFixture &bar = m_window.take();
@@ -261,7 +261,7 @@ void tst_OmniBarGeometry::chatPanelIsThereAtOnce()
     auto *window = qobject_cast<QQuickWindow *>(bar.load(QStringLiteral("OmniBar.qml")));
     QVERIFY(window);
     if (isBeingBuilt) {
-        // One turn of the event loop at a time, so that it isn't missed.
+        // One turn of the event loop at a time, to catch the moment.
         while (!window->property("firstFrameShown").toBool()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }

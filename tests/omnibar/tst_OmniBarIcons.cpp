@@ -13,7 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-//! Icons that a theme lacks: each has another name to try.
+//! Icons that the theme lacks are replaced by a fallback.
 class tst_OmniBarIcons : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ void tst_OmniBarIcons::drawsWhatTheThemeHas_data()
 
     QTest::newRow("all icons") << text("full") << false;
     QTest::newRow("only the second names") << text("poor") << true;
-    // Nothing to show, and nothing that goes round in circles.
+    // Nothing is shown, and the search for an icon ends.
     QTest::newRow("neither") << text("bare") << true;
 }
 
@@ -66,7 +66,7 @@ void tst_OmniBarIcons::drawsWhatTheThemeHas()
     OmniBarFixture bar;
     QIcon::setThemeName(theme);
     QVERIFY(bar.open());
-    // Plasma's modules name another theme to fall back to, which isn't in the search path either.
+    // The fallback theme that Plasma's modules set isn't in the search path either.
     QCOMPARE(QIcon::themeName(), theme);
     QVERIFY(!QIcon::hasThemeIcon(text("starred-symbolic")) == fallback);
 

@@ -18,7 +18,7 @@ enum Access
     Writable,
 };
 
-//! A property, its type as QML sees it, and its first value as JavaScript.
+//! A property, its type as QML sees it, and its initial value as JavaScript.
 struct Property
 {
     const char *name;
@@ -111,7 +111,7 @@ const Property s_agent[] = {
 };
 // clang-format on
 
-//! Functions with the number of values that they take.
+//! Functions with their number of parameters.
 struct Function
 {
     const char *name;
@@ -177,8 +177,8 @@ QByteArray typeOf(const QMetaProperty &property)
 
 } // namespace
 
-//! The list of members that everything else builds upon. A name that goes or changes its type breaks a part that may
-//! not be written yet.
+//! The members that everything else builds on. A change of name or type breaks other parts, even ones that are still to
+//! be written.
 class tst_OmniBarMembers : public QObject
 {
     Q_OBJECT
@@ -226,7 +226,7 @@ void tst_OmniBarMembers::compare(const QObject *object, const Property &expected
     QVERIFY(property.isValid());
     QCOMPARE(typeOf(property), QByteArray(expected.type));
     QCOMPARE(property.isWritable(), expected.access == Writable);
-    // Objects are compared by identity, lists by what they hold.
+    // Objects are compared by identity, lists by their items.
     const QString name = owner + QLatin1Char('.') + QLatin1String(expected.name);
     const QString question = QStringLiteral("(function(a, b) { return a === b || (Array.isArray(a) ? JSON.stringify(a) "
                                             "=== JSON.stringify(b) : typeof a === 'object' && a !== null && b !== null "
@@ -304,7 +304,7 @@ void tst_OmniBarMembers::agentFunctions()
         const QString question = QStringLiteral("typeof agentBridge.%1").arg(QLatin1String(name));
         QVERIFY2(m_bar->evaluate(question).toString() == QStringLiteral("function"), name);
     }
-    // What the window probes for, and must not find.
+    // The window probes for these and must not find them.
     for (const char *name : {"setCurrentAgent", "sendIntentWithContext"}) {
         const QString question = QStringLiteral("typeof agentBridge.%1").arg(QLatin1String(name));
         QVERIFY2(m_bar->evaluate(question).toString() == QStringLiteral("undefined"), name);

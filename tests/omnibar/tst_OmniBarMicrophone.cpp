@@ -24,7 +24,7 @@ namespace
 const QString s_click = QStringLiteral("Voice input (click to speak)");
 const QString s_red = rgba(0.92, 0.15, 0.15, 0.85);
 
-//! What the voice path is doing.
+//! The state of the voice path.
 struct State
 {
     bool isListening;
@@ -32,8 +32,8 @@ struct State
     bool isSpeaking;
 };
 
-//! At how many degrees clockwise from the top the button has the level's colour on its ring, in steps of 30 between the
-//! axes.
+//! The places on the button's ring that have the level's colour, in degrees clockwise from the top: one in the middle
+//! of each 30 degrees.
 QList<int> litOn(OmniBarFixture &bar, QQuickItem *button)
 {
     const QImage picture = bar.window()->grabWindow();
@@ -83,7 +83,7 @@ private:
     void set(const State &state);
     QQuickItem *button() const { return m_bar->item("micBtn"); }
 
-    //! One window for all, as most tests only press its button.
+    //! One window for all tests, because most of them only press its button.
     std::unique_ptr<OmniBarFixture> m_bar;
     std::unique_ptr<ScriptedVoice> m_voice;
 };
@@ -163,11 +163,11 @@ void tst_OmniBarMicrophone::looks()
     QTRY_COMPARE(runningIn(button()), animations);
     QCOMPARE(m_bar->item("levelRing") != nullptr, state.isListening);
 
-    // The words are for everybody, the tooltip for who could ask what a click would start.
-    QAccessibleInterface *told = QAccessible::queryAccessibleInterface(button());
-    QCOMPARE(told->role(), QAccessible::Button);
-    QCOMPARE(told->text(QAccessible::Name), text("Voice input"));
-    QCOMPARE(told->text(QAccessible::Description), tip);
+    // Assistive technology always gets the text; the tooltip appears only while the button is inactive.
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button());
+    QCOMPARE(accessible->role(), QAccessible::Button);
+    QCOMPARE(accessible->text(QAccessible::Name), text("Voice input"));
+    QCOMPARE(accessible->text(QAccessible::Description), tip);
     m_bar->hover(button());
     QTRY_COMPARE(colourOf(backgroundOf(button())), active ? s_red : rgba(1, 1, 1, 0.15));
     QCOMPARE(m_bar->behaviour(backgroundOf(button()), "color"), text("150 Linear"));
@@ -242,11 +242,11 @@ void tst_OmniBarMicrophone::hold()
     QTest::mousePress(m_bar->window(), Qt::LeftButton, {}, middle);
     QCOMPARE(m_voice->calls(), QStringList());
     QTRY_COMPARE(m_voice->calls(), cancel);
-    // What it led to, before the finger leaves.
+    // The state changes before the button is released.
     set({false, false, state.isSpeaking});
     QTest::mouseRelease(m_bar->window(), Qt::LeftButton, {}, middle);
     QCOMPARE(m_voice->takeCalls(), cancel);
-    // The next one is a click again.
+    // The next press is a click again.
     m_bar->click(button());
     QCOMPARE(m_voice->takeCalls().value(state.isSpeaking ? 1 : 0), text("startListening()"));
 }
@@ -258,7 +258,7 @@ void tst_OmniBarMicrophone::heldKeyCountsOnce_data()
 
     QTest::newRow("Return") << Qt::Key_Return << text("startListening()");
     QTest::newRow("Enter") << Qt::Key_Enter << text("startListening()");
-    // As a held pointer: the one way out for the keyboard where the microphone can't be opened.
+    // Like a held mouse button: the only way for the keyboard to cancel when the microphone can't be opened.
     QTest::newRow("Space") << Qt::Key_Space << text("cancelListening()");
 }
 
@@ -269,7 +269,7 @@ void tst_OmniBarMicrophone::heldKeyCountsOnce()
     m_bar->focus(button());
     QTest::keyPress(m_bar->window(), key);
     for (int repeat = 0; repeat < 3; ++repeat) {
-        // As the X server repeats a key.
+        // The events of key repeat under X11.
         QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, QString(), true);
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(m_bar->window(), &release);
@@ -277,7 +277,7 @@ void tst_OmniBarMicrophone::heldKeyCountsOnce()
     }
     QTest::keyRelease(m_bar->window(), key);
     QTEST(m_voice->takeCalls().join(QLatin1Char(' ')), "call");
-    // The next one is a click again, by any key.
+    // The next press is a click again, with any key.
     for (const Qt::Key next : {Qt::Key_Return, key}) {
         QTest::keyClick(m_bar->window(), next);
         QCOMPARE(m_voice->takeCalls(), QStringList(text("startListening()")));
@@ -333,7 +333,7 @@ void tst_OmniBarMicrophone::levelRing()
     m_voice->set("inputLevel", 0.0);
     QTRY_COMPARE(litOn(*m_bar, button()), QList<int>());
 
-    // A level that was there before.
+    // A level that was set before.
     set({false, false, false});
     m_voice->set("inputLevel", level);
     QTRY_COMPARE(litOn(*m_bar, button()), QList<int>());
@@ -381,7 +381,7 @@ void tst_OmniBarMicrophone::withoutAVoice()
     QCOMPARE(runningIn(microphone), QStringList());
     bar.hover(microphone);
     QTRY_COMPARE(tipsOf(bar), QStringList(text("Voice input unavailable")));
-    // All of it without a warning.
+    // None of this logs a warning.
     for (const auto &way : waysToPress) {
         press(bar, microphone, way.by);
     }

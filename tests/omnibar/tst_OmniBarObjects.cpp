@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AgentBridge.h"
+#include "Looks.h"
 #include "OmniBarFixture.h"
 #include "TestRegistry.h"
 
@@ -31,12 +32,7 @@ const char *s_sdk = R"(QtObject {
     function reminderList() {}
 })";
 
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-//! The buttons that can be used now, but for those that end the window.
+//! The usable buttons, except those that close or minimise the window.
 QList<QPointer<QQuickItem>> buttonsOf(OmniBarFixture &bar)
 {
     const auto items = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
@@ -73,7 +69,7 @@ QList<ListedType> typesOf(const QString &directory)
 
 } // namespace
 
-//! What the window makes of the native objects, those that are there and those that aren't.
+//! The window with, without and with replaced native objects.
 class tst_OmniBarObjects : public QObject
 {
     Q_OBJECT
@@ -81,7 +77,7 @@ class tst_OmniBarObjects : public QObject
 private Q_SLOTS:
     void doesWithout_data();
     void doesWithout();
-    void nothingAnswers();
+    void withoutABridge();
     void asksTheBridgeClientAtStart_data();
     void asksTheBridgeClientAtStart();
     void takesItsObjectsFromTheContext();
@@ -97,7 +93,7 @@ void tst_OmniBarObjects::doesWithout_data()
 {
     QTest::addColumn<QString>("missing");
 
-    // Those that the window needs not have, and yet uses: their rows must not get lost.
+    // The window uses these; each needs its row.
     const QStringList names = OmniBarFixture::contextNames();
     for (const char *name : {"i18n", "configManager", "loomraSDK", "agentBridge", "voiceBridge"}) {
         QVERIFY2(names.contains(text(name)), name);
@@ -115,7 +111,7 @@ void tst_OmniBarObjects::doesWithout()
 
     OmniBarFixture bar;
     bar.omit(missing);
-    bar.expectWarning("[OmniBar] voice: "); // the microphone is clicked, and there is no model to listen with
+    bar.expectWarning("[OmniBar] voice: "); // the test clicks the microphone without a speech model
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
 
@@ -152,7 +148,7 @@ void tst_OmniBarObjects::doesWithout()
         const QList<QPointer<QQuickItem>> buttons = buttonsOf(bar);
         for (const QPointer<QQuickItem> &button : buttons) {
             if (!button) {
-                continue; // another one's click took it away
+                continue; // another click removed it
             }
             QVERIFY(QMetaObject::invokeMethod(button, "clicked"));
             clicked.insert(button->objectName());
@@ -168,9 +164,9 @@ void tst_OmniBarObjects::doesWithout()
     QCOMPARE(bar.takeWarnings(), QStringList());
 }
 
-void tst_OmniBarObjects::nothingAnswers()
+void tst_OmniBarObjects::withoutABridge()
 {
-    // Nobody listens: the client says so, and the window goes on.
+    // Without a bridge the client reports an error, and the window stays usable.
     OmniBarFixture bar;
     bar.bridge.close();
     bar.expectWarning("[AgentBridge] WebSocket error: \"Connection refused\"");
@@ -181,9 +177,9 @@ void tst_OmniBarObjects::nothingAnswers()
     QCOMPARE(bar.property("chatModel.count").toInt(), 2);
     QCOMPARE(bar.evaluate("chatModel.get(1).text").toString(),
              text("Error: Loomra bridge not connected (ws://127.0.0.1:8765/ws)"));
-    // It comes up again.
+    // The bridge starts.
     QVERIFY(bar.bridge.listen());
-    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), text("idle"), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), text("idle"), OmniBarFixture::ReconnectTimeout);
 }
 
 void tst_OmniBarObjects::asksTheBridgeClientAtStart_data()
@@ -211,7 +207,7 @@ void tst_OmniBarObjects::asksTheBridgeClientAtStart()
     bar.provide("loomraSDK", sdk);
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
-    // And it never calls initialize(): the program does that before.
+    // It never calls initialize(), which the program does before.
     QCOMPARE(sdk->property("calls").toStringList(), calls);
     QCOMPARE(bar.property("modelsLoading").toBool(), ready);
 }
@@ -228,7 +224,7 @@ void tst_OmniBarObjects::takesItsObjectsFromTheContext()
 
 void tst_OmniBarObjects::seesTheRealClient()
 {
-    // Not initialised, so it is connected to nothing, and the window asks it for nothing.
+    // It isn't initialised, so it has no connection and gets no request.
     OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
@@ -240,7 +236,7 @@ void tst_OmniBarObjects::seesTheRealClient()
     QCOMPARE(bar.evaluate("sdk.workspaceSuggestionReminderMinutes"), QVariant(5));
     QCOMPARE(bar.property("modelsLoading").toBool(), false);
 
-    // Operations, with arguments of the script's own types, and signals.
+    // Operations with JavaScript arguments, and signals.
     bar.evaluate("(function() { omniBar.sdk.error.connect(function(text) { omniBar.title = text; }); })()");
     bar.evaluate("omniBar.sdk.auditListRecent()");
     QCOMPARE(bar.property("title").toString(), text("SDK not ready. Please wait for initialization."));
@@ -248,7 +244,7 @@ void tst_OmniBarObjects::seesTheRealClient()
     QVERIFY(bar.property("title").toString() != text("SDK not ready. Please wait for initialization."));
     bar.evaluate("omniBar.sdk.automationCreate({ type: 'time' }, [{ capabilityId: 'x' }])");
     QCOMPARE(bar.property("title").toString(), text("SDK not ready. Please wait for initialization."));
-    // What the bridge would tell reaches the window's own handlers.
+    // Signals reach the handlers of the window.
     QVERIFY(QMetaObject::invokeMethod(sdk, "readyChanged"));
     QVERIFY(QMetaObject::invokeMethod(sdk, "modelsListed", Q_ARG(QJsonArray, QJsonArray())));
     QVERIFY(bar.settle());
@@ -285,7 +281,7 @@ void tst_OmniBarObjects::textsAreTranslated()
 
 void tst_OmniBarObjects::thinRoot()
 {
-    // A window whose parent is an item waits for that to be in a window that is shown.
+    // A window inside an item is shown once the item is in a visible window.
     QQuickWindow host;
     host.resize(200, 200);
     host.show();
@@ -320,7 +316,7 @@ void tst_OmniBarObjects::everyListedTypeCanBeMade()
     QFETCH(QString, module);
     QFETCH(QString, name);
 
-    // What the parts of the window must be given; the other types do without.
+    // The required properties of parts of the window; the other types have none.
     OmniBarFixture bar;
     QVERIFY(bar.open());
     const QHash<QString, QVariantMap> given = {
@@ -329,7 +325,7 @@ void tst_OmniBarObjects::everyListedTypeCanBeMade()
           {text("theme"), bar.evaluate("omniTheme")},
           {text("barCardItem"), QVariant::fromValue(bar.item("barCard"))}}},
     };
-    // From a file of contents/ui, as the window would.
+    // As a file of contents/ui would.
     QQmlComponent component(bar.engine());
     component.setData(QStringLiteral("import QtQuick 2.15\n%1\n%2 {}").arg(module, name).toUtf8(),
                       QUrl(text("qrc:/org/kde/loomra/contents/ui/Probe.qml")));

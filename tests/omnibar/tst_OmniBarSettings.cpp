@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Looks.h"
 #include "OmniBarFixture.h"
 #include "SharedWindow.h"
 #include "TestRegistry.h"
@@ -13,12 +14,7 @@
 namespace
 {
 
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-//! The window with the sheet open and at rest.
+//! The window with the settings sheet open.
 class Settings : public OmniBarFixture
 {
 public:
@@ -160,11 +156,11 @@ void tst_OmniBarSettings::geometry()
     QCOMPARE(bar.place(panel).center().x(), card.center().x());
     QCOMPARE(bar.place(panel).bottom(), card.top() - 10);
     QCOMPARE(bar.evaluate("settingsPanelLoader.z").toDouble(), 10.0);
-    // Higher than the tab's least height, and as high as what it holds.
+    // Higher than the tab's minimum height, because its content is.
     QVERIFY(panel->height() > 220 + 24);
     const qreal height = panel->height();
 
-    // On a low screen it ends at 78 % of that, and scrolls.
+    // On a low screen it takes 78 % of the height, and scrolls.
     bar.evaluate("surface.screens = [{ 'width': 1280, 'height': 300 }]");
     QVERIFY(bar.settle());
     QCOMPARE(panel->height(), 234.0 + 24);
@@ -215,7 +211,7 @@ void tst_OmniBarSettings::scrimClosesIt()
     bar.setProperty("userExpanded", true);
     bar.clickAt({40, 400});
     QCOMPARE(bar.property("settingsPanelOpen").toBool(), false);
-    // And nothing else.
+    // And does nothing else.
     const auto isUntouched = [&] {
         return !bar.property("compactMode").toBool() && bar.property("userExpanded").toBool()
             && bar.window()->isVisible() && bar.property("inputField.text").toString() == text("half a prompt")
@@ -266,7 +262,7 @@ void tst_OmniBarSettings::firstTabIsOpen()
     QQuickItem *strip = bar.item("settingsTabs");
     QCOMPARE(strip->property("currentIndex").toInt(), 0);
     const auto tabs = bar.itemsWhere(strip, [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
-    QCOMPARE(tabs.size(), 1); // none that would be empty
+    QCOMPARE(tabs.size(), 1); // no empty ones
     QCOMPARE(tabs.first()->height(), 32.0);
     QCOMPARE(tabs.first()->property("checked").toBool(), true);
     auto *background = tabs.first()->property("background").value<QQuickItem *>();
@@ -308,18 +304,18 @@ void tst_OmniBarSettings::themeSegments()
     QCOMPARE(bar.evaluate("omniTheme.uiLight").toBool(), true);
     QCOMPARE(look(light), bar.evaluate("omniTheme.uiSegLightOn"));
     QCOMPARE(look(dark), bar.evaluate("omniTheme.uiWellFill"));
-    // The keyboard stays where it was.
+    // The focus stays where it was.
     QCOMPARE(bar.item("lightSegment"), light);
     QVERIFY(!byKeys || light->hasActiveFocus());
     QCOMPARE(bar.item("darkSegment")->property("chosen").toBool(), false);
     QCOMPARE(bar.item("lightSegment")->property("chosen").toBool(), true);
-    choose(light); // it is no toggle
+    choose(light); // not a toggle
     QCOMPARE(bar.property("appearanceStore.lightChrome").toBool(), true);
     choose(dark);
     QCOMPARE(bar.property("appearanceStore.lightChrome").toBool(), false);
     QCOMPARE(bar.evaluate("omniTheme.uiLight").toBool(), false);
     QCOMPARE(look(dark), bar.evaluate("omniTheme.uiSegDarkOn"));
-    // Whoever else writes the store is followed.
+    // It follows other changes of the store.
     bar.evaluate("appearanceStore.lightChrome = true");
     QCOMPARE(bar.item("lightSegment")->property("chosen").toBool(), true);
 }
@@ -349,7 +345,7 @@ void tst_OmniBarSettings::opacitySlider()
     QCOMPARE(bar.percentage(), text("100%"));
     QCOMPARE(bar.opacity(), 1.0);
     bar.key(Qt::Key_Left);
-    // What was chosen is in the file.
+    // The value is in the file.
     QTRY_COMPARE(
         QSettings(TestSetup::settingsFile(), QSettings::IniFormat).value(text("appearance/windowOpacity")).toDouble(),
         0.95);
@@ -367,14 +363,14 @@ void tst_OmniBarSettings::opacitySliderByMouse()
     for (qreal share = 0.9; share > 0.45; share -= 0.05) {
         QTest::mouseMove(bar.window(), at(share));
     }
-    // On the way already, and in steps.
+    // It changes during the drag already, in steps.
     QVERIFY(bar.opacity() > 0.75 && bar.opacity() < 0.9);
     QCOMPARE(bar.opacity(), qRound(bar.opacity() * 20) / 20.0);
     QTest::mouseMove(bar.window(), at(-0.5));
     QTest::mouseRelease(bar.window(), Qt::LeftButton, {}, at(-0.5));
     QCOMPARE(bar.opacity(), 0.65);
     QCOMPARE(bar.property("settingsPanelOpen").toBool(), true);
-    // The store is followed after that too.
+    // After that it still follows the store.
     bar.evaluate("appearanceStore.windowOpacity = 0.9");
     QCOMPARE(bar.item("opacitySlider")->property("value").toDouble(), 0.9);
     QCOMPARE(bar.percentage(), text("90%"));
@@ -402,7 +398,7 @@ void tst_OmniBarSettings::opacitySliderShowsWhatIsStored()
     QVERIFY(bar.begin());
     QCOMPARE(bar.percentage(), percentage);
     QCOMPARE(qRound(bar.item("opacitySlider")->property("value").toDouble() * 100), percentage.chopped(1).toInt());
-    // To look is not to write; only what is no number is put right.
+    // Showing a number doesn't change the stored value.
     if (stored.type() == QVariant::Double) {
         QCOMPARE(QSettings().value(text("appearance/windowOpacity")).toString(), stored.toString());
     }
@@ -443,7 +439,7 @@ void tst_OmniBarSettings::transparencySwitch()
     QCOMPARE(bar.property("appearanceStore.translucentBackground").toBool(), true);
     QCOMPARE(control->property("checked").toBool(), true);
     QVERIFY(bar.evaluate("omniTheme.uiPanelBase").value<QColor>().alphaF() < 1.0);
-    // Whoever else writes the store is followed, also after the user's own clicks.
+    // It follows other changes of the store, even after clicks.
     bar.evaluate("appearanceStore.translucentBackground = false");
     QCOMPARE(control->property("checked").toBool(), false);
 }

@@ -28,7 +28,7 @@ bool openWithSpeaker(Conversation &bar, ScriptedVoice &voice)
 
 } // namespace
 
-//! The speaker button, and what becomes of what was said: transcripts in the input, replies that are read aloud.
+//! The speaker button, transcripts that appear in the input, and replies that are read aloud.
 class tst_OmniBarVoice : public QObject
 {
     Q_OBJECT
@@ -101,12 +101,12 @@ void tst_OmniBarVoice::speaker()
     const QStringList pulse {text("1 to 0.6, 500 InOutSine"), text("0.6 to 1, 500 InOutSine")};
     QTRY_COMPARE(runningIn(button), speaking ? pulse : QStringList());
 
-    QAccessibleInterface *told = QAccessible::queryAccessibleInterface(button);
-    QCOMPARE(told->role(), QAccessible::Button);
-    QCOMPARE(told->text(QAccessible::Name), text("Read replies aloud"));
-    QCOMPARE(told->text(QAccessible::Description), tip);
-    QVERIFY(told->state().checkable);
-    QCOMPARE(bool(told->state().checked), enabled);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+    QCOMPARE(accessible->role(), QAccessible::Button);
+    QCOMPARE(accessible->text(QAccessible::Name), text("Read replies aloud"));
+    QCOMPARE(accessible->text(QAccessible::Description), tip);
+    QVERIFY(accessible->state().checkable);
+    QCOMPARE(bool(accessible->state().checked), enabled);
 
     bar.hover(button);
     QTRY_COMPARE(colourOf(backgroundOf(button)), hoverFill);
@@ -143,7 +143,7 @@ void tst_OmniBarVoice::clickOnTheSpeaker()
         QVERIFY2(!voice.ttsEnabled(), way.name);
         QCOMPARE(voice.takeCalls(), s_silence);
 
-        // While it speaks a click silences it, and leaves the switch.
+        // While it speaks a click stops the speech and leaves the switch alone.
         for (const bool enabled : {true, false}) {
             voice.set("ttsEnabled", enabled);
             voice.set("isSpeaking", true);
@@ -197,13 +197,13 @@ void tst_OmniBarVoice::transcriptGoesIntoTheInput()
     QVERIFY(bar.settle());
     QQuickItem *input = bar.item("inputField");
     bar.focus(bar.item("micBtn"));
-    voice.tell("transcriptReady", text("öffne den 😀 file manager"));
+    voice.emitSignal("transcriptReady", text("öffne den 😀 file manager"));
     QCOMPARE(input->property("text").toString(), text("öffne den 😀 file manager"));
     QVERIFY(input->hasActiveFocus());
     QCOMPARE(input->property("cursorPosition").toInt(), input->property("length").toInt());
     QTRY_VERIFY(bar.isSeen(bar.item("sendBtn")));
 
-    // It is the user's from here on.
+    // From here on it is edited like typed text.
     bar.type(" now");
     bar.key(Qt::Key_Return);
     const auto request = bar.bridge.takeRequest(text("chat"));
@@ -211,7 +211,7 @@ void tst_OmniBarVoice::transcriptGoesIntoTheInput()
     QCOMPARE(request.params.value(text("inputMode")).toString(), text("text"));
 
     bar.expectWarning("[OmniBar] voice: No speech detected in audio");
-    voice.tell("errorOccurred", text("No speech detected in audio"));
+    voice.emitSignal("errorOccurred", text("No speech detected in audio"));
     QCOMPARE(bar.log.count(text("[OmniBar] voice: No speech detected in audio")), 1);
     QCOMPARE(input->property("text").toString(), QString());
 }
@@ -224,9 +224,9 @@ void tst_OmniBarVoice::transcriptWhileCompact()
     QVERIFY(bar.settle());
     bar.key(Qt::Key_Escape);
     QVERIFY(bar.settle());
-    voice.tell("transcriptReady", text("open the browser"));
+    voice.emitSignal("transcriptReady", text("open the browser"));
     QVERIFY(bar.settle());
-    // The bubble stays what the keys go to.
+    // The bubble keeps the focus.
     QVERIFY(bar.item("compactBubble")->hasActiveFocus());
     bar.key(Qt::Key_Return);
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
@@ -246,7 +246,7 @@ void tst_OmniBarVoice::repliesAreSpoken()
     QVERIFY(bar.exchange(text("b"), text("**Done**, <tool_call>x</tool_call>it is open.")));
     QCOMPARE(voice.takeCalls(), QStringList(text("speak(**Done**, it is open.)")));
     QCOMPARE(bar.field(3, "text").toString(), text("**Done**, it is open."));
-    bar.hear(QString());
+    bar.emitReply(QString());
     QCOMPARE(voice.takeCalls(), s_silence);
     QVERIFY(bar.settle());
     bar.click("speakerBtn");
@@ -268,7 +268,7 @@ void tst_OmniBarVoice::looks_data()
     }
 }
 
-//! All of it fits, and can be looked at.
+//! Everything fits; screenshots on request.
 void tst_OmniBarVoice::looks()
 {
     QFETCH(bool, light);

@@ -24,7 +24,7 @@ namespace
 
 const QString s_warning = QStringLiteral("[OmniBar] voice: ");
 
-//! Names of a type's own members of one kind.
+//! The methods of one kind that a type adds, with their number of parameters.
 QStringList methodsOf(const QMetaObject &type, QMetaMethod::MethodType kind)
 {
     QStringList names;
@@ -40,8 +40,8 @@ QStringList methodsOf(const QMetaObject &type, QMetaMethod::MethodType kind)
 
 } // namespace
 
-//! The bar with the real voice path, from the microphone to the prompt and from a reply to the loudspeaker. What lies
-//! beyond them is played by the test: the microphone, the engine, and the programs that speak.
+//! The bar with the real voice path, from the microphone to the prompt and from a reply to the loudspeaker, with
+//! stand-ins for the microphone, the engine and the programs that speak.
 class tst_OmniBarVoiceBridge : public QObject
 {
     Q_OBJECT
@@ -51,17 +51,17 @@ private Q_SLOTS:
 
     void scriptedVoiceOffersNothingElse();
     void speechBecomesAPrompt();
-    void holdThrowsAwayWhatWasSaid();
+    void holdDiscardsTheUtterance();
     void withoutAModel();
     void withoutAMicrophone();
     void repliesAreReadAloud();
 
 private:
-    //! Before the window opens. Of the machine's own programs and models nothing is found.
+    //! Call before the window opens. The machine's own programs and models are not found.
     VoiceBridge *provide(OmniBarFixture &bar, VoiceParts parts);
 
     QTemporaryDir m_nothing;
-    //! It outlives the window, as in the program.
+    //! Outlives the window, as in the program.
     std::unique_ptr<VoiceBridge> m_voice;
 };
 
@@ -79,7 +79,7 @@ void tst_OmniBarVoiceBridge::init()
     m_voice.reset();
 }
 
-//! A test that relies on what the real one lacks proves nothing.
+//! A test that uses members which the real one lacks would prove nothing.
 void tst_OmniBarVoiceBridge::scriptedVoiceOffersNothingElse()
 {
     OmniBarFixture bar;
@@ -101,7 +101,7 @@ void tst_OmniBarVoiceBridge::scriptedVoiceOffersNothingElse()
     QVERIFY(compared > 10);
     const QStringList realSignals = methodsOf(real, QMetaMethod::Signal);
     for (const QString &name : methodsOf(script, QMetaMethod::Signal)) {
-        // A property of QML brings a signal of its own along.
+        // A property of QML has a change signal.
         QVERIFY2(realSignals.contains(name) || name.endsWith(QLatin1String("Changed 0")), qPrintable(name));
     }
     const QStringList realOperations = methodsOf(real, QMetaMethod::Method);
@@ -145,7 +145,7 @@ void tst_OmniBarVoiceBridge::speechBecomesAPrompt()
     QCOMPARE(bar.bridge.takeRequest(text("chat")).params.value(text("message")).toString(), text("Open the Dolphin"));
 }
 
-void tst_OmniBarVoiceBridge::holdThrowsAwayWhatWasSaid()
+void tst_OmniBarVoiceBridge::holdDiscardsTheUtterance()
 {
     const WhisperModelFile model;
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Talks);
@@ -163,7 +163,7 @@ void tst_OmniBarVoiceBridge::holdThrowsAwayWhatWasSaid()
     QTRY_VERIFY(!voice->isListening());
     QTest::mouseRelease(bar.window(), Qt::LeftButton, {}, middle);
     QVERIFY(!voice->isListening());
-    // The end of what was thrown away is still told, and no more than logged.
+    // The end of the discarded capture is only logged.
     QTRY_COMPARE(bar.log.count(s_warning + text("No speech detected")), 1);
     bar.expectWarning(s_warning + text("No speech detected"));
     QVERIFY(!voice->isTranscribing());
@@ -204,7 +204,7 @@ void tst_OmniBarVoiceBridge::withoutAMicrophone()
     bar.expectWarning(warning);
     bar.click(button);
     QCOMPARE(bar.log.count(warning), 1);
-    // It waits for the user to give up.
+    // It listens until the user cancels.
     QVERIFY(voice->isListening());
     bar.click(button);
     QVERIFY(voice->isListening());

@@ -5,7 +5,6 @@
 
 #include "AgentBridge.h"
 #include "OmniBarFixture.h"
-#include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
@@ -20,11 +19,11 @@
 namespace
 {
 
-// On the display of 1280 x 800.
+// On a display of 1280 x 800.
 constexpr QRect s_screen(0, 0, 1280, 800);
 constexpr QRect s_bubble(1280 - 56 - 20, 20, 56, 56);
 
-//! Puts something where the suggestion dialog will be.
+//! Puts a stand-in in place of the suggestion dialog.
 const char *s_openDialog = "workspace.suggestionDialog = Qt.createQmlObject('import QtQml 2.15; QtObject {"
                            " property bool opened: true; function close() { opened = false; } }', omniBar)";
 
@@ -33,12 +32,12 @@ QString tool(const char *name)
     return QString::fromLatin1(name);
 }
 
-//! The bridge tells of a tool that was run; returns when the client has heard it.
+//! The bridge reports a tool that was run. Returns when the client has received it.
 bool announceTool(OmniBarFixture &bar, const QString &name)
 {
-    QSignalSpy heard(bar.agent(), &AgentBridge::actionStarted);
+    QSignalSpy received(bar.agent(), &AgentBridge::actionStarted);
     bar.bridge.event(QStringLiteral("tool.executed"), {{QStringLiteral("tool"), name}});
-    return QTest::qWaitFor([&] { return !heard.isEmpty(); });
+    return QTest::qWaitFor([&] { return !received.isEmpty(); });
 }
 
 bool collapse(OmniBarFixture &bar)
@@ -47,8 +46,7 @@ bool collapse(OmniBarFixture &bar)
     return bar.settle() && QTest::qWaitFor([&] { return bar.window()->geometry() == s_bubble; });
 }
 
-//! At once out of the bubble as if by the user's own hand, and then over the whole screen with the cursor in the
-//! prompt.
+//! The window left the bubble as if by the user's own hand, and then fills the screen with the focus in the prompt.
 void verifyExpandedByHand(OmniBarFixture &bar)
 {
     QCOMPARE(bar.property("compactMode").toBool(), false);
@@ -60,16 +58,13 @@ void verifyExpandedByHand(OmniBarFixture &bar)
 
 } // namespace
 
-//! The window itself: what it is, where it is, and how it changes between its surface states. One long file, as the
-//! states lead to each other and every way between them is to be found in one place.
+//! The window itself: what it is, where it is, and how it changes between its surface states. One long file, to have
+//! all transitions between the states in one place.
 class tst_OmniBarWindow : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { m_window.giveBack(); }
-    void cleanupTestCase() { m_window.close(); }
-
     void isATransparentDialogOnTop();
     void coversTheScreen();
     void takesTheFocus();
@@ -103,14 +98,11 @@ private Q_SLOTS:
     void escapeOutsideTheInput();
 
     void blurIsOnlyAskedForWhenTranslucent();
-
-private:
-    SharedWindow<OmniBarFixture> m_window;
 };
 
 void tst_OmniBarWindow::isATransparentDialogOnTop()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     const Qt::WindowFlags flags = bar.window()->flags();
     QCOMPARE(flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Dialog));
@@ -123,7 +115,7 @@ void tst_OmniBarWindow::isATransparentDialogOnTop()
 
 void tst_OmniBarWindow::coversTheScreen()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QTRY_COMPARE(bar.window()->geometry(), s_screen);
     QCOMPARE(bar.property("compactMode").toBool(), false);
@@ -132,7 +124,7 @@ void tst_OmniBarWindow::coversTheScreen()
 
 void tst_OmniBarWindow::takesTheFocus()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(bar.window()->isActive());
     QVERIFY(bar.item("inputField")->hasActiveFocus());
@@ -163,7 +155,7 @@ void tst_OmniBarWindow::opacityIsClamped()
     QFETCH(QVariant, stored);
     QFETCH(double, shown);
 
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     if (stored.isValid()) {
         bar.store("windowOpacity", stored);
     }
@@ -174,7 +166,6 @@ void tst_OmniBarWindow::opacityIsClamped()
 
 void tst_OmniBarWindow::storesItsLook()
 {
-    m_window.close();
     {
         OmniBarFixture bar;
         QVERIFY(bar.open());
@@ -203,10 +194,10 @@ void tst_OmniBarWindow::storesItsLook()
 
 void tst_OmniBarWindow::entranceIsAnimated()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     auto *window = qobject_cast<QQuickWindow *>(bar.load(QStringLiteral("OmniBar.qml")));
     QVERIFY(window);
-    // Nothing was drawn yet: both animations stand at their beginning.
+    // Nothing was drawn yet: both animations are at their start.
     auto *container = window->findChild<QQuickItem *>(QStringLiteral("rootContainer"));
     QVERIFY(container);
     QVERIFY2(window->opacity() < 0.5, qPrintable(QString::number(window->opacity())));
@@ -217,7 +208,7 @@ void tst_OmniBarWindow::entranceIsAnimated()
     const auto part = [&](int index) {
         QQmlExpression expression(qmlContext(container), container,
                                   QStringLiteral("entrance.animations[%1]").arg(index));
-        return OmniBarFixture::pace(expression.evaluate().value<QObject *>());
+        return OmniBarFixture::animationSpec(expression.evaluate().value<QObject *>());
     };
     QCOMPARE(part(0), QStringLiteral("160 OutCubic"));
     QCOMPARE(part(1), QStringLiteral("220 OutBack"));
@@ -225,10 +216,10 @@ void tst_OmniBarWindow::entranceIsAnimated()
 
 void tst_OmniBarWindow::shrinksInItsCorner()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
-    // A plain call: as soon as events are processed the window manager has a say in where a large window may be.
+    // Compared before events are processed, because the window manager may move a large window.
     bar.invoke("shrinkToCompactBubble");
     QCOMPARE(bar.window()->position(), s_bubble.topLeft());
     QCOMPARE(bar.window()->width(), s_screen.width());
@@ -238,7 +229,7 @@ void tst_OmniBarWindow::shrinksInItsCorner()
 
 void tst_OmniBarWindow::escapeCollapses()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.setProperty("userExpanded", true);
@@ -265,7 +256,7 @@ void tst_OmniBarWindow::escapeCollapses()
 
 void tst_OmniBarWindow::clickOnTheBubbleExpands()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.type("half a prompt");
     QVERIFY(collapse(bar));
@@ -292,11 +283,11 @@ void tst_OmniBarWindow::keysOnTheBubbleExpand()
 {
     QFETCH(int, key);
 
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     QVERIFY(bar.item("compactBubble")->hasActiveFocus());
-    bar.type("x"); // what is typed at the bubble is for nobody
+    bar.type("x"); // the bubble ignores text
     bar.key(Qt::Key(key));
     QCOMPARE(bar.property("compactMode").toBool(), false);
     QCOMPARE(bar.property("userExpanded").toBool(), true);
@@ -306,7 +297,7 @@ void tst_OmniBarWindow::keysOnTheBubbleExpand()
 
 void tst_OmniBarWindow::bubbleStaysWhereNothingRuns()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.key(Qt::Key_Escape);
@@ -318,7 +309,7 @@ void tst_OmniBarWindow::bubbleStaysWhereNothingRuns()
 
 void tst_OmniBarWindow::bubbleStopsWhatRuns()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.type("do it");
     bar.key(Qt::Key_Return);
@@ -347,7 +338,7 @@ void tst_OmniBarWindow::actionCollapses()
     QFETCH(QString, action);
     QFETCH(bool, collapses);
 
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(announceTool(bar, action));
     QCOMPARE(bar.property("compactMode").toBool(), collapses);
@@ -358,14 +349,14 @@ void tst_OmniBarWindow::actionCollapses()
 
 void tst_OmniBarWindow::userExpandedKeepsItOpen()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.click("compactBubble");
     QVERIFY(announceTool(bar, tool("kde_launch_app")));
     QCOMPARE(bar.property("compactMode").toBool(), false);
 
-    // The user's own Escape ends that.
+    // Escape ends that.
     QVERIFY(bar.settle());
     bar.key(Qt::Key_Escape);
     QCOMPARE(bar.property("compactMode").toBool(), true);
@@ -374,17 +365,17 @@ void tst_OmniBarWindow::userExpandedKeepsItOpen()
 
 void tst_OmniBarWindow::wakeWordExpands()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
-    voice.tell("wakeWordActivated", QStringLiteral("tovi"));
+    voice.emitSignal("wakeWordActivated", QStringLiteral("tovi"));
     verifyExpandedByHand(bar);
 }
 
 void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(collapse(bar));
     bar.setProperty("compactMode", false);
@@ -393,7 +384,7 @@ void tst_OmniBarWindow::anyWayOutOfTheBubbleCountsAsTheUsers()
 
 void tst_OmniBarWindow::minimiseButton()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item("minimiseBtn"));
@@ -408,13 +399,13 @@ void tst_OmniBarWindow::minimiseButton()
 
 void tst_OmniBarWindow::wakeWordRestoresAMinimisedWindow()
 {
-    OmniBarFixture &bar = m_window.renew();
+    OmniBarFixture bar;
     ScriptedVoice voice(bar);
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.invoke("minimise");
     QTRY_VERIFY(!bar.window()->isExposed());
-    voice.tell("wakeWordActivated", QStringLiteral("tovi"));
+    voice.emitSignal("wakeWordActivated", QStringLiteral("tovi"));
     QTRY_VERIFY(bar.window()->isExposed());
     QVERIFY(QTest::qWaitForWindowActive(bar.window()));
     QCOMPARE(bar.window()->windowState(), Qt::WindowNoState);
@@ -423,7 +414,7 @@ void tst_OmniBarWindow::wakeWordRestoresAMinimisedWindow()
 
 void tst_OmniBarWindow::chatExpandedSurvivesTheBubble()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item("expandBtn"));
@@ -459,42 +450,42 @@ void tst_OmniBarWindow::closeButtonFadesAndCloses()
 {
     QFETCH(QString, button);
 
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QTRY_VERIFY(bar.item(button));
     QVERIFY(bar.settle());
 
-    // In this order: the fade, the scale, the end.
-    QStringList story;
+    // In this order: fade, scale, close.
+    QStringList steps;
     connect(bar.window(), &QWindow::opacityChanged, this, [&] {
-        if (bar.property("windowFade").toDouble() == 0.0 && !story.contains(QStringLiteral("faded"))) {
-            story << QStringLiteral("faded");
+        if (bar.property("windowFade").toDouble() == 0.0 && !steps.contains(QStringLiteral("faded"))) {
+            steps << QStringLiteral("faded");
         }
     });
     QQuickItem *container = bar.item("rootContainer");
     connect(container, &QQuickItem::scaleChanged, this, [&] {
-        if (!story.contains(QStringLiteral("scaling"))) {
-            story << QStringLiteral("scaling");
+        if (!steps.contains(QStringLiteral("scaling"))) {
+            steps << QStringLiteral("scaling");
         }
         if (qFuzzyCompare(container->scale(), 0.96)) {
-            story << QStringLiteral("scaled");
+            steps << QStringLiteral("scaled");
         }
     });
-    connect(bar.window(), &QWindow::visibleChanged, this, [&] { story << QStringLiteral("closed"); });
-    QCOMPARE(bar.pace(bar.evaluate("closing.animations[0]").value<QObject *>()), QStringLiteral("120 Linear"));
-    QCOMPARE(bar.pace(bar.evaluate("closing.animations[1]").value<QObject *>()), QStringLiteral("120 Linear"));
+    connect(bar.window(), &QWindow::visibleChanged, this, [&] { steps << QStringLiteral("closed"); });
+    QCOMPARE(bar.animationSpec(bar.evaluate("closing.animations[0]").value<QObject *>()), QStringLiteral("120 Linear"));
+    QCOMPARE(bar.animationSpec(bar.evaluate("closing.animations[1]").value<QObject *>()), QStringLiteral("120 Linear"));
     bar.click(button);
     QVERIFY(bar.window()->isVisible());
     QTRY_VERIFY(!bar.window()->isVisible());
-    QCOMPARE(story,
+    QCOMPARE(steps,
              QStringList({QStringLiteral("faded"), QStringLiteral("scaling"), QStringLiteral("scaled"),
                           QStringLiteral("closed")}));
 }
 
 void tst_OmniBarWindow::showsAgainAfterHiding()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.invoke("startClosing");
     QTRY_VERIFY(!bar.window()->isVisible());
@@ -504,13 +495,13 @@ void tst_OmniBarWindow::showsAgainAfterHiding()
     QCOMPARE(bar.window()->opacity(), 1.0);
     QVERIFY(QTest::qWaitForWindowActive(bar.window()));
     QVERIFY(bar.item("inputField")->hasActiveFocus());
-    // The end left the container a little smaller; it comes back whole.
+    // Closing left the container a little smaller; it gets its size back.
     QTRY_COMPARE(bar.item("rootContainer")->scale(), 1.0);
 }
 
 void tst_OmniBarWindow::ignoresDeactivation()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     QWindow other;
@@ -527,7 +518,8 @@ void tst_OmniBarWindow::ignoresDeactivation()
 
 void tst_OmniBarWindow::escapeChain_data()
 {
-    // What may be open, nearest first: one Escape in the input ends just the first that is. "compact" always is.
+    // What Escape can close, nearest first. One Escape closes just the first that is open; last of all the window
+    // collapses.
     QTest::addColumn<bool>("fromInput");
 
     QTest::newRow("key in the input") << true;
@@ -543,7 +535,7 @@ void tst_OmniBarWindow::escapeChain()
         const char *name;
         const char *begin; // JavaScript
         const char *isOn; // the same
-        bool onlyInput; // Escape in the input knows of it, the chain does not
+        bool onlyInput; // only Escape in the input closes it
     };
     const QList<Step> steps = {
         {"slash menu", "slashMenuVisible = true", "slashMenuVisible", true},
@@ -555,19 +547,19 @@ void tst_OmniBarWindow::escapeChain()
     };
     const int combinations = 1 << steps.size();
 
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
     for (int combination = 0; combination < combinations; ++combination) {
         const auto isOpen = [&](int step) { return (combination & (1 << step)) != 0; };
         bar.setProperty("compactMode", false);
-        QString story;
+        QString open;
         int expected = -1;
         for (int i = 0; i < steps.size(); ++i) {
             if (!isOpen(i)) {
                 continue;
             }
             bar.evaluate(steps.at(i).begin);
-            story += QLatin1String(steps.at(i).name) + QStringLiteral(", ");
+            open += QLatin1String(steps.at(i).name) + QStringLiteral(", ");
             if (expected < 0 && (fromInput || !steps.at(i).onlyInput)) {
                 expected = i;
             }
@@ -580,10 +572,10 @@ void tst_OmniBarWindow::escapeChain()
         }
         for (int i = 0; i < steps.size(); ++i) {
             const bool remains = isOpen(i) && i != expected;
-            const QString what = story + QStringLiteral("-> ") + QLatin1String(steps.at(i).name);
+            const QString what = open + QStringLiteral("-> ") + QLatin1String(steps.at(i).name);
             QVERIFY2(bar.evaluate(steps.at(i).isOn).toBool() == remains, qPrintable(what));
         }
-        QVERIFY2(bar.property("compactMode").toBool() == (expected < 0), qPrintable(story));
+        QVERIFY2(bar.property("compactMode").toBool() == (expected < 0), qPrintable(open));
         bar.evaluate("workspace.suggestionDialog = null, settingsPanelOpen = false, voiceConfirmPending = false,"
                      " planRequestInFlight = false, slashMenuVisible = false, slashSessionPopupVisible = false");
     }
@@ -591,9 +583,9 @@ void tst_OmniBarWindow::escapeChain()
 
 void tst_OmniBarWindow::escapeOutsideTheInput()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
-    // On a button Escape reaches the root container, which knows no slash menu.
+    // From a button Escape reaches the root container, which doesn't close the slash menu.
     bar.setProperty("slashMenuVisible", true);
     bar.setProperty("settingsPanelOpen", true);
     bar.focus(bar.item("settingsBtn"));
@@ -608,9 +600,9 @@ void tst_OmniBarWindow::escapeOutsideTheInput()
 
 void tst_OmniBarWindow::blurIsOnlyAskedForWhenTranslucent()
 {
-    OmniBarFixture &bar = m_window.take();
+    OmniBarFixture bar;
     QVERIFY(bar.open());
-    // No compositor here grants it, and the Plasma of today doesn't offer it: the call must do no harm in any state.
+    // There is no compositor here, and this version of Plasma has no such function: the call must do no harm.
     bar.invoke("applyWindowBlurBehind");
     bar.evaluate("appearanceStore.translucentBackground = false");
     bar.invoke("applyWindowBlurBehind");

@@ -24,7 +24,6 @@
 #include <QWebSocket>
 
 #include <algorithm>
-#include <memory>
 
 namespace
 {
@@ -39,7 +38,7 @@ enum TextFormat
     RichText = 1,
 };
 
-//! A web server on loopback that has nothing, and writes down what it was asked for.
+//! A web server on loopback that answers 404 and records the requests.
 class Listener : public QTcpServer
 {
 public:
@@ -60,12 +59,12 @@ public:
 
     QString address() const { return QStringLiteral("http://127.0.0.1:%1").arg(serverPort()); }
 
-    //! The paths that were asked for.
+    //! The requested paths.
     QStringList asked;
 };
 
-//! Words that would fetch something wherever they were taken for markup.
-QString hostileWords(const Listener &listener)
+//! A text that would fetch something wherever it were rendered as markup.
+QString hostileText(const Listener &listener)
 {
     return QStringLiteral("<img src=\"%1/img.png\"/><img src='file:///nowhere/x.png'><img src=qrc:/nowhere.png>"
                           "<img src=\"image://nowhere/x\"><a href=\"%1/a\">link</a>"
@@ -74,38 +73,35 @@ QString hostileWords(const Listener &listener)
         .arg(listener.address());
 }
 
-//! A text item without a text format, which takes markup for markup. Null if it can't be made.
-std::unique_ptr<QQuickItem> showCarelessly(Conversation &bar, const QString &text)
+//! A text item without a text format, which renders markup. Null if it can't be made.
+QQuickItem *showWithoutFormat(Conversation &bar, const QString &text)
 {
     auto *careless = qobject_cast<QQuickItem *>(bar.fake(QStringLiteral("Text { width: 100; height: 20 }")));
     if (careless) {
         careless->setParentItem(bar.item(QStringLiteral("rootContainer")));
         careless->setProperty("text", text);
     }
-    return std::unique_ptr<QQuickItem>(careless);
+    return careless;
 }
 
-//! What was fetched so far, without the one thing that is fetched here to be sure that all others were heard of.
+//! The requests so far. Makes one more, which isn't in the list, to be sure that all earlier ones have arrived.
 QStringList fetched(Conversation &bar, Listener &listener)
 {
     if (!bar.settle()) {
         return {QStringLiteral("the window draws no more frames")};
     }
-    const int failed = bar.log.count(s_failedFetch);
-    const auto last = showCarelessly(bar, QStringLiteral("<img src=\"%1/last\"/>").arg(listener.address()));
-    // Until the text has its answer too, as it can't go before.
-    if (!last || !waitUntil([&] {
-            return listener.asked.contains(QLatin1String("/last")) && bar.log.count(s_failedFetch) > failed;
-        })) {
+    QQuickItem *last = showWithoutFormat(bar, QStringLiteral("<img src=\"%1/last\"/>").arg(listener.address()));
+    if (!last || !waitUntil([&] { return listener.asked.contains(QLatin1String("/last")); })) {
         return {QStringLiteral("no request arrives at all")};
     }
+    last->setParentItem(nullptr); // it still waits for its image, and goes with the window
     QStringList asked = listener.asked;
     asked.removeAll(QStringLiteral("/last"));
     return asked;
 }
 
-//! All text items below one that aren't plain, but for the renderer's and the hint's.
-QStringList carelessTexts(QQuickItem *root)
+//! The texts of all text items that aren't plain, except those of the renderer and the hint.
+QStringList formattedTexts(QQuickItem *root)
 {
     QStringList careless;
     const auto found = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) { return item->inherits("QQuickText"); });
@@ -122,7 +118,7 @@ QStringList carelessTexts(QQuickItem *root)
     return careless;
 }
 
-//! Whether the words can be read in the window, letter by letter.
+//! Whether the window shows the text as it is.
 bool isShown(Conversation &bar, const QString &words)
 {
     const auto found = bar.itemsWhere(bar.window()->contentItem(), [&](QQuickItem *item) {
@@ -133,16 +129,11 @@ bool isShown(Conversation &bar, const QString &words)
     return !found.isEmpty();
 }
 
-void tellPhase(Conversation &bar, const QString &phase)
-{
-    bar.bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), phase}});
-}
-
 void suggest(Conversation &bar, const QJsonObject &followUp)
 {
     const QJsonObject ui {{QStringLiteral("followUps"), QJsonArray {followUp}}};
     Q_EMIT bar.agent()->structuredReplyReceived(QString::fromUtf8(QJsonDocument(ui).toJson(QJsonDocument::Compact)));
-    bar.hear(QStringLiteral("fine"));
+    bar.emitReply(QStringLiteral("fine"));
 }
 
 QQuickItem *firstSuggestion(Conversation &bar)
@@ -152,14 +143,14 @@ QQuickItem *firstSuggestion(Conversation &bar)
 
 using Feed = void (*)(Conversation &, const QString &);
 
-//! The tooltip of an item shows the words, and takes them for nothing but words.
+//! The tooltip of an item shows the text as plain text.
 void verifyPlainTip(Conversation &bar, QQuickItem *item, const QString &words, Listener &listener)
 {
     QVERIFY(bar.settle());
     bar.hover(item);
     QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("toolTipText"))));
     QVERIFY(bar.item(QStringLiteral("toolTipText"))->property("text").toString().startsWith(words.left(300)));
-    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(formattedTexts(bar.window()->contentItem()), QStringList());
     QCOMPARE(fetched(bar, listener), QStringList());
 }
 
@@ -167,8 +158,8 @@ void verifyPlainTip(Conversation &bar, QQuickItem *item, const QString &words, L
 
 Q_DECLARE_METATYPE(Feed)
 
-//! Whatever comes from outside is words: it is never markup, never fetched, never run, and never breaks the window. One
-//! long file, so that who adds a place where words are shown finds all that is asked of it together.
+//! Untrusted text is never rendered as markup, fetched or run, and never breaks the window. One long file, to have all
+//! requirements on a place that shows such text together.
 class tst_Safety : public QObject
 {
     Q_OBJECT
@@ -177,9 +168,9 @@ private Q_SLOTS:
     void cleanup() { m_window.giveBack(); }
     void cleanupTestCase() { m_window.close(); }
 
-    void carelessTextFetches();
-    void wordsAreNotFetched_data();
-    void wordsAreNotFetched();
+    void textWithoutAFormatFetches();
+    void untrustedTextIsNotFetched_data();
+    void untrustedTextIsNotFetched();
     void tooltipOfTheDot();
     void tooltipOfASuggestion();
     void accessibleNamesAreNotFetched();
@@ -190,34 +181,34 @@ private Q_SLOTS:
     void colors_data();
     void colors();
     void loadersLoadOnlyOurOwn();
-    void nothingIsMadeOfWords();
+    void nothingIsMadeOfUntrustedText();
     void randomBytes();
-    void oddFrames();
+    void malformedFrames();
 
 private:
     SharedWindow<Conversation> m_window;
 };
 
-void tst_Safety::carelessTextFetches()
+void tst_Safety::textWithoutAFormatFetches()
 {
     Listener listener;
     Conversation &bar = m_window.take();
     bar.expectWarning(s_failedFetch);
     bar.expectWarning(QStringLiteral("Unable to "));
     QVERIFY(bar.begin());
-    const auto careless = showCarelessly(bar, QStringLiteral("<img src=\"%1/img.png\"/>").arg(listener.address()));
+    QQuickItem *careless = showWithoutFormat(bar, QStringLiteral("<img src=\"%1/img.png\"/>").arg(listener.address()));
     QVERIFY(careless);
     QTRY_COMPARE(listener.asked, QStringList {QStringLiteral("/img.png")});
-    QTRY_COMPARE(bar.log.count(s_failedFetch), 1);
+    careless->setParentItem(nullptr);
 }
 
-void tst_Safety::wordsAreNotFetched_data()
+void tst_Safety::untrustedTextIsNotFetched_data()
 {
     QTest::addColumn<Feed>("feed");
 
-    QTest::newRow("reply") << Feed([](Conversation &bar, const QString &words) { bar.hear(words); });
+    QTest::newRow("reply") << Feed([](Conversation &bar, const QString &words) { bar.emitReply(words); });
     QTest::newRow("reply of markdown") << Feed([](Conversation &bar, const QString &words) {
-        bar.hear(QStringLiteral("# %1\n\n- %1\n\n1. %1\n\n> %1\n\n```%1\n%1\n```\n\n**%1** `%1` *%1*").arg(words));
+        bar.emitReply(QStringLiteral("# %1\n\n- %1\n\n1. %1\n\n> %1\n\n```%1\n%1\n```\n\n**%1** `%1` *%1*").arg(words));
     });
     QTest::newRow("error") << Feed(
         [](Conversation &bar, const QString &words) { Q_EMIT bar.agent()->errorOccurred(words); });
@@ -228,11 +219,11 @@ void tst_Safety::wordsAreNotFetched_data()
     QTest::newRow("typed") << Feed([](Conversation &bar, const QString &words) { bar.ask(words); });
     QTest::newRow("rest of a tool tag") << Feed([](Conversation &bar, const QString &words) {
         const QString inBrackets = QString(words).remove(QLatin1Char(']'));
-        bar.hear(QStringLiteral("[TOOL: %1] [STATUS: %1] [RESULT: %1] %2").arg(inBrackets, words));
+        bar.emitReply(QStringLiteral("[TOOL: %1] [STATUS: %1] [RESULT: %1] %2").arg(inBrackets, words));
     });
     QTest::newRow("phase") << Feed([](Conversation &bar, const QString &words) {
         bar.ask();
-        tellPhase(bar, words);
+        bar.reportPhase(words);
     });
     QTest::newRow("agent") << Feed([](Conversation &bar, const QString &words) {
         bar.ask();
@@ -252,15 +243,15 @@ void tst_Safety::wordsAreNotFetched_data()
     });
     QTest::newRow("system name") << Feed([](Conversation &bar, const QString &words) {
         bar.setProperty("systemName", words);
-        bar.hear(QStringLiteral("shown in the header too"));
+        bar.emitReply(QStringLiteral("shown in the header too"));
     });
     QTest::newRow("line under the bar") << Feed([](Conversation &bar, const QString &words) {
         bar.setProperty("wiNotifyBarLine", words);
-        bar.hear(QStringLiteral("not idle"));
+        bar.emitReply(QStringLiteral("not idle"));
     });
 }
 
-void tst_Safety::wordsAreNotFetched()
+void tst_Safety::untrustedTextIsNotFetched()
 {
     QFETCH(Feed, feed);
 
@@ -268,7 +259,7 @@ void tst_Safety::wordsAreNotFetched()
     Conversation &bar = m_window.take();
     bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
+    const QString words = hostileText(listener);
     feed(bar, words);
     QTRY_VERIFY(isShown(bar, words.left(100)));
     QCOMPARE(fetched(bar, listener), QStringList());
@@ -280,9 +271,9 @@ void tst_Safety::tooltipOfTheDot()
     Conversation &bar = m_window.take();
     bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
+    const QString words = hostileText(listener);
     bar.ask();
-    tellPhase(bar, words);
+    bar.reportPhase(words);
     verifyPlainTip(bar, bar.item(QStringLiteral("connectionDot")), words, listener);
 }
 
@@ -292,11 +283,11 @@ void tst_Safety::tooltipOfASuggestion()
     Conversation &bar = m_window.take();
     bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
+    const QString words = hostileText(listener);
     suggest(bar, {{QStringLiteral("prompt"), words}, {QStringLiteral("title"), QStringLiteral("Harmless")}});
     QTRY_VERIFY(firstSuggestion(bar));
     verifyPlainTip(bar, firstSuggestion(bar), words, listener);
-    // It is sent as it came.
+    // It is sent unchanged.
     bar.click(firstSuggestion(bar));
     QCOMPARE(bar.bridge.takeRequest(QStringLiteral("chat")).params.value(QStringLiteral("message")).toString(), words);
 }
@@ -307,10 +298,10 @@ void tst_Safety::accessibleNamesAreNotFetched()
     Conversation &bar = m_window.take();
     bar.expectWarning(s_failedFetch);
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
+    const QString words = hostileText(listener);
     bar.setProperty("systemName", words);
     bar.ask(words);
-    tellPhase(bar, words);
+    bar.reportPhase(words);
     QVERIFY(bar.settle());
     int named = 0;
     const auto all = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *) { return true; });
@@ -332,11 +323,11 @@ void tst_Safety::partialTranscript()
     ScriptedVoice voice(bar);
     voice.set("isListening", true);
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
+    const QString words = hostileText(listener);
     QVERIFY(bar.textItem(QStringLiteral("Listening...")));
     voice.set("partialTranscript", words);
     QTRY_VERIFY(bar.textItem(words));
-    QCOMPARE(carelessTexts(bar.window()->contentItem()), QStringList());
+    QCOMPARE(formattedTexts(bar.window()->contentItem()), QStringList());
     QCOMPARE(fetched(bar, listener), QStringList());
 }
 
@@ -345,25 +336,25 @@ void tst_Safety::everyTextIsPlain()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     QQuickItem *all = bar.window()->contentItem();
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
 
     const auto request = bar.ask();
-    tellPhase(bar, QStringLiteral("executing"));
+    bar.reportPhase(QStringLiteral("executing"));
     bar.bridge.event(QStringLiteral("plan.step"),
                      {{QStringLiteral("index"), 0},
                       {QStringLiteral("total"), 2},
                       {QStringLiteral("capabilityId"), QStringLiteral("theme.apply")}});
     QTRY_VERIFY(bar.isSeen(bar.item(QStringLiteral("stepBadge"))));
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
 
     QVERIFY(bar.answer(request, QStringLiteral("[TOOL: x] [STATUS: ok] [RESULT: y] done"),
                        {{QStringLiteral("usage"), QJsonObject {{QStringLiteral("inputTokens"), 7}}}}));
     bar.invoke("appendSystemMessage", {QStringLiteral("note")});
     bar.setProperty("wiNotifyBarLine", QStringLiteral("news"));
     QVERIFY(bar.settle());
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
 
-    // Every tooltip there is.
+    // All tooltips.
     const auto hoverable =
         bar.itemsWhere(all, [&](QQuickItem *item) { return item->property("hovered").isValid() && bar.isSeen(item); });
     QVERIFY(hoverable.size() > 8);
@@ -371,15 +362,15 @@ void tst_Safety::everyTextIsPlain()
         bar.hover(item);
         QVERIFY(bar.settle());
     }
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
 
     bar.evaluate(QStringLiteral("omniBar.toggleSettings()"));
     QTRY_VERIFY(bar.item(QStringLiteral("lookTab")));
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
     bar.setProperty("settingsPanelOpen", false);
     bar.invoke("shrinkToCompactBubble");
     QVERIFY(bar.settle());
-    QCOMPARE(carelessTexts(all), QStringList());
+    QCOMPARE(formattedTexts(all), QStringList());
 }
 
 void tst_Safety::iconNames_data()
@@ -475,8 +466,8 @@ void tst_Safety::loadersLoadOnlyOurOwn()
     Listener listener;
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    const QString words = hostileWords(listener);
-    bar.hear(words);
+    const QString words = hostileText(listener);
+    bar.emitReply(words);
     suggest(bar, {{QStringLiteral("prompt"), words}});
     bar.setProperty("settingsPanelOpen", true);
     QTRY_VERIFY(bar.item(QStringLiteral("lookTab")));
@@ -491,7 +482,7 @@ void tst_Safety::loadersLoadOnlyOurOwn()
     }
 }
 
-void tst_Safety::nothingIsMadeOfWords()
+void tst_Safety::nothingIsMadeOfUntrustedText()
 {
     const QRegularExpression makers(
         QStringLiteral("createQmlObject|createComponent|openUrlExternally|\\beval\\b|new Function|onLinkActivated"));
@@ -529,7 +520,7 @@ void tst_Safety::randomBytes()
     QVERIFY(bar.settle());
 }
 
-void tst_Safety::oddFrames()
+void tst_Safety::malformedFrames()
 {
     Conversation &bar = m_window.take();
     bar.expectWarning(QStringLiteral("[AgentBridge]"));

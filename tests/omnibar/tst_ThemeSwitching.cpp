@@ -9,7 +9,7 @@
 #include <QGuiApplication>
 #include <QTest>
 
-//! The parts of the bar that look the same whatever the theme.
+//! The parts of the bar that look the same in both themes.
 class tst_ThemeSwitching : public QObject
 {
     Q_OBJECT
@@ -27,20 +27,20 @@ void tst_ThemeSwitching::looksTheSameInBothThemes()
     bar.setProperty("settingsPanelOpen", true);
     QTRY_VERIFY(bar.item("settingsPanel"));
     QVERIFY(bar.settle());
-    // Its lower half, where the shadow of the sheet doesn't reach.
+    // Its lower half, beyond the shadow of the sheet.
     const QRect card = bar.place(bar.item("barCard")).toRect().adjusted(0, 28, 0, 0);
     bar.focus(bar.item("barCloseBtn")); // no blinking cursor
     const QImage dark = bar.window()->grabWindow();
     bar.evaluate("appearanceStore.lightChrome = true");
     QVERIFY(bar.settle());
     const QPoint inSheet = bar.place(bar.item("settingsPanel")).toRect().topLeft() + QPoint(60, 60);
-    // The panel flips over 350 ms.
+    // The change of theme takes 350 ms.
     QTRY_VERIFY(bar.window()->grabWindow().pixelColor(inSheet).lightness()
                 > dark.pixelColor(inSheet).lightness() + 100);
     const QImage light = bar.window()->grabWindow();
     QCOMPARE(light.copy(card), dark.copy(card));
     bar.screenshot("settings-light");
-    // The left end of the gradient under its glow.
+    // The left end of the gradient.
     const QColor left = dark.pixelColor(card.left() + 4, card.top());
     QVERIFY2(left.red() > 90 && left.red() < 130 && left.blue() < left.red(), qPrintable(left.name()));
 }

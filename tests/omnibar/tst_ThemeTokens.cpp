@@ -92,7 +92,7 @@ struct Pair
     const char *light;
 };
 
-//! What doesn't depend on translucency and has a name as a colour.
+//! Colours that don't depend on translucency.
 const Pair s_pairs[] = {
     {"panelFrameStart", "#6e35b1", "#b17fe6"}, {"panelFrameMiddle", "#d14b75", "#e07da0"},
     {"panelFrameEnd", "#e8782a", "#f0a060"},   {"panelFillTop", "#1a1124", "#f8f5fc"},
@@ -119,7 +119,7 @@ QByteArray words(const QColor &colour)
 
 } // namespace
 
-//! The colours, walked side by side with their table.
+//! The colours against their table.
 class tst_ThemeTokens : public QObject
 {
     Q_OBJECT
@@ -135,7 +135,7 @@ private Q_SLOTS:
     void fixedPairs();
     void shadow();
     void bubbles();
-    void tellsOfChanges();
+    void notifiesOfChanges();
 
 private:
     std::unique_ptr<MessageLog> m_log;
@@ -187,7 +187,7 @@ void tst_ThemeTokens::tokens()
         bool translucent;
         Rgba expected;
     };
-    // From each look to the next one, so that a token that doesn't follow its inputs is seen.
+    // From one look to the next, so that each token has to follow its inputs.
     const Look looks[] = {
         {false, true, token.dark},        {true, true, token.light}, {true, false, token.lightOpaque},
         {false, false, token.darkOpaque}, {false, true, token.dark},
@@ -209,7 +209,7 @@ void tst_ThemeTokens::tokensAreReadOnly()
         QVERIFY2(!property.isWritable(), token.name);
         QCOMPARE(property.userType(), qMetaTypeId<QColor>());
     }
-    // And there is no token of which the table knows nothing.
+    // The table has all tokens.
     for (int i = QObject::staticMetaObject.propertyCount(); i < type->propertyCount(); ++i) {
         const QMetaProperty property = type->property(i);
         const QByteArray name = property.name();
@@ -282,7 +282,7 @@ void tst_ThemeTokens::bubbles()
     }
 }
 
-void tst_ThemeTokens::tellsOfChanges()
+void tst_ThemeTokens::notifiesOfChanges()
 {
     QSignalSpy strong(m_theme.get(), SIGNAL(uiTextStrongChanged()));
     QSignalSpy base(m_theme.get(), SIGNAL(uiPanelBaseChanged()));

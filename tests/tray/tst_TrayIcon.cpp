@@ -8,7 +8,7 @@
 #include <QGuiApplication>
 #include <QTest>
 
-// The tray view in its window: the state of the agent, and actions that only log.
+//! The tray view in its window: the state of the agent, and actions that only log.
 class tst_TrayIcon : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ private Q_SLOTS:
     void tooltip();
 
 private:
-    //! Opens the view beside an agent of this status; none when it is null.
+    //! Opens the view with an agent of this status; without an agent if it is null.
     bool open(OmniBarFixture &tray, const char *status);
 };
 
@@ -151,7 +151,7 @@ void tst_TrayIcon::tooltip()
 {
     OmniBarFixture tray;
     QVERIFY(open(tray, "error"));
-    tray.hover(tray.item("statusText")); // from somewhere else, or nothing moves
+    tray.hover(tray.item("statusText")); // from another place, or there is no event
     tray.hover(tray.item("trayButton"));
     QTRY_VERIFY(tray.isSeen(tray.item("toolTipText")));
     QCOMPARE(tray.item("toolTipText")->property("text").toString(), QStringLiteral("Warden Desk\nError"));
