@@ -3,7 +3,6 @@
 
 #include "Looks.h"
 #include "OmniBarFixture.h"
-#include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
@@ -50,15 +49,12 @@ QStringList textsOf(QQuickItem *root)
 
 } // namespace
 
-//! The settings sheet and its first tab.
+//! The settings sheet and its first tab. Each test has its own window: to close the sheet again would take longer.
 class tst_OmniBarSettings : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { m_window.giveBack(); }
-    void cleanupTestCase() { m_window.close(); }
-
     void opensAndClosesByClick();
     void opensAndClosesByKeys_data();
     void opensAndClosesByKeys();
@@ -80,14 +76,11 @@ private Q_SLOTS:
     void transparencySwitch_data();
     void transparencySwitch();
     void everythingIsReachedByTab();
-
-private:
-    SharedWindow<Settings> m_window;
 };
 
 void tst_OmniBarSettings::opensAndClosesByClick()
 {
-    Settings &bar = m_window.renew();
+    Settings bar;
     QVERIFY(bar.open());
     QVERIFY(!bar.item("settingsPanel"));
     bar.click("settingsBtn");
@@ -113,7 +106,7 @@ void tst_OmniBarSettings::opensAndClosesByKeys()
 {
     QFETCH(int, key);
 
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.open());
     for (int i = 0; i < 20 && !bar.item("settingsBtn")->hasActiveFocus(); ++i) {
         bar.key(Qt::Key_Tab);
@@ -145,7 +138,7 @@ void tst_OmniBarSettings::geometry()
     QFETCH(QString, screen);
     QFETCH(double, width);
 
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     bar.setProperty("barWidth", barWidth);
     bar.evaluate(QStringLiteral("surface.screens = [%1]").arg(screen));
@@ -174,7 +167,7 @@ void tst_OmniBarSettings::geometry()
 
 void tst_OmniBarSettings::comesInSmoothly()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QQuickItem *panel = bar.item("settingsPanel");
     QCOMPARE(panel->opacity(), 1.0);
@@ -189,7 +182,7 @@ void tst_OmniBarSettings::comesInSmoothly()
 
 void tst_OmniBarSettings::words()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QCOMPARE(textsOf(bar.item("settingsPanel")),
              QStringList({text("Settings"), text("Look"), text("OmniBar appearance"), text("Theme"), text("Dark"),
@@ -205,7 +198,7 @@ void tst_OmniBarSettings::words()
 
 void tst_OmniBarSettings::scrimClosesIt()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     bar.type("half a prompt");
     bar.setProperty("userExpanded", true);
@@ -226,7 +219,7 @@ void tst_OmniBarSettings::scrimClosesIt()
 
 void tst_OmniBarSettings::clickInsideStaysInside()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     const QRectF panel = bar.place(bar.item("settingsPanel"));
     for (const QPointF place :
@@ -240,7 +233,7 @@ void tst_OmniBarSettings::clickInsideStaysInside()
 
 void tst_OmniBarSettings::hidesTheConversation()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.open());
     bar.invoke("appendUserMessage", {text("hello")});
     QTRY_VERIFY(bar.item("chatPanel"));
@@ -257,7 +250,7 @@ void tst_OmniBarSettings::hidesTheConversation()
 
 void tst_OmniBarSettings::firstTabIsOpen()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QQuickItem *strip = bar.item("settingsTabs");
     QCOMPARE(strip->property("currentIndex").toInt(), 0);
@@ -283,7 +276,7 @@ void tst_OmniBarSettings::themeSegments()
 {
     QFETCH(bool, byKeys);
 
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QQuickItem *dark = bar.item("darkSegment");
     QQuickItem *light = bar.item("lightSegment");
@@ -322,7 +315,7 @@ void tst_OmniBarSettings::themeSegments()
 
 void tst_OmniBarSettings::opacitySlider()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QQuickItem *slider = bar.item("opacitySlider");
     QCOMPARE(slider->property("from").toDouble(), 0.65);
@@ -353,7 +346,7 @@ void tst_OmniBarSettings::opacitySlider()
 
 void tst_OmniBarSettings::opacitySliderByMouse()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     const QRectF slider = bar.place(bar.item("opacitySlider"));
     const auto at = [&](qreal share) {
@@ -393,7 +386,7 @@ void tst_OmniBarSettings::opacitySliderShowsWhatIsStored()
     QFETCH(QVariant, stored);
     QFETCH(QString, percentage);
 
-    Settings &bar = m_window.renew();
+    Settings bar;
     bar.store("windowOpacity", stored);
     QVERIFY(bar.begin());
     QCOMPARE(bar.percentage(), percentage);
@@ -417,7 +410,7 @@ void tst_OmniBarSettings::transparencySwitch()
 {
     QFETCH(int, key);
 
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QQuickItem *control = bar.item("transparencySwitch");
     const auto toggle = [&] {
@@ -446,7 +439,7 @@ void tst_OmniBarSettings::transparencySwitch()
 
 void tst_OmniBarSettings::everythingIsReachedByTab()
 {
-    Settings &bar = m_window.take();
+    Settings bar;
     QVERIFY(bar.begin());
     QStringList order;
     for (int i = 0; i < 30; ++i) {

@@ -59,7 +59,8 @@ void verifyExpandedByHand(OmniBarFixture &bar)
 } // namespace
 
 //! The window itself: what it is, where it is, and how it changes between its surface states. One long file, to have
-//! all transitions between the states in one place.
+//! all transitions between the states in one place. Each test has its own window, because most of them leave it in the
+//! bubble, minimised or closed.
 class tst_OmniBarWindow : public QObject
 {
     Q_OBJECT
