@@ -161,6 +161,7 @@ void tst_ConversationPrompts::modeOfTheInput()
     QVERIFY(bar.exchange(QStringLiteral("typed"), QStringLiteral("reply")));
 
     bar.setProperty("lastInputMode", QStringLiteral("voice"));
+    QVERIFY(bar.settle());
     bar.click(bar.suggestion(QStringLiteral("Run again")));
     const auto suggested = bar.bridge.takeRequest(QStringLiteral("chat"));
     QCOMPARE(suggested.params.value(QStringLiteral("inputMode")).toString(), QStringLiteral("voice"));
