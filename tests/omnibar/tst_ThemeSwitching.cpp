@@ -23,6 +23,7 @@ private Q_SLOTS:
 void tst_ThemeSwitching::looksTheSameInBothThemes()
 {
     OmniBarFixture bar;
+    bar.drawShadows();
     QVERIFY(bar.open());
     bar.setProperty("settingsPanelOpen", true);
     QTRY_VERIFY(bar.item("settingsPanel"));
