@@ -7,7 +7,7 @@
 
 #include "FakePath.h"
 #include "TestRegistry.h"
-#include "VoiceRig.h"
+#include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
 #include <QDir>
@@ -117,7 +117,7 @@ void tst_OmniBarVoiceBridge::speechBecomesAPrompt()
     const WhisperModelFile model;
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Talks);
     OmniBarFixture bar;
-    VoiceBridge *voice = provide(bar, VoiceRig::partsWith(microphone));
+    VoiceBridge *voice = provide(bar, VoiceFixture::parts(microphone));
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     WhisperStandIn::say({QByteArray(" Open the dolphine. ")});
@@ -150,7 +150,7 @@ void tst_OmniBarVoiceBridge::holdDiscardsTheUtterance()
     const WhisperModelFile model;
     ScriptedMicrophone microphone(ScriptedMicrophone::Afterwards::Talks);
     OmniBarFixture bar;
-    VoiceBridge *voice = provide(bar, VoiceRig::partsWith(microphone));
+    VoiceBridge *voice = provide(bar, VoiceFixture::parts(microphone));
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.type("typed");
@@ -176,7 +176,7 @@ void tst_OmniBarVoiceBridge::withoutAModel()
 {
     ScriptedMicrophone microphone;
     OmniBarFixture bar;
-    VoiceBridge *voice = provide(bar, VoiceRig::partsWith(microphone));
+    VoiceBridge *voice = provide(bar, VoiceFixture::parts(microphone));
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
     bar.expectWarning(s_warning);
@@ -226,7 +226,7 @@ void tst_OmniBarVoiceBridge::repliesAreReadAloud()
 
     ScriptedMicrophone microphone;
     Conversation bar;
-    VoiceBridge *voice = provide(bar, VoiceRig::partsWith(microphone));
+    VoiceBridge *voice = provide(bar, VoiceFixture::parts(microphone));
     QVERIFY(bar.begin());
     QVERIFY(bar.settle());
     QQuickItem *button = bar.item("speakerBtn");

@@ -92,11 +92,6 @@ SherpaStandIn::~SherpaStandIn()
     QDir(m_modelDir).removeRecursively();
 }
 
-bool SherpaStandIn::systemHasNone()
-{
-    return !QFileInfo::exists(QStringLiteral("/usr/share/tovi-forkeldaos/models"));
-}
-
 void SherpaStandIn::says(const QString &transcript)
 {
     const QByteArray json =

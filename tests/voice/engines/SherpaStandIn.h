@@ -29,9 +29,6 @@ public:
     ~SherpaStandIn();
     Q_DISABLE_COPY_MOVE(SherpaStandIn)
 
-    //! Whether no models are installed in the system. A started program would find them.
-    static bool systemHasNone();
-
     QString program() const { return m_program; }
     QString libDir() const { return m_libDir; }
     QString modelDir() const { return m_modelDir; }
