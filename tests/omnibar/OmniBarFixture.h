@@ -158,6 +158,8 @@ public:
     ScriptedBridge bridge;
 
 private:
+    //! @param line of the call
+    static void failTest(const QString &what, int line);
     void prepareContext();
     void requireNoWindow() const;
     bool drawFrame();

@@ -64,7 +64,7 @@ void tst_LoomraSDKOperations::refusals_data()
     row(
         "plan of nothing", [=](LoomraSDK &sdk) { sdk.getPlan({}); }, "getPlan requires a non-empty message");
     row(
-        "plan of blanks", [=](LoomraSDK &sdk) { sdk.getPlan(blank); }, "getPlan requires a non-empty message");
+        "plan of whitespace", [=](LoomraSDK &sdk) { sdk.getPlan(blank); }, "getPlan requires a non-empty message");
     row(
         "no steps", [=](LoomraSDK &sdk) { sdk.executePlan({}); }, "executePlan requires at least one step");
     row(

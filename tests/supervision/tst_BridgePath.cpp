@@ -60,8 +60,8 @@ void tst_BridgePath::takesTheFirstPlaceThatExists_data()
         QTest::newRow(name) << value << QStringList {libexec, directory} << path;
     };
     wish("wish", "/b", QStringLiteral("/b"), QStringLiteral("/b"));
-    wish("wish with blanks", " /b\t\n", QStringLiteral("/b"), QStringLiteral("/b"));
-    wish("wish with blanks inside", "/b c", QStringLiteral("/b c"), QStringLiteral("/b c"));
+    wish("wish with whitespace", " /b\t\n", QStringLiteral("/b"), QStringLiteral("/b"));
+    wish("wish with a space inside", "/b c", QStringLiteral("/b c"), QStringLiteral("/b c"));
     wish("wish in another alphabet", "/br\xc3\xbc", QStringLiteral("/brü"), QStringLiteral("/brü"));
     wish("wish with a slash behind", "/b/", QStringLiteral("/b"), QStringLiteral("/b"));
     wish("wish with dots", "/a/./../b", QStringLiteral("/b"), QStringLiteral("/b"));
@@ -69,7 +69,7 @@ void tst_BridgePath::takesTheFirstPlaceThatExists_data()
     wish("relative wish upwards", "../b", QStringLiteral("/b"), QStringLiteral("/b"));
     wish("a dot is the current directory", ".", QStringLiteral("/here"), QStringLiteral("/here"));
     wish("wish that doesn't exist", "/c", QStringLiteral("/b"), libexec);
-    wish("wish of blanks isn't the current directory", "  ", QStringLiteral("/here"), libexec);
+    wish("wish of whitespace isn't the current directory", "  ", QStringLiteral("/here"), libexec);
     wish("no wish isn't the current directory", "", QStringLiteral("/here"), libexec);
     wish("no home directory is meant by ~", "~/b", QStringLiteral("/home/u/b"), libexec);
 }

@@ -34,7 +34,7 @@ test('what fits no scenario is repeated', async (t) => {
     assert.equal((await client.request('chat', { message: ' \n ' })).error.code, 'INVALID_PARAMS');
 });
 
-test('phrases are found in any case, with any blanks, the longest first', async (t) => {
+test('phrases are found in any case, with any whitespace, the longest first', async (t) => {
     const client = await (await startBridge(t)).connect();
     for (const prompt of ['PLAIN', '  plain, please', 'Plain!', 'plain'])
         assert.equal((await client.chat(prompt)).response, 'This is a plain answer.', prompt);
@@ -108,7 +108,7 @@ test('the late answer comes after the cancel', async (t) => {
     assert.deepEqual(client.messages.slice(1).map(({ id }) => id), [cancel, late]);
 });
 
-test('the late answer comes by itself when nobody cancels', async (t) => {
+test('the late answer arrives if nobody cancels', async (t) => {
     const client = await (await startBridge(t)).connect();
     assert.match((await client.chat('late')).response, /^This answer comes late/);
 });

@@ -84,7 +84,7 @@ test('whatever the params are, the answer is a result or an error with its words
     assert.equal((await (await bridge.connect()).chat('plain')).response, 'This is a plain answer.');
 });
 
-test('an unknown method is told so, those of every object too', async (t) => {
+test('an unknown method is an error, also one that every object has', async (t) => {
     const client = await (await startBridge(t)).connect();
     for (const name of ['nothing', 'toString', '__proto__', 'Ping', 'ping_panel']) {
         const { error } = await client.request(name);

@@ -79,7 +79,7 @@ test('the log summary tells what went wrong', async (t) => {
     assert.deepEqual((await client.result('getSystemReport')).appLogs, totals);
 });
 
-test('an error without words is told by its code', async (t) => {
+test('an error without a message is reported by its code', async (t) => {
     const client = await (await startBridge(t)).connect();
     await client.request('chat', { message: 'error code' });
     assert.equal((await client.result('getAppLogSummary')).entries[0].message, 'chat: E_DEMO_ONLY_A_CODE');

@@ -10,7 +10,7 @@ const { test } = require('./support/timed');
 
 const PRESET = { port: 8765, beat: 1000, executorPathEnabled: true, workspaceIntel: false, aiRuntime: false };
 
-test('without variables the bridge has its usual port and pace', () => {
+test('without variables the bridge has its default port and pace', () => {
     assert.deepEqual(readSettings({}), PRESET);
     assert.deepEqual(readSettings({ LOOMRA_BRIDGE_PORT: '', LOOMRA_DEMO_DELAY_MS: ' ', LOOMRA_EXECUTOR_PATH: '' }),
         PRESET);

@@ -26,7 +26,7 @@ test('one line tells where it listens, and both addresses serve', { skip: withou
     assert.equal(bridge.errors, '');
 });
 
-test('every connection is told "ready", also a second one of the same client', async (t) => {
+test('every connection gets "ready", also a second one of the same client', async (t) => {
     const bridge = await startBridge(t);
     for (let n = 0; n < 3; ++n) {
         const client = await bridge.connect();
@@ -118,7 +118,7 @@ test('a second signal changes nothing', async (t) => {
     deaf.socket.terminate();
 });
 
-test('it outlives whoever read its output', async (t) => {
+test('it survives the end of the process that read its output', async (t) => {
     const bridge = await startBridge(t);
     bridge.process.stdout.destroy();
     bridge.process.stderr.destroy();

@@ -28,7 +28,7 @@ test('cutting leaves no half of a character', () => {
     assert.equal(cut('a😀b', 3), 'a😀…');
 });
 
-test('words from outside fit on one log line', () => {
+test('untrusted text fits on one log line', () => {
     assert.equal(quote('a\nb\u001b[31m\u009b\u2028'), '"a\\nb\\u001b[31m??"');
     assert.equal(quote('x'.repeat(1000)).length, 203);
 });
@@ -46,7 +46,7 @@ const REQUEST = 'You are a text-only assistant. Do NOT execute any actions or to
     'voice-transcribed command into a clear, concise instruction. Return ONLY the rephrased sentence, nothing else. ' +
     'If it is already clear, return it unchanged.\n\n"';
 
-test('a rewrite is told from a chat by its agent and its frame', () => {
+test('a rephrase is distinguished from a chat by its agent and its frame', () => {
     const message = `${REQUEST}say "hi"\nthere"`;
     assert.equal(rephrase.transcriptOf({ message, agent: 'chat' }), 'say "hi"\nthere');
     assert.equal(rephrase.transcriptOf({ message, agent: 'auto' }), null);
@@ -105,7 +105,7 @@ test('the store forgets the least recently used session and the oldest messages'
 
 const closeAll = (servers) => Promise.all(servers.map((server) => new Promise((resolve) => server.close(resolve))));
 
-test('a missing optional address is told, a missing other one fails', async () => {
+test('a missing optional address is reported, any other one fails', async () => {
     const nowhere = { host: '2001:db8::1', shown: 'nowhere' };
     const here = { host: '127.0.0.1', shown: 'here' };
     const opened = await openListeners(0, [here, { ...nowhere, optional: true }]);

@@ -214,7 +214,7 @@ test('do not disturb holds a suggestion back unless it is ignored', async (t) =>
     assert.equal((await client.result(CHECK, { ignoreDnd: true })).notified, true);
 });
 
-test('a suggestion below the threshold is told and not shown', async (t) => {
+test('a suggestion below the threshold is reported and not shown', async (t) => {
     const client = await (await startBridge(t, ALL_ON)).connect();
     await client.result('workspaceIntelSetSettings', { key: 'suggestionThreshold', value: '0.9' });
     const { notified, reason, clientNotification, topSuggestion } = await client.result(CHECK, { ignoreDnd: true });
