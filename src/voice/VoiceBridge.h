@@ -280,7 +280,7 @@ private:
 
     const std::shared_ptr<CaptureLink> m_captureLink;
     std::unique_ptr<Capture> m_capture;
-    //! Counts the captures, so that the delayed end of a cancelled one can be told apart.
+    //! Number of the current capture. It identifies the end of a cancelled capture that arrives after a new one began.
     std::uint64_t m_captureNumber = 0;
     //! The samples of the last utterance. Its memory is reused by the next capture.
     std::vector<qint16> m_captureBuffer;

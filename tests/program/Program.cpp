@@ -7,11 +7,6 @@
 namespace Program
 {
 
-namespace
-{
-
-}
-
 QString path()
 {
     const QString path = qEnvironmentVariable("TOVICTL_PROGRAM");

@@ -44,6 +44,6 @@ struct PlanStep
 //! not a number, negative, or beyond 64 bits.
 quint64 requestIdOf(const QJsonValue &id);
 
-//! A rephrased transcript as it is shown: trimmed, and without one pair of equal quotation marks around it. Not trimmed
-//! again afterwards.
+//! Prepares a rephrased transcript for display: trims it, then removes one pair of matching quotation marks around it.
+//! What was inside the quotation marks is not trimmed.
 QString withoutQuotationMarks(const QString &response);
