@@ -4,6 +4,7 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 import Qt.labs.settings 1.0
+import org.kde.loomra.components.controls 1.0
 
 import "omnibar"
 import "omnibar/bar"

@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import org.kde.loomra.components.controls 1.0
 
 import "common"
 import "settings"

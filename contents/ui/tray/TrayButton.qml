@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-
-import "../omnibar/common"
+import org.kde.loomra.components.controls 1.0
 
 //! The icon of the tray view, with the state as a dot in its corner.
 PlainButton {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
-import "../common"
 import "../logic/Native.js" as Native
 
 //! Starts and ends voice input. Without a voice bridge it always looks idle, and its tooltip says so.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
-import "../common"
 import "../logic/Translatable.js" as Translatable
 
 //! The number of tokens used since the window was opened, as a ring.

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
 import "../bar"
-import "../common"
 
 //! The window's compact form: a round button in the corner of the screen.
 PlainButton {

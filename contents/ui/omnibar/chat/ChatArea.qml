@@ -4,8 +4,6 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-import "../common"
-
 //! The list of messages. Only visible rows are created, so that long conversations stay fast. Up and Down change the
 //! current row, whose buttons are reached by Tab.
 Rectangle {

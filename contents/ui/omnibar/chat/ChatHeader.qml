@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-
-import "../common"
+import org.kde.loomra.components.controls 1.0
 
 //! The header of the chat panel: the name of the assistant and the window's three buttons.
 Item {

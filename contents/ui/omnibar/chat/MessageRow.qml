@@ -4,8 +4,8 @@
 import QtQuick 2.15
 
 import org.kde.loomra 1.0 as Loomra
+import org.kde.loomra.components.controls 1.0
 
-import "../common"
 import "../logic/MessageTime.js" as MessageTime
 
 //! One row of the conversation: author, time, avatar, and the bubble with its buttons.

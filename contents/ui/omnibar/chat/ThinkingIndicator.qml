@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
-import "../common"
 import "../logic/Native.js" as Native
 
 //! The footer of the conversation while waiting for a reply: the current phase and a stop button.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
-import "../common"
 import "../logic/Geometry.js" as Geometry
 
 //! The tab for theme, opacity and transparency.
@@ -53,7 +53,7 @@ Column {
             font.pointSize: 10
         }
 
-        SettingsSlider {
+        PlainSlider {
             objectName: "opacitySlider"
 
             anchors.right: percentage.left
@@ -82,7 +82,7 @@ Column {
         }
     }
 
-    SettingsSwitch {
+    PlainSwitch {
         objectName: "transparencySwitch"
 
         width: parent.width

@@ -3,8 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
-
-import "../common"
+import org.kde.loomra.components.controls 1.0
 
 //! The tabs of the settings sheet. Left and Right switch between them.
 T.TabBar {

@@ -4,8 +4,6 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-import "../common"
-
 //! A switch in the colours of the settings sheet, with its label on the left.
 T.Switch {
     id: control

@@ -4,8 +4,6 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-import "../common"
-
 //! A slider in the colours of the settings sheet.
 T.Slider {
     id: slider
