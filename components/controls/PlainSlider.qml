@@ -4,11 +4,14 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! A slider in the colours of the settings sheet.
+//! A slider with a thin track and a round handle.
 T.Slider {
     id: slider
 
-    required property var theme
+    required property color trackColor
+    //! Of the track up to the handle.
+    required property color fillColor
+    required property color ringColor
 
     // Assistive technology reads the range from these names.
     readonly property real minimumValue: from
@@ -27,13 +30,13 @@ T.Slider {
         width: slider.availableWidth
         height: 4
         radius: 2
-        color: slider.theme.uiWellFillHi
+        color: slider.trackColor
 
         Rectangle {
             width: slider.visualPosition * parent.width
             height: parent.height
             radius: 2
-            color: slider.theme.uiAccentBorder
+            color: slider.fillColor
         }
     }
 
@@ -53,7 +56,7 @@ T.Slider {
 
         FocusRing {
             control: knob
-            border.color: slider.theme.focusRing
+            border.color: slider.ringColor
         }
     }
 }

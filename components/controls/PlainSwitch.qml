@@ -4,11 +4,16 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
-//! A switch in the colours of the settings sheet, with its label on the left.
+//! A switch with its label on the left.
 T.Switch {
     id: control
 
-    required property var theme
+    required property color textColor
+    required property color onColor
+    required property color offColor
+    //! Of the track while off.
+    required property color borderColor
+    required property color ringColor
 
     implicitWidth: contentItem.implicitWidth + spacing + indicator.width
     implicitHeight: 28
@@ -30,7 +35,7 @@ T.Switch {
 
     contentItem: PlainText {
         text: control.text
-        color: control.theme.uiTextMed
+        color: control.textColor
         font.pointSize: 10
         verticalAlignment: Text.AlignVCenter
         rightPadding: control.indicator.width + control.spacing
@@ -47,9 +52,9 @@ T.Switch {
         width: 36
         height: 20
         radius: 10
-        color: control.checked ? control.theme.uiAccentBorder : control.theme.uiWellFillHi
+        color: control.checked ? control.onColor : control.offColor
         border.width: 1
-        border.color: control.checked ? control.theme.uiAccentBorder : control.theme.uiWellBorder
+        border.color: control.checked ? control.onColor : control.borderColor
 
         Rectangle {
             x: 2 + control.visualPosition * (parent.width - width - 4)
@@ -70,7 +75,7 @@ T.Switch {
 
         FocusRing {
             control: track
-            border.color: control.theme.focusRing
+            border.color: control.ringColor
         }
     }
 }

@@ -59,7 +59,9 @@ Column {
             anchors.right: percentage.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            theme: look.theme
+            trackColor: look.theme.uiWellFillHi
+            fillColor: look.theme.uiAccentBorder
+            ringColor: look.theme.focusRing
             from: 0.65
             to: 1.0
             stepSize: 0.05
@@ -86,7 +88,11 @@ Column {
         objectName: "transparencySwitch"
 
         width: parent.width
-        theme: look.theme
+        textColor: look.theme.uiTextMed
+        onColor: look.theme.uiAccentBorder
+        offColor: look.theme.uiWellFillHi
+        borderColor: look.theme.uiWellBorder
+        ringColor: look.theme.focusRing
         text: look.bar.tr("Background transparency")
         checked: look.bar.appearanceStore.translucentBackground
         onToggled: {
