@@ -9,6 +9,9 @@
 #include <QScreen>
 #include <QTest>
 
+#include <memory>
+#include <vector>
+
 namespace
 {
 
@@ -73,6 +76,8 @@ private Q_SLOTS:
     void chatPanelIsThereAtOnce_data();
     void chatPanelIsThereAtOnce();
     void columnOfThePanel();
+    void everyPartOfTheColumnCounts();
+    void suggestionsOfALowPanelAreReached();
     void stripBelowTheBar_data();
     void stripBelowTheBar();
     void withoutAScreen();
@@ -298,11 +303,9 @@ void tst_OmniBarGeometry::columnOfThePanel()
     bar.invoke("initResponseSuggestions");
     QVERIFY(bar.settle());
     QQuickItem *cards = bar.item("suggestionCards");
-    if (layout.lowPanel > 300) {
-        QVERIFY(bar.isSeen(cards));
-        QCOMPARE(area->height(), qMax(140.0, layout.lowPanel - 64.0 - cards->height() - 70));
-        QCOMPARE(bar.place(cards).top(), bar.place(area).bottom() + 10);
-    }
+    QVERIFY(bar.isSeen(cards));
+    QCOMPARE(area->height(), qMax(140.0, layout.lowPanel - 64.0 - cards->height() - 70));
+    QCOMPARE(bar.place(cards).top(), bar.place(area).bottom() + 10);
     const QList<QQuickItem *> texts = bar.itemsWhere(panel, [](QQuickItem *item) {
         return item->property("text").toString()
             == QStringLiteral("Tovi can make mistakes. Verify important information.");
@@ -313,6 +316,61 @@ void tst_OmniBarGeometry::columnOfThePanel()
         QVERIFY(bar.place(panel).contains(bar.place(texts.first())));
         QVERIFY(bar.place(texts.first()).top() >= bar.place(cards).bottom());
     }
+}
+
+void tst_OmniBarGeometry::everyPartOfTheColumnCounts()
+{
+    const Layout &layout = layoutHere();
+    OmniBarFixture &bar = m_window.take();
+    QVERIFY(bar.open());
+    QVERIFY(say(bar, "hello"));
+    QQuickItem *panel = bar.item("chatPanel");
+    QQuickItem *area = bar.item("chatArea");
+    QQuickItem *cards = bar.item("suggestionCards");
+    QQuickItem *pane = bar.item("chatScrollPane");
+    const qreal alone = area->height();
+    QCOMPARE(pane->property("interactive").toBool(), layout.lowPanel < 300);
+
+    // Two more parts, such as bars, which the panel has not heard of.
+    std::vector<std::unique_ptr<QQuickItem>> parts;
+    for (const qreal height : {48.0, 36.0}) {
+        parts.push_back(std::make_unique<QQuickItem>());
+        parts.back()->setWidth(area->width());
+        parts.back()->setHeight(height);
+        parts.back()->setParentItem(area->parentItem());
+    }
+    QVERIFY(bar.settle());
+    const qreal withParts = layout.lowPanel - 64.0 - 70 - cards->height() - 48 - 36 - 2 * 10;
+    QCOMPARE(area->height(), qMax(140.0, withParts));
+    QCOMPARE(pane->property("interactive").toBool(), withParts < 140);
+    if (withParts >= 140) {
+        for (const auto &part : parts) {
+            QVERIFY(bar.place(panel).adjusted(0, 0, 0, -12).contains(bar.place(part.get())));
+        }
+    }
+
+    parts.front()->setVisible(false);
+    QVERIFY(bar.settle());
+    QCOMPARE(area->height(), qMax(140.0, withParts + 48 + 10));
+    parts.clear();
+    QVERIFY(bar.settle());
+    QCOMPARE(area->height(), alone);
+}
+
+void tst_OmniBarGeometry::suggestionsOfALowPanelAreReached()
+{
+    OmniBarFixture &bar = m_window.take();
+    QVERIFY(bar.open());
+    bar.evaluate("surface.screens = [{ 'width': 1280, 'height': 360 }]");
+    QVERIFY(say(bar, "hello"));
+    QQuickItem *panel = bar.item("chatPanel");
+    QCOMPARE(panel->height(), 260.0);
+    QQuickItem *last = bar.items("suggestionCard").constLast();
+    QVERIFY(!bar.place(panel).contains(bar.place(last)));
+    bar.focus(last);
+    QTRY_VERIFY(bar.place(panel).contains(bar.place(last)));
+    bar.screenshot("chat-lowest");
+    bar.evaluate("surface.screens = Qt.application.screens");
 }
 
 void tst_OmniBarGeometry::stripBelowTheBar_data()

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "common"
@@ -29,25 +28,14 @@ FloatingPanel {
     Accessible.role: Accessible.Dialog
     Accessible.name: heading.text
 
-    Flickable {
+    ScrollPane {
+        objectName: "settingsScrollPane"
+
         anchors.fill: parent
         anchors.margins: 12
         contentHeight: content.implicitHeight
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: contentHeight > height
-        clip: interactive
-
-        T.ScrollBar.vertical: T.ScrollBar {
-            implicitWidth: 6
-            policy: T.ScrollBar.AsNeeded
-            visible: size < 1.0
-            Accessible.role: Accessible.ScrollBar
-            Accessible.name: panel.bar.tr("Scroll settings")
-            contentItem: Rectangle {
-                radius: 2
-                color: panel.theme.uiScrollThumb
-            }
-        }
+        thumbColor: panel.theme.uiScrollThumb
+        scrollBarName: panel.bar.tr("Scroll settings")
 
         Column {
             id: content

@@ -73,14 +73,16 @@ TestCase {
         compare(Geometry.chatAreaHeight(row.panel, 64, row.extras), row.height);
     }
 
-    function test_chatAreaFits_data() {
+    function test_chatExtrasHeight_data() {
         return [
-            { tag: "just", panel: 380, extras: 106, fits: true },
-            { tag: "just not", panel: 379, extras: 106, fits: false }
+            { tag: "none", heights: [], height: 0 },
+            { tag: "one", heights: [103], height: 103 },
+            { tag: "two", heights: [103, 48], height: 161 },
+            { tag: "all", heights: [150, 48, 36, 103], height: 367 }
         ];
     }
-    function test_chatAreaFits(row) {
-        compare(Geometry.chatAreaFits(row.panel, 64, row.extras), row.fits);
+    function test_chatExtrasHeight(row) {
+        compare(Geometry.chatExtrasHeight(row.heights), row.height);
     }
 
     function test_bubblePosition_data() {

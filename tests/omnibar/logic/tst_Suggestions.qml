@@ -217,8 +217,8 @@ TestCase {
               titles: ["a", "b", "List windows", "Focus window"] },
             { tag: "full", followUps: ["a", "b", "c", "d", "e"].map(label => ({ label: label })), query: "window",
               titles: ["a", "b", "c", "d"] },
-            { tag: "no card twice", followUps: [{ title: "a", prompt: "tell me MORE about that" }], query: "",
-              titles: ["a", "Run again", "What else?", "Simplify"] },
+            { tag: "a follow-up doesn't displace a contextual card", followUps: [{ title: "a", prompt: "Tell me more about that" }],
+              query: "", titles: ["a", "Tell me more", "Run again", "What else?"] },
             { tag: "two follow-ups of one prompt both stay", followUps: [{ label: "a" }, { label: "a" }], query: "",
               titles: ["a", "a", "Tell me more", "Run again"] }
         ];

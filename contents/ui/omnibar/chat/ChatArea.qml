@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import org.kde.loomra.components.controls 1.0
 
 //! The list of messages. Only visible rows are created, so that long conversations stay fast. Up and Down change the
 //! current row, whose buttons are reached by Tab.
@@ -73,26 +74,14 @@ Rectangle {
             theme: area.theme
         }
 
-        T.ScrollBar.vertical: T.ScrollBar {
+        T.ScrollBar.vertical: PlainScrollBar {
             id: scrollBar
             objectName: "messageScrollBar"
 
-            implicitWidth: 6
-            minimumSize: 0.08
-            policy: T.ScrollBar.AsNeeded
-            visible: size < 1.0
-            onPressedChanged: rows.followEnd = rows.atYEnd
-            Accessible.role: Accessible.ScrollBar
+            thumbColor: area.theme.uiScrollThumb
+            trackColor: area.theme.uiScrollTrack
             Accessible.name: area.bar.tr("Scroll messages")
-
-            background: Rectangle {
-                radius: 2
-                color: area.theme.uiScrollTrack
-            }
-            contentItem: Rectangle {
-                radius: 2
-                color: area.theme.uiScrollThumb
-            }
+            onPressedChanged: rows.followEnd = rows.atYEnd
         }
     }
 }

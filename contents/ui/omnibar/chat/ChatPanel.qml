@@ -18,9 +18,12 @@ FloatingPanel {
 
     readonly property int headerHeight: 64
 
-    //! Height of the optional parts besides the header and the message area.
-    readonly property real extrasHeight: suggestions.visible ? suggestions.height : 0
-    readonly property real areaHeight: Geometry.chatAreaHeight(fullHeight, headerHeight, extrasHeight)
+    //! The visible parts of the column besides the message area, such as the suggestions. A part that is added to the
+    //! column counts without further ado.
+    readonly property var extras: Array.from(column.children)
+        .filter(part => part.visible && part !== area && part !== disclaimer)
+    readonly property real areaHeight: Geometry.chatAreaHeight(
+        fullHeight, headerHeight, Geometry.chatExtrasHeight(extras.map(part => part.height)))
     readonly property real fullHeight: Geometry.chatPanelHeight(bar.chatMinHeight, bar.chatMaxHeight, barCard.targetY,
                                                                 bar.chatTopSafePadding)
 
@@ -41,46 +44,69 @@ FloatingPanel {
             easing.type: Easing.OutCubic
         }
     }
-    Column {
-        anchors.fill: parent
+
+    ChatHeader {
+        id: header
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
         anchors.margins: 12
-        spacing: 10
+        height: chatPanel.headerHeight
+        bar: chatPanel.bar
+        theme: chatPanel.theme
+    }
 
-        ChatHeader {
+    // Scrolls only if the screen is too low even for a message area of minimum height.
+    ScrollPane {
+        objectName: "chatScrollPane"
+
+        anchors.left: header.left
+        anchors.right: header.right
+        anchors.top: header.bottom
+        anchors.bottom: parent.bottom
+        anchors.topMargin: column.spacing
+        anchors.bottomMargin: 12
+        contentHeight: column.height
+        // Not while the panel grows to its full height.
+        interactive: contentHeight > chatPanel.fullHeight - y - 12
+        thumbColor: chatPanel.theme.uiScrollThumb
+        scrollBarName: chatPanel.bar.tr("Scroll conversation")
+
+        Column {
+            id: column
+
             width: parent.width
-            height: chatPanel.headerHeight
-            bar: chatPanel.bar
-            theme: chatPanel.theme
-        }
+            spacing: Geometry.chatColumnSpacing
 
-        ChatArea {
-            id: area
-            objectName: "chatArea"
+            ChatArea {
+                id: area
+                objectName: "chatArea"
 
-            width: parent.width
-            height: chatPanel.areaHeight
-            bar: chatPanel.bar
-            theme: chatPanel.theme
-        }
+                width: parent.width
+                height: chatPanel.areaHeight
+                bar: chatPanel.bar
+                theme: chatPanel.theme
+            }
 
-        SuggestionCards {
-            id: suggestions
-            objectName: "suggestionCards"
+            SuggestionCards {
+                objectName: "suggestionCards"
 
-            width: parent.width
-            // If the screen is too low for both, the conversation has priority.
-            visible: chatPanel.bar.suggestionsShown
-                     && Geometry.chatAreaFits(chatPanel.fullHeight, chatPanel.headerHeight, implicitHeight)
-            bar: chatPanel.bar
-            theme: chatPanel.theme
-        }
+                width: parent.width
+                visible: chatPanel.bar.suggestionsShown
+                bar: chatPanel.bar
+                theme: chatPanel.theme
+            }
 
-        PlainText {
-            width: parent.width
-            text: chatPanel.bar.tr("Tovi can make mistakes. Verify important information.")
-            color: chatPanel.theme.uiTextFaint
-            font.pixelSize: 11
-            horizontalAlignment: Text.AlignHCenter
+            PlainText {
+                id: disclaimer
+
+                width: parent.width
+                text: chatPanel.bar.tr("Tovi can make mistakes. Verify important information.")
+                color: chatPanel.theme.uiTextFaint
+                font.pixelSize: 11
+                horizontalAlignment: Text.AlignHCenter
+            }
         }
     }
 }

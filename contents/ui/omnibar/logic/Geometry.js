@@ -15,7 +15,9 @@ var chatLimit = 780;
 var chatScreenShare = 0.68;
 
 var chatAreaMinHeight = 140;
+// Margins, gaps and the disclaimer.
 var chatPanelChrome = 70;
+var chatColumnSpacing = 10;
 
 var hintHeight = 20;
 var notifyLineHeight = 16;
@@ -50,16 +52,20 @@ function chatPanelHeight(minHeight, maxHeight, barY, topSafePadding) {
 }
 
 /**
- * The height of the message area inside the panel.
- * extras is the sum of the heights of the visible plan card, plan bar, undo bar and suggestions.
+ * The height that the parts besides header, message area and disclaimer take from the message area, from the heights
+ * of those that are visible. chatPanelChrome includes the gap of one part; each further one brings its own.
+ */
+function chatExtrasHeight(heights) {
+    const sum = heights.reduce((total, height) => total + height, 0);
+    return sum + chatColumnSpacing * Math.max(0, heights.length - 1);
+}
+
+/**
+ * The height of the message area inside the panel. On a low screen its minimum has priority, and the panel scrolls.
+ * extras: see chatExtrasHeight().
  */
 function chatAreaHeight(panelHeight, headerHeight, extras) {
     return Math.max(chatAreaMinHeight, panelHeight - headerHeight - extras - chatPanelChrome);
-}
-
-/** Whether extras fit into the panel besides a message area of minimum height. */
-function chatAreaFits(panelHeight, headerHeight, extras) {
-    return panelHeight - headerHeight - extras - chatPanelChrome >= chatAreaMinHeight;
 }
 
 /** The position {x, y} of the compact bubble in the top right corner, always inside the screen. */

@@ -152,10 +152,7 @@ function contextualSuggestions(query, reply, tr) {
     return withoutRepeats(pool).slice(0, maxCards);
 }
 
-/** The cards below a reply, up to four: follow-ups first, then contextual ones with other prompts. */
+/** The cards below a reply, up to four: all follow-ups, filled up with contextual ones. */
 function cards(followUps, query, reply, tr) {
-    const offered = followUpCards(followUps);
-    const fill = contextualSuggestions(query, reply, tr)
-        .filter(card => !offered.some(earlier => asksTheSame(earlier, card)));
-    return offered.concat(fill).slice(0, maxCards);
+    return followUpCards(followUps).concat(contextualSuggestions(query, reply, tr)).slice(0, maxCards);
 }
