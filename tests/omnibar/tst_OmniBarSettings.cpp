@@ -76,6 +76,7 @@ private Q_SLOTS:
     void transparencySwitch_data();
     void transparencySwitch();
     void everythingIsReachedByTab();
+    void focusScrollsTheSheet();
 };
 
 void tst_OmniBarSettings::opensAndClosesByClick()
@@ -455,6 +456,20 @@ void tst_OmniBarSettings::everythingIsReachedByTab()
     const QStringList look = {text("darkSegment"), text("lightSegment"), text("opacitySlider"),
                               text("transparencySwitch")};
     QCOMPARE(order.mid(order.indexOf(look.first()), look.size()), look);
+}
+
+void tst_OmniBarSettings::focusScrollsTheSheet()
+{
+    Settings bar;
+    QVERIFY(bar.begin());
+    bar.evaluate("surface.screens = [{ 'width': 1280, 'height': 240 }]");
+    QVERIFY(bar.settle());
+    QQuickItem *pane = bar.item("settingsScrollPane");
+    QVERIFY(!bar.place(pane).contains(bar.place(bar.item("transparencySwitch"))));
+    for (const char *name : {"transparencySwitch", "opacitySlider", "darkSegment"}) {
+        bar.focus(bar.item(name));
+        QTRY_VERIFY2(bar.place(pane).contains(bar.place(bar.item(name))), name);
+    }
 }
 
 REGISTER_TEST(tst_OmniBarSettings, QGuiApplication)

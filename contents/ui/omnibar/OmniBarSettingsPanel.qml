@@ -17,8 +17,8 @@ FloatingPanel {
     //! The chat panel, which is hidden while the sheet is open. Null before it is created.
     property Item chatPanelItem: null
 
-    readonly property var tabs: [
-        { "title": bar.tr("Look"), "file": Qt.resolvedUrl("settings/LookTab.qml") }
+    readonly property list<SettingsTab> tabs: [
+        SettingsTab { title: panel.bar.tr("Look"); file: Qt.resolvedUrl("settings/LookTab.qml") }
     ]
     readonly property real contentLimit: Math.round(bar.screenHeight * 0.78)
 
@@ -53,39 +53,12 @@ FloatingPanel {
                 Accessible.role: Accessible.Heading
             }
 
-            TabStrip {
-                id: strip
-                objectName: "settingsTabs"
-
+            SettingsTabs {
                 width: parent.width
+                bar: panel.bar
                 theme: panel.theme
-                titles: panel.tabs.map(tab => tab.title)
-                Accessible.name: heading.text
-            }
-
-            Item {
-                width: parent.width
-                implicitHeight: Math.max(220, tabLoader.implicitHeight)
-
-                Loader {
-                    id: tabLoader
-
-                    width: parent.width
-                    Accessible.ignored: true
-                    Component.onCompleted: showTab()
-
-                    function showTab() {
-                        setSource(panel.tabs[strip.currentIndex].file, { "bar": panel.bar, "theme": panel.theme });
-                    }
-
-                    Connections {
-                        target: strip
-
-                        function onCurrentIndexChanged() {
-                            tabLoader.showTab();
-                        }
-                    }
-                }
+                tabs: panel.tabs
+                name: heading.text
             }
         }
     }

@@ -13,6 +13,7 @@ Column {
 
     required property var bar
     required property var theme
+    required property SettingsTab tab
 
     spacing: 12
 

@@ -10,8 +10,8 @@ T.TabBar {
     id: strip
 
     required property var theme
-    //! Translated titles.
-    required property var titles
+    //! SettingsTab objects. The list never changes: new buttons would lose the current tab and the focus.
+    required property var tabs
 
     implicitHeight: 40
     padding: 4
@@ -25,6 +25,7 @@ T.TabBar {
         orientation: ListView.Horizontal
         spacing: strip.spacing
         interactive: false
+        keyNavigationEnabled: true
     }
 
     background: Rectangle {
@@ -35,17 +36,17 @@ T.TabBar {
     }
 
     Repeater {
-        model: strip.titles
+        model: strip.tabs.length
 
         T.TabButton {
             id: tab
 
-            required property string modelData
+            required property int index
 
             implicitHeight: 32
             implicitWidth: contentItem.implicitWidth + 28
             hoverEnabled: true
-            text: modelData
+            text: strip.tabs[index].title
             Accessible.role: Accessible.PageTab
             Accessible.name: text
 
