@@ -7,7 +7,8 @@ import QtQuick 2.15
 //! time until the first frame.
 Loader {
     property url file
-    //! Initial values of the part's properties.
+    //! Values of the part's properties: an object, or a function, which becomes a binding. Any other value would be a
+    //! snapshot that ignores later changes, so it is refused.
     property var properties: ({})
     property bool wanted: false
     //! Load asynchronously, before the part is needed. If this turns false while loading, the rest is loaded at once.
@@ -20,7 +21,25 @@ Loader {
         if (status === Loader.Loading)
             source = "";
         asynchronous = ahead;
-        setSource(file, properties);
+        setSource(file, boundProperties());
+    }
+
+    function boundProperties() {
+        const bound = {};
+        Object.keys(properties).forEach(name => {
+            const value = properties[name];
+            if (typeof value === "function")
+                bound[name] = Qt.binding(value);
+            else if (isObject(value))
+                bound[name] = value;
+            else
+                throw new TypeError("the property \"" + name + "\" of " + file + " is neither an object nor a function");
+        });
+        return bound;
+    }
+
+    function isObject(value) {
+        return typeof value === "object" && value !== null && typeof value.objectName === "string";
     }
 
     onWantedChanged: build()

@@ -91,7 +91,8 @@ Window {
     function handleEscapeKey() { surface.handleEscapeKey(); }
     function applyWindowBlurBehind() { surface.applyWindowBlurBehind(); }
     function startClosing() { closing.start(); }
-    function focusBubble() { compactBubbleLoader.item.forceActiveFocus(); }
+    // The loader passes the focus on, also if the bubble is created later.
+    function focusBubble() { compactBubbleLoader.forceActiveFocus(); }
 
     // ---- Conversation
     property alias inputField: barCard.inputField
@@ -283,10 +284,14 @@ Window {
             id: barCard
             objectName: "barCard"
 
+            //! The y to which the bar moves. Panels are placed above it, so that they don't move along.
             readonly property int targetY: Geometry.barY(omniBar.barIdle, omniBar.height, omniBar.shortcutHintHeight)
+            readonly property int panelBottom: targetY - Geometry.barPanelGap
 
             anchors.horizontalCenter: parent.horizontalCenter
             y: targetY
+            // Passes in front of a panel that appears while the bar moves down.
+            z: 1
             bar: omniBar
 
             Behavior on y { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
@@ -306,8 +311,7 @@ Window {
             id: chatPanelLoader
 
             anchors.horizontalCenter: barCard.horizontalCenter
-            anchors.bottom: barCard.top
-            anchors.bottomMargin: 10
+            y: barCard.panelBottom - height
 
             function scrollToEnd() {
                 if (item)
@@ -324,11 +328,10 @@ Window {
             id: settingsPanelLoader
 
             anchors.horizontalCenter: barCard.horizontalCenter
-            anchors.bottom: barCard.top
-            anchors.bottomMargin: 10
+            y: barCard.panelBottom - height
             z: 10
             file: Qt.resolvedUrl("omnibar/OmniBarSettingsPanel.qml")
-            properties: ({ "bar": omniBar, "theme": omniTheme, "barCardItem": barCard, "chatPanelItem": chatPanelLoader.item })
+            properties: ({ "bar": omniBar, "theme": omniTheme, "barCardItem": barCard, "chatPanelItem": () => chatPanelLoader.item })
             wanted: omniBar.settingsPanelOpen
         }
 

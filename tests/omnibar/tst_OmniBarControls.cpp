@@ -72,6 +72,7 @@ private Q_SLOTS:
     void cleanupTestCase();
 
     void row();
+    void shadowFollowsTheBar();
     void brand();
     void placeholder_data();
     void placeholder();
@@ -143,6 +144,18 @@ void tst_OmniBarControls::row()
         QCOMPARE(place(name).center().y(), card.center().y());
     }
     bar.screenshot("bar-full");
+}
+
+void tst_OmniBarControls::shadowFollowsTheBar()
+{
+    OmniBarFixture &bar = m_window.take();
+    QVERIFY(bar.open());
+    QTRY_VERIFY(OmniBarFixture::itemIn(bar.item("barCard"), QStringLiteral("panelShadow")));
+    QQuickItem *shadow = OmniBarFixture::itemIn(bar.item("barCard"), QStringLiteral("panelShadow"));
+    QCOMPARE(shadow->property("radius").toDouble(), 18.0);
+    bar.setProperty("barRadius", 8);
+    QCOMPARE(shadow->property("radius").toDouble(), 8.0);
+    bar.setProperty("barRadius", 18);
 }
 
 void tst_OmniBarControls::brand()

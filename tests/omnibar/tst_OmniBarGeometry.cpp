@@ -243,6 +243,10 @@ void tst_OmniBarGeometry::chatPanelComesInSmoothly()
     bar.invoke("appendUserMessage", {QStringLiteral("hello")});
     QVERIFY(panel->isVisible());
     QVERIFY(panel->opacity() < 1.0);
+    // It is in its place at once, while the bar still moves down.
+    QQuickItem *loader = panel->parentItem();
+    QCOMPARE(loader->y() + panel->height(), layoutHere().busyY - 10.0);
+    QVERIFY(bar.item("barCard")->y() < layoutHere().busyY);
     QVERIFY(bar.settle());
     QCOMPARE(bar.behaviour(panel, "opacity"), QStringLiteral("250 OutCubic"));
     QCOMPARE(bar.behaviour(panel, "scale"), QStringLiteral("250 OutCubic"));

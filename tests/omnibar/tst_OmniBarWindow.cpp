@@ -74,6 +74,7 @@ private Q_SLOTS:
     void storesItsLook();
     void entranceIsAnimated();
 
+    void bubbleBeforeTheFirstFrame();
     void shrinksInItsCorner();
     void escapeCollapses();
     void clickOnTheBubbleExpands();
@@ -213,6 +214,17 @@ void tst_OmniBarWindow::entranceIsAnimated()
     };
     QCOMPARE(part(0), QStringLiteral("160 OutCubic"));
     QCOMPARE(part(1), QStringLiteral("220 OutBack"));
+}
+
+void tst_OmniBarWindow::bubbleBeforeTheFirstFrame()
+{
+    OmniBarFixture bar;
+    auto *window = qobject_cast<QQuickWindow *>(bar.load(QStringLiteral("OmniBar.qml")));
+    QVERIFY(window);
+    bar.invoke("shrinkToCompactBubble");
+    const auto bubble = [&] { return OmniBarFixture::itemIn(window->contentItem(), QStringLiteral("compactBubble")); };
+    QTRY_VERIFY(bubble());
+    QTRY_VERIFY(bubble()->hasActiveFocus());
 }
 
 void tst_OmniBarWindow::shrinksInItsCorner()

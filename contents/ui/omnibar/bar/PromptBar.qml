@@ -17,10 +17,12 @@ Item {
     Accessible.role: Accessible.ToolBar
     Accessible.name: bar.tr("Prompt bar")
 
+    ClickBarrier {}
+
     LateLoader {
         anchors.fill: parent
         file: Qt.resolvedUrl("../common/PanelShadow.qml")
-        properties: ({ "radius": promptBar.bar.barRadius })
+        properties: ({ "radius": () => promptBar.bar.barRadius })
         wanted: promptBar.bar.firstFrameShown
     }
 

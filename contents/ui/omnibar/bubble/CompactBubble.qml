@@ -15,6 +15,7 @@ PlainButton {
     required property var theme
 
     text: bar.tr("Open Tovi")
+    focus: true
     focusPolicy: Qt.StrongFocus
     opacity: bar.compactMode ? 1 : 0
     scale: bar.compactMode ? 1 : 0.8

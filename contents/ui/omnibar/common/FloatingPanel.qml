@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
 //! The base of panels above the bar: frame, fill, shadow and entrance animation. The window positions them.
 Item {
@@ -40,8 +41,5 @@ Item {
         theme: panel.theme
     }
 
-    // Accepts clicks between controls, so that they don't reach the scrim, which closes the settings sheet.
-    MouseArea {
-        anchors.fill: parent
-    }
+    ClickBarrier {}
 }

@@ -8,6 +8,7 @@ import QtGraphicalEffects 1.15
 //! blinking cursor, don't render the blur again.
 Rectangle {
     id: caster
+    objectName: "panelShadow"
 
     property color shadowColor: Qt.rgba(0, 0, 0, 0.40)
     property int shadowRadius: 24
