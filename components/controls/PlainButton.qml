@@ -5,8 +5,12 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
 //! The base of all buttons. Return clicks like Space, a held key clicks only once, and only Tab moves the focus here,
-//! so that the prompt keeps it after a click. "text" is the accessible name.
+//! so that the prompt keeps it after a click.
 T.AbstractButton {
+    //! What the button shows, and its accessible name. Never set "text" instead: AbstractButton makes a shortcut of an
+    //! ampersand there, so "R&D" from an untrusted source would be clicked by Alt+D.
+    property string label
+
     //! Whether holding Space emits pressAndHold, like holding the mouse button. The release still emits clicked with
     //! heldBySpace set, which onClicked has to ignore.
     property bool spaceHolds: false
@@ -15,12 +19,13 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Button
-    Accessible.name: text
+    Accessible.name: label
     Keys.onReturnPressed: if (!event.isAutoRepeat) clicked()
     Keys.onEnterPressed: if (!event.isAutoRepeat) clicked()
     Keys.onPressed: keepRepeatOfSpace(event)
     Keys.onReleased: keepRepeatOfSpace(event)
 
+    onTextChanged: console.warn("PlainButton: use label instead of text:", text)
     onPressed: heldBySpace = false
     onCanceled: heldBySpace = false
 

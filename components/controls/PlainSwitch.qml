@@ -8,6 +8,8 @@ import QtQuick.Templates 2.15 as T
 T.Switch {
     id: control
 
+    //! Never set "text" instead, see PlainButton.
+    property string label
     required property color textColor
     required property color onColor
     required property color offColor
@@ -20,7 +22,7 @@ T.Switch {
     spacing: 12
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
-    Accessible.name: text
+    Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.onToggleAction: press()
@@ -34,7 +36,7 @@ T.Switch {
     }
 
     contentItem: PlainText {
-        text: control.text
+        text: control.label
         color: control.textColor
         font.pointSize: 10
         verticalAlignment: Text.AlignVCenter

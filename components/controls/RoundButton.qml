@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! A button with an icon or a glyph, round by default. "text" is its accessible name.
+//! A button with an icon or a glyph, round by default. "label" is its accessible name.
 PlainButton {
     id: button
 
@@ -12,7 +12,7 @@ PlainButton {
     property color ring: "#e9d5ff"
     property real radius: height / 2
     property color borderColor: "transparent"
-    property string tip: text
+    property string tip: label
     property bool tipShown: true
 
     property string iconName

@@ -96,6 +96,11 @@ Window {
 
     // ---- Conversation
     property alias inputField: barCard.inputField
+    //! What keys do in the input, see logic/KeyTable.js. The first row that applies wins.
+    readonly property var inputKeys: [].concat(slashCommands.inputKeys, conversation.inputKeys, surface.inputKeys)
+    //! The user has changed the text in the input. Not emitted when the program does.
+    signal inputEdited()
+
     property alias chatModel: conversation.chatModel
     property alias contextWindowSize: conversation.contextWindowSize
     property alias lastInputMode: conversation.lastInputMode
@@ -171,7 +176,6 @@ Window {
 
     function chosenSlashCommand() { return slashCommands.chosenSlashCommand(); }
     function tryHandleSlashCommand(text) { return slashCommands.tryHandleSlashCommand(text); }
-    function closeNearest() { return slashCommands.closeNearest(); }
     function takeAttachedFiles() { return attachments.takeAttachedFiles(); }
 
     // ---- Workspace

@@ -98,7 +98,7 @@ Window {
                     anchors.horizontalCenter: parent.horizontalCenter
                     implicitWidth: 184
                     implicitHeight: 24
-                    text: modelData
+                    label: modelData
                     onClicked: trayView.trigger(modelData)
 
                     background: Rectangle {
@@ -106,7 +106,7 @@ Window {
                         color: action.hovered || action.pressed ? palette.midlight : palette.button
                     }
                     contentItem: PlainText {
-                        text: action.text
+                        text: action.label
                         color: palette.buttonText
                         horizontalAlignment: Text.AlignHCenter
                         verticalAlignment: Text.AlignVCenter

@@ -14,7 +14,7 @@ Item {
 
     PlainButton {
         id: outside
-        text: "outside"
+        label: "outside"
     }
 
     //! 20 buttons, then a list with 20 buttons, then one button.

@@ -9,6 +9,7 @@
 
 #include <QGuiApplication>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTest>
 
 //! How prompts are sent: typed, clicked or suggested, and what then goes over the wire.
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void modeOfTheInput();
     void slashTextIsAPrompt();
     void attachedFilesGoAlong();
+    void onlyTheUserEdits();
     void ctrlLClearsTheRowsAndNothingElse();
     void withoutAConnection();
     void richerClientsGetTheContext();
@@ -191,6 +193,23 @@ void tst_ConversationPrompts::attachedFilesGoAlong()
                             "--- File: b.md (path: /tmp/b.md) ---\n```\ntwo\n```\n\nUser question: compare"));
     QCOMPARE(bar.rows(), QStringList {QStringLiteral("user: compare")});
     QVERIFY(bar.textItem(QStringLiteral("Ask Tovi anything…")));
+}
+
+void tst_ConversationPrompts::onlyTheUserEdits()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    QSignalSpy edited(bar.window(), SIGNAL(inputEdited()));
+    bar.type(QStringLiteral("ab"));
+    QCOMPARE(edited.size(), 2);
+    bar.key(Qt::Key_Backspace);
+    QCOMPARE(edited.size(), 3);
+    bar.key(Qt::Key_Left);
+    bar.evaluate(QStringLiteral("inputField.text = 'by the program'"));
+    bar.key(Qt::Key_Return);
+    QCOMPARE(bar.property("inputField.text").toString(), QString());
+    QCOMPARE(edited.size(), 3);
+    QVERIFY(!bar.bridge.takeRequest(QStringLiteral("chat")).params.isEmpty());
 }
 
 void tst_ConversationPrompts::ctrlLClearsTheRowsAndNothingElse()

@@ -23,6 +23,8 @@ const char *s_sdk = R"(QtObject {
     property bool workspaceIntelAvailable: true
     property bool aiRuntimeAvailable: true
     property var calls: []
+    signal modelsListed(var models)
+    signal error(string error)
     function listModels() { calls.push("listModels") }
     function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }
     function refreshWorkspaceIntelPanel() { calls.push("refreshWorkspaceIntelPanel") }

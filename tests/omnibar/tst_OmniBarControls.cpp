@@ -78,6 +78,7 @@ private Q_SLOTS:
     void placeholder();
     void connectionDot_data();
     void connectionDot();
+    void connectionDotRestsInCompactMode();
     void connectionDotWithoutABridge();
     void connectionDotNamesThePhase();
     void tipOfTheDot();
@@ -325,6 +326,19 @@ void tst_OmniBarControls::connectionDot()
         QCOMPARE(isAnimated(dot), false);
     }
     QCOMPARE(dot->opacity(), 1.0);
+}
+
+void tst_OmniBarControls::connectionDotRestsInCompactMode()
+{
+    m_window.close();
+    OmniBarFixture &bar = m_stillWindow.take();
+    QVERIFY(bar.open());
+    m_bridge->setProperty("status", text("disconnected"));
+    QVERIFY(isAnimated(bar.item("connectionDot")));
+    bar.setProperty("compactMode", true);
+    QVERIFY(!isAnimated(bar.item("connectionDot")));
+    bar.setProperty("compactMode", false);
+    QVERIFY(isAnimated(bar.item("connectionDot")));
 }
 
 void tst_OmniBarControls::connectionDotWithoutABridge()

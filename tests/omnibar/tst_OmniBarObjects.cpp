@@ -21,6 +21,8 @@ const char *s_sdk = R"(QtObject {
     property bool workspaceIntelAvailable: true
     property bool aiRuntimeAvailable: true
     property var calls: []
+    signal modelsListed(var models)
+    signal error(string error)
     function initialize() { calls.push("initialize") }
     function listModels() { calls.push("listModels") }
     function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }
@@ -275,8 +277,8 @@ void tst_OmniBarObjects::textsAreTranslated()
     QCOMPARE(bar.item("keyHint")->property("text").toString(),
              text("«<b>Esc</b> to minimize · Type <b>/</b> for commands»"));
     QCOMPARE(bar.item("connectionDot")->property("look").toMap().value(text("tip")).toString(), text("«Connected»"));
-    QCOMPARE(bar.item("transparencySwitch")->property("text").toString(), text("«Background transparency»"));
-    QCOMPARE(bar.item("closeBtn")->property("text").toString(), text("«Close Tovi»"));
+    QCOMPARE(bar.item("transparencySwitch")->property("label").toString(), text("«Background transparency»"));
+    QCOMPARE(bar.item("closeBtn")->property("label").toString(), text("«Close Tovi»"));
 }
 
 void tst_OmniBarObjects::thinRoot()

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void showsAgainAfterHiding();
     void ignoresDeactivation();
 
+    void focusSurvivesDeactivation();
     void escapeChain_data();
     void escapeChain();
     void escapeOutsideTheInput();
@@ -527,6 +528,28 @@ void tst_OmniBarWindow::ignoresDeactivation()
     QCOMPARE(bar.property("compactMode").toBool(), false);
     QTRY_COMPARE(bar.window()->geometry(), s_screen);
     QVERIFY(bar.window()->flags().testFlag(Qt::WindowStaysOnTopHint));
+}
+
+void tst_OmniBarWindow::focusSurvivesDeactivation()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    bar.click("settingsBtn");
+    QTRY_VERIFY(bar.item("lightSegment"));
+    QVERIFY(bar.settle());
+    bar.focus(bar.item("lightSegment"));
+    {
+        QWindow other;
+        other.setGeometry(100, 100, 200, 200);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(bar.settle());
+        QVERIFY(!bar.window()->isActive());
+    }
+    bar.window()->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(bar.window()));
+    QVERIFY(bar.settle());
+    QVERIFY(bar.item("lightSegment")->hasActiveFocus());
 }
 
 void tst_OmniBarWindow::escapeChain_data()

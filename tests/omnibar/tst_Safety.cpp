@@ -173,6 +173,7 @@ private Q_SLOTS:
     void untrustedTextIsNotFetched();
     void tooltipOfTheDot();
     void tooltipOfASuggestion();
+    void titleOfASuggestionIsNoShortcut();
     void accessibleNamesAreNotFetched();
     void partialTranscript();
     void everyTextIsPlain();
@@ -290,6 +291,22 @@ void tst_Safety::tooltipOfASuggestion()
     // It is sent unchanged.
     bar.click(firstSuggestion(bar));
     QCOMPARE(bar.bridge.takeRequest(QStringLiteral("chat")).params.value(QStringLiteral("message")).toString(), words);
+}
+
+void tst_Safety::titleOfASuggestionIsNoShortcut()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    suggest(
+        bar,
+        {{QStringLiteral("prompt"), QStringLiteral("delete all")}, {QStringLiteral("title"), QStringLiteral("R&D")}});
+    QTRY_VERIFY(firstSuggestion(bar));
+    QVERIFY(bar.settle());
+    QVERIFY(isShown(bar, QStringLiteral("R&D")));
+    const int rows = bar.count();
+    bar.key(Qt::Key_D, Qt::AltModifier);
+    QCOMPARE(bar.count(), rows);
+    QVERIFY(bar.bridge.isAllTaken());
 }
 
 void tst_Safety::accessibleNamesAreNotFetched()

@@ -120,7 +120,7 @@ void tst_TrayIcon::actionsOnlyLog()
     for (int i = 0; i < 4; ++i) {
         const QRectF place = tray.place(actions.at(i));
         QVERIFY2(QRectF(0, 0, 200, 200).contains(place), names[i]);
-        QCOMPARE(actions.at(i)->property("text").toString(), QString::fromLatin1(names[i]));
+        QCOMPARE(actions.at(i)->property("label").toString(), QString::fromLatin1(names[i]));
         tray.click(actions.at(i));
         QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] ") + QLatin1String(names[i])));
     }
@@ -136,7 +136,7 @@ void tst_TrayIcon::keyboard()
     for (int i = 0; i < 5; ++i) {
         tray.key(Qt::Key_Tab);
         QQuickItem *focused = tray.window()->activeFocusItem();
-        reached.append(focused->property("text").toString());
+        reached.append(focused->property("label").toString());
         QVERIFY(focused->property("visualFocus").toBool());
     }
     QCOMPARE(reached,

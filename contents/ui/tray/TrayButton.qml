@@ -11,7 +11,7 @@ PlainButton {
 
     required property var tray
 
-    text: tray.toolTipMainText
+    label: tray.toolTipMainText
     Accessible.description: tray.toolTipSubText
     onClicked: tray.trigger("clicked")
 

@@ -31,6 +31,7 @@ CallRecorder {
     property int chatMinHeight: 260
     property int chatPanelBottomMargin: 10
     property int chatTopSafePadding: 24
+    property bool active: true
     property real x: -1
     property real y: -1
 

@@ -5,6 +5,7 @@ import QtQuick 2.15
 import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
+import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/KeyTable.js" as KeyTable
 
 //! Controllers that are too small for a test file each.
 TestCase {
@@ -27,6 +28,9 @@ TestCase {
             property bool workspaceIntelAvailable: true
             property bool aiRuntimeAvailable: true
             property var calls: []
+
+            signal modelsListed(var models)
+            signal error(string error)
 
             function listModels() { calls.push("listModels"); }
             function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates"); }
@@ -85,14 +89,20 @@ TestCase {
 
     function test_theMenuClosesBeforeThePopup() {
         const slash = make(slashControllers);
-        compare(slash.closeNearest(), false);
+        const escape = () => {
+            const row = KeyTable.find(slash.inputKeys, Qt.Key_Escape, Qt.NoModifier);
+            if (row)
+                row.act();
+            return row !== null;
+        };
+        compare(escape(), false);
         slash.slashMenuVisible = true;
         slash.slashSessionPopupVisible = true;
-        compare(slash.closeNearest(), true);
+        compare(escape(), true);
         compare([slash.slashMenuVisible, slash.slashSessionPopupVisible], [false, true]);
-        compare(slash.closeNearest(), true);
+        compare(escape(), true);
         compare(slash.slashSessionPopupVisible, false);
-        compare(slash.closeNearest(), false);
+        compare(escape(), false);
     }
 
     // ---- Models
@@ -117,6 +127,41 @@ TestCase {
         const models = make(modelsControllers);
         models.modelsStatusMessage = "old";
         models.refreshModels();
+        compare([models.modelsLoading, models.modelsStatusMessage], [true, ""]);
+        compare(client.calls, ["listModels"]);
+    }
+
+    function test_modelsAreLoaded_data() {
+        return [
+            { tag: "list", end: client => client.modelsListed([{ "id": "a" }]), message: "" },
+            { tag: "empty list", end: client => client.modelsListed([]), message: "<No models found for current provider.>" },
+            { tag: "error", end: client => client.error("no server"), message: "no server" },
+            { tag: "error without a text", end: client => client.error(""), message: "<Request failed>" }
+        ];
+    }
+    function test_modelsAreLoaded(data) {
+        const client = withClient({});
+        const models = make(modelsControllers);
+        models.refreshModels();
+        data.end(client);
+        compare([models.modelsLoading, models.modelsStatusMessage], [false, data.message]);
+    }
+
+    function test_errorOfAnotherRequestIsNotTheirs() {
+        const client = withClient({});
+        const models = make(modelsControllers);
+        client.error("another");
+        compare(models.modelsStatusMessage, "");
+    }
+
+    function test_lostConnectionEndsLoading() {
+        const client = withClient({});
+        const models = make(modelsControllers);
+        models.refreshModels();
+        client.ready = false;
+        compare([models.modelsLoading, models.modelsStatusMessage], [false, "<SDK is connecting...>"]);
+        client.calls = [];
+        client.ready = true;
         compare([models.modelsLoading, models.modelsStatusMessage], [true, ""]);
         compare(client.calls, ["listModels"]);
     }

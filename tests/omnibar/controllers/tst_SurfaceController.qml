@@ -228,6 +228,17 @@ TestCase {
         compare(bar.takeCalls(), []);
     }
 
+    function test_focusIsKeptWhileAnotherWindowIsActive() {
+        bar.active = false;
+        bar.activeFocusItem = null;
+        wait(0);
+        compare(bar.takeCalls(), []);
+        // It was hidden meanwhile.
+        bar.active = true;
+        tryVerify(() => bar.calls.length > 0);
+        compare(bar.takeCalls(), ["inputField.forceActiveFocus()"]);
+    }
+
     function test_becomingVisible() {
         surface.windowFade = 0;
         surface.appear();

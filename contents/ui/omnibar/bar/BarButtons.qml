@@ -27,7 +27,7 @@ Row {
         objectName: "settingsBtn"
 
         anchors.verticalCenter: parent.verticalCenter
-        text: buttons.bar.tr("Settings")
+        label: buttons.bar.tr("Settings")
         iconName: "settings-configure"
         fill: Qt.rgba(1, 1, 1, 0.06)
         hoverFill: Qt.rgba(1, 1, 1, 0.15)
@@ -65,7 +65,7 @@ Row {
 
         anchors.verticalCenter: parent.verticalCenter
         implicitWidth: 32
-        text: buttons.bar.tr("Close Tovi")
+        label: buttons.bar.tr("Close Tovi")
         glyph: "\u2715"
         fill: Qt.rgba(1, 1, 1, 0.06)
         hoverFill: Qt.rgba(0.95, 0.2, 0.2, 0.35)

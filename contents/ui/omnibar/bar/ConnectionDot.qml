@@ -44,6 +44,7 @@ Rectangle {
         target: dot
         low: 0.3
         duration: 800
-        running: dot.status === "disconnected"
+        // In compact mode nobody would see it.
+        running: dot.status === "disconnected" && !dot.bar.compactMode
     }
 }

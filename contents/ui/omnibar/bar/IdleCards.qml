@@ -42,8 +42,8 @@ Row {
             width: (cards.width - 3 * cards.spacing) / 4
             height: 100
             scale: hovered ? 1.03 : 1.0
-            text: modelData.label
-            Accessible.name: text.replace("\n", " ")
+            label: modelData.label
+            Accessible.name: label.replace("\n", " ")
             onClicked: {
                 cards.bar.inputField.text = modelData.prompt;
                 cards.bar.inputField.accepted();
@@ -78,7 +78,7 @@ Row {
                         anchors.horizontalCenter: parent.horizontalCenter
                         width: card.width - 16
                         horizontalAlignment: Text.AlignHCenter
-                        text: card.text
+                        text: card.label
                         color: Qt.rgba(1, 1, 1, 0.9)
                         font.pixelSize: 13
                         maximumLineCount: 3

@@ -18,7 +18,7 @@ RoundButton {
     readonly property bool transcribing: voice ? voice.isTranscribing : false
     readonly property bool active: listening || transcribing
 
-    text: bar.tr("Voice input")
+    label: bar.tr("Voice input")
     tip: listening ? bar.tr("Listening... (click to stop)") : transcribing ? bar.tr("Transcribing... (click to cancel)") : voice ? bar.tr("Voice input (click to speak)") : bar.tr("Voice input unavailable")
     // While active, the placeholder of the input shows the same text. Screen readers use the description.
     tipShown: !active

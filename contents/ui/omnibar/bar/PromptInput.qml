@@ -5,6 +5,8 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
+import "../logic/KeyTable.js" as KeyTable
+
 //! The input field for prompts.
 T.TextField {
     id: input
@@ -35,15 +37,13 @@ T.TextField {
     Accessible.description: placeholderText
 
     onAccepted: bar.submitInput()
-    Keys.onEscapePressed: {
-        if (!bar.closeNearest())
-            bar.handleEscapeKey();
-    }
+    onTextEdited: bar.inputEdited()
     Keys.onPressed: {
-        if (event.key === Qt.Key_L && event.modifiers === Qt.ControlModifier) {
-            bar.clearConversation();
-            event.accepted = true;
-        }
+        const row = KeyTable.find(bar.inputKeys, event.key, event.modifiers);
+        if (!row)
+            return;
+        row.act();
+        event.accepted = true;
     }
 
     PlainText {

@@ -11,7 +11,7 @@ RoundButton {
 
     required property var bar
 
-    text: bar.tr("Send")
+    label: bar.tr("Send")
     iconName: "go-up"
     iconFallback: "arrow-up"
     scale: highlighted ? 1.08 : 1.0

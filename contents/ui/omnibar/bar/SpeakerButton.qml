@@ -17,7 +17,7 @@ RoundButton {
     readonly property bool speaking: voice ? voice.isSpeaking : false
     readonly property bool readsAloud: voice ? voice.ttsEnabled : false
 
-    text: bar.tr("Read replies aloud")
+    label: bar.tr("Read replies aloud")
     tip: speaking ? bar.tr("Speaking... (click to stop)") : readsAloud ? bar.tr("Read replies aloud (on)") : bar.tr("Read replies aloud (off)")
     fill: speaking ? Qt.rgba(0.15, 0.55, 0.92, 0.85) : readsAloud ? Qt.rgba(0.15, 0.55, 0.92, 0.35) : Qt.rgba(1, 1, 1, 0.08)
     hoverFill: speaking ? fill : Qt.rgba(1, 1, 1, 0.12)

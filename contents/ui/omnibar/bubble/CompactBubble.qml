@@ -14,7 +14,7 @@ PlainButton {
     required property var bar
     required property var theme
 
-    text: bar.tr("Open Tovi")
+    label: bar.tr("Open Tovi")
     focus: true
     focusPolicy: Qt.StrongFocus
     opacity: bar.compactMode ? 1 : 0
@@ -89,6 +89,6 @@ PlainButton {
 
     HoverTip {
         control: bubble
-        text: bubble.text
+        text: bubble.label
     }
 }

@@ -66,7 +66,7 @@ Item {
         HeaderButton {
             objectName: "expandBtn"
             theme: header.theme
-            text: header.bar.chatExpanded ? header.bar.tr("Smaller conversation") : header.bar.tr("Taller conversation")
+            label: header.bar.chatExpanded ? header.bar.tr("Smaller conversation") : header.bar.tr("Taller conversation")
             iconName: header.bar.chatExpanded ? "view-restore" : "view-fullscreen"
             iconFallback: header.bar.chatExpanded ? "window-restore" : "window-maximize"
             onClicked: header.bar.chatExpanded = !header.bar.chatExpanded
@@ -75,7 +75,7 @@ Item {
         HeaderButton {
             objectName: "minimiseBtn"
             theme: header.theme
-            text: header.bar.tr("Minimize")
+            label: header.bar.tr("Minimize")
             glyph: "\u2013"
             onClicked: header.bar.minimise()
         }
@@ -83,7 +83,7 @@ Item {
         HeaderButton {
             objectName: "closeBtn"
             theme: header.theme
-            text: header.bar.tr("Close Tovi")
+            label: header.bar.tr("Close Tovi")
             glyph: "\u2715"
             onClicked: header.bar.startClosing()
         }

@@ -26,7 +26,7 @@ Row {
         implicitWidth: 24
         radius: 4
         activeFocusOnTab: actions.reachable
-        text: copied ? actions.bar.tr("Copied") : actions.bar.tr("Copy")
+        label: copied ? actions.bar.tr("Copied") : actions.bar.tr("Copy")
         iconName: copied ? "checkmark" : "edit-copy"
         iconFallback: copied ? "dialog-ok" : ""
         iconSize: 14
@@ -49,7 +49,7 @@ Row {
         objectName: "thumbUpBtn"
         theme: actions.theme
         activeFocusOnTab: actions.reachable
-        text: actions.bar.tr("Good reply")
+        label: actions.bar.tr("Good reply")
         active: actions.vote === "up"
         activeColor: "#4ade80"
         activeFill: Qt.rgba(0.29, 0.85, 0.50, 0.18)
@@ -60,7 +60,7 @@ Row {
         objectName: "thumbDownBtn"
         theme: actions.theme
         activeFocusOnTab: actions.reachable
-        text: actions.bar.tr("Bad reply")
+        label: actions.bar.tr("Bad reply")
         pointsDown: true
         active: actions.vote === "down"
         activeColor: "#ef4444"

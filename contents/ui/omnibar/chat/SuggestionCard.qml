@@ -22,8 +22,7 @@ PlainButton {
     readonly property var tile: iconBg.split(",").map(Number)
 
     implicitHeight: 80
-    text: title
-    Accessible.name: title
+    label: title
     Accessible.description: subtitle
 
     background: Rectangle {

@@ -161,7 +161,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 implicitWidth: contentItem.implicitWidth + 24
                 implicitHeight: 26
-                text: thinkingIndicator.bar.tr("Stop")
+                label: thinkingIndicator.bar.tr("Stop")
                 // Intentional: cancels only the chat request, not a running plan. Escape stops both.
                 onClicked: Native.call(thinkingIndicator.bar.bridge, "cancelRequest")
 
@@ -170,7 +170,7 @@ Item {
                     color: Qt.rgba(0.9, 0.22, 0.21, stop.hovered ? 0.30 : 0.14)
                 }
                 contentItem: PlainText {
-                    text: stop.text
+                    text: stop.label
                     color: "#e53935"
                     font.pixelSize: 12
                     font.weight: Font.DemiBold

@@ -35,6 +35,10 @@ Controller {
     readonly property int usageMax: 50000
     readonly property real usageProgress: Math.min(1.0, sessionUsageTotal / Math.max(1, usageMax))
 
+    readonly property var inputKeys: [
+        { "key": Qt.Key_L, "modifiers": Qt.ControlModifier, "act": () => clear() }
+    ]
+
     //! Emitted when new rows should be scrolled into view.
     signal scrollRequested()
 

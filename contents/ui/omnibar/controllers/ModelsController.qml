@@ -16,6 +16,8 @@ Controller {
         if (!bar.sdk)
             return;
         if (!bar.sdk.ready) {
+            // A lost connection takes the open request with it.
+            modelsLoading = false;
             modelsStatusMessage = bar.tr("SDK is connecting...");
             return;
         }
@@ -28,5 +30,24 @@ Controller {
     function syncSettingsCombos() {
         if (!bar.sdk)
             return;
+    }
+
+    Connections {
+        target: models.bar.sdk
+
+        function onReadyChanged() {
+            models.refreshModels();
+        }
+        function onModelsListed(list) {
+            models.modelsLoading = false;
+            if (list.length === 0)
+                models.modelsStatusMessage = models.bar.tr("No models found for current provider.");
+        }
+        function onError(error) {
+            if (!models.modelsLoading)
+                return;
+            models.modelsLoading = false;
+            models.modelsStatusMessage = error || models.bar.tr("Request failed");
+        }
     }
 }

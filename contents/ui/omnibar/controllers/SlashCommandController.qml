@@ -11,6 +11,10 @@ Controller {
     property string slashFilter: ""
     property int slashMenuIndex: 0
     property bool slashSessionPopupVisible: false
+    readonly property var inputKeys: [
+        { "key": Qt.Key_Escape, "holds": () => slashMenuVisible, "act": () => { slashMenuVisible = false; } },
+        { "key": Qt.Key_Escape, "holds": () => slashSessionPopupVisible, "act": () => { slashSessionPopupVisible = false; } }
+    ]
 
     function filteredSlashCommands() {
         return [];
@@ -26,19 +30,6 @@ Controller {
 
     //! Runs the text if it is a local command. @return whether it is one
     function tryHandleSlashCommand(text) {
-        return false;
-    }
-
-    //! For Escape in the input: closes the menu, or else the popup. @return whether one of them was open
-    function closeNearest() {
-        if (slashMenuVisible) {
-            slashMenuVisible = false;
-            return true;
-        }
-        if (slashSessionPopupVisible) {
-            slashSessionPopupVisible = false;
-            return true;
-        }
         return false;
     }
 }

@@ -45,6 +45,10 @@ Controller {
         { "holds": () => true, "act": () => shrinkToCompactBubble() }
     ]
 
+    readonly property var inputKeys: [
+        { "key": Qt.Key_Escape, "act": () => handleEscapeKey() }
+    ]
+
     function centerOnScreen() {
         if (!hasScreen)
             return;
@@ -137,10 +141,11 @@ Controller {
         bar.requestActivate();
     }
 
-    //! Moves the focus to the prompt if the focused control was hidden or destroyed, such as a clicked suggestion.
+    //! Moves the focus to the prompt if the focused control was hidden or destroyed, such as a clicked suggestion. Not
+    //! while another window is active: then no item has the focus, and the user returns to the one that had it.
     function reclaimFocus() {
         const item = bar.activeFocusItem;
-        if (!compactMode && (!item || !item.visible))
+        if (bar.active && !compactMode && (!item || !item.visible))
             bar.inputField.forceActiveFocus();
     }
 
@@ -165,6 +170,9 @@ Controller {
             Qt.callLater(surface.reclaimFocus);
         }
         function onActiveFocusItemChanged() {
+            Qt.callLater(surface.reclaimFocus);
+        }
+        function onActiveChanged() {
             Qt.callLater(surface.reclaimFocus);
         }
     }

@@ -94,7 +94,7 @@ Column {
         offColor: look.theme.uiWellFillHi
         borderColor: look.theme.uiWellBorder
         ringColor: look.theme.focusRing
-        text: look.bar.tr("Background transparency")
+        label: look.bar.tr("Background transparency")
         checked: look.bar.appearanceStore.translucentBackground
         onToggled: {
             look.bar.appearanceStore.translucentBackground = checked;

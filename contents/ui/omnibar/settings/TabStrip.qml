@@ -43,12 +43,14 @@ T.TabBar {
 
             required property int index
 
+            // Not "text", of which TabButton would make a shortcut.
+            readonly property string label: strip.tabs[index].title
+
             implicitHeight: 32
             implicitWidth: contentItem.implicitWidth + 28
             hoverEnabled: true
-            text: strip.tabs[index].title
             Accessible.role: Accessible.PageTab
-            Accessible.name: text
+            Accessible.name: label
 
             background: Rectangle {
                 radius: 6
@@ -57,7 +59,7 @@ T.TabBar {
                 border.color: strip.theme.uiAccentBorder
             }
             contentItem: PlainText {
-                text: tab.text
+                text: tab.label
                 color: tab.checked ? strip.theme.uiTextStrong : strip.theme.uiTextSoft
                 font.pointSize: 9
                 horizontalAlignment: Text.AlignHCenter

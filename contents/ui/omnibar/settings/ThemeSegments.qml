@@ -35,7 +35,7 @@ Row {
             objectName: modelData.name
             implicitWidth: 84
             implicitHeight: 30
-            text: modelData.text
+            label: modelData.text
             Accessible.role: Accessible.RadioButton
             Accessible.checkable: true
             Accessible.checked: chosen
@@ -48,7 +48,7 @@ Row {
                 border.color: segment.chosen ? segments.theme.uiAccentBorder : segments.theme.uiWellBorder
             }
             contentItem: PlainText {
-                text: segment.text
+                text: segment.label
                 color: segment.chosen ? segments.theme[segment.modelData.words] : segments.theme.uiTextSoft
                 font.pointSize: 9
                 horizontalAlignment: Text.AlignHCenter
