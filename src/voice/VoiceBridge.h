@@ -217,7 +217,7 @@ private:
     // Listening
     bool wantsLive() const;
     bool prepareLiveSession();
-    void startCapture(std::unique_ptr<Microphone> microphone, bool liveMode);
+    void startCapture(std::uint64_t number, std::unique_ptr<Microphone> microphone, bool liveMode);
     void finishCapture(std::uint64_t number, bool speechSeen, bool liveMode, int chunks);
     void reportNoSpeech(std::chrono::milliseconds audio);
     void joinCaptureThread();
@@ -280,7 +280,8 @@ private:
 
     const std::shared_ptr<CaptureLink> m_captureLink;
     std::unique_ptr<Capture> m_capture;
-    //! Number of the current capture. It identifies the end of a cancelled capture that arrives after a new one began.
+    //! Number of the last capture that was started, even if its microphone couldn't be opened. The end of an earlier
+    //! one, which was cancelled, may be delivered later.
     std::uint64_t m_captureNumber = 0;
     //! The samples of the last utterance. Its memory is reused by the next capture.
     std::vector<qint16> m_captureBuffer;

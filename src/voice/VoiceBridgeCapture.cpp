@@ -46,9 +46,10 @@ void VoiceBridge::startListening()
             return;
         }
     }
+    const std::uint64_t number = ++m_captureNumber;
     setListening(true);
-    // A slot may have cancelled already.
-    if (!m_isListening) {
+    // A slot may have cancelled already, and may then have started the next capture.
+    if (!m_isListening || number != m_captureNumber) {
         return;
     }
 
@@ -60,7 +61,7 @@ void VoiceBridge::startListening()
         Q_EMIT errorOccurred(QStringLiteral("Cannot open microphone: ") + reason);
         return;
     }
-    startCapture(std::move(microphone), liveMode);
+    startCapture(number, std::move(microphone), liveMode);
 }
 
 bool VoiceBridge::prepareLiveSession()
@@ -91,7 +92,7 @@ bool VoiceBridge::prepareLiveSession()
     return true;
 }
 
-void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool liveMode)
+void VoiceBridge::startCapture(std::uint64_t number, std::unique_ptr<Microphone> microphone, bool liveMode)
 {
     // The capture thread calls this object only through the link, which is cut before the object is deleted.
     const std::shared_ptr<CaptureLink> link = m_captureLink;
@@ -109,7 +110,6 @@ void VoiceBridge::startCapture(std::unique_ptr<Microphone> microphone, bool live
             });
         };
     }
-    const std::uint64_t number = ++m_captureNumber;
     listener.finished = [this, link, number, liveMode](bool speechSeen, int chunks) {
         link->pass([=, this] {
             ThreadHandover::post(this, [=, this] { finishCapture(number, speechSeen, liveMode, chunks); });
@@ -147,8 +147,8 @@ void VoiceBridge::finishCapture(std::uint64_t number, bool speechSeen, bool live
 {
     const std::chrono::milliseconds audio = chunks * Pcm::ChunkDuration;
     if (number != m_captureNumber) {
-        // This capture was cancelled, and the next one has begun before this call was delivered. Thread, samples and
-        // state belong to the next one.
+        // This capture was cancelled, and the next one was started before this call was delivered. Thread, samples and
+        // state belong to the next one, even if its microphone couldn't be opened.
         reportNoSpeech(audio);
         return;
     }

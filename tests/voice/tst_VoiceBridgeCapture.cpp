@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <utility>
+
 using namespace std::chrono_literals;
 using Afterwards = ScriptedMicrophone::Afterwards;
 
@@ -66,8 +68,10 @@ private Q_SLOTS:
     void cancelsWhileTranscribing();
     void cancelsWhenIdle();
     void restartsInTheSameEventLoopTurn();
+    void failsToRestartInTheSameEventLoopTurn();
     void restartsInASlotOfTheEnd();
     void cancelsInASlotOfTheStart();
+    void restartsInASlotOfTheStart();
 };
 
 void tst_VoiceBridgeCapture::initTestCase()
@@ -413,6 +417,34 @@ void tst_VoiceBridgeCapture::restartsInTheSameEventLoopTurn()
     QCOMPARE(errors.size(), 1);
 }
 
+void tst_VoiceBridgeCapture::failsToRestartInTheSameEventLoopTurn()
+{
+    MessageLog messages;
+    const WhisperModelFile model;
+    ScriptedMicrophone microphone(Afterwards::Talks);
+    VoiceParts parts = VoiceFixture::parts();
+    bool pluggedIn = true;
+    parts.openMicrophone = [&pluggedIn, open = microphone.opener()](QString *reason) {
+        return pluggedIn ? open(reason) : nullptr;
+    };
+    VoiceBridge voice(std::move(parts));
+    voice.startListening();
+    QTRY_VERIFY(microphone.chunksRead() >= 3);
+    pluggedIn = false;
+    voice.cancelListening();
+    QSignalSpy errors(&voice, &VoiceBridge::errorOccurred);
+    voice.startListening();
+    QCOMPARE(errors.size(), 1);
+    SignalLog emitted(&voice);
+    // Now the end of the first capture is delivered. It reports its error and leaves the failed start alone.
+    QTRY_COMPARE(errors.size(), 2);
+    QCOMPARE(errors.constLast().constFirst().toString(), s_noSpeech);
+    QCOMPARE(withoutLevel(emitted.take()), QStringList {QStringLiteral("errorOccurred(\"No speech detected\")")});
+    QVERIFY(voice.isListening());
+    voice.cancelListening();
+    QVERIFY(!voice.isListening());
+}
+
 void tst_VoiceBridgeCapture::restartsInASlotOfTheEnd()
 {
     ListeningFixture fixture;
@@ -442,6 +474,25 @@ void tst_VoiceBridgeCapture::cancelsInASlotOfTheStart()
     fixture.voice->startListening();
     QVERIFY(!fixture.voice->isListening());
     QCOMPARE(fixture.microphone.openStreams(), 0);
+}
+
+void tst_VoiceBridgeCapture::restartsInASlotOfTheStart()
+{
+    ListeningFixture fixture(Afterwards::Talks);
+    QSignalSpy errors(fixture.voice.get(), &VoiceBridge::errorOccurred);
+    connect(fixture.voice.get(), &VoiceBridge::listeningChanged, this, [&fixture, isFirst = true]() mutable {
+        if (std::exchange(isFirst, false)) {
+            fixture.voice->cancelListening();
+            fixture.voice->startListening();
+        }
+    });
+    fixture.voice->startListening();
+    QVERIFY(fixture.voice->isListening());
+    // The first start has left the microphone to the second.
+    QTRY_VERIFY(fixture.microphone.chunksRead() >= 3);
+    fixture.voice->stopListening();
+    QTRY_COMPARE(fixture.voice->lastTranscript(), QStringLiteral("hello world"));
+    QCOMPARE(errors.size(), 0);
 }
 
 REGISTER_TEST(tst_VoiceBridgeCapture, QCoreApplication)
