@@ -13,6 +13,7 @@
 #include <QStringList>
 #include <QThread>
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -100,7 +101,7 @@ public:
     QString lastTranscript() const { return m_lastTranscript; }
     double lastTranscriptionMs() const { return m_lastTranscriptionMs; }
     QString lastError() const { return m_lastError; }
-    double inputLevel() const;
+    double inputLevel() const { return m_inputLevel.load(std::memory_order_relaxed); }
     QString modelName() const { return m_modelName; }
     bool isSpeaking() const;
     bool ttsEnabled() const { return m_settings.ttsEnabled; }
@@ -221,7 +222,6 @@ private:
     void finishCapture(std::uint64_t number, bool speechSeen, bool liveMode, int chunks);
     void reportNoSpeech(std::chrono::milliseconds audio);
     void joinCaptureThread();
-    void storeInputLevel(double rms);
 
     // Engines
     SherpaWorker *sherpaWorker(const QString &backend) const;
@@ -252,8 +252,8 @@ private:
     QString m_lastTranscript;
     double m_lastTranscriptionMs = 0;
     QString m_lastError;
-    //! Written by capture threads and read on the main thread without a lock: an outdated level does no harm.
-    double m_inputLevel = 0;
+    //! Written by capture threads. Relaxed: an outdated level does no harm, and it orders nothing else.
+    std::atomic<double> m_inputLevel = 0;
     QString m_modelName;
     VoiceSettings m_settings;
     bool m_whisperSmallAvailable = false;

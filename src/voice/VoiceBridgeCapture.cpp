@@ -99,7 +99,7 @@ void VoiceBridge::startCapture(std::uint64_t number, std::unique_ptr<Microphone>
     Capture::Listener listener;
     listener.level = [this, link](double rms) {
         link->pass([this, rms] {
-            storeInputLevel(rms);
+            m_inputLevel.store(rms, std::memory_order_relaxed);
             ThreadHandover::post(this, [this] { Q_EMIT inputLevelChanged(); });
         });
     };
@@ -201,18 +201,8 @@ void VoiceBridge::joinCaptureThread()
         m_captureBuffer = m_capture->join();
         m_capture.reset();
     }
-    m_inputLevel = 0;
+    m_inputLevel.store(0, std::memory_order_relaxed);
     Q_EMIT inputLevelChanged();
-}
-
-void VoiceBridge::storeInputLevel(double rms)
-{
-    m_inputLevel = rms;
-}
-
-double VoiceBridge::inputLevel() const
-{
-    return m_inputLevel;
 }
 
 void VoiceBridge::setListening(bool listening)

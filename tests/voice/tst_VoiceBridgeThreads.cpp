@@ -1,12 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Endpointer.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
+#include "Timeouts.h"
 #include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
+#include <QDeadlineTimer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -14,7 +17,8 @@
 
 using Afterwards = ScriptedMicrophone::Afterwards;
 
-//! Threads that outlive their purpose: a frozen microphone, and a VoiceBridge that is deleted during an utterance.
+//! The level, which threads share, and threads that outlive their purpose: a frozen microphone, and a VoiceBridge that
+//! is deleted during an utterance.
 class tst_VoiceBridgeThreads : public QObject
 {
     Q_OBJECT
@@ -23,6 +27,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
+    void levelIsReadDuringACapture();
     void frozenMicrophone();
     void endsWhileListening();
     void endsWhileTranscribing();
@@ -39,6 +44,18 @@ void tst_VoiceBridgeThreads::init()
     TestSetup::clearSettings();
     WhisperStandIn::reset();
     WhisperStandIn::say({QByteArray("hello world")});
+}
+
+void tst_VoiceBridgeThreads::levelIsReadDuringACapture()
+{
+    ListeningFixture fixture(Afterwards::Talks);
+    fixture.voice->startListening();
+    // Without the event loop nothing orders the two threads, so ThreadSanitizer notices a level that isn't atomic.
+    const QDeadlineTimer deadline(Timeouts::Default);
+    while (fixture.voice->inputLevel() == 0 && !deadline.hasExpired()) {
+        std::this_thread::yield();
+    }
+    QVERIFY(fixture.voice->inputLevel() > Endpointer::SpeechThreshold);
 }
 
 void tst_VoiceBridgeThreads::frozenMicrophone()
