@@ -39,7 +39,7 @@ Capture::Capture(std::unique_ptr<Microphone> microphone, std::chrono::millisecon
 {
     m_state->samples.clear();
     m_state->samples.reserve(MaximumSamples);
-    m_thread = QThread::create([state = m_state] {
+    m_thread = ThreadHandover::createThread([state = m_state] {
         run(*state);
         ThreadHandover::release(state.get());
     });

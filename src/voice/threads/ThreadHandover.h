@@ -5,6 +5,7 @@
 
 #include <QMetaObject>
 #include <QObject>
+#include <QThread>
 
 #include <semaphore>
 #include <type_traits>
@@ -26,12 +27,12 @@ extern "C" void AnnotateIgnoreWritesBegin(const char *file, int line);
 extern "C" void AnnotateIgnoreWritesEnd(const char *file, int line);
 #endif
 
-//! Calls from one thread to another. The voice path makes all of them through these functions.
+//! Threads, and calls from one to another. The voice path makes all of them through these functions.
 //!
-//! They do what Qt's queued calls do, and annotate each call for ThreadSanitizer. Distributions build Qt without the
-//! sanitizer, so that it doesn't see the locks of Qt's event queues and reports every queued call as a data race. The
-//! annotations say that what the caller wrote before the call is visible to the receiver's thread. Without the
-//! sanitizer they compile to nothing.
+//! They do what Qt's threads and queued calls do, and annotate each call for ThreadSanitizer. Distributions build Qt
+//! without the sanitizer, so that it doesn't see the locks of Qt's event queues and reports every queued call as a data
+//! race. The annotations say that what the caller wrote before the call is visible to the receiver's thread. Without
+//! the sanitizer they compile to nothing.
 namespace ThreadHandover
 {
 
@@ -73,6 +74,34 @@ public:
     }
     Q_DISABLE_COPY_MOVE(IgnoredWrites)
 };
+
+//! Creates a thread that runs @p work once it is started, as QThread::create() does.
+//!
+//! QThread::create() runs it within std::call_once(), and the sanitizer ignores what happens in a call from Qt: it
+//! would not check that thread at all.
+template<typename Work>
+QThread *createThread(Work &&work)
+{
+#ifdef TOVICTL_THREAD_SANITIZER
+    class Thread : public QThread
+    {
+    public:
+        explicit Thread(Work &&work)
+            : m_work(std::forward<Work>(work))
+        {
+        }
+
+    protected:
+        void run() override { m_work(); }
+
+    private:
+        std::decay_t<Work> m_work;
+    };
+    return new Thread(std::forward<Work>(work));
+#else
+    return QThread::create(std::forward<Work>(work));
+#endif
+}
 
 //! Queues @p work for the thread of @p receiver and returns at once. Calls run in the order in which they were posted;
 //! those that are pending when the receiver is deleted are dropped. The receiver must be alive during this call. May be
