@@ -4,6 +4,7 @@
 #include "Application.h"
 
 #include "DataDirectories.h"
+#include "Environment.h"
 #include "LoomraSDK.h"
 #include "NativeObjects.h"
 
@@ -17,7 +18,6 @@
 #include <csignal>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace
 {
@@ -40,30 +40,11 @@ void quitOnSignals()
 }
 
 //! Qt Quick gathers small images in one texture, by default as large as a full-screen window: 8 MiB for a dozen icons.
-//! This sets a smaller size in the environment while it lives, and then removes it, so that child processes don't
-//! inherit it.
-class SmallTextureAtlas
+//! This sets a smaller size, in pixels, while it lives.
+struct SmallTextureAtlas
 {
-public:
-    SmallTextureAtlas()
-    {
-        for (const char *side : {"QSG_ATLAS_WIDTH", "QSG_ATLAS_HEIGHT"}) {
-            if (!qEnvironmentVariableIsSet(side)) {
-                qputenv(side, "512"); // pixels
-                m_set.push_back(side);
-            }
-        }
-    }
-    ~SmallTextureAtlas()
-    {
-        for (const char *side : m_set) {
-            qunsetenv(side);
-        }
-    }
-    Q_DISABLE_COPY_MOVE(SmallTextureAtlas)
-
-private:
-    std::vector<const char *> m_set;
+    const Environment::TemporaryVariable width {"QSG_ATLAS_WIDTH", "512"};
+    const Environment::TemporaryVariable height {"QSG_ATLAS_HEIGHT", "512"};
 };
 
 //! Called after the first frame, because searching the icon themes takes some milliseconds and a window reads its icon
@@ -93,7 +74,7 @@ void afterFirstFrame(const QQuickWindow *window, const std::function<void()> &fu
 void Application::prepareEnvironment()
 {
     // Attached files are read through XMLHttpRequest, which by default refuses local files.
-    qputenv("QML_XHR_ALLOW_FILE_READ", "1");
+    Environment::set("QML_XHR_ALLOW_FILE_READ", "1");
 }
 
 KAboutData Application::describe()

@@ -3,6 +3,8 @@
 
 #include "DataDirectories.h"
 
+#include "Environment.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -19,5 +21,5 @@ void preferDataBesideExecutable()
         return;
     }
     constexpr const char *variable = "XDG_DATA_DIRS";
-    qputenv(variable, dataDirectoriesWith(share, qgetenv(variable)));
+    Environment::set(variable, dataDirectoriesWith(share, qgetenv(variable)));
 }

@@ -12,12 +12,16 @@
 #include "VoiceFixture.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 #include <vector>
+
+using namespace std::chrono_literals;
 
 namespace
 {
@@ -53,6 +57,31 @@ double loudest(const std::vector<qint16> &samples)
         loudest = std::max(loudest, Endpointer::rms(padded.data() + at));
     }
     return loudest;
+}
+
+//! Reads one chunk from a sink as on desktops, whose monitor delivers fragments of two seconds by default.
+//! @return what the server then reports about the stream; empty if that failed
+QString streamAfterOneChunk()
+{
+    const ScopedEnvironment source("PULSE_SOURCE", "plain.monitor");
+    QString reason;
+    const std::unique_ptr<Microphone> microphone = openPulseMicrophone(&reason);
+    std::vector<qint16> chunk(Pcm::ChunkSamples, 1);
+    const std::vector<qint16> silence(Pcm::ChunkSamples, 0);
+    if (!microphone || !microphone->read(chunk.data(), Pcm::ChunkBytes) || chunk != silence) {
+        return QString();
+    }
+    QProcess list;
+    list.start(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("source-outputs")});
+    return list.waitForFinished() ? QString::fromUtf8(list.readAll()) : QString();
+}
+
+//! What the server holds of a stream after one chunk: almost nothing, or the rest of a long fragment.
+std::optional<std::chrono::microseconds> heldByServer(const QString &stream)
+{
+    static const QRegularExpression pattern(QStringLiteral("Buffer Latency: (\\d+) usec"));
+    const QRegularExpressionMatch match = pattern.match(stream);
+    return match.hasMatch() ? std::optional(std::chrono::microseconds(match.captured(1).toInt())) : std::nullopt;
 }
 
 //! A VoiceBridge with the real microphone and a stand-in for the engine.
@@ -102,6 +131,7 @@ private Q_SLOTS:
     void cancelsAtEveryStage();
     void silentRoom();
     void readsArePrompt();
+    void usersLatencyIsKept();
     void environmentIsAsBefore_data();
     void environmentIsAsBefore();
     void noServer();
@@ -113,6 +143,10 @@ private Q_SLOTS:
 void tst_VoiceMicrophone::initTestCase()
 {
     TestSetup::setAboutData();
+    QCOMPARE(QProcess::execute(QStringLiteral("pactl"),
+                               {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
+                                QStringLiteral("sink_name=plain")}),
+             0);
 }
 
 void tst_VoiceMicrophone::init()
@@ -234,30 +268,20 @@ void tst_VoiceMicrophone::silentRoom()
 
 void tst_VoiceMicrophone::readsArePrompt()
 {
-    // A sink as on desktops. By default its monitor delivers fragments of two seconds.
-    QCOMPARE(QProcess::execute(QStringLiteral("pactl"),
-                               {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
-                                QStringLiteral("sink_name=plain")}),
-             0);
-    const ScopedEnvironment source("PULSE_SOURCE", "plain.monitor");
-    QString reason;
-    const std::unique_ptr<Microphone> microphone = openPulseMicrophone(&reason);
-    QVERIFY2(microphone, qPrintable(reason));
-    std::vector<qint16> chunk(Pcm::ChunkSamples, 1);
-    QVERIFY(microphone->read(chunk.data(), Pcm::ChunkBytes));
-    QCOMPARE(chunk, std::vector<qint16>(Pcm::ChunkSamples, 0));
+    const QString stream = streamAfterOneChunk();
+    QVERIFY2(stream.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(stream));
+    QVERIFY2(stream.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(stream));
+    QVERIFY2(stream.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(stream));
+    const std::optional<std::chrono::microseconds> held = heldByServer(stream);
+    QVERIFY2(held && *held < 500ms, qPrintable(stream));
+}
 
-    QProcess list;
-    list.start(QStringLiteral("pactl"), {QStringLiteral("list"), QStringLiteral("source-outputs")});
-    QVERIFY(list.waitForFinished());
-    const QString text = QString::fromUtf8(list.readAll());
-    QVERIFY2(text.contains(QStringLiteral("application.name = \"tovictl-voice\"")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("media.name = \"Voice capture\"")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("s16le 1ch 16000Hz")), qPrintable(text));
-    // The server has either almost nothing left after one chunk, or the rest of a long fragment.
-    const QRegularExpressionMatch held = QRegularExpression(QStringLiteral("Buffer Latency: (\\d+) usec")).match(text);
-    QVERIFY2(held.hasMatch(), qPrintable(text));
-    QVERIFY2(held.captured(1).toInt() < 500000, qPrintable(text));
+void tst_VoiceMicrophone::usersLatencyIsKept()
+{
+    const ScopedEnvironment latency("PULSE_LATENCY_MSEC", "1500");
+    const QString stream = streamAfterOneChunk();
+    const std::optional<std::chrono::microseconds> held = heldByServer(stream);
+    QVERIFY2(held && *held > 500ms, qPrintable(stream));
 }
 
 void tst_VoiceMicrophone::environmentIsAsBefore_data()

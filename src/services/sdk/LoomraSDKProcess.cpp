@@ -7,6 +7,7 @@
 
 #include "BridgeEnvironment.h"
 #include "DebugEventLog.h"
+#include "Environment.h"
 #include "StaleBridges.h"
 #include "UserUnit.h"
 
@@ -203,7 +204,7 @@ void LoomraSDK::setExecutorPathEnabled(bool enabled)
         return;
     }
     m_executorPathEnabled = enabled;
-    qputenv(BridgeEnvironment::ExecutorPathVariable, BridgeEnvironment::envValue(enabled).toLatin1());
+    Environment::set(BridgeEnvironment::ExecutorPathVariable, BridgeEnvironment::envValue(enabled).toLatin1());
     Q_EMIT executorPathEnabledChanged();
     if (m_bridgeProcess->state() != QProcess::Running) {
         return;

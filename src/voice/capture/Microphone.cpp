@@ -4,10 +4,10 @@
 #include "Microphone.h"
 
 #include "Endpointer.h"
+#include "Environment.h"
 
 #include <QByteArray>
 #include <QLibrary>
-#include <QScopeGuard>
 
 #include <pulse/error.h>
 #include <pulse/simple.h>
@@ -90,13 +90,9 @@ std::unique_ptr<Microphone> openPulseMicrophone(QString *reason)
     }
 
     // By default the server delivers fragments of up to two seconds, and the end of speech would be noticed that late.
-    // This variable asks for fragments of one chunk. It is set only while the stream is opened, so that child processes
-    // don't inherit it. Engines copy the environment when they load a model, on this thread.
-    constexpr auto latency = "PULSE_LATENCY_MSEC";
-    const bool wasSet = qEnvironmentVariableIsSet(latency);
-    const QByteArray oldValue = qgetenv(latency);
-    const auto restore = qScopeGuard([=] { wasSet ? qputenv(latency, oldValue) : qunsetenv(latency); });
-    qputenv(latency, QByteArray::number(int(Pcm::ChunkDuration.count())));
+    // This variable asks for fragments of one chunk, unless the user has set it.
+    const Environment::TemporaryVariable latency("PULSE_LATENCY_MSEC",
+                                                 QByteArray::number(int(Pcm::ChunkDuration.count())));
 
     const pa_sample_spec format {PA_SAMPLE_S16LE, Pcm::SampleRate, 1};
     int error = 0;

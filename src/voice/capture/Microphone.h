@@ -9,7 +9,7 @@
 #include <functional>
 #include <memory>
 
-//! The audio source of a capture, in the format of Pcm. Opened and deleted on any thread, read on one.
+//! The audio source of a capture, in the format of Pcm. Opened on the main thread, read on one, deleted on any.
 class Microphone
 {
 public:
@@ -22,5 +22,6 @@ public:
 //! Opens a microphone. On failure it returns null and sets the reason, a text for the user.
 using OpenMicrophone = std::function<std::unique_ptr<Microphone>(QString *reason)>;
 
-//! Opens the default source of the PulseAudio server. Blocks until the server replies, for 30 s at most.
+//! Opens the default source of the PulseAudio server, on the main thread. Blocks until the server replies, for 30 s at
+//! most.
 std::unique_ptr<Microphone> openPulseMicrophone(QString *reason);

@@ -28,8 +28,8 @@ constexpr auto s_startTimeout = 5s;
 constexpr auto s_killTimeout = 10s;
 constexpr int s_maxShownOutput = 300; // characters of a failed program's output
 
-//! The environment of this process with @p libDir at the front of the library path. Called on the main thread because
-//! opening the microphone changes a variable for a moment, and the environment isn't thread-safe.
+//! The environment of this process with @p libDir at the front of the library path. Called on the main thread, which
+//! sets a variable while it opens the microphone: the program must not inherit it.
 QProcessEnvironment programEnvironment(const QString &libDir)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
