@@ -17,15 +17,16 @@ RoundButton {
     readonly property bool speaking: voice ? voice.isSpeaking : false
     readonly property bool readsAloud: voice ? voice.ttsEnabled : false
 
-    label: bar.tr("Read replies aloud")
+    // Assistive technology adds the checked state to the name, so the button is checkable only while a click changes it.
+    label: speaking ? bar.tr("Stop reading aloud") : bar.tr("Read replies aloud")
+    Accessible.description: speaking ? tip : readsAloud ? bar.tr("Turns reading aloud off") : bar.tr("Turns reading aloud on")
+    Accessible.checkable: !speaking
+    Accessible.checked: !speaking && readsAloud
     tip: speaking ? bar.tr("Speaking... (click to stop)") : readsAloud ? bar.tr("Read replies aloud (on)") : bar.tr("Read replies aloud (off)")
     fill: speaking ? Qt.rgba(0.15, 0.55, 0.92, 0.85) : readsAloud ? Qt.rgba(0.15, 0.55, 0.92, 0.35) : Qt.rgba(1, 1, 1, 0.08)
     hoverFill: speaking ? fill : Qt.rgba(1, 1, 1, 0.12)
     borderColor: readsAloud ? Qt.rgba(0.2, 0.6, 1.0, 0.5) : "transparent"
     iconName: readsAloud ? "audio-volume-high" : "audio-volume-muted"
-    Accessible.description: tip
-    Accessible.checkable: true
-    Accessible.checked: readsAloud
     onClicked: {
         if (speaking)
             Native.call(voice, "stopSpeaking");
