@@ -105,11 +105,12 @@ int print(std::FILE *stream, const QByteArray &text, int exitCode)
     return exitCode;
 }
 
-//! Runs the agent CLI with its output forwarded unchanged.
+//! Runs the agent CLI with its input and output forwarded unchanged.
 int listModels()
 {
     QProcess cli;
-    cli.setProcessChannelMode(QProcess::ForwardedChannels);
+    cli.setProcessChannelMode(QProcess::ForwardedChannels); // of output only
+    cli.setInputChannelMode(QProcess::ForwardedInputChannel);
     CliModels::start(cli);
     if (!cli.waitForStarted(static_cast<int>(s_launchTimeout.count()))) {
         return print(stderr, "tovictl: failed to launch the bundled `loomra` CLI: " + cli.errorString().toUtf8() + '\n',

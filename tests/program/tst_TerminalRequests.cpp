@@ -90,6 +90,7 @@ private Q_SLOTS:
     void modelsKeepsStreamsApart();
     void modelsKeepsTheOrder();
     void modelsPassesAnyBytes();
+    void modelsPassesTheInput();
     void modelsWithoutCli();
     void modelsWithCliThatIsNotExecutable();
     void modelsWithCliThatCrashes();
@@ -312,6 +313,20 @@ void tst_TerminalRequests::modelsPassesAnyBytes()
     const Program::Result result = run({QStringLiteral("models")});
 
     QCOMPARE(result.output, QByteArray("z\na\na\n\377\0no line end", 19) + QByteArray("0123456789\n").repeated(20000));
+    QCOMPARE(result.exitCode, 0);
+}
+
+void tst_TerminalRequests::modelsPassesTheInput()
+{
+    installCli("while read -r line; do echo \"read $line\"; done; echo end");
+
+    QCOMPARE(run({QStringLiteral("models")}).output, QByteArray("end\n")); // from the null device
+    const Program::Result result =
+        Program::run({QStringLiteral("-c"), QStringLiteral("printf 'a\\nb\\n' | \"$0\" models"), Program::path()},
+                     m_environment, QStringLiteral("/bin/sh"));
+
+    QVERIFY(result.finished);
+    QCOMPARE(result.output, QByteArray("read a\nread b\nend\n"));
     QCOMPARE(result.exitCode, 0);
 }
 

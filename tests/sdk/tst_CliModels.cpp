@@ -54,6 +54,7 @@ private Q_SLOTS:
     void merges();
     void mergeKeepsTheBridgesRow();
     void runsTheCli();
+    void givesTheCliNoInput();
     void returnsNothingOnCliFailure_data();
     void returnsNothingOnCliFailure();
     void returnsNothingWithoutCli();
@@ -202,6 +203,15 @@ printf 'b/on the error stream\n' >&2
 printf 'Models\nloomra/größe\r\nloomra/other')");
     QCOMPARE(idsOf(CliModels::list()), (QStringList {QStringLiteral("loomra/größe"), QStringLiteral("loomra/other")}));
     QCOMPARE(contentOf(path.filePath(QStringLiteral("arguments"))), QByteArray("models|"));
+}
+
+void tst_CliModels::givesTheCliNoInput()
+{
+    FakePath path;
+    const QString note = path.filePath(QStringLiteral("input"));
+    path.add(s_cli, "readlink /proc/$$/fd/0 > '" + QFile::encodeName(note) + "'; cat; echo loomra/model");
+    QCOMPARE(idsOf(CliModels::list()), QStringList(QStringLiteral("loomra/model")));
+    QCOMPARE(contentOf(note), QByteArray("/dev/null\n"));
 }
 
 void tst_CliModels::returnsNothingOnCliFailure_data()

@@ -70,6 +70,8 @@ QJsonArray merge(QJsonArray bridgeRows, const QJsonArray &cliRows)
 QJsonArray list(std::chrono::milliseconds timeout)
 {
     QProcess cli;
+    // A pipe would stay open, and a CLI that reads its input to the end would never exit.
+    cli.setStandardInputFile(QProcess::nullDevice());
     start(cli);
     if (!cli.waitForFinished(static_cast<int>(timeout.count()))) {
         cli.kill();

@@ -17,7 +17,7 @@ class QProcess;
 namespace CliModels
 {
 
-//! Starts the CLI, which is searched on PATH, to list its models.
+//! Starts the CLI, which is searched on PATH, to list its models. The caller sets up its input and output before.
 void start(QProcess &cli);
 
 //! Parses the output of the CLI: one provider/model per line. Other lines, such as banners and warnings, are skipped.
@@ -27,8 +27,8 @@ QJsonArray rowsIn(const QString &output);
 //! The rows of the bridge unchanged, followed by those of the CLI whose fullId they don't contain. Pure.
 QJsonArray merge(QJsonArray bridgeRows, const QJsonArray &cliRows);
 
-//! Runs the CLI and blocks until it exits or the timeout expires. Returns no rows, and logs nothing, if the CLI is
-//! missing, fails, crashes or times out.
+//! Runs the CLI without input and blocks until it exits or the timeout expires. Returns no rows, and logs nothing, if
+//! the CLI is missing, fails, crashes or times out.
 QJsonArray list(std::chrono::milliseconds timeout = std::chrono::seconds(6));
 
 } // namespace CliModels
