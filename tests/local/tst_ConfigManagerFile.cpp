@@ -27,6 +27,23 @@ int runWithKey(int &argc, char **argv)
     return 0;
 }
 
+//! The value of a key in the file, null if there is none.
+QByteArray stored(const QByteArray &key)
+{
+    for (const QByteArray &line : ConfigFile::content().split('\n')) {
+        if (line.startsWith(key + '=')) {
+            return line.mid(key.size() + 1);
+        }
+    }
+    return {};
+}
+
+//! Replaces the settings like another process: KConfig doesn't notice.
+bool writeByAnother(const QByteArray &lines)
+{
+    return writeFile(ConfigFile::path(), "[General]\n" + lines);
+}
+
 } // namespace
 
 class tst_ConfigManagerFile : public QObject
@@ -47,6 +64,12 @@ private Q_SLOTS:
     void fileIsPrivate();
     void savesOnDestruction();
     void ignoresSaveErrors();
+
+    void keepsChangesOfAnotherProcess_data();
+    void keepsChangesOfAnotherProcess();
+    void ownChangesWin();
+    void savedChangesAreNotWrittenAgain();
+    void keepsTheKeyOfARunningProcess();
 };
 
 void tst_ConfigManagerFile::initTestCase()
@@ -195,6 +218,102 @@ void tst_ConfigManagerFile::ignoresSaveErrors()
     QVERIFY(run.waitForFinished());
     QCOMPARE(run.exitStatus(), QProcess::NormalExit);
     QCOMPARE(run.exitCode(), 0);
+}
+
+void tst_ConfigManagerFile::keepsChangesOfAnotherProcess_data()
+{
+    QTest::addColumn<QByteArray>("atStart");
+    QTest::addColumn<QByteArray>("byAnother");
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QByteArray>("atEnd"); // null: the key isn't in the file
+
+    const auto row = [](const char *name, const char *atStart, const char *byAnother, const char *key,
+                        const char *atEnd) {
+        QTest::newRow(name) << QByteArray(atStart) << QByteArray(byAnother) << QByteArray(key) << QByteArray(atEnd);
+    };
+    row("new key", "", "ApiKey=k\n", "ApiKey", "k");
+    row("new project", "ApiKey=k\n", "ApiKey=k\nCurrentProject=/p\n", "CurrentProject", "/p");
+    row("new list", "", "RecentProjects=/p,/q\n", "RecentProjects", "/p,/q");
+    row("new bool", "", "WorkspaceSuggestionReminderEnabled=true\n", "WorkspaceSuggestionReminderEnabled", "true");
+    row("new number", "", "WorkspaceSuggestionReminderMinutes=30\n", "WorkspaceSuggestionReminderMinutes", "30");
+    row("new slugs", "", "EnabledWorkspaceTemplateSlugs=x\n", "EnabledWorkspaceTemplateSlugs", "x");
+    row("changed", "ApiKey=k\n", "ApiKey=l\n", "ApiKey", "l");
+    row("emptied", "ApiKey=k\n", "ApiKey=\n", "ApiKey", "");
+    row("removed", "ApiKey=k\n", "CurrentProject=/p\n", "ApiKey", nullptr);
+    row("changed from an invalid number", "WorkspaceSuggestionReminderMinutes=often\n",
+        "WorkspaceSuggestionReminderMinutes=30\n", "WorkspaceSuggestionReminderMinutes", "30");
+    row("unknown key", "", "Other=1\n", "Other", "1");
+
+    // What nobody changed is written too.
+    row("default beside a new key", "", "ApiKey=k\n", "WorkspaceSuggestionReminderMinutes", "5");
+    row("bounded", "WorkspaceSuggestionReminderMinutes=2000\n", "WorkspaceSuggestionReminderMinutes=2000\nApiKey=k\n",
+        "WorkspaceSuggestionReminderMinutes", "1440");
+}
+
+void tst_ConfigManagerFile::keepsChangesOfAnotherProcess()
+{
+    QFETCH(QByteArray, atStart);
+    QFETCH(QByteArray, byAnother);
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, atEnd);
+    QVERIFY(ConfigFile::write(atStart));
+    {
+        ConfigManager config;
+        QVERIFY(writeByAnother(byAnother));
+        config.save();
+        QCOMPARE(stored(key), atEnd);
+        QCOMPARE(stored(key).isNull(), atEnd.isNull());
+    }
+    QCOMPARE(stored(key), atEnd);
+    QCOMPARE(stored(key).isNull(), atEnd.isNull());
+}
+
+void tst_ConfigManagerFile::ownChangesWin()
+{
+    QVERIFY(ConfigFile::write("CurrentProject=/p\n"));
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("own"));
+    config.setCurrentProject(QStringLiteral("/own"));
+    QVERIFY(writeByAnother("ApiKey=other\nWorkspaceSuggestionReminderMinutes=7\n"));
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("own"));
+    QCOMPARE(stored("CurrentProject"), QByteArray("/own"));
+    QCOMPARE(stored("WorkspaceSuggestionReminderMinutes"), QByteArray("7"));
+}
+
+void tst_ConfigManagerFile::savedChangesAreNotWrittenAgain()
+{
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("own"));
+    config.save();
+    QVERIFY(writeByAnother("ApiKey=other\n"));
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("other"));
+    QCOMPARE(config.apiKey(), QStringLiteral("own")); // until the file is read again
+
+    config.setApiKey(QStringLiteral("last"));
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("last"));
+
+    // Values that load() restored count as unchanged too.
+    config.setApiKey(QStringLiteral("discarded"));
+    config.load();
+    QVERIFY(writeByAnother("ApiKey=other\n"));
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("other"));
+}
+
+void tst_ConfigManagerFile::keepsTheKeyOfARunningProcess()
+{
+    {
+        const ConfigManager config;
+        QProcess other;
+        other.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("tst_ConfigManagerFile"), QLatin1String(s_childArgument), QStringLiteral("other")});
+        QVERIFY(other.waitForFinished());
+        QCOMPARE(stored("ApiKey"), QByteArray("other"));
+    }
+    QCOMPARE(stored("ApiKey"), QByteArray("other"));
 }
 
 static int run(int argc, char **argv)

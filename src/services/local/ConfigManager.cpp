@@ -13,9 +13,10 @@ constexpr int s_maximumRecentProjects = 10;
 constexpr int s_minimumMinutes = 1;
 constexpr int s_maximumMinutes = 1440; // a day
 
+constexpr char s_general[] = "General";
 constexpr char s_apiKey[] = "ApiKey";
 constexpr char s_currentProject[] = "CurrentProject";
-constexpr char s_recentProjectsKey[] = "RecentProjects";
+constexpr char s_recentProjects[] = "RecentProjects";
 constexpr char s_reminderEnabled[] = "WorkspaceSuggestionReminderEnabled";
 constexpr char s_reminderMinutes[] = "WorkspaceSuggestionReminderMinutes";
 constexpr char s_templateSlugs[] = "EnabledWorkspaceTemplateSlugs";
@@ -25,7 +26,7 @@ constexpr char s_templateSlugs[] = "EnabledWorkspaceTemplateSlugs";
 ConfigManager::ConfigManager(QObject *parent)
     : QObject(parent)
     , m_config(KSharedConfig::openConfig())
-    , m_general(m_config, "General")
+    , m_general(m_config, s_general)
 {
     load();
 }
@@ -37,23 +38,23 @@ ConfigManager::~ConfigManager()
 
 void ConfigManager::setApiKey(const QString &apiKey)
 {
-    if (apiKey != m_apiKey) {
-        m_apiKey = apiKey;
+    if (apiKey != m_values.apiKey) {
+        m_values.apiKey = apiKey;
         Q_EMIT apiKeyChanged();
     }
 }
 
 void ConfigManager::setCurrentProject(const QString &path)
 {
-    if (path == m_currentProject) {
+    if (path == m_values.currentProject) {
         return;
     }
-    m_currentProject = path;
+    m_values.currentProject = path;
     // While the user types a path, most of its prefixes don't exist. Only existing directories count as recent.
     if (!path.isEmpty() && QDir(path).exists()) {
-        m_recentProjects.removeAll(path);
-        m_recentProjects.prepend(path);
-        m_recentProjects = m_recentProjects.mid(0, s_maximumRecentProjects);
+        m_values.recentProjects.removeAll(path);
+        m_values.recentProjects.prepend(path);
+        m_values.recentProjects = m_values.recentProjects.mid(0, s_maximumRecentProjects);
         Q_EMIT recentProjectsChanged();
     }
     Q_EMIT currentProjectChanged();
@@ -64,33 +65,52 @@ int ConfigManager::boundedReminderMinutes(int minutes)
     return qBound(s_minimumMinutes, minutes, s_maximumMinutes);
 }
 
-void ConfigManager::load()
+ConfigManager::Values ConfigManager::read(const KConfigGroup &general)
 {
-    m_apiKey = m_general.readEntry(s_apiKey, QString());
-    m_currentProject = m_general.readEntry(s_currentProject, QString());
-    m_recentProjects = m_general.readEntry(s_recentProjectsKey, QStringList());
-    m_workspaceSuggestionReminderEnabled = m_general.readEntry(s_reminderEnabled, false);
+    Values values;
+    values.apiKey = general.readEntry(s_apiKey, values.apiKey);
+    values.currentProject = general.readEntry(s_currentProject, values.currentProject);
+    values.recentProjects = general.readEntry(s_recentProjects, values.recentProjects);
+    values.reminderEnabled = general.readEntry(s_reminderEnabled, values.reminderEnabled);
     // With a text as default KConfig returns the raw entry. Intentional: an entry that is no number counts as 0 and not
     // as the default.
-    const int minutes = m_general.readEntry(s_reminderMinutes, QVariant(QString::number(s_defaultMinutes))).toInt();
-    m_workspaceSuggestionReminderMinutes = boundedReminderMinutes(minutes);
-    m_enabledWorkspaceTemplateSlugs = m_general.readEntry(s_templateSlugs, QStringList());
+    const QVariant defaultMinutes(QString::number(values.reminderMinutes));
+    values.reminderMinutes = boundedReminderMinutes(general.readEntry(s_reminderMinutes, defaultMinutes).toInt());
+    values.templateSlugs = general.readEntry(s_templateSlugs, values.templateSlugs);
+    return values;
+}
+
+void ConfigManager::load()
+{
+    m_values = read(m_general);
+    m_savedValues = m_values;
 }
 
 void ConfigManager::save()
 {
-    m_general.writeEntry(s_apiKey, m_apiKey);
-    m_general.writeEntry(s_currentProject, m_currentProject);
-    m_general.writeEntry(s_recentProjectsKey, m_recentProjects);
-    m_general.writeEntry(s_reminderEnabled, m_workspaceSuggestionReminderEnabled);
-    m_general.writeEntry(s_reminderMinutes, m_workspaceSuggestionReminderMinutes);
-    m_general.writeEntry(s_templateSlugs, m_enabledWorkspaceTemplateSlugs);
+    // m_config has the file as it was read last, and knows nothing of the keys that the file didn't have then.
+    const KConfig file(m_config->name(), m_config->openFlags(), m_config->locationType());
+    const Values onDisk = read(KConfigGroup(&file, s_general));
+    const auto write = [&](const char *key, auto Values::*value) {
+        const bool isChangedHere = m_values.*value != m_savedValues.*value;
+        const bool isChangedOnDisk = onDisk.*value != m_savedValues.*value;
+        if (isChangedHere || !isChangedOnDisk) {
+            m_general.writeEntry(key, m_values.*value);
+        }
+    };
+    write(s_apiKey, &Values::apiKey);
+    write(s_currentProject, &Values::currentProject);
+    write(s_recentProjects, &Values::recentProjects);
+    write(s_reminderEnabled, &Values::reminderEnabled);
+    write(s_reminderMinutes, &Values::reminderMinutes);
+    write(s_templateSlugs, &Values::templateSlugs);
     m_config->sync();
+    m_savedValues = m_values;
 }
 
 bool ConfigManager::isWorkspaceTemplateSlugEnabled(const QString &slug) const
 {
-    return m_enabledWorkspaceTemplateSlugs.contains(slug);
+    return m_values.templateSlugs.contains(slug);
 }
 
 void ConfigManager::setWorkspaceTemplateSlugEnabled(const QString &slug, bool enabled)
@@ -99,8 +119,8 @@ void ConfigManager::setWorkspaceTemplateSlugEnabled(const QString &slug, bool en
         return;
     }
     if (!enabled) {
-        m_enabledWorkspaceTemplateSlugs.removeAll(slug);
-    } else if (!m_enabledWorkspaceTemplateSlugs.contains(slug)) {
-        m_enabledWorkspaceTemplateSlugs.append(slug);
+        m_values.templateSlugs.removeAll(slug);
+    } else if (!m_values.templateSlugs.contains(slug)) {
+        m_values.templateSlugs.append(slug);
     }
 }

@@ -11,8 +11,9 @@
 
 //! The application's own settings, known to QML as configManager: API key, projects, workspace preferences.
 //!
-//! They are stored in the application's KConfig file, loomra-kderc. Changes stay in memory until the caller, or the
-//! destructor, calls save(). Errors are not reported: values that can't be written are lost. Main thread only.
+//! They are stored in the application's KConfig file, loomra-kderc, which other processes of the application write too.
+//! Changes stay in memory until the caller, or the destructor, calls save(). Errors are not reported: values that can't
+//! be written are lost. Main thread only.
 class ConfigManager : public QObject
 {
     Q_OBJECT
@@ -29,9 +30,9 @@ public:
     //! Saves.
     ~ConfigManager() override;
 
-    QString apiKey() const { return m_apiKey; }
-    QString currentProject() const { return m_currentProject; }
-    QStringList recentProjects() const { return m_recentProjects; }
+    QString apiKey() const { return m_values.apiKey; }
+    QString currentProject() const { return m_values.currentProject; }
+    QStringList recentProjects() const { return m_values.recentProjects; }
 
     void setApiKey(const QString &apiKey);
     //! If the directory exists, it is also moved to the front of the recent projects, of which 10 are kept.
@@ -40,7 +41,8 @@ public:
     //! Restores the values of the file as it was last read; the disk is not read again. Emits no signals, so the caller
     //! must read the properties again.
     Q_INVOKABLE void load();
-    //! Writes all values to the disk.
+    //! Writes all values to the disk, except those that another process has changed there and this one has not since it
+    //! loaded or saved them. The values in memory stay.
     Q_INVOKABLE void save();
 
     //! Whether the template is enabled. Slugs are case-sensitive.
@@ -52,10 +54,10 @@ public:
     //! save nor emit a signal; LoomraSDK, which sends the reminders, does. load() limits the value to 1 to 1440
     //! minutes.
     static int boundedReminderMinutes(int minutes);
-    bool workspaceSuggestionReminderEnabled() const { return m_workspaceSuggestionReminderEnabled; }
-    void setWorkspaceSuggestionReminderEnabled(bool enabled) { m_workspaceSuggestionReminderEnabled = enabled; }
-    int workspaceSuggestionReminderMinutes() const { return m_workspaceSuggestionReminderMinutes; }
-    void setWorkspaceSuggestionReminderMinutes(int minutes) { m_workspaceSuggestionReminderMinutes = minutes; }
+    bool workspaceSuggestionReminderEnabled() const { return m_values.reminderEnabled; }
+    void setWorkspaceSuggestionReminderEnabled(bool enabled) { m_values.reminderEnabled = enabled; }
+    int workspaceSuggestionReminderMinutes() const { return m_values.reminderMinutes; }
+    void setWorkspaceSuggestionReminderMinutes(int minutes) { m_values.reminderMinutes = minutes; }
 
 Q_SIGNALS:
     void apiKeyChanged();
@@ -65,15 +67,21 @@ Q_SIGNALS:
     void loomraConfigChanged();
 
 private:
-    static constexpr int s_defaultMinutes = 5;
+    struct Values
+    {
+        QString apiKey;
+        QString currentProject;
+        QStringList recentProjects;
+        bool reminderEnabled = false;
+        int reminderMinutes = 5;
+        QStringList templateSlugs; // enabled ones, in the order in which they were switched on
+    };
+    static Values read(const KConfigGroup &general);
 
     const KSharedConfig::Ptr m_config;
     KConfigGroup m_general;
 
-    QString m_apiKey;
-    QString m_currentProject;
-    QStringList m_recentProjects;
-    bool m_workspaceSuggestionReminderEnabled = false;
-    int m_workspaceSuggestionReminderMinutes = s_defaultMinutes;
-    QStringList m_enabledWorkspaceTemplateSlugs; // in the order in which they were switched on
+    Values m_values;
+    //! As last loaded or saved. Values that differ from these were changed by this process.
+    Values m_savedValues;
 };
