@@ -13,6 +13,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -36,6 +38,13 @@ QList<QByteArray> writtenLines()
     return content.isEmpty() ? QList<QByteArray>() : content.split('\n');
 }
 
+//! The permission bits of a file or directory, -1 if it doesn't exist.
+int modeOf(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
+}
+
 } // namespace
 
 class tst_DebugEventLog : public QObject
@@ -56,6 +65,8 @@ private Q_SLOTS:
     void writesOneLinePerEvent();
     void writesBrokenDataAllTheSame();
     void writesBeyondAscii();
+    void isPrivate_data();
+    void isPrivate();
     void ignoresWriteErrors_data();
     void ignoresWriteErrors();
 };
@@ -224,6 +235,41 @@ void tst_DebugEventLog::writesBeyondAscii()
     DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("\"ü 🙂\""));
     const QJsonObject read = json(writtenLines().value(0));
     QCOMPARE(read.value(QLatin1String("data")), QJsonValue(QStringLiteral("ü 🙂")));
+}
+
+void tst_DebugEventLog::isPrivate_data()
+{
+    QTest::addColumn<int>("directoryBefore"); // modes; -1 means that it doesn't exist
+    QTest::addColumn<int>("fileBefore");
+    QTest::addColumn<int>("directoryMode");
+
+    QTest::newRow("new") << -1 << -1 << 0700;
+    QTest::newRow("existing directory") << 0755 << -1 << 0755;
+    QTest::newRow("existing file") << 0750 << 0644 << 0750;
+    QTest::newRow("open to everyone") << 0777 << 0666 << 0777;
+    QTest::newRow("private file") << 0700 << 0600 << 0700;
+}
+
+void tst_DebugEventLog::isPrivate()
+{
+    QFETCH(int, directoryBefore);
+    QFETCH(int, fileBefore);
+    if (directoryBefore >= 0) {
+        QVERIFY(QDir().mkpath(directoryPath()));
+        QCOMPARE(::chmod(QFile::encodeName(directoryPath()).constData(), static_cast<mode_t>(directoryBefore)), 0);
+    }
+    if (fileBefore >= 0) {
+        QVERIFY(writeFile(filePath(), "{}\n"));
+        QCOMPARE(::chmod(QFile::encodeName(filePath()).constData(), static_cast<mode_t>(fileBefore)), 0);
+    }
+    qputenv(s_variable, "1");
+    const mode_t umaskBefore = ::umask(0); // which may not be the reason that it is private
+    DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("{}"));
+    ::umask(umaskBefore);
+
+    QCOMPARE(modeOf(filePath()), 0600);
+    QTEST(modeOf(directoryPath()), "directoryMode");
+    QCOMPARE(writtenLines().size(), fileBefore >= 0 ? 3 : 2); // appended
 }
 
 void tst_DebugEventLog::ignoresWriteErrors_data()

@@ -9,8 +9,8 @@
 #include <concepts>
 
 //! A log of what LoomraSDK does, for debugging: one JSON object per line in loomra-debug.log in the application's data
-//! directory. Off unless LOOMRA_DEBUG has any value at the time of an event. Write errors are ignored. Main thread
-//! only.
+//! directory, readable by the user only. Off unless LOOMRA_DEBUG has any value at the time of an event. Write errors
+//! are ignored. Main thread only.
 namespace DebugEventLog
 {
 
