@@ -42,6 +42,7 @@ private Q_SLOTS:
     void takesARefusalOfTheHandshakeForAnError();
     void attemptIsNotMadeTwice();
     void intentWithoutConnectionStartsAnAttempt();
+    void intentReplacesAClosingConnection();
     void survivesARestartOfThePeer();
     void takesAGoodbyeForNoError();
     void keepsThinkingWhenThePeerGoes();
@@ -220,6 +221,28 @@ void tst_AgentBridgeConnection::intentWithoutConnectionStartsAnAttempt()
     const ScriptedBridge::Request request = c.prompt(QStringLiteral("again"));
     QCOMPARE(request.params.value(QStringLiteral("message")).toString(), QStringLiteral("again"));
     QCOMPARE(request.id, quint64(1));
+}
+
+void tst_AgentBridgeConnection::intentReplacesAClosingConnection()
+{
+    ConnectedAgent c;
+    QVERIFY(c.begin());
+    // More than the system buffers. The peer can't read it, because this thread doesn't return to the event loop.
+    c.agent.sendIntent(QString(16 * 1024 * 1024, QLatin1Char('x')));
+    socketOf(c.agent)->close();
+    QCOMPARE(socketOf(c.agent)->state(), QAbstractSocket::ClosingState);
+    c.emitted.take();
+
+    c.agent.sendIntent(QStringLiteral("hello"));
+    QCOMPARE(c.emitted.take(),
+             (QStringList {
+                 QStringLiteral("errorOccurred(\"Loomra bridge not connected (ws://127.0.0.1:8765/ws)\")"),
+                 QStringLiteral("statusChanged(\"disconnected\")"),
+                 QStringLiteral("statusChanged(\"connecting\")"),
+             }));
+    QCOMPARE(c.log.count(s_disconnected), 1);
+    QVERIFY(c.peer.waitForConnection(2));
+    QTRY_COMPARE(c.agent.status(), QStringLiteral("idle"));
 }
 
 void tst_AgentBridgeConnection::survivesARestartOfThePeer()

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void opensAndSends();
     void closesWithItsReason();
     void closingAClosedConnectionDoesNothing();
+    void openingEndsAnEarlierConnection();
     void runningTimerKeepsItsPhase();
     void scheduledRetryWaitsForTheEventLoop();
     void repeatedRetryGoesOn();
@@ -123,6 +124,34 @@ void tst_BridgeConnection::closingAClosedConnectionDoesNothing()
     connection.open();
     connection.close(); // an attempt under way isn't given up
     QTRY_VERIFY(connection.isOpen());
+}
+
+void tst_BridgeConnection::openingEndsAnEarlierConnection()
+{
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    QSignalSpy disconnected(connection.socket(), &QWebSocket::disconnected);
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+
+    // More than the system buffers, so that the connection can't close.
+    connection.socket()->sendBinaryMessage(QByteArray(16 * 1024 * 1024, 'x'));
+    connection.close();
+    QCOMPARE(connection.socket()->state(), QAbstractSocket::ClosingState);
+    QCOMPARE(disconnected.count(), 0);
+    connection.open();
+    QCOMPARE(disconnected.count(), 1);
+    QVERIFY(connection.isConnecting());
+    QTRY_VERIFY(connection.isOpen());
+
+    // An attempt under way ends without a signal.
+    connection.close();
+    QCOMPARE(disconnected.count(), 2);
+    connection.open();
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    QCOMPARE(disconnected.count(), 2);
 }
 
 void tst_BridgeConnection::runningTimerKeepsItsPhase()

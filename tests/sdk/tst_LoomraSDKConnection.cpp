@@ -48,6 +48,8 @@ private Q_SLOTS:
     void triesWithoutAServiceManager();
     void reconnects();
     void reconnectsWhatIsClosed();
+    void reconnectsFromAHungBridge_data();
+    void reconnectsFromAHungBridge();
     void staysDownAfterTheEnd();
     void saysGoodbye();
 };
@@ -231,6 +233,33 @@ void tst_LoomraSDKConnection::reconnectsWhatIsClosed()
     QVERIFY(fixture->peer.waitForConnection(2));
     QTRY_VERIFY(fixture->sdk.isConnected());
     fixture->log.takeWarnings();
+}
+
+void tst_LoomraSDKConnection::reconnectsFromAHungBridge_data()
+{
+    QTest::addColumn<int>("calls");
+    QTest::newRow("once") << 1;
+    QTest::newRow("twice") << 2;
+}
+
+void tst_LoomraSDKConnection::reconnectsFromAHungBridge()
+{
+    QFETCH(int, calls);
+    // More than the system buffers. The peer can't read it, because this thread doesn't return to the event loop.
+    fixture->sdk.sendChatMessage(QString(16 * 1024 * 1024, QLatin1Char('x')));
+    QVERIFY(fixture->sdk.findChild<QWebSocket *>()->bytesToWrite() > 0);
+    for (int i = 0; i < calls; ++i) {
+        fixture->sdk.reconnectBridge();
+        QVERIFY(!fixture->sdk.isConnected());
+        QVERIFY(!fixture->sdk.isReady());
+    }
+    QCOMPARE(fixture->emitted.take(), s_fall);
+
+    QVERIFY(fixture->peer.waitForConnection(2));
+    QTRY_VERIFY(fixture->sdk.isConnected());
+    QVERIFY(!fixture->sdk.isReady());
+    QVERIFY(fixture->becomeReady());
+    QCOMPARE(fixture->emitted.take(), QStringList({s_connected, s_ready}));
 }
 
 void tst_LoomraSDKConnection::staysDownAfterTheEnd()

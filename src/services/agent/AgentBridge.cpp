@@ -217,6 +217,7 @@ void AgentBridge::onSocketError(QAbstractSocket::SocketError)
 
 void AgentBridge::connectToBridge()
 {
+    m_connection.finishClosing(); // first, because it changes the status
     if (m_connection.isConnecting() || m_connection.isOpen()) {
         return;
     }

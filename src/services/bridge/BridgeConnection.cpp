@@ -41,6 +41,7 @@ bool BridgeConnection::isConnecting() const
 
 void BridgeConnection::open()
 {
+    finishClosing(); // the socket would replace it without emitting disconnected()
     m_socket->open(m_url);
 }
 
@@ -48,6 +49,13 @@ void BridgeConnection::close(const QString &reason)
 {
     if (isOpen()) { // a close frame needs an open socket
         m_socket->close(QWebSocketProtocol::CloseCodeNormal, reason);
+    }
+}
+
+void BridgeConnection::finishClosing()
+{
+    if (m_socket->state() == QAbstractSocket::ClosingState) {
+        m_socket->abort();
     }
 }
 

@@ -48,10 +48,13 @@ public:
     //! An attempt is under way.
     bool isConnecting() const;
 
-    //! Starts an attempt, in place of one that is under way.
+    //! Starts an attempt, in place of one that is under way. The connection must not be open.
     void open();
-    //! Closes with the normal close code if the connection is open.
+    //! Closes with the normal close code if the connection is open. It stays in the closing state until the bridge has
+    //! received all bytes, which a hung bridge never does.
     void close(const QString &reason = QString());
+    //! Ends a connection that is still closing. The socket emits disconnected().
+    void finishClosing();
     //! Sends one request frame. Nothing is queued: without a connection it is lost.
     void send(qint64 id, const QString &method, const QJsonObject &params);
 
