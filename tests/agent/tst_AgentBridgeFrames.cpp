@@ -16,7 +16,9 @@ namespace
 
 constexpr quint64 s_limit = 64 * 1024 * 1024; // bytes
 
-}
+const QString s_tooLarge = QStringLiteral("Connection to Loomra bridge closed because a message was too large");
+
+} // namespace
 
 class tst_AgentBridgeFrames : public QObject
 {
@@ -45,28 +47,50 @@ void tst_AgentBridgeFrames::init()
 
 void tst_AgentBridgeFrames::rejectsOversizedMessages_data()
 {
-    QTest::addColumn<quint64>("frameSize");
-    QTest::newRow("in one frame") << quint64(2 * s_limit);
-    QTest::newRow("in many frames") << quint64(1024 * 1024);
+    QTest::addColumn<bool>("isOneFrame");
+    QTest::addColumn<bool>("isThinking");
+    QTest::newRow("in one frame") << true << true;
+    QTest::newRow("in many frames") << false << true;
+    QTest::newRow("without a request") << true << false;
 }
 
 void tst_AgentBridgeFrames::rejectsOversizedMessages()
 {
-    QFETCH(quint64, frameSize);
+    QFETCH(bool, isOneFrame);
+    QFETCH(bool, isThinking);
     ConnectedAgent fixture;
     QVERIFY(fixture.begin());
-    fixture.prompt();
-    fixture.peer.connection(0)->setOutgoingFrameSize(frameSize);
-    fixture.peer.sendRaw(QString(static_cast<int>(s_limit) + 1, QLatin1Char(' ')));
-    QTRY_COMPARE_WITH_TIMEOUT(fixture.agent.isServiceAvailable(), false, 60000);
+    if (isThinking) {
+        fixture.prompt();
+    }
+    if (isOneFrame) {
+        fixture.peer.announce(s_limit + 1);
+    } else {
+        socketOf(fixture.agent)->setMaxAllowedIncomingMessageSize(1000);
+        fixture.peer.connection(0)->setOutgoingFrameSize(100);
+        fixture.peer.sendRaw(QString(1001, QLatin1Char(' ')));
+    }
     QTRY_VERIFY(timerOf(fixture.agent)->isActive());
+    QStringList expected = failure(s_tooLarge) + QStringList {QStringLiteral("statusChanged(\"disconnected\")")};
+    if (!isThinking) {
+        expected.removeOne(AgentSignals::NotThinking);
+    }
+    QCOMPARE(fixture.emitted.take(), expected);
+    QVERIFY(!fixture.agent.isServiceAvailable());
+    QVERIFY(!fixture.agent.isThinking());
     QCOMPARE(fixture.log.count(QStringLiteral("[AgentBridge] Received WebSocket message:")), 0);
-    fixture.log.takeWarnings(); // the error text is Qt's
+    QCOMPARE(fixture.log.takeWarnings(), QStringList(QStringLiteral("[AgentBridge] ") + s_tooLarge));
 
     endPause(fixture.agent);
     QVERIFY(fixture.peer.waitForConnection(2));
     QTRY_COMPARE(fixture.agent.status(), QStringLiteral("idle"));
-    QCOMPARE(fixture.prompt().id, quint64(2));
+    fixture.prompt();
+
+    // The next connection is lost for another reason.
+    fixture.peer.drop();
+    QTRY_COMPARE(fixture.agent.status(), QStringLiteral("disconnected"));
+    QVERIFY(fixture.agent.isThinking());
+    QVERIFY(!fixture.emitted.entries().join(QLatin1Char(' ')).contains(QLatin1String("errorOccurred")));
 }
 
 void tst_AgentBridgeFrames::acceptsLongMessages()

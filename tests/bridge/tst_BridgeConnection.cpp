@@ -12,11 +12,13 @@
 #include <QTimer>
 #include <QWebSocket>
 
+#include <functional>
 #include <memory>
 
 using Retry = BridgeConnection::Retry;
 
 Q_DECLARE_METATYPE(BridgeConnection::Retry)
+Q_DECLARE_METATYPE(std::function<void(ScriptedBridge &)>)
 
 class tst_BridgeConnection : public QObject
 {
@@ -31,6 +33,8 @@ private Q_SLOTS:
     void closesWithItsReason();
     void closingAClosedConnectionDoesNothing();
     void openingEndsAnEarlierConnection();
+    void detectsTooLargeMessages_data();
+    void detectsTooLargeMessages();
     void runningTimerKeepsItsPhase();
     void scheduledRetryWaitsForTheEventLoop();
     void repeatedRetryGoesOn();
@@ -152,6 +156,52 @@ void tst_BridgeConnection::openingEndsAnEarlierConnection()
     connection.open();
     QTRY_VERIFY(connection.isOpen());
     QCOMPARE(disconnected.count(), 2);
+}
+
+void tst_BridgeConnection::detectsTooLargeMessages_data()
+{
+    using Peer = std::function<void(ScriptedBridge &)>;
+    QTest::addColumn<Peer>("peerCloses");
+    QTest::addColumn<bool>("isTooLarge");
+
+    const auto closes = [](QWebSocketProtocol::CloseCode code) {
+        return Peer([code](ScriptedBridge &peer) { peer.connection(0)->close(code); });
+    };
+    QTest::newRow("frame above the limit")
+        << Peer([](ScriptedBridge &peer) { peer.announce(BridgeConnection::MaxIncomingSize + 1); }) << true;
+    QTest::newRow("refused by the peer") << closes(QWebSocketProtocol::CloseCodeTooMuchData) << true;
+    QTest::newRow("normal close") << closes(QWebSocketProtocol::CloseCodeNormal) << false;
+    QTest::newRow("drop") << Peer([](ScriptedBridge &peer) { peer.drop(); }) << false;
+}
+
+void tst_BridgeConnection::detectsTooLargeMessages()
+{
+    QFETCH(std::function<void(ScriptedBridge &)>, peerCloses);
+    QFETCH(bool, isTooLarge);
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    bool isDisconnected = false;
+    bool wasTooLarge = false;
+    connect(connection.socket(), &QWebSocket::disconnected, &owner, [&] {
+        isDisconnected = true;
+        wasTooLarge = connection.wasMessageTooLarge();
+    });
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    QVERIFY(peer.waitForConnection());
+    peerCloses(peer);
+    QTRY_VERIFY(isDisconnected);
+    QCOMPARE(wasTooLarge, isTooLarge);
+
+    // The next connection starts afresh.
+    isDisconnected = false;
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    QVERIFY(peer.waitForConnection(2));
+    peer.drop();
+    QTRY_VERIFY(isDisconnected);
+    QVERIFY(!wasTooLarge);
 }
 
 void tst_BridgeConnection::runningTimerKeepsItsPhase()

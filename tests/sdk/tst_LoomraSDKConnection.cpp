@@ -41,6 +41,7 @@ private Q_SLOTS:
     void readyComesInTwoForms();
     void readyAgain();
     void fallsWithTheConnection();
+    void reportsAnOversizedMessage();
     void comesBack();
     void waitsForReady();
     void triesAsLongAsItTakes();
@@ -126,6 +127,24 @@ void tst_LoomraSDKConnection::fallsWithTheConnection()
     // The peer closing the connection is also reported as an error.
     QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("error(\"WebSocket error: 1\")")) + s_fall);
     QVERIFY(timer->isActive());
+}
+
+void tst_LoomraSDKConnection::reportsAnOversizedMessage()
+{
+    fixture->peer.announce(64 * 1024 * 1024 + 1);
+    QTRY_VERIFY(fixture->timer("reconnectTimer")->isActive());
+    QCOMPARE(
+        fixture->emitted.take(),
+        QStringList(QStringLiteral("error(\"Connection to Loomra bridge closed because a message was too large\")"))
+            + s_fall);
+    QCOMPARE(fixture->log.takeWarnings(),
+             QStringList(QStringLiteral("Connection to Loomra bridge closed because a message was too large")));
+
+    // The next connection is lost for another reason.
+    QVERIFY(fixture->connect());
+    fixture->emitted.take();
+    QVERIFY(fixture->lose());
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("error(\"WebSocket error: 1\")")) + s_fall);
 }
 
 void tst_LoomraSDKConnection::comesBack()

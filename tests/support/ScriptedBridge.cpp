@@ -6,6 +6,7 @@
 #include "Json.h"
 #include "WaitUntil.h"
 
+#include <QDataStream>
 #include <QTcpSocket>
 #include <QTest>
 #include <QWebSocket>
@@ -162,6 +163,16 @@ void ScriptedBridge::sendRaw(const QString &text)
         if (connection.isOpen) {
             connection.socket->sendTextMessage(text);
         }
+    }
+}
+
+void ScriptedBridge::announce(quint64 frameSize)
+{
+    QByteArray header("\x81\x7f"); // the last frame of a text; a length of 64 bits
+    QDataStream(&header, QIODevice::Append) << frameSize;
+    // QWebSocket sends only whole messages.
+    for (QTcpSocket *socket : m_listener.findChildren<QTcpSocket *>()) {
+        socket->write(header);
     }
 }
 

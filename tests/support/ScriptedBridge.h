@@ -63,6 +63,8 @@ public:
     void ready();
     void event(const QString &name, const QJsonObject &more = {});
     void sendRaw(const QString &text);
+    //! Sends only the header of a frame of this size, in bytes.
+    void announce(quint64 frameSize);
 
     // Replies are sent on the connection of the request, or on the latest one if only the id is given.
     void reply(const Request &request, const QJsonValue &payload);

@@ -202,8 +202,14 @@ void AgentBridge::onConnected()
 
 void AgentBridge::onDisconnected()
 {
-    // Intentional: a running request stays in the thinking state until the user cancels or another reply arrives.
     qDebug() << "[AgentBridge] Disconnected from Loomra bridge";
+    // Intentional: a running request stays in the thinking state until the user cancels or another reply arrives. Only
+    // a message that is too large ends it: the reply is lost for good.
+    if (m_connection.wasMessageTooLarge()) {
+        const QString text = BridgeConnection::messageTooLargeText();
+        qWarning("[AgentBridge] %s", qUtf8Printable(text));
+        fail(text);
+    }
     setStatus(AgentStatus::Disconnected);
     m_connection.scheduleRetry();
 }

@@ -34,7 +34,8 @@ class AgentBridge : public QObject
 {
     Q_OBJECT
 
-    //! A request that shows progress is running. Stays true when the connection is lost, until a reply or a cancel.
+    //! A request that shows progress is running. Stays true when the connection is lost, until a reply or a cancel,
+    //! unless a message was too large.
     Q_PROPERTY(bool isThinking READ isThinking NOTIFY thinkingChanged)
     //! One of the values of AgentStatus.
     Q_PROPERTY(QString status READ status NOTIFY statusChanged)

@@ -19,6 +19,10 @@ BridgeConnection::BridgeConnection(const QString &host, Retry retry, QObject *ow
     m_retryTimer->setObjectName(QStringLiteral("reconnectTimer"));
     m_retryTimer->setInterval(RetryInterval);
     m_retryTimer->setSingleShot(retry == Retry::Once);
+    // The socket keeps the code when a later connection ends without one.
+    QObject::connect(m_socket, &QWebSocket::aboutToClose, m_socket, [this] {
+        m_wasMessageTooLarge = m_socket->closeCode() == QWebSocketProtocol::CloseCodeTooMuchData;
+    });
 }
 
 BridgeConnection::~BridgeConnection()
@@ -39,9 +43,15 @@ bool BridgeConnection::isConnecting() const
     return m_socket->state() == QAbstractSocket::ConnectingState;
 }
 
+QString BridgeConnection::messageTooLargeText()
+{
+    return QStringLiteral("Connection to Loomra bridge closed because a message was too large");
+}
+
 void BridgeConnection::open()
 {
     finishClosing(); // the socket would replace it without emitting disconnected()
+    m_wasMessageTooLarge = false;
     m_socket->open(m_url);
 }
 

@@ -22,7 +22,8 @@ public:
     static constexpr int Port = 8765;
     //! The same for every attempt: no back-off and no limit, so that a bridge that comes back is found within seconds.
     static constexpr std::chrono::seconds RetryInterval {3};
-    //! Of a frame and of a message, in bytes. Far above any reply; a longer one closes the connection.
+    //! Of a frame and of a message, in bytes. Far above any reply; a longer one closes the connection, which
+    //! wasMessageTooLarge() then reports.
     static constexpr quint64 MaxIncomingSize = 64 * 1024 * 1024;
 
     enum class Retry
@@ -48,6 +49,11 @@ public:
     //! An attempt is under way.
     bool isConnecting() const;
 
+    //! Whether the last connection was closed because a message exceeded the limit: ours, or that of the bridge.
+    bool wasMessageTooLarge() const { return m_wasMessageTooLarge; }
+    //! The text for the user in that case.
+    static QString messageTooLargeText();
+
     //! Starts an attempt, in place of one that is under way. The connection must not be open.
     void open();
     //! Closes with the normal close code if the connection is open. It stays in the closing state until the bridge has
@@ -68,4 +74,5 @@ private:
     const QUrl m_url;
     QWebSocket *const m_socket;
     QTimer *const m_retryTimer;
+    bool m_wasMessageTooLarge = false;
 };

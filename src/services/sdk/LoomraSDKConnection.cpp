@@ -57,6 +57,11 @@ void LoomraSDK::onWebSocketDisconnected()
 {
     DebugEventLog::write(QStringLiteral("LoomraSDK:onWebSocketDisconnected"), QStringLiteral("WebSocket disconnected"),
                          [&] { return flagsBefore(m_connected, m_ready); });
+    if (m_connection.wasMessageTooLarge()) { // the socket emits no error
+        const QString text = BridgeConnection::messageTooLargeText();
+        qWarning() << qUtf8Printable(text);
+        Q_EMIT error(text);
+    }
     fallToDisconnected();
     qDebug() << "WebSocket disconnected from bridge";
     QMetaObject::invokeMethod(this, &LoomraSDK::scheduleReconnect, Qt::QueuedConnection);
