@@ -22,6 +22,7 @@ private Q_SLOTS:
     void rephraseTakesSessionAndUsage();
     void rephraseLeavesTheChatAlone();
     void rephraseFails();
+    void listenerMayRephraseAgain();
 };
 
 void tst_AgentBridgeSideReplies::feedbackReplyEmitsNothing_data()
@@ -150,6 +151,23 @@ void tst_AgentBridgeSideReplies::rephraseFails()
     QTRY_COMPARE(fixture->emitted.entries(),
                  (QStringList {QStringLiteral("errorOccurred(\"no\")"), AgentSignals::Error}));
     QCOMPARE(fixture->log.takeWarnings(), bridgeError(QStringLiteral("no")));
+}
+
+void tst_AgentBridgeSideReplies::listenerMayRephraseAgain()
+{
+    QStringList originals; // as the later listener receives them
+    connect(&fixture->agent, &AgentBridge::rephraseReady, this, [this](const QString &original) {
+        if (original == QLatin1String("a")) {
+            fixture->agent.rephraseText(QStringLiteral("b"));
+        }
+    });
+    connect(&fixture->agent, &AgentBridge::rephraseReady, this,
+            [&originals](const QString &original) { originals.append(original); });
+    fixture->agent.rephraseText(QStringLiteral("a"));
+    fixture->peer.reply(fixture->peer.takeRequest(), answer(QStringLiteral("A")));
+    QTRY_COMPARE(originals, QStringList(QStringLiteral("a")));
+    fixture->peer.reply(fixture->peer.takeRequest(), answer(QStringLiteral("B")));
+    QTRY_COMPARE(originals, (QStringList {QStringLiteral("a"), QStringLiteral("b")}));
 }
 
 REGISTER_TEST(tst_AgentBridgeSideReplies, QCoreApplication)

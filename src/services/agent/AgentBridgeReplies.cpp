@@ -210,8 +210,10 @@ void AgentBridge::finishRephrase(const QString &response)
 {
     m_rephraseRequestId = 0;
     const QString text = withoutQuotationMarks(response);
-    qDebug() << "[AgentBridge] rephrase result:" << m_rephraseOriginal << "->" << text;
-    Q_EMIT rephraseReady(m_rephraseOriginal, text);
+    // A copy, because a listener that rephrases again changes the member before the next listener is called.
+    const QString original = m_rephraseOriginal;
+    qDebug() << "[AgentBridge] rephrase result:" << original << "->" << text;
+    Q_EMIT rephraseReady(original, text);
 }
 
 void AgentBridge::setThinking(bool thinking)
