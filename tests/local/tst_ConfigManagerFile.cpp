@@ -291,6 +291,11 @@ void tst_ConfigManagerFile::savedChangesAreNotWrittenAgain()
     QCOMPARE(stored("ApiKey"), QByteArray("other"));
     QCOMPARE(config.apiKey(), QStringLiteral("own")); // until the file is read again
 
+    // Libraries share the file's object, and may make it read the file again.
+    QVERIFY(ConfigFile::write("ApiKey=read\n"));
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("read"));
+
     config.setApiKey(QStringLiteral("last"));
     config.save();
     QCOMPARE(stored("ApiKey"), QByteArray("last"));
