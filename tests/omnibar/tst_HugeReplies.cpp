@@ -38,6 +38,7 @@ private Q_SLOTS:
     void notices_data();
     void notices();
     void suggestion();
+    void replyAboveTheLimit(); // last, because the connection is lost
 
 private:
     SharedWindow<Conversation> m_window;
@@ -141,6 +142,20 @@ void tst_HugeReplies::suggestion()
     bar.click(card);
     QCOMPARE(bar.bridge.takeRequest(QStringLiteral("chat")).params.value(QStringLiteral("message")).toString(), words);
     QVERIFY(bar.settle());
+}
+
+void tst_HugeReplies::replyAboveTheLimit()
+{
+    Conversation &bar = m_window.take();
+    bar.expectWarning(QStringLiteral("[AgentBridge] Connection to Loomra bridge closed"));
+    QVERIFY(bar.begin());
+    bar.ask(QStringLiteral("huge"));
+    bar.bridge.announce(64 * 1024 * 1024 + 1);
+    QTRY_COMPARE(bar.rows(),
+                 (QStringList {QStringLiteral("user: huge"),
+                               QStringLiteral("assistant: Error: Connection to Loomra bridge closed because a message "
+                                              "was too large")}));
+    QTRY_VERIFY(!bar.property("thinking").toBool());
 }
 
 REGISTER_TEST(tst_HugeReplies, QGuiApplication)
