@@ -18,6 +18,8 @@ Item {
     //! Whether to colour percentages, from red to green.
     property bool enablePercentHighlight: true
     property bool lightChrome: false
+    //! A size in the upper right corner that the text leaves free, for buttons of the row.
+    property size freeCorner: Qt.size(0, 0)
 
     readonly property int margin: 12
     //! Texts with more characters are shown as plain text, because rich text takes up to 25 µs per character and plain
@@ -70,6 +72,11 @@ Item {
     Text {
         id: words
         objectName: "words"
+
+        //! The part of the free corner inside the margins.
+        readonly property real freeWidth: Math.max(0, bubble.freeCorner.width - bubble.margin)
+        readonly property real freeHeight: Math.max(0, bubble.freeCorner.height - bubble.margin)
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.leftMargin: bubble.margin + (bubble.hasTool ? 22 : 0)
@@ -80,10 +87,19 @@ Item {
         wrapMode: bubble.breaksWords ? Text.WrapAnywhere : Text.Wrap
         font.pixelSize: 14
         color: MarkdownRenderer.bodyColor(bubble.lightChrome)
-        text: bubble.asMarkdown ? MarkdownRenderer.render(bubble.content, {
+        text: bubble.asMarkdown ? MarkdownRenderer.withFreeCorner(MarkdownRenderer.render(bubble.content, {
             lightChrome: bubble.lightChrome,
             enablePercentHighlight: bubble.enablePercentHighlight
-        }) : bubble.content
+        }), freeWidth, freeHeight) : bubble.content
+        onFreeHeightChanged: {
+            if (!bubble.asMarkdown)
+                forceLayout();
+        }
+        // Not emitted for rich text.
+        onLineLaidOut: {
+            if (line.y < freeHeight)
+                line.width -= freeWidth;
+        }
         // The accessible name of the bubble is the text without markup.
         Accessible.ignored: true
     }

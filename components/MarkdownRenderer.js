@@ -90,6 +90,18 @@ function render(markdown, options) {
     return blocks.join("");
 }
 
+/**
+ * Leaves the upper right corner of rendered text free, for something of this width and height in pixels. Only lines
+ * beside it are shorter.
+ */
+function withFreeCorner(html, width, height) {
+    if (html === "" || width <= 0 || height <= 0) {
+        return html;
+    }
+    return "<table style=\"float:right\" width=\"" + width + "\" border=\"0\" cellspacing=\"0\" cellpadding=\"0\"><tr>"
+        + "<td height=\"" + height + "\"></td></tr></table>" + html;
+}
+
 /** The default colour of the text, to be set on the text item. */
 function bodyColor(lightChrome) {
     return paletteFor(lightChrome).body;

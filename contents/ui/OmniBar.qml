@@ -133,6 +133,7 @@ Window {
     function updateCurrentAgent() { conversation.updateCurrentAgent(); }
     function sendChatFeedback(vote, messageIndex, assistantText) { conversation.sendChatFeedback(vote, messageIndex, assistantText); }
     function voteMessage(index, vote) { conversation.voteMessage(index, vote); }
+    function saveWidgetState(index, state) { conversation.saveWidgetState(index, state); }
     function copyMessage(index) { return conversation.copyMessage(index); }
     function refreshResponseSuggestions(bridgeFollowUps) { suggestions.refreshResponseSuggestions(bridgeFollowUps); }
     function initResponseSuggestions() { suggestions.initResponseSuggestions(); }

@@ -361,7 +361,7 @@ void tst_ConversationReplies::suggestionsStayAwayFromChoices()
     for (const char *type : {"options", "list", "slider", "table"}) {
         bar.evaluate(QStringLiteral("omniBar.chatModel.append({ role: 'assistant', text: 'x', messageType: '%1',"
                                     " payload: '', fallbackText: 'x', hasTool: false, toolStatus: '', toolName: '',"
-                                    " createdAt: 1, feedbackVote: '' })")
+                                    " createdAt: 1, feedbackVote: '', widgetState: '' })")
                          .arg(QLatin1String(type)));
         bar.emitReply(QStringLiteral("and a plain one"));
         QVERIFY(bar.settle());

@@ -88,7 +88,7 @@ Item {
         function test_firstValues() {
             const bubble = make().bubble;
             compare([bubble.content, bubble.hasTool, bubble.toolStatus, bubble.enablePercentHighlight,
-                     bubble.lightChrome], ["", false, "", true, false]);
+                     bubble.lightChrome, bubble.freeCorner], ["", false, "", true, false, Qt.size(0, 0)]);
         }
 
         function test_rendersAgainWhenContentChanges() {
@@ -123,6 +123,54 @@ Item {
         }
         function test_percentColorsAreDrawn(row) {
             verify(countOfColor(make({ content: row.tag }), row.color) > 0);
+        }
+
+        //! Whether anything is drawn in a part of an item.
+        function hasInk(item, left, top, width, height) {
+            const picture = grabImage(item);
+            const ground = picture.pixel(0, 0);
+            for (let y = top; y < top + height; ++y) {
+                for (let x = left; x < left + width; ++x) {
+                    if (!Qt.colorEqual(picture.pixel(x, y), ground))
+                        return true;
+                }
+            }
+            return false;
+        }
+
+        function test_freeCorner_data() {
+            const words = "lorem ".repeat(100);
+            return [
+                { tag: "paragraph", content: words },
+                { tag: "heading", content: "# " + words },
+                { tag: "list", content: "- " + words },
+                { tag: "code", content: "```\n" + words + "\n```" },
+                { tag: "callout", content: "> " + words },
+                { tag: "too long for Markdown", content: "lorem ".repeat(10000) }
+            ];
+        }
+        function test_freeCorner(data) {
+            const row = make({ content: data.content });
+            // The top of the row is enough.
+            row.height = 150;
+            row.clip = true;
+            row.bubble.anchors.fill = undefined;
+            row.bubble.y = 9;
+            row.bubble.width = row.width;
+            row.bubble.height = Qt.binding(() => row.bubble.implicitHeight);
+            verify(hasInk(row, row.width - 92, 8, 92, 24), "text in the corner");
+            row.bubble.freeCorner = Qt.size(92, 32);
+            verify(!hasInk(row, row.width - 92, 0, 92, 30), "no text in the corner");
+            verify(hasInk(row, row.width - 92, 32, 92, 80), "text below the corner");
+        }
+
+        function test_freeCornerOfAShortText() {
+            const row = make({ content: "Done." });
+            const height = row.bubble.implicitHeight;
+            row.bubble.freeCorner = Qt.size(92, 32);
+            compare(row.bubble.implicitHeight, height);
+            row.bubble.content = "";
+            compare(words(row).text, "");
         }
 
         function test_blocksAreDrawn_data() {

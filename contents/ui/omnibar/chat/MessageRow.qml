@@ -7,6 +7,7 @@ import org.kde.loomra 1.0 as Loomra
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/MessageTime.js" as MessageTime
+import "../logic/RowContent.js" as RowContent
 
 //! One row of the conversation: author, time, avatar, and the bubble with its buttons.
 Item {
@@ -19,11 +20,23 @@ Item {
     required property int index
     required property string role
     required property string text
+    required property string messageType
+    required property string payload
     required property string fallbackText
     required property bool hasTool
     required property string toolStatus
     required property double createdAt
     required property string feedbackVote
+    required property string widgetState
+
+    //! The components that show blocks of structured replies, by type. Other types are shown as text. A component that
+    //! the user can change binds savedState and calls saveState(), because rows outside of the view are destroyed.
+    property var widgets: ({})
+    readonly property bool structured: RowContent.isStructured(role, messageType, payload)
+    //! The block of a structured reply, {} for other rows.
+    readonly property var block: RowContent.parseObject(payload)
+    //! What saveState() was last called with, {} before.
+    readonly property var savedState: RowContent.parseObject(widgetState)
 
     readonly property bool isUser: role === "user"
     readonly property bool isAssistant: role === "assistant"
@@ -31,6 +44,10 @@ Item {
     readonly property string time: MessageTime.formatMessageTime(createdAt)
     readonly property var bubbleLook: theme.bubbles[role] || theme.bubbles.assistant
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
+
+    function saveState(state) {
+        bar.saveWidgetState(index, state);
+    }
 
     implicitHeight: label.height + 4 + bubble.height
     height: implicitHeight
@@ -99,24 +116,38 @@ Item {
 
         x: row.isUser ? row.width - width : 34
         y: label.height + 4
-        width: Math.round(row.width * 0.78)
-        height: content.implicitHeight + 18
+        width: Math.round(row.width * (row.structured ? 0.88 : 0.78))
+        height: (content.item ? content.item.implicitHeight : 30) + 18
         radius: 14
         color: row.bubbleLook.fill
         border.width: row.current ? 2 : 1
         border.color: row.current ? row.theme.focusRing : row.bubbleLook.border
 
-        Loomra.BotTextBubble {
+        Loader {
             id: content
+            objectName: "messageContent"
 
-            // Leaves a column for the buttons, so that no text is below them.
-            width: parent.width - (row.isAssistant ? actions.width + 4 : 0)
+            width: parent.width
+            height: item ? item.implicitHeight : 0
             anchors.verticalCenter: parent.verticalCenter
-            content: row.fallbackText || row.text
-            hasTool: row.hasTool
-            toolStatus: row.toolStatus
-            enablePercentHighlight: !row.isUser
-            lightChrome: row.theme.uiLight
+            Accessible.ignored: true
+            sourceComponent: row.structured && row.widgets.hasOwnProperty(row.messageType) ? row.widgets[row.messageType]
+                                                                                           : botTextComponent
+        }
+
+        Component {
+            id: botTextComponent
+
+            Loomra.BotTextBubble {
+                content: RowContent.textOf(row.payload, row.fallbackText, row.text)
+                hasTool: row.hasTool
+                toolStatus: row.toolStatus
+                enablePercentHighlight: !row.isUser
+                lightChrome: row.theme.uiLight
+                // The buttons: three of 24 pixels with gaps of 2, and some air on the left.
+                freeCorner: row.isAssistant ? Qt.size(actions.anchors.rightMargin + 76 + 6, actions.anchors.topMargin + 24)
+                                            : Qt.size(0, 0)
+            }
         }
 
         Loader {

@@ -15,7 +15,8 @@ Controller {
     id: conversation
 
     //! The rows of the chat, with the roles role, text, messageType, payload, fallbackText, hasTool, toolStatus,
-    //! toolName, createdAt (ms since 1970), feedbackVote. They exist as long as the window.
+    //! toolName, createdAt (ms since 1970), feedbackVote, widgetState (JSON, see saveWidgetState()). They exist as long
+    //! as the window.
     readonly property ListModel chatModel: ListModel {
         objectName: "chatModel"
     }
@@ -55,7 +56,8 @@ Controller {
             "toolStatus": tool ? tool.toolStatus : "",
             "toolName": tool ? tool.toolName : "",
             "createdAt": Date.now(),
-            "feedbackVote": ""
+            "feedbackVote": "",
+            "widgetState": ""
         });
     }
 
@@ -264,6 +266,11 @@ Controller {
     function sendChatFeedback(vote, messageIndex, assistantText) {
         Native.call(bar.bridge, "sendMessageFeedback", vote, messageIndex, assistantText,
                     Feedback.nearestUserQuery(lastRows(chatModel.count), messageIndex));
+    }
+
+    //! Keeps what the user did in the widget of a row, as an object, for the next time that the widget is created.
+    function saveWidgetState(index, state) {
+        chatModel.setProperty(index, "widgetState", JSON.stringify(state));
     }
 
     //! @return whether text was copied
