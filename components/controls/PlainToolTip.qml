@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Templates 2.15 as T
 
-//! A tooltip whose text is never interpreted as markup. It leaves Escape to the window.
+//! A tooltip whose text is never interpreted as markup. It leaves Escape to the window. It is shown above its
+//! control, or below if there is no room above. Without room there either, it isn't shown, because it would cover the
+//! control.
 T.ToolTip {
     id: toolTip
 
@@ -12,10 +15,19 @@ T.ToolTip {
     required property var tip
     //! Maximum number of characters, because untrusted text may have any length.
     readonly property int longest: 400
+    //! Distance to the control.
+    readonly property int gap: 6
+
+    readonly property size windowSize: Qt.size(tip.control.Window.width, tip.control.Window.height)
+    // Measured each time that the tooltip becomes wanted, because mapToItem() doesn't notify of movements.
+    readonly property real roomAbove: tip.wanted ? tip.control.mapToItem(null, 0, 0).y : 0
+    readonly property real roomBelow: windowSize.height - roomAbove - tip.control.height
+    readonly property real neededHeight: implicitHeight + gap + margins
+    readonly property bool hasRoom: implicitWidth + 2 * margins <= windowSize.width && neededHeight <= Math.max(roomAbove, roomBelow)
 
     parent: tip.control
     x: parent ? Math.round((parent.width - width) / 2) : 0
-    y: -height - 6
+    y: roomAbove >= neededHeight || !parent ? -height - gap : parent.height + gap
     margins: 6
     padding: 6
     leftPadding: 9
@@ -23,7 +35,7 @@ T.ToolTip {
     // Long text wraps instead of leaving the screen.
     implicitWidth: Math.min(contentItem.implicitWidth, 360) + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
-    visible: tip.wanted
+    visible: tip.wanted && hasRoom
     text: tip.text
     delay: 500
     timeout: -1
