@@ -33,8 +33,11 @@ Flickable {
     Accessible.ignored: true
     // Deferred because a control may change its size when it gets the focus.
     onFocusedItemChanged: Qt.callLater(revealFocus)
+    onHeightChanged: Qt.callLater(revealFocus)
 
     T.ScrollBar.vertical: PlainScrollBar {
+        objectName: "paneScrollBar"
+
         visible: pane.interactive
         thumbColor: pane.thumbColor
         Accessible.name: pane.scrollBarName

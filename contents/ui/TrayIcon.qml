@@ -8,8 +8,8 @@ import org.kde.loomra.components.controls 1.0
 import "tray"
 
 //! The tray view: shows the state of the agent like a panel applet, but in a separate window. A small window shows only
-//! an icon with a dot; a larger one also shows the state as text and a list of actions. The actions are placeholders
-//! that only write to the log.
+//! an icon with a dot; a larger one also shows the state as text and a list of actions, and scrolls if they don't fit.
+//! The actions are placeholders that only write to the log.
 Window {
     id: trayView
     objectName: "trayView"
@@ -45,10 +45,11 @@ Window {
     width: 200
     height: 200
     visible: true
-    color: palette.window
+    color: systemColors.window
 
+    // Not called "palette": within a button that is a property of the button.
     SystemPalette {
-        id: palette
+        id: systemColors
     }
 
     Loader {
@@ -66,58 +67,75 @@ Window {
         active: !trayView.compact
         focus: true
         Accessible.ignored: true
-        sourceComponent: Column {
+        sourceComponent: ScrollPane {
             objectName: "fullForm"
-            topPadding: 6
-            spacing: 4
 
-            TrayButton {
-                anchors.horizontalCenter: parent.horizontalCenter
-                width: 36
-                height: 36
-                tray: trayView
-            }
+            focus: true
+            contentHeight: content.implicitHeight
+            revealMargin: content.topPadding
+            thumbColor: Qt.rgba(systemColors.windowText.r, systemColors.windowText.g, systemColors.windowText.b, 0.35)
+            scrollBarName: trayView.tr("Scroll actions")
 
-            PlainText {
-                objectName: "statusText"
+            Column {
+                id: content
+
                 width: parent.width
-                text: trayView.toolTipMainText + "\n" + trayView.tr("Status: ") + trayView.status
-                color: palette.windowText
-                horizontalAlignment: Text.AlignHCenter
-            }
+                topPadding: 6
+                bottomPadding: 6
+                spacing: 4
 
-            Repeater {
-                model: trayView.actions
-
-                PlainButton {
-                    id: action
-                    objectName: "trayAction"
-
-                    required property string modelData
-
+                TrayButton {
                     anchors.horizontalCenter: parent.horizontalCenter
-                    implicitWidth: 184
-                    implicitHeight: 24
-                    label: modelData
-                    onClicked: trayView.trigger(modelData)
+                    width: 36
+                    height: 36
+                    tray: trayView
+                }
 
-                    background: Rectangle {
-                        radius: 4
-                        color: action.hovered || action.pressed ? palette.midlight : palette.button
-                    }
-                    contentItem: PlainText {
-                        text: action.label
-                        color: palette.buttonText
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        Accessible.ignored: true
-                    }
+                PlainText {
+                    objectName: "statusText"
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: parent.width - 16
+                    text: trayView.toolTipMainText + "\n" + trayView.tr("Status: ") + trayView.status
+                    color: systemColors.windowText
+                    horizontalAlignment: Text.AlignHCenter
+                    wrapMode: Text.Wrap
+                }
 
-                    FocusRing {
-                        control: action
-                        anchors.margins: 0
-                        radius: 4
-                        border.color: palette.highlight
+                Repeater {
+                    model: trayView.actions
+
+                    PlainButton {
+                        id: action
+                        objectName: "trayAction"
+
+                        required property string modelData
+
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        width: Math.min(184, content.width - 16)
+                        implicitHeight: 24
+                        label: modelData
+                            onClicked: trayView.trigger(modelData)
+
+                        background: Rectangle {
+                            radius: 4
+                            color: action.hovered || action.pressed ? systemColors.midlight : systemColors.button
+                        }
+                        contentItem: PlainText {
+                            text: action.label
+                            color: systemColors.buttonText
+                            fontSizeMode: Text.HorizontalFit
+                            minimumPointSize: 7
+                            horizontalAlignment: Text.AlignHCenter
+                            verticalAlignment: Text.AlignVCenter
+                            Accessible.ignored: true
+                        }
+
+                        FocusRing {
+                            control: action
+                            anchors.margins: 0
+                            radius: 4
+                            border.color: systemColors.highlight
+                        }
                     }
                 }
             }

@@ -6,7 +6,10 @@
 
 #include <QColor>
 #include <QGuiApplication>
+#include <QPalette>
+#include <QScopeGuard>
 #include <QTest>
+#include <QWheelEvent>
 
 //! The tray view in its window: the state of the agent, and actions that only log.
 class tst_TrayIcon : public QObject
@@ -21,11 +24,21 @@ private Q_SLOTS:
     void formsBySize();
     void actionsOnlyLog();
     void keyboard();
+    void reachableAtEverySize_data();
+    void reachableAtEverySize();
+    void focusStaysVisible();
+    void colorsOfTheSystem();
     void tooltip();
 
 private:
     //! Opens the view with an agent of this status; without an agent if it is null.
     bool open(OmniBarFixture &tray, const char *status);
+    //! Resizes the window. The window manager may take its time.
+    bool resize(OmniBarFixture &tray, const QSize &size);
+    //! Whether nothing of the item is cut off by the window or covered by the scroll bar.
+    bool isWhole(OmniBarFixture &tray, QQuickItem *item);
+    //! Turns the wheel over the middle of the window, towards the end of the list.
+    void scrollDown(OmniBarFixture &tray);
 };
 
 bool tst_TrayIcon::open(OmniBarFixture &tray, const char *status)
@@ -38,6 +51,28 @@ bool tst_TrayIcon::open(OmniBarFixture &tray, const char *status)
         tray.omit("agentBridge");
     }
     return tray.open(QStringLiteral("TrayIcon.qml"));
+}
+
+bool tst_TrayIcon::resize(OmniBarFixture &tray, const QSize &size)
+{
+    tray.window()->resize(size);
+    return QTest::qWaitFor([&] { return tray.item("fullForm") && tray.item("fullForm")->size() == QSizeF(size); });
+}
+
+bool tst_TrayIcon::isWhole(OmniBarFixture &tray, QQuickItem *item)
+{
+    const QQuickItem *scrollBar = tray.item("paneScrollBar");
+    const qreal right = scrollBar && scrollBar->isVisible() ? scrollBar->width() : 0;
+    const QRectF visible = QRectF(QPointF(), QSizeF(tray.window()->size())).adjusted(0, 0, -right, 0);
+    return visible.contains(tray.place(item));
+}
+
+void tst_TrayIcon::scrollDown(OmniBarFixture &tray)
+{
+    const QPointF place = QPointF(tray.window()->width(), tray.window()->height()) / 2;
+    QWheelEvent event(place, tray.window()->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(tray.window(), &event);
 }
 
 void tst_TrayIcon::states_data()
@@ -145,6 +180,80 @@ void tst_TrayIcon::keyboard()
     tray.screenshot("tray-focus");
     tray.key(Qt::Key_Return);
     QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] Settings")));
+}
+
+void tst_TrayIcon::reachableAtEverySize_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("scrolls");
+
+    QTest::newRow("the smallest full form") << QSize(96, 96) << true;
+    QTest::newRow("small") << QSize(120, 120) << true;
+    QTest::newRow("low") << QSize(300, 120) << true;
+    QTest::newRow("almost high enough") << QSize(150, 180) << true;
+    QTest::newRow("the initial size") << QSize(200, 200) << false;
+    QTest::newRow("narrow and high") << QSize(96, 400) << false;
+}
+
+void tst_TrayIcon::reachableAtEverySize()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, scrolls);
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    QVERIFY(resize(tray, size));
+    QTRY_VERIFY(tray.item("paneScrollBar") && tray.item("paneScrollBar")->isVisible() == scrolls);
+    const QString name = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+    tray.screenshot(QStringLiteral("tray-") + name);
+
+    // By keyboard, forwards and backwards.
+    const auto visitAll = [&tray, this](Qt::KeyboardModifiers modifiers) {
+        for (int i = 0; i < 5; ++i) {
+            tray.key(Qt::Key_Tab, modifiers);
+            QQuickItem *focused = tray.window()->activeFocusItem();
+            QVERIFY(focused->property("visualFocus").toBool());
+            QTRY_VERIFY2(isWhole(tray, focused), qPrintable(focused->property("label").toString()));
+        }
+    };
+    visitAll(Qt::NoModifier);
+    tray.screenshot(QStringLiteral("tray-focus-") + name);
+    visitAll(Qt::ShiftModifier);
+
+    // By mouse.
+    QQuickItem *last = tray.items("trayAction").constLast();
+    for (int i = 0; i < 20 && !isWhole(tray, last); ++i) {
+        scrollDown(tray);
+    }
+    QTRY_VERIFY(isWhole(tray, last));
+    tray.click(last);
+    QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] Settings")));
+}
+
+void tst_TrayIcon::focusStaysVisible()
+{
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    QQuickItem *last = tray.items("trayAction").constLast();
+    tray.focus(last);
+    QVERIFY(resize(tray, QSize(110, 110)));
+    QTRY_VERIFY(isWhole(tray, last));
+}
+
+void tst_TrayIcon::colorsOfTheSystem()
+{
+    const auto restore = qScopeGuard([before = QGuiApplication::palette()] { QGuiApplication::setPalette(before); });
+    const QPalette dark(QColor("#31363b"), QColor("#2a2e32"));
+    QGuiApplication::setPalette(dark);
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    QCOMPARE(tray.window()->color(), dark.color(QPalette::Window));
+    tray.hover(tray.item("statusText")); // a hovered action has another colour
+    const QQuickItem *action = tray.items("trayAction").constLast();
+    const auto colorOf = [action](const char *part) {
+        return action->property(part).value<QObject *>()->property("color").value<QColor>();
+    };
+    QCOMPARE(colorOf("background"), dark.color(QPalette::Button));
+    QCOMPARE(colorOf("contentItem"), dark.color(QPalette::ButtonText));
 }
 
 void tst_TrayIcon::tooltip()
