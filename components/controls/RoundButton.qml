@@ -19,6 +19,8 @@ PlainButton {
     property string iconFallback
     property int iconSize: 18
     property color iconColor: "white"
+    //! See FallbackIcon.
+    property bool iconMask: false
 
     //! Shown if there is no icon name.
     property string glyph
@@ -53,6 +55,7 @@ PlainButton {
             fallback: button.iconFallback
             size: button.iconSize
             color: button.iconColor
+            mask: button.iconMask
         }
 
         PlainText {

@@ -48,12 +48,15 @@ QStringList iconsIn(QQuickItem *root)
 {
     QStringList names;
     const auto icons = OmniBarFixture::itemsWhere(root, [](QQuickItem *item) {
-        // Kirigami's icon; our own wrapper has a name instead of a source.
-        return item->metaObject()->indexOfProperty("source") >= 0 && item->metaObject()->indexOfProperty("isMask") >= 0
-            && OmniBarFixture::isSeen(item);
+        // Kirigami's icon.
+        return item->metaObject()->indexOfProperty("isMask") >= 0 && OmniBarFixture::isSeen(item);
     });
     for (QQuickItem *icon : icons) {
-        names.append(icon->property("source").toString());
+        // Its wrapper, FallbackIcon. The source starts with the name that is used.
+        const QQuickItem *wrapper = icon->parentItem();
+        const QString name = wrapper->property("name").toString();
+        const bool isFirst = icon->property("source").toString().startsWith(name);
+        names.append(isFirst ? name : wrapper->property("fallback").toString());
     }
     return names;
 }

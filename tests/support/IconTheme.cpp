@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QImage>
 
 #include <algorithm>
 
@@ -13,6 +12,17 @@ namespace IconTheme
 {
 
 bool write(const QString &directory, const QString &name, const QStringList &icons)
+{
+    QImage square(16, 16, QImage::Format_ARGB32);
+    square.fill(Qt::white);
+    QMap<QString, QImage> squares;
+    for (const QString &icon : icons) {
+        squares.insert(icon, square);
+    }
+    return write(directory, name, squares);
+}
+
+bool write(const QString &directory, const QString &name, const QMap<QString, QImage> &icons)
 {
     const QString place = directory + QLatin1Char('/') + name;
     if (!QDir().mkpath(place + QStringLiteral("/16"))) {
@@ -24,10 +34,9 @@ bool write(const QString &directory, const QString &name, const QStringList &ico
     }
     index.write("[Icon Theme]\nName=Test\nComment=Test\nDirectories=16\n\n[16]\nSize=16\nType=Scalable\nMinSize=8\n"
                 "MaxSize=64\n");
-    QImage image(16, 16, QImage::Format_ARGB32);
-    image.fill(Qt::white);
-    return std::all_of(icons.cbegin(), icons.cend(), [&](const QString &icon) {
-        return image.save(place + QStringLiteral("/16/") + icon + QStringLiteral(".png"));
+    const QStringList names = icons.keys();
+    return std::all_of(names.cbegin(), names.cend(), [&](const QString &icon) {
+        return icons.value(icon).save(place + QStringLiteral("/16/") + icon + QStringLiteral(".png"));
     });
 }
 

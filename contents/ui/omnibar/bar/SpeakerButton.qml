@@ -27,6 +27,7 @@ RoundButton {
     hoverFill: speaking ? fill : Qt.rgba(1, 1, 1, 0.12)
     borderColor: readsAloud ? Qt.rgba(0.2, 0.6, 1.0, 0.5) : "transparent"
     iconName: readsAloud ? "audio-volume-high" : "audio-volume-muted"
+    iconMask: true // the muted speaker may have a line of another colour across
     onClicked: {
         if (speaking)
             Native.call(voice, "stopSpeaking");
