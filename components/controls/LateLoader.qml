@@ -10,6 +10,7 @@ Loader {
     //! Values of the part's properties: an object, or a function, which becomes a binding. Any other value would be a
     //! snapshot that ignores later changes, so it is refused.
     property var properties: ({})
+    //! The part is loaded when this first becomes true.
     property bool wanted: false
     //! Load asynchronously, before the part is needed. If this turns false while loading, the rest is loaded at once.
     property bool ahead: false
@@ -24,6 +25,7 @@ Loader {
         setSource(file, boundProperties());
     }
 
+    //! The initial properties, with functions as bindings.
     function boundProperties() {
         const bound = {};
         Object.keys(properties).forEach(name => {

@@ -25,7 +25,12 @@ T.AbstractButton {
     Keys.onPressed: keepRepeatOfSpace(event)
     Keys.onReleased: keepRepeatOfSpace(event)
 
-    onTextChanged: console.warn("PlainButton: use label instead of text:", text)
+    onTextChanged: {
+        if (text === "")
+            return;
+        console.warn("PlainButton: use label instead of text");
+        text = "";
+    }
     onPressed: heldBySpace = false
     onCanceled: heldBySpace = false
 

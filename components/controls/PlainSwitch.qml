@@ -26,8 +26,14 @@ T.Switch {
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.onToggleAction: press()
-    Keys.onReturnPressed: control.press()
-    Keys.onEnterPressed: control.press()
+    Keys.onReturnPressed: if (!event.isAutoRepeat) control.press()
+    Keys.onEnterPressed: if (!event.isAutoRepeat) control.press()
+    onTextChanged: {
+        if (text === "")
+            return;
+        console.warn("PlainSwitch: use label instead of text");
+        text = "";
+    }
 
     //! Toggles like a click.
     function press() {

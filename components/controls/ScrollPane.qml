@@ -18,8 +18,11 @@ Flickable {
     //! Distance of the focused control from the edges in pixels: enough for its focus ring.
     property int revealMargin: 8
 
-    readonly property Item focusedItem: Window.activeFocusItem
+    //! The control with the focus, or that had it before another window became active.
+    property Item focusedItem: null
+    readonly property Item activeItem: Window.activeFocusItem
 
+    //! Scrolls the focused control into view, unless it was clicked.
     function revealFocus() {
         if (!focusedItem || focusedItem.focusReason === Qt.MouseFocusReason)
             return;
@@ -31,6 +34,11 @@ Flickable {
     interactive: contentHeight > height
     clip: contentHeight > height
     Accessible.ignored: true
+    // When the user returns from another window, the focus does too, but the place stays where they have scrolled.
+    onActiveItemChanged: {
+        if (activeItem)
+            focusedItem = activeItem;
+    }
     // Deferred because a control may change its size when it gets the focus.
     onFocusedItemChanged: Qt.callLater(revealFocus)
     onHeightChanged: Qt.callLater(revealFocus)

@@ -291,15 +291,20 @@ Window {
 
             //! The y to which the bar moves. Panels are placed above it, so that they don't move along.
             readonly property int targetY: Geometry.barY(omniBar.barIdle, omniBar.height, omniBar.shortcutHintHeight)
-            readonly property int panelBottom: targetY - Geometry.barPanelGap
+            property real panelBottom: targetY - Geometry.barPanelGap
 
             anchors.horizontalCenter: parent.horizontalCenter
             y: targetY
             // Passes in front of a panel that appears while the bar moves down.
-            z: 1
+            z: 11
             bar: omniBar
 
             Behavior on y { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
+            // A panel that is already there moves along with the bar.
+            Behavior on panelBottom {
+                enabled: chatPanelLoader.isEntered() || settingsPanelLoader.isEntered()
+                NumberAnimation { duration: 350; easing.type: Easing.OutCubic }
+            }
         }
 
         LateLoader {
@@ -322,6 +327,7 @@ Window {
                 if (item)
                     item.scrollToEnd();
             }
+            function isEntered() { return item !== null && item.visible && item.opacity === 1; }
 
             file: Qt.resolvedUrl("omnibar/chat/ChatPanel.qml")
             properties: ({ "bar": omniBar, "theme": omniTheme, "barCard": barCard })
@@ -331,6 +337,8 @@ Window {
 
         LateLoader {
             id: settingsPanelLoader
+
+            function isEntered() { return item !== null && item.visible && item.opacity === 1; }
 
             anchors.horizontalCenter: barCard.horizontalCenter
             y: barCard.panelBottom - height

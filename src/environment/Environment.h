@@ -16,7 +16,9 @@
 namespace Environment
 {
 
+//! Adds a variable or replaces its value.
 void set(const char *name, const QByteArray &value);
+//! Removes a variable if there is one.
 void unset(const char *name);
 
 //! Sets a variable while this object lives, so that child processes that are started later don't inherit it. A value

@@ -194,7 +194,7 @@ void tst_BridgeConnection::detectsTooLargeMessages()
     QTRY_VERIFY(isDisconnected);
     QCOMPARE(wasTooLarge, isTooLarge);
 
-    // The next connection starts afresh.
+    // The next connection resets it.
     isDisconnected = false;
     connection.open();
     QTRY_VERIFY(connection.isOpen());

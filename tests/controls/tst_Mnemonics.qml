@@ -44,6 +44,22 @@ Item {
         name: "Mnemonics"
         when: windowShown
 
+        function test_textIsRefused_data() {
+            return test_ampersandIsText_data();
+        }
+        function test_textIsRefused(row) {
+            const control = createTemporaryObject(row.component, root);
+            ignoreWarning(/use label instead of text/);
+            control.text = "E&F";
+            compare(control.text, "");
+            control.forceActiveFocus();
+            clicks.target = control;
+            clicks.signalName = "clicked";
+            clicks.clear();
+            keyClick(Qt.Key_F, Qt.AltModifier);
+            compare(clicks.count, 0);
+        }
+
         function test_ampersandIsText_data() {
             return [
                 { tag: "PlainButton", component: plainButtons },

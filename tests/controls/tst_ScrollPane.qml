@@ -133,6 +133,15 @@ Item {
             compare(pane.contentY, position);
         }
 
+        function test_focusStaysInViewWhenThePaneGetsLower() {
+            const button = findChild(pane, "button3");
+            button.forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => isWithin(button, pane));
+            pane.height = 60;
+            tryVerify(() => isWithin(button, pane));
+            pane.height = 120;
+        }
+
         function test_contentThatFitsIsNotClipped() {
             verify(pane.clip);
             pane.height = 2000;

@@ -9,6 +9,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QQmlProperty>
 #include <QRegularExpression>
 #include <QTest>
 #include <QWheelEvent>
@@ -140,6 +141,7 @@ void tst_ConversationRows::bubbles()
     QCOMPARE(bar.color(bubble), fill);
     QCOMPARE(bar.color(bubble, "border.color"), border);
     QCOMPARE(bubble->property("radius").toReal(), 14.0);
+    QCOMPARE(QQmlProperty(bubble, QStringLiteral("border.width")).read().toReal(), 1.0);
     QVERIFY(qAbs(bubble->width() - bar.rowItem(row)->width() * 0.78) <= 0.5);
     // The user's bubbles are on the right, all others on the left beside their avatar.
     if (row == 0) {

@@ -78,7 +78,7 @@ private Q_SLOTS:
     void placeholder();
     void connectionDot_data();
     void connectionDot();
-    void connectionDotRestsInCompactMode();
+    void connectionDotIsStillInCompactMode();
     void connectionDotWithoutABridge();
     void connectionDotNamesThePhase();
     void tipOfTheDot();
@@ -328,7 +328,7 @@ void tst_OmniBarControls::connectionDot()
     QCOMPARE(dot->opacity(), 1.0);
 }
 
-void tst_OmniBarControls::connectionDotRestsInCompactMode()
+void tst_OmniBarControls::connectionDotIsStillInCompactMode()
 {
     m_window.close();
     OmniBarFixture &bar = m_stillWindow.take();

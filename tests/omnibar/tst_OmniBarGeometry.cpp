@@ -335,7 +335,7 @@ void tst_OmniBarGeometry::everyPartOfTheColumnCounts()
     const qreal alone = area->height();
     QCOMPARE(pane->property("interactive").toBool(), layout.lowPanel < 300);
 
-    // Two more parts, such as bars, which the panel has not heard of.
+    // Two more parts, such as bars, unknown to the panel.
     std::vector<std::unique_ptr<QQuickItem>> parts;
     for (const qreal height : {48.0, 36.0}) {
         parts.push_back(std::make_unique<QQuickItem>());
@@ -352,6 +352,12 @@ void tst_OmniBarGeometry::everyPartOfTheColumnCounts()
             QVERIFY(bar.place(panel).adjusted(0, 0, 0, -12).contains(bar.place(part.get())));
         }
     }
+
+    // A part that has not grown yet takes no room.
+    parts.push_back(std::make_unique<QQuickItem>());
+    parts.back()->setParentItem(area->parentItem());
+    QVERIFY(bar.settle());
+    QCOMPARE(area->height(), qMax(140.0, withParts));
 
     parts.front()->setVisible(false);
     QVERIFY(bar.settle());
@@ -405,6 +411,15 @@ void tst_OmniBarGeometry::stripBelowTheBar()
     QCOMPARE(bar.item("barCard")->y(), qreal(layout.busyY + 20 - height));
     QCOMPARE(bar.property("chatHeightBudget").toInt(), qMax(260, layout.screen.height() - 90 - height));
     QCOMPARE(bar.place(bar.item("chatPanel")).bottom(), layout.busyY + 10.0 - height);
+
+    // A panel that is already there moves along with the bar.
+    QQuickItem *panel = bar.item("chatPanel");
+    const auto gap = [&] { return bar.place(bar.item("barCard")).top() - bar.place(panel).bottom(); };
+    bar.setProperty("wiNotifyBarLine", line.isEmpty() ? QStringLiteral("another") : QString());
+    QCOMPARE(gap(), 10.0);
+    QVERIFY(bar.settle());
+    QCOMPARE(gap(), 10.0);
+    QVERIFY(bar.property("shortcutHintHeight").toInt() != height);
 }
 
 void tst_OmniBarGeometry::withoutAScreen()

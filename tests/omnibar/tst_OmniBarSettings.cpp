@@ -177,8 +177,15 @@ void tst_OmniBarSettings::comesInSmoothly()
     QCOMPARE(bar.behaviour(panel, "scale"), text("250 OutCubic"));
     bar.setProperty("settingsPanelOpen", false);
     QVERIFY(bar.settle());
+    const qreal idleY = bar.item("barCard")->y();
     bar.setProperty("settingsPanelOpen", true);
     QVERIFY(panel->opacity() < 1.0);
+    // It is in its place at once, and the bar passes in front of it on its way down.
+    QQuickItem *loader = panel->parentItem();
+    QCOMPARE(loader->y() + panel->height(), bar.item("barCard")->property("targetY").toReal() - 10);
+    QCOMPARE(bar.item("barCard")->y(), idleY);
+    QCOMPARE(loader->z(), 10.0);
+    QVERIFY(bar.item("barCard")->z() > loader->z());
 }
 
 void tst_OmniBarSettings::words()

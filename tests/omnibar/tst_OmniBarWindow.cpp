@@ -95,6 +95,7 @@ private Q_SLOTS:
     void showsAgainAfterHiding();
     void ignoresDeactivation();
 
+    void escapeWithAModifierIsEscape();
     void focusSurvivesDeactivation();
     void escapeChain_data();
     void escapeChain();
@@ -530,14 +531,33 @@ void tst_OmniBarWindow::ignoresDeactivation()
     QVERIFY(bar.window()->flags().testFlag(Qt::WindowStaysOnTopHint));
 }
 
+void tst_OmniBarWindow::escapeWithAModifierIsEscape()
+{
+    OmniBarFixture bar;
+    QVERIFY(bar.open());
+    bar.setProperty("slashMenuVisible", true);
+    bar.key(Qt::Key_Escape, Qt::ShiftModifier);
+    QCOMPARE(bar.property("slashMenuVisible").toBool(), false);
+    QCOMPARE(bar.property("compactMode").toBool(), false);
+    bar.key(Qt::Key_Escape, Qt::ShiftModifier);
+    QCOMPARE(bar.property("compactMode").toBool(), true);
+}
+
 void tst_OmniBarWindow::focusSurvivesDeactivation()
 {
     OmniBarFixture bar;
     QVERIFY(bar.open());
     bar.click("settingsBtn");
     QTRY_VERIFY(bar.item("lightSegment"));
+    bar.evaluate("surface.screens = [{ 'width': 1280, 'height': 240 }]");
     QVERIFY(bar.settle());
     bar.focus(bar.item("lightSegment"));
+    QVERIFY(bar.settle());
+    // Nor does the sheet scroll back to the focus.
+    QQuickItem *pane = bar.item("settingsScrollPane");
+    const qreal end = pane->property("contentHeight").toReal() - pane->height();
+    QVERIFY(pane->property("contentY").toReal() < end);
+    pane->setProperty("contentY", end);
     {
         QWindow other;
         other.setGeometry(100, 100, 200, 200);
@@ -550,6 +570,7 @@ void tst_OmniBarWindow::focusSurvivesDeactivation()
     QVERIFY(QTest::qWaitForWindowActive(bar.window()));
     QVERIFY(bar.settle());
     QVERIFY(bar.item("lightSegment")->hasActiveFocus());
+    QCOMPARE(pane->property("contentY").toReal(), end);
 }
 
 void tst_OmniBarWindow::escapeChain_data()

@@ -263,7 +263,7 @@ void tst_DebugEventLog::isPrivate()
         QCOMPARE(::chmod(QFile::encodeName(filePath()).constData(), static_cast<mode_t>(fileBefore)), 0);
     }
     qputenv(s_variable, "1");
-    const mode_t umaskBefore = ::umask(0); // which may not be the reason that it is private
+    const mode_t umaskBefore = ::umask(0); // so that it can't make the file private
     DebugEventLog::write(QStringLiteral("l"), QStringLiteral("m"), QStringLiteral("{}"));
     ::umask(umaskBefore);
 

@@ -50,7 +50,9 @@ QString BridgeConnection::messageTooLargeText()
 
 void BridgeConnection::open()
 {
-    finishClosing(); // the socket would replace it without emitting disconnected()
+    // The socket would replace a connection without emitting disconnected().
+    Q_ASSERT(!isOpen());
+    finishClosing();
     m_wasMessageTooLarge = false;
     m_socket->open(m_url);
 }

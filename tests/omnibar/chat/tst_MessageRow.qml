@@ -138,7 +138,7 @@ Item {
             compare(findChild(rowItem(index), "messageBubble").height, 30 + 18);
         }
 
-        function test_whatTheUserDidBelongsToTheRow() {
+        function test_widgetStateIsKeptWithTheRow() {
             const first = appendWidget();
             mouseClick(widget(first));
             mouseClick(widget(first));

@@ -15,6 +15,14 @@ Item {
     implicitHeight: tab.objectName === "tall" ? 500 : 20
     Component.onCompleted: bar.note("create", [tab.objectName])
 
+    Connections {
+        target: tab
+
+        function onEntered() {
+            bar.note("page", [tab.objectName]);
+        }
+    }
+
     TextInput {
         id: input
     }

@@ -77,7 +77,7 @@ Item {
 
         function test_firstTabIsOpenAtTheStart() {
             compare(view.currentIndex, 0);
-            compare(recorder.calls, ["enter(first)", "create(first)"]);
+            compare(recorder.calls, ["create(first)", "enter(first)", "page(first)"]);
             verify(page("first").visible);
             verify(!page("tall"));
         }
@@ -85,14 +85,26 @@ Item {
         function test_enteringAndLeaving() {
             recorder.calls = [];
             mouseClick(button(1));
-            compare(recorder.calls, ["leave(first)", "enter(tall)", "create(tall)"]);
+            compare(recorder.calls, ["leave(first)", "create(tall)", "enter(tall)", "page(tall)"]);
             verify(page("tall").visible);
             verify(!page("first").visible);
             recorder.calls = [];
             mouseClick(button(1));
             compare(recorder.calls, []);
             mouseClick(button(0));
-            compare(recorder.calls, ["leave(tall)", "enter(first)"]);
+            compare(recorder.calls, ["leave(tall)", "enter(first)", "page(first)"]);
+        }
+
+        function test_tabMaySwitchToAnother_data() {
+            return [{ tag: "when it is entered", signalName: "entered", of: 1 }, { tag: "when it is left", signalName: "left", of: 0 }];
+        }
+        function test_tabMaySwitchToAnother(data) {
+            const switching = () => { view.currentIndex = 2; };
+            view.tabs[data.of][data.signalName].connect(switching);
+            view.currentIndex = 1;
+            compare(view.currentIndex, 2);
+            compare([view.tabs[0].current, view.tabs[1].current, view.tabs[2].current], [false, false, true]);
+            verify(page("last").visible);
         }
 
         function test_pagesKeepWhatWasTyped() {

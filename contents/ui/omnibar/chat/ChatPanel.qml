@@ -18,10 +18,10 @@ FloatingPanel {
 
     readonly property int headerHeight: 64
 
-    //! The visible parts of the column besides the message area, such as the suggestions. A part that is added to the
-    //! column counts without further ado.
+    //! The visible parts of the column besides the message area, such as the suggestions. Whatever is added
+    //! to the column is counted automatically. A Column leaves out parts without a height.
     readonly property var extras: Array.from(column.children)
-        .filter(part => part.visible && part !== area && part !== disclaimer)
+        .filter(part => part !== area && part !== disclaimer && part.visible && part.height > 0)
     readonly property real areaHeight: Geometry.chatAreaHeight(
         fullHeight, headerHeight, Geometry.chatExtrasHeight(extras.map(part => part.height)))
     readonly property real fullHeight: Geometry.chatPanelHeight(bar.chatMinHeight, bar.chatMaxHeight, barCard.targetY,

@@ -32,6 +32,7 @@ Item {
     //! The components that show blocks of structured replies, by type. Other types are shown as text. A component that
     //! the user can change binds savedState and calls saveState(), because rows outside of the view are destroyed.
     property var widgets: ({})
+    //! Whether the row shows a block of a structured reply.
     readonly property bool structured: RowContent.isStructured(role, messageType, payload)
     //! The block of a structured reply, {} for other rows.
     readonly property var block: RowContent.parseObject(payload)
@@ -45,6 +46,7 @@ Item {
     readonly property var bubbleLook: theme.bubbles[role] || theme.bubbles.assistant
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
 
+    //! Keeps what the user did in the widget, as an object.
     function saveState(state) {
         bar.saveWidgetState(index, state);
     }
@@ -144,7 +146,7 @@ Item {
                 toolStatus: row.toolStatus
                 enablePercentHighlight: !row.isUser
                 lightChrome: row.theme.uiLight
-                // The buttons: three of 24 pixels with gaps of 2, and some air on the left.
+                // The buttons: three of 24 pixels with gaps of 2, and 6 pixels of padding on the left.
                 freeCorner: row.isAssistant ? Qt.size(actions.anchors.rightMargin + 76 + 6, actions.anchors.topMargin + 24)
                                             : Qt.size(0, 0)
             }

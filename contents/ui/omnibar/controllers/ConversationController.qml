@@ -36,6 +36,7 @@ Controller {
     readonly property int usageMax: 50000
     readonly property real usageProgress: Math.min(1.0, sessionUsageTotal / Math.max(1, usageMax))
 
+    //! Keys of the input, see logic/KeyTable.js.
     readonly property var inputKeys: [
         { "key": Qt.Key_L, "modifiers": Qt.ControlModifier, "act": () => clear() }
     ]

@@ -11,6 +11,7 @@ Controller {
     property string slashFilter: ""
     property int slashMenuIndex: 0
     property bool slashSessionPopupVisible: false
+    //! Keys of the input, see logic/KeyTable.js.
     readonly property var inputKeys: [
         { "key": Qt.Key_Escape, "holds": () => slashMenuVisible, "act": () => { slashMenuVisible = false; } },
         { "key": Qt.Key_Escape, "holds": () => slashSessionPopupVisible, "act": () => { slashSessionPopupVisible = false; } }

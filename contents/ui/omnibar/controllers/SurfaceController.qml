@@ -45,6 +45,7 @@ Controller {
         { "holds": () => true, "act": () => shrinkToCompactBubble() }
     ]
 
+    //! Keys of the input, see logic/KeyTable.js.
     readonly property var inputKeys: [
         { "key": Qt.Key_Escape, "act": () => handleEscapeKey() }
     ]

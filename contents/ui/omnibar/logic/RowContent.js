@@ -5,7 +5,7 @@
 
 // How a row of the conversation shows its content.
 
-/** Whether a row shows a block of a structured reply, in a widget of its own type. */
+/** Whether a row shows a block of a structured reply, in the widget for its type. */
 function isStructured(role, messageType, payload) {
     return role === "assistant" && messageType !== "text" && payload !== "";
 }

@@ -5,8 +5,6 @@ import QtQuick 2.15
 
 //! A tab of the settings sheet. Its page is created when the tab is first entered, and kept.
 QtObject {
-    id: tab
-
     //! Translated; may change at any time.
     property string title
     //! The page, whose properties "bar", "theme" and "tab" are set.
@@ -14,13 +12,8 @@ QtObject {
     //! Whether this is the current tab; maintained by SettingsTabs.
     property bool current: false
 
+    //! This became the current tab, and its page exists. Not emitted when the sheet is opened or closed.
     signal entered()
+    //! Another tab is going to be the current one.
     signal left()
-
-    onCurrentChanged: {
-        if (current)
-            entered();
-        else
-            left();
-    }
 }

@@ -16,16 +16,22 @@ Column {
     required property string name
 
     property alias currentIndex: strip.currentIndex
+    //! In pixels.
     readonly property int minimumPageHeight: 220
 
+    //! Leaves the tab that was current and enters the one that is now. They may change the current tab again.
     function enterCurrentTab() {
-        const entered = tabs[strip.currentIndex];
-        if (!entered || entered.current)
-            return;
-        // Left before the other one is entered, so that the two never act at the same time.
-        for (let i = 0; i < tabs.length; ++i)
-            tabs[i].current = false;
-        entered.current = true;
+        for (let i = 0; i < tabs.length; ++i) {
+            if (tabs[i].current && i !== strip.currentIndex) {
+                tabs[i].current = false;
+                tabs[i].left();
+            }
+        }
+        const tab = tabs[strip.currentIndex];
+        if (tab && !tab.current) {
+            tab.current = true;
+            tab.entered();
+        }
     }
 
     spacing: 12
