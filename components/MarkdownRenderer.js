@@ -262,7 +262,33 @@ function inline(text, reader) {
     // The last two of several asterisks close bold text, so that three make bold italics.
     const bold = code.rest.replace(/\*\*(?=\*?[^\s*])([^]+?)\*\*(?!\*)/g, "<b>$1</b>");
     const emphasised = italics(italics(bold, "*", true), "_", false);
-    return putCode(emphasised, code.spans, reader.palette).replace(/\n/g, "<br/>");
+    return putCode(nested(emphasised), code.spans, reader.palette).replace(/\n/g, "<br/>");
+}
+
+/** Nests bold and italics that overlap, by ending the inner one with the outer one and beginning it again. */
+function nested(html) {
+    if (html.indexOf("<b>") < 0 || html.indexOf("<i>") < 0) {
+        return html;
+    }
+    const parts = html.split(/(<\/?[bi]>)/);
+    const open = [];
+    for (let i = 1; i < parts.length; i += 2) {
+        const tag = parts[i];
+        const name = tag.charAt(tag.length - 2);
+        if (tag.charAt(1) !== "/") {
+            open.push(name);
+            continue;
+        }
+        const inner = [];
+        while (open.length > 0 && open[open.length - 1] !== name) {
+            inner.push(open.pop());
+        }
+        open.pop();
+        parts[i] = inner.map(other => "</" + other + ">").join("") + tag
+            + inner.reverse().map(other => "<" + other + ">").join("");
+        inner.forEach(other => open.push(other));
+    }
+    return parts.join("");
 }
 
 /** Colours the percentages of an escaped text. Removes bold markers directly around a percentage. */

@@ -208,6 +208,9 @@ TestCase {
             { tag: "***a***", html: "<b><i>a</i></b>" },
             { tag: "**a *b* c**", html: "<b>a <i>b</i> c</b>" },
             { tag: "*a **b** c*", html: "<i>a <b>b</b> c</i>" },
+            { tag: "**a *b** c*", html: "<b>a <i>b</i></b><i> c</i>" },
+            { tag: "*a **b* c**", html: "<i>a <b>b</b></i><b> c</b>" },
+            { tag: "**a *b _c** d_ e*", html: "<b>a <i>b <i>c</i></i></b><i><i> d</i> e</i>" },
             { tag: "**_a_**", html: "<b><i>a</i></b>" },
             { tag: "**a\nb**", html: "<b>a<br/>b</b>" },
             { tag: "(_a_), \"*b*\".", html: "(<i>a</i>), \"<i>b</i>\"." },
@@ -307,7 +310,7 @@ TestCase {
     function test_hostileSize_data() {
         const quick = ["*", "`", "> ", "**", "_", "<", "&", "1", "%", " ", "-", "#", "a"];
         const blocks = ["```\n", ">\n", "> a\n", "- a\n", "1. a\n", "# a\n", "---\n", "a\n", "a\n\n", "\n"];
-        const inlines = ["**a ", "**a", "*a ", "_a ", "`a ", "``a", "5% ", "**5%", "1.1", "1.", "9.%", "a_", " *", "\u0130"];
+        const inlines = ["**a ", "**a", "*a ", "_a ", "`a ", "``a", "5% ", "**5%", "1.1", "1.", "9.%", "a_", " *", "**a *b** c* ", "\u0130"];
         return quick.map(text => ({ tag: JSON.stringify(text), text: text, size: 1048576 }))
             .concat(blocks.concat(inlines).map(text => ({ tag: JSON.stringify(text), text: text, size: 262144 })));
     }
