@@ -9,6 +9,8 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQmlExpression>
 #include <QQmlProperty>
 #include <QRegularExpression>
 #include <QTest>
@@ -57,6 +59,7 @@ private Q_SLOTS:
     void time();
     void bubbles_data();
     void bubbles();
+    void newBubblesFadeIn();
     void bubbleHeight();
     void longWordsWrap();
     void percentagesOfTheUserArePlain();
@@ -149,6 +152,29 @@ void tst_ConversationRows::bubbles()
     } else {
         QVERIFY(bubble->x() >= 26);
     }
+}
+
+void tst_ConversationRows::newBubblesFadeIn()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    bar.emitReply(QStringLiteral("one line"));
+    QTRY_VERIFY(bar.inRow(0, "messageBubble"));
+    QQuickItem *bubble = bar.inRow(0, "messageBubble");
+    const auto animation = [&](int index) {
+        QQmlExpression expression(qmlContext(bubble), bubble, QStringLiteral("entrance.animations[%1]").arg(index));
+        return expression.evaluate().value<QObject *>();
+    };
+    const QList<QPair<QString, double>> expected = {{QStringLiteral("opacity"), 0.0}, {QStringLiteral("scale"), 0.97}};
+    for (int i = 0; i < expected.size(); ++i) {
+        QCOMPARE(animation(i)->property("property").toString(), expected.at(i).first);
+        QCOMPARE(animation(i)->property("from").toDouble(), expected.at(i).second);
+        QCOMPARE(animation(i)->property("to").toDouble(), 1.0);
+        QCOMPARE(bar.animationSpec(animation(i)), QStringLiteral("280 OutCubic"));
+    }
+    QVERIFY(bar.settle());
+    QCOMPARE(bubble->opacity(), 1.0);
+    QCOMPARE(bubble->scale(), 1.0);
 }
 
 void tst_ConversationRows::bubbleHeight()
