@@ -122,6 +122,7 @@ Window {
     function submitInput() { conversation.submitInput(); }
     function appendUserMessage(msg) { conversation.appendUserMessage(msg); }
     function appendAgentMessage(msg) { conversation.appendAgentMessage(msg); }
+    function appendStructuredBlocks(blocks, fallback) { conversation.appendStructuredBlocks(blocks, fallback); }
     function appendSystemMessage(msg) { conversation.appendSystemMessage(msg); }
     function clearConversation() { conversation.clear(); }
     function latestTurn() { return conversation.latestTurn(); }
@@ -133,6 +134,8 @@ Window {
     function updateCurrentAgent() { conversation.updateCurrentAgent(); }
     function sendChatFeedback(vote, messageIndex, assistantText) { conversation.sendChatFeedback(vote, messageIndex, assistantText); }
     function voteMessage(index, vote) { conversation.voteMessage(index, vote); }
+    function selectOption(messageIndex, choiceId, choiceLabel) { conversation.selectOption(messageIndex, choiceId, choiceLabel); }
+    function submitSlider(messageIndex, value, action) { conversation.submitSlider(messageIndex, value, action); }
     function saveWidgetState(index, state) { conversation.saveWidgetState(index, state); }
     function copyMessage(index) { return conversation.copyMessage(index); }
     function refreshResponseSuggestions(bridgeFollowUps) { suggestions.refreshResponseSuggestions(bridgeFollowUps); }

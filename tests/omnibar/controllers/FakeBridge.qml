@@ -30,6 +30,7 @@ CallRecorder {
     function sendIntent(text) { note("sendIntent", [text]); }
     function cancelRequest() { note("cancelRequest", []); }
     function copyToClipboard(text) { note("copyToClipboard", [text]); }
+    function handleUiAction(actionType, messageIndex, data) { note("handleUiAction", [actionType, messageIndex, data]); }
     function sendMessageFeedback(vote, messageIndex, messageText, userQuery) {
         note("sendMessageFeedback", [vote, messageIndex, messageText, userQuery]);
     }

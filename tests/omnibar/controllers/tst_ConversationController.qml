@@ -415,6 +415,109 @@ TestCase {
         compare(bar.takeCalls()[0], "refreshResponseSuggestions([])");
     }
 
+    // ---- Blocks
+
+    function rowsOfBlocks() {
+        const list = [];
+        for (let i = 0; i < conversation.chatModel.count; ++i)
+            list.push([row(i).role, row(i).messageType, row(i).text, row(i).payload]);
+        return list;
+    }
+
+    function replyWith(ui, text) {
+        bridge.structuredReplyReceived(JSON.stringify(ui));
+        bridge.agentReplied(text);
+    }
+
+    function test_blocks() {
+        const list = { "type": "list", "items": ["a"] };
+        const callout = { "type": "callout", "content": "Careful" };
+        replyWith({ "blocks": [list, callout], "followUps": [{ "prompt": "more" }] }, "One thing: a");
+        compare(rowsOfBlocks(), [["assistant", "list", "One thing: a", JSON.stringify(list)],
+                                 ["assistant", "callout", "Careful", JSON.stringify(callout)]]);
+        compare([row(0).fallbackText, row(1).fallbackText, row(0).hasTool, row(0).toolStatus, row(0).toolName,
+                 row(0).feedbackVote, row(0).widgetState], ["One thing: a", "Careful", false, "", "", "", ""]);
+        verify(row(0).createdAt > 0);
+        compare(conversation.pendingUiJson, "");
+        compare(bar.takeCalls(), ["refreshResponseSuggestions([{\"prompt\":\"more\"}])", "speakReply(One thing: a)"]);
+        compare(conversation.copyMessage(1), true);
+        compare(bridge.takeCalls(), ["copyToClipboard(Careful)"]);
+    }
+
+    function test_blocksScroll() {
+        const spy = createTemporaryObject(spies, test, { "target": conversation, "signalName": "scrollRequested" });
+        replyWith({ "blocks": [{ "type": "list" }, { "type": "list" }] }, "reply");
+        tryCompare(spy, "count", 1);
+    }
+
+    function test_oneTextBlockIsAnOrdinaryReply_data() {
+        return [{ tag: "text", block: { "type": "text", "content": "the block" } },
+                { tag: "no type", block: { "content": "the block" } }];
+    }
+
+    function test_oneTextBlockIsAnOrdinaryReply(data) {
+        replyWith({ "blocks": [data.block], "followUps": [{ "prompt": "more" }] }, "[TOOL: x] [STATUS: ok] [RESULT: ok] done");
+        compare(rowsOfBlocks(), [["assistant", "text", "done", ""]]);
+        compare(row(0).hasTool, true);
+        compare(bar.takeCalls(), ["refreshResponseSuggestions([{\"prompt\":\"more\"}])", "speakReply(done)"]);
+    }
+
+    function test_unknownBlocksShowTheReply() {
+        const list = { "type": "list" };
+        replyWith({ "blocks": [{ "type": "hologram" }, list, { "type": "hologram" }] }, "reply");
+        compare(rowsOfBlocks(), [["assistant", "text", "reply", ""], ["assistant", "list", "reply", JSON.stringify(list)],
+                                 ["assistant", "text", "reply", ""]]);
+    }
+
+    function test_badBlocksLeaveThePlainReply_data() {
+        return [{ tag: "nothing usable", blocks: [null, 5, [], "list"] }, { tag: "empty", blocks: [] },
+                { tag: "object", blocks: { "type": "list" } }, { tag: "string", blocks: "list" }, { tag: "null", blocks: null }];
+    }
+
+    function test_badBlocksLeaveThePlainReply(data) {
+        replyWith({ "blocks": data.blocks }, "reply");
+        compare(rowsOfBlocks(), [["assistant", "text", "reply", ""]]);
+        compare(bar.takeCalls().filter(call => call.startsWith("speakReply")), ["speakReply(reply)"]);
+    }
+
+    //! Only the wording of plain replies changes the theme.
+    function test_blocksDontChangeTheTheme() {
+        replyWith({ "blocks": [{ "type": "list" }] }, "The light theme is applied.");
+        compare(bar.appearanceStore.lightChrome, false);
+    }
+
+    function test_appendStructuredBlocksWithoutText() {
+        conversation.appendStructuredBlocks([], "");
+        conversation.appendStructuredBlocks("none", "reply");
+        compare(rowsAsText(), ["assistant: (empty response)", "assistant: reply"]);
+    }
+
+    //! The list changes once, so that views and bindings aren't updated for each block.
+    function test_manyBlocksAreOneChange() {
+        const spy = createTemporaryObject(spies, test, { "target": conversation.chatModel, "signalName": "countChanged" });
+        replyWith({ "blocks": Array.from({ length: 1000 }, () => ({ "type": "list" })) }, "reply");
+        compare(conversation.chatModel.count, 1000);
+        compare(spy.count, 1);
+    }
+
+    function test_widgetActions() {
+        conversation.selectOption(3, "a", "Editor: all");
+        conversation.submitSlider(4, 0.126, "set");
+        conversation.submitSlider(4, 40, "");
+        compare(bridge.takeCalls(), ["handleUiAction(option_selected, 3, a:Editor: all)",
+                                     "handleUiAction(slider_submitted, 4, 0.126:set)",
+                                     "handleUiAction(slider_submitted, 4, 40:)"]);
+        bar.bridge = null;
+        conversation.selectOption(3, "a", "Editor");
+        conversation.submitSlider(4, 1, "set");
+    }
+
+    function test_widgetStateIsKeptInTheRow() {
+        replyWith({ "blocks": [{ "type": "options" }, { "type": "options" }] }, "reply");
+        conversation.saveWidgetState(1, { "selectedIndex": 2 });
+        compare([row(0).widgetState, row(1).widgetState], ["", '{"selectedIndex":2}']);
+    }
+
     function test_toolMarkupIsStripped() {
         bridge.agentReplied("<tool_call>{\"name\":\"x\"}</tool_call>");
         bridge.agentReplied("Before\n\n\n\n<invoke name=\"x\">y</invoke>after");

@@ -9,6 +9,7 @@ import "../logic/CollapseRule.js" as CollapseRule
 import "../logic/Feedback.js" as Feedback
 import "../logic/Native.js" as Native
 import "../logic/ReplyText.js" as ReplyText
+import "../logic/StructuredReply.js" as StructuredReply
 
 //! The conversation: sends prompts and turns replies into rows. It is not stored on disk.
 Controller {
@@ -46,20 +47,25 @@ Controller {
 
     // ---- Rows
 
-    function appendRow(role, text, tool) {
-        chatModel.append({
+    //! A row without tool or block.
+    function plainRow(role, text) {
+        return {
             "role": role,
             "text": text,
             "messageType": "text",
             "payload": "",
             "fallbackText": text,
-            "hasTool": tool ? tool.hasTool : false,
-            "toolStatus": tool ? tool.toolStatus : "",
-            "toolName": tool ? tool.toolName : "",
+            "hasTool": false,
+            "toolStatus": "",
+            "toolName": "",
             "createdAt": Date.now(),
             "feedbackVote": "",
             "widgetState": ""
-        });
+        };
+    }
+
+    function appendRow(role, text, more) {
+        chatModel.append(Object.assign(plainRow(role, text), more));
     }
 
     function appendUserMessage(msg) {
@@ -69,6 +75,14 @@ Controller {
     function appendAgentMessage(msg) {
         const tool = ReplyText.parseToolTag(String(msg));
         appendRow("assistant", tool.text, tool);
+    }
+
+    //! Appends a row for each block of a structured reply. @p fallback is the text of the reply, shown in place of blocks
+    //! that can't be shown.
+    function appendStructuredBlocks(blocks, fallback) {
+        // All at once, because views and bindings follow each change of the list.
+        chatModel.append(StructuredReply.rowsOf(blocks, fallback)
+            .map(row => Object.assign(plainRow("assistant", row.text), row)));
     }
 
     function appendSystemMessage(msg) {
@@ -207,34 +221,45 @@ Controller {
 
     // ---- Replies
 
-    //! The follow-ups from the structured reply that came before the text. Forgets the structured reply.
+    //! The structured reply that came before the text: {blocks, followUps}, both arrays. Forgets it.
     function takeStructuredReply() {
-        let followUps = [];
+        let ui = null;
         if (pendingUiJson !== "") {
             try {
-                const ui = JSON.parse(pendingUiJson);
-                if (ui && Array.isArray(ui.followUps))
-                    followUps = ui.followUps;
+                ui = JSON.parse(pendingUiJson);
             } catch (error) {
                 console.warn("[OmniBar] structured reply can't be read:", error);
             }
         }
         pendingUiJson = "";
-        return followUps;
+        return {
+            "blocks": ui && Array.isArray(ui.blocks) ? ui.blocks : [],
+            "followUps": ui && Array.isArray(ui.followUps) ? ui.followUps : []
+        };
     }
 
     function handleReply(response) {
         const reply = String(response);
         if (reply === "")
             return; // the structured reply belongs to a text that is still to come
-        const followUps = takeStructuredReply();
+        const structured = takeStructuredReply();
+        if (StructuredReply.needsBlocks(structured.blocks)) {
+            appendStructuredBlocks(structured.blocks, reply);
+            showReply(structured.followUps, reply);
+            return;
+        }
         const text = ReplyText.holdsToolMarkup(reply) ? ReplyText.stripToolMarkup(reply) : reply;
         syncThemeWith(text);
         appendAgentMessage(text);
+        // The text of the row has no tool tag.
+        showReply(structured.followUps, plainTextOf(chatModel.count - 1));
+    }
+
+    //! Called after the rows of a reply were appended.
+    function showReply(followUps, spokenText) {
         scrollToBottom();
         bar.refreshResponseSuggestions(followUps);
-        // The text of the row has no tool tag.
-        bar.speakReply(plainTextOf(chatModel.count - 1));
+        bar.speakReply(spokenText);
     }
 
     //! Follows a reply that says that a dark or light theme was applied. Intentional: the test of the wording is loose,
@@ -267,6 +292,17 @@ Controller {
     function sendChatFeedback(vote, messageIndex, assistantText) {
         Native.call(bar.bridge, "sendMessageFeedback", vote, messageIndex, assistantText,
                     Feedback.nearestUserQuery(lastRows(chatModel.count), messageIndex));
+    }
+
+    // ---- Widgets
+
+    //! A click on a choice. The bridge replies to it as to a prompt.
+    function selectOption(messageIndex, choiceId, choiceLabel) {
+        Native.call(bar.bridge, "handleUiAction", "option_selected", messageIndex, choiceId + ":" + choiceLabel);
+    }
+
+    function submitSlider(messageIndex, value, action) {
+        Native.call(bar.bridge, "handleUiAction", "slider_submitted", messageIndex, String(value) + ":" + action);
     }
 
     //! Keeps what the user did in the widget of a row, as an object, for the next time that the widget is created.
