@@ -9,8 +9,7 @@ import "qrc:/org/kde/loomra/contents/ui/omnibar/chat"
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
 import "../controllers"
 
-//! Rows of the conversation in a list that creates only those in view, with a stand-in for the widgets of structured
-//! replies.
+//! Rows of the conversation in a list that creates only those in view.
 Item {
     id: root
 
@@ -21,10 +20,18 @@ Item {
         id: omniTheme
     }
 
+    FakeBridge {
+        id: fakeBridge
+    }
+
     FakeBar {
         id: fakeBar
 
+        bridge: fakeBridge
+
         function saveWidgetState(index, state) { conversation.saveWidgetState(index, state); }
+        function selectOption(messageIndex, choiceId, choiceLabel) { conversation.selectOption(messageIndex, choiceId, choiceLabel); }
+        function submitSlider(messageIndex, value, action) { conversation.submitSlider(messageIndex, value, action); }
         function copyMessage(index) { return conversation.copyMessage(index); }
         function voteMessage(index, vote) { conversation.voteMessage(index, vote); }
     }
@@ -40,33 +47,11 @@ Item {
         anchors.fill: parent
         model: conversation.chatModel
         cacheBuffer: 0
+        currentIndex: -1 // the current row would never be destroyed
         delegate: MessageRow {
-            id: row
-
             width: list.width
             bar: fakeBar
             theme: omniTheme
-            widgets: ({ "standIn": standIn })
-
-            Component {
-                id: standIn
-
-                //! Counts its clicks, and starts again from what it saved.
-                Rectangle {
-                    objectName: "standIn"
-
-                    readonly property int clicks: row.savedState.clicks || 0
-                    readonly property string prompt: row.block.prompt || ""
-                    readonly property bool light: row.theme.uiLight
-
-                    implicitHeight: 40
-
-                    MouseArea {
-                        anchors.fill: parent
-                        onClicked: row.saveState({ "clicks": parent.clicks + 1 })
-                    }
-                }
-            }
         }
     }
 
@@ -76,89 +61,195 @@ Item {
 
         function init() {
             conversation.clear();
+            list.currentIndex = -1;
             omniTheme.uiLight = false;
+            fakeBridge.takeCalls();
         }
 
+        readonly property var options: ({
+            "type": "options",
+            "prompt": "Which?",
+            "choices": [{ "id": "a", "label": "A" }, { "id": "b", "label": "B" }]
+        })
+        readonly property var slider: ({ "type": "slider", "label": "Light", "value": 40, "action": "set" })
+
+        //! Appends a row with these fields. @return its index
         function append(values) {
             conversation.appendAgentMessage("fallback");
             const last = conversation.chatModel.count - 1;
             Object.keys(values).forEach(name => conversation.chatModel.setProperty(last, name, values[name]));
             return last;
         }
-        function appendWidget() {
-            return append({ "messageType": "standIn", "payload": '{"prompt":"How many?"}' });
+        function appendBlock(block) {
+            conversation.appendStructuredBlocks([block], "fallback");
+            return conversation.chatModel.count - 1;
         }
         function rowItem(index) {
             list.positionViewAtIndex(index, ListView.Beginning);
+            list.forceLayout();
             return list.itemAtIndex(index);
         }
-        function widget(index) {
-            return findChild(rowItem(index), "standIn");
+        //! The widget or text bubble of a row, null if there is none.
+        function content(index) {
+            return findChild(rowItem(index), "messageContent").item;
+        }
+        function part(index, name) {
+            return findChild(rowItem(index), name);
+        }
+        function typeOf(item) {
+            return item ? String(item).split("_")[0] : "";
         }
         function words(index) {
             const found = findChild(rowItem(index), "words");
             return found ? found.parent.content : undefined;
         }
+        function scrollAway(index) {
+            for (let i = 0; i < 50; ++i)
+                conversation.appendUserMessage("row " + i);
+            list.currentIndex = -1;
+            list.positionViewAtEnd();
+            tryVerify(() => list.itemAtIndex(index) === null);
+        }
 
         function test_contentByType_data() {
-            return [
-                { tag: "block", values: { "messageType": "standIn", "payload": "{}" }, isWidget: true },
-                { tag: "broken payload", values: { "messageType": "standIn", "payload": "{" }, isWidget: true },
-                { tag: "no payload", values: { "messageType": "standIn" }, isWidget: false, words: "fallback" },
-                { tag: "user", values: { "messageType": "standIn", "payload": "{}", "role": "user" }, isWidget: false,
+            const types = { "list": "BotListWidget", "table": "BotTableWidget", "options": "BotOptionsWidget",
+                            "slider": "BotSliderWidget" };
+            return Object.keys(types).map(type => ({
+                tag: type, values: { "messageType": type, "payload": "{}" }, type: types[type]
+            })).concat([
+                { tag: "broken payload", values: { "messageType": "list", "payload": "{" }, type: "BotListWidget" },
+                { tag: "no payload", values: { "messageType": "list" }, type: "BotTextBubble", words: "fallback" },
+                { tag: "user", values: { "messageType": "list", "payload": "{}", "role": "user" }, type: "BotTextBubble",
                   words: "fallback" },
-                { tag: "system", values: { "messageType": "standIn", "payload": "{}", "role": "system" },
-                  isWidget: false, words: "fallback" },
+                { tag: "system", values: { "messageType": "list", "payload": "{}", "role": "system" },
+                  type: "BotTextBubble", words: "fallback" },
+                { tag: "code of the user", values: { "messageType": "code", "payload": "{}", "role": "user" },
+                  type: "BotTextBubble", words: "fallback" },
                 { tag: "unknown type", values: { "messageType": "chart", "payload": '{"content":"a chart"}' },
-                  isWidget: false, words: "a chart" },
-                { tag: "name of JavaScript", values: { "messageType": "toString", "payload": "{}" }, isWidget: false,
+                  type: "BotTextBubble", words: "a chart" },
+                { tag: "name of JavaScript", values: { "messageType": "toString", "payload": "{}" }, type: "BotTextBubble",
                   words: "fallback" },
-                { tag: "text", values: { "payload": '{"content":"the block"}' }, isWidget: false, words: "the block" }
-            ];
+                { tag: "text", values: { "payload": '{"content":"the block"}' }, type: "BotTextBubble", words: "the block" },
+                { tag: "nothing", values: { "messageType": "chart", "payload": "{}", "text": "", "fallbackText": "" },
+                  type: "BotTextBubble", words: "<(unsupported block)>" }
+            ]);
         }
         function test_contentByType(row) {
             const index = append(row.values);
-            compare(widget(index) !== null, row.isWidget);
+            compare(typeOf(content(index)), row.type);
             compare(words(index), row.words);
+        }
+
+        function test_widgetsKnowTheirRow_data() {
+            return [{ tag: "list" }, { tag: "table" }, { tag: "options" }, { tag: "slider" }];
+        }
+        function test_widgetsKnowTheirRow(row) {
+            append({});
+            const index = appendBlock({ "type": row.tag, "title": "a" });
+            compare(content(index).messageIndex, 1);
+            compare(content(index).payload, { "type": row.tag, "title": "a" });
+            compare(content(index).freeCorner, Qt.size(92, 32));
+            compare(content(index).tr("a"), "<a>");
+            verify(!content(index).lightChrome);
+            omniTheme.uiLight = true;
+            verify(content(index).lightChrome);
         }
 
         function test_structuredBubblesAreWider() {
             const plain = append({});
-            const structured = appendWidget();
-            compare(findChild(rowItem(plain), "messageBubble").width, 468); // 0.78 of 600
-            compare(findChild(rowItem(structured), "messageBubble").width, 528); // 0.88 of 600
-            compare(findChild(rowItem(structured), "messageBubble").height, 40 + 18);
-            compare(widget(structured).width, 528);
+            const structured = appendBlock(slider);
+            compare(part(plain, "messageBubble").width, 468); // 0.78 of 600
+            compare(part(structured, "messageBubble").width, 528); // 0.88 of 600
+            compare(content(structured).width, 528);
+            compare(part(structured, "messageBubble").height, content(structured).implicitHeight + 18);
         }
 
-        function test_rowsWithoutContentAreEmptyBubbles() {
-            const index = appendWidget();
-            const content = findChild(rowItem(index), "messageContent");
-            content.sourceComponent = null;
-            compare(findChild(rowItem(index), "messageBubble").height, 30 + 18);
+        //! The bubbles are empty, but copying and feedback work.
+        function test_codeAndCallouts_data() {
+            return [{ tag: "code", component: "botCodeComponent" }, { tag: "callout", component: "botCalloutComponent" }];
+        }
+        function test_codeAndCallouts(row) {
+            qmlWarnings.expect("ReferenceError: " + row.component + " is not defined");
+            const index = appendBlock({ "type": row.tag, "content": "the block" });
+            compare(content(index), null);
+            compare(part(index, "messageBubble").width, 528);
+            compare(part(index, "messageBubble").height, 48);
+            waitForRendering(list);
+            mouseClick(part(index, "copyBtn"));
+            mouseClick(part(index, "thumbUpBtn"));
+            compare(fakeBridge.takeCalls(), ["copyToClipboard(the block)", "sendMessageFeedback(up, 0, the block, )"]);
         }
 
-        function test_widgetStateIsKeptWithTheRow() {
-            const first = appendWidget();
-            mouseClick(widget(first));
-            mouseClick(widget(first));
-            compare(widget(first).clicks, 2);
+        function test_choices() {
+            const first = appendBlock(options);
+            append({});
+            const second = appendBlock(options);
+            rowItem(second);
+            waitForRendering(list);
+            mouseClick(findChild(content(second), "caption").parent);
+            compare(fakeBridge.takeCalls(), ["handleUiAction(option_selected, 2, a:A)"]);
+            content(second).select(1);
+            compare(fakeBridge.takeCalls(), ["handleUiAction(option_selected, 2, b:B)"]);
 
             // Far away, where the row is destroyed, and back.
-            for (let i = 0; i < 50; ++i)
-                conversation.appendUserMessage("row " + i);
-            const second = appendWidget();
-            compare(widget(second).clicks, 0);
-            mouseClick(widget(second));
-            tryVerify(() => list.itemAtIndex(first) === null);
-            compare(widget(first).clicks, 2);
-            compare(widget(second).clicks, 1);
-
-            // A theme change keeps it too.
+            scrollAway(second);
+            compare(content(second).selectedIndex, 1);
+            compare(content(first).selectedIndex, -1);
+            compare(fakeBridge.takeCalls(), []);
+            // A later click sends again.
+            content(second).select(1);
+            compare(fakeBridge.takeCalls(), ["handleUiAction(option_selected, 2, b:B)"]);
             omniTheme.uiLight = true;
-            verify(widget(second).light);
-            compare(widget(second).clicks, 1);
-            compare(widget(second).prompt, "How many?");
+            compare(content(second).selectedIndex, 1);
+        }
+
+        function test_movedSlider() {
+            const index = appendBlock(slider);
+            part(index, "slider").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Up);
+            compare(content(index).value, 42);
+            compare(fakeBridge.takeCalls(), []);
+            root.forceActiveFocus();
+            scrollAway(index);
+            compare(content(index).value, 42);
+            omniTheme.uiLight = true;
+            compare(content(index).value, 42);
+            verify(!content(index).submitted);
+        }
+
+        function test_sliderIsSubmittedOnce() {
+            const index = appendBlock(slider);
+            waitForRendering(list);
+            mouseClick(part(index, "confirmBtn"));
+            compare(fakeBridge.takeCalls(), ["handleUiAction(slider_submitted, 0, 40:set)"]);
+            scrollAway(index);
+            verify(content(index).submitted);
+            verify(!part(index, "confirmBtn").visible);
+            verify(!part(index, "slider").enabled);
+            content(index).submit();
+            compare(fakeBridge.takeCalls(), []);
+            compare(content(index).value, 40);
+        }
+
+        //! The button that had the focus is hidden.
+        function test_confirmByKeyboardLeavesTheFocusToTheRow() {
+            const index = appendBlock(slider);
+            part(index, "confirmBtn").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            compare(fakeBridge.takeCalls(), ["handleUiAction(slider_submitted, 0, 40:set)"]);
+            verify(rowItem(index).activeFocus);
+        }
+
+        function test_onlyTheCurrentRowIsInTheTabOrder() {
+            const first = appendBlock(options);
+            const second = appendBlock(slider);
+            list.currentIndex = second;
+            verify(!content(first).reachable);
+            verify(content(second).reachable);
+            list.currentIndex = first;
+            verify(content(first).reachable);
+            verify(!content(second).reachable);
         }
     }
 }

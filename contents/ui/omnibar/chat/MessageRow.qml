@@ -29,10 +29,8 @@ Item {
     required property string feedbackVote
     required property string widgetState
 
-    //! The components that show blocks of structured replies, by type. Other types are shown as text. A component that
-    //! the user can change binds savedState and calls saveState(), because rows outside of the view are destroyed.
-    property var widgets: ({})
-    //! Whether the row shows a block of a structured reply.
+    //! Whether the row shows a block of a structured reply. Rows outside of the view are destroyed, so a widget that the
+    //! user can change binds savedState and calls saveState().
     readonly property bool structured: RowContent.isStructured(role, messageType, payload)
     //! The block of a structured reply, {} for other rows.
     readonly property var block: RowContent.parseObject(payload)
@@ -44,11 +42,38 @@ Item {
     readonly property string author: isUser ? bar.tr("You") : role === "system" ? bar.tr("System") : bar.tr("Tovi")
     readonly property string time: MessageTime.formatMessageTime(createdAt)
     readonly property var bubbleLook: theme.bubbles[role] || theme.bubbles.assistant
+    //! The buttons: three of 24 pixels with gaps of 2, and 6 pixels of padding on the left.
+    readonly property size freeCorner: isAssistant ? Qt.size(actions.anchors.rightMargin + 76 + 6,
+                                                             actions.anchors.topMargin + 24) : Qt.size(0, 0)
     readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
 
     //! Keeps what the user did in the widget, as an object.
     function saveState(state) {
         bar.saveWidgetState(index, state);
+    }
+
+    //! The component that shows the row.
+    function contentComponent() {
+        if (!structured)
+            return botTextComponent;
+        switch (messageType) {
+        case "list":
+            return botListComponent;
+        case "table":
+            return botTableComponent;
+        case "options":
+            return botOptionsComponent;
+        case "slider":
+            return botSliderComponent;
+        // Intentional: these two components are not declared. The engine logs a reference error and the bubble stays
+        // empty, but copying and feedback work.
+        case "code":
+            return botCodeComponent;
+        case "callout":
+            return botCalloutComponent;
+        default:
+            return botTextComponent;
+        }
     }
 
     implicitHeight: label.height + 4 + bubble.height
@@ -133,22 +158,80 @@ Item {
             height: item ? item.implicitHeight : 0
             anchors.verticalCenter: parent.verticalCenter
             Accessible.ignored: true
-            sourceComponent: row.structured && row.widgets.hasOwnProperty(row.messageType) ? row.widgets[row.messageType]
-                                                                                           : botTextComponent
+            sourceComponent: row.contentComponent()
         }
 
         Component {
             id: botTextComponent
 
             Loomra.BotTextBubble {
-                content: RowContent.textOf(row.payload, row.fallbackText, row.text)
+                content: RowContent.textOf(row.payload, row.fallbackText, row.text) || row.bar.tr("(unsupported block)")
                 hasTool: row.hasTool
                 toolStatus: row.toolStatus
                 enablePercentHighlight: !row.isUser
                 lightChrome: row.theme.uiLight
-                // The buttons: three of 24 pixels with gaps of 2, and 6 pixels of padding on the left.
-                freeCorner: row.isAssistant ? Qt.size(actions.anchors.rightMargin + 76 + 6, actions.anchors.topMargin + 24)
-                                            : Qt.size(0, 0)
+                freeCorner: row.freeCorner
+            }
+        }
+
+        Component {
+            id: botListComponent
+
+            Loomra.BotListWidget {
+                payload: row.block
+                messageIndex: row.index
+                lightChrome: row.theme.uiLight
+                freeCorner: row.freeCorner
+                tr: row.bar.tr
+            }
+        }
+
+        Component {
+            id: botTableComponent
+
+            Loomra.BotTableWidget {
+                payload: row.block
+                messageIndex: row.index
+                lightChrome: row.theme.uiLight
+                freeCorner: row.freeCorner
+                tr: row.bar.tr
+            }
+        }
+
+        Component {
+            id: botOptionsComponent
+
+            Loomra.BotOptionsWidget {
+                payload: row.block
+                messageIndex: row.index
+                lightChrome: row.theme.uiLight
+                freeCorner: row.freeCorner
+                tr: row.bar.tr
+                savedState: row.savedState
+                reachable: row.ListView.isCurrentItem
+                onStateSaved: row.saveState(state)
+                onOptionSelected: row.bar.selectOption(messageIndex, choiceId, choiceLabel)
+            }
+        }
+
+        Component {
+            id: botSliderComponent
+
+            Loomra.BotSliderWidget {
+                payload: row.block
+                messageIndex: row.index
+                lightChrome: row.theme.uiLight
+                freeCorner: row.freeCorner
+                tr: row.bar.tr
+                savedState: row.savedState
+                reachable: row.ListView.isCurrentItem
+                onStateSaved: row.saveState(state)
+                onSliderSubmitted: {
+                    // What had the focus is now disabled or hidden.
+                    if (content.activeFocus)
+                        row.forceActiveFocus(Qt.TabFocusReason);
+                    row.bar.submitSlider(messageIndex, value, action);
+                }
             }
         }
 
