@@ -91,7 +91,6 @@ Application::Application(int &argc, char **argv)
     : m_application(argc, argv)
     , m_about((preferDataBesideExecutable(), describe()))
 {
-    // ChatModel and ProjectModel are registered for "org.kde.loomra" 1.0 here when they join.
     m_engine.addImportPath(QStringLiteral("qrc:/"));
     LoomraSDK *sdk = NativeObjects::create(&m_application, &m_engine);
 

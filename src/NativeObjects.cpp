@@ -5,12 +5,24 @@
 
 #include "AgentBridge.h"
 #include "ConfigManager.h"
+#include "FileCheck.h"
 #include "I18nHelper.h"
 #include "LoomraSDK.h"
 #include "VoiceBridge.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
+
+namespace
+{
+
+//! The types of the module that are written in C++. ChatModel and ProjectModel join here.
+void registerTypes()
+{
+    qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
+}
+
+} // namespace
 
 namespace NativeObjects
 {
@@ -22,6 +34,7 @@ bool advancedWorkspaceInterface()
 
 LoomraSDK *create(QObject *parent, QQmlEngine *engine)
 {
+    registerTypes();
     QQmlContext *context = engine->rootContext();
 
     // The whole order is I18nHelper, ConfigManager, LoomraSDK, FileService, AgentBridge, TokenUsageService,
