@@ -97,7 +97,7 @@ Window {
     // ---- Conversation
     property alias inputField: barCard.inputField
     //! What keys do in the input, see logic/KeyTable.js. The first row that applies wins.
-    readonly property var inputKeys: [].concat(slashCommands.inputKeys, conversation.inputKeys, surface.inputKeys)
+    readonly property var inputKeys: [].concat(slashCommands.inputKeys, sessionPopup.inputKeys, conversation.inputKeys, surface.inputKeys)
     //! The user has changed the text in the input. Not emitted when the program does.
     signal inputEdited()
 
@@ -175,12 +175,37 @@ Window {
     // ---- Slash commands and attached files
     property alias slashMenuVisible: slashCommands.slashMenuVisible
     property alias slashFilter: slashCommands.slashFilter
-    property alias slashSessionPopupVisible: slashCommands.slashSessionPopupVisible
+    property alias slashMenuIndex: slashCommands.slashMenuIndex
+    property alias slashMenuShown: slashCommands.menuShown
+    property alias slashSessionListPending: sessionPopup.slashSessionListPending
+    property alias slashSessionPopupVisible: sessionPopup.slashSessionPopupVisible
+    property alias sessionPopupModel: sessionPopup.sessionPopupModel
     property alias slashAttachedFiles: attachments.slashAttachedFiles
+    property alias maxAttachedFiles: attachments.maxAttachedFiles
+    property alias maxFileChars: attachments.maxFileChars
+    property alias fileDialogOpen: attachments.fileDialogOpen
 
     function chosenSlashCommand() { return slashCommands.chosenSlashCommand(); }
     function tryHandleSlashCommand(text) { return slashCommands.tryHandleSlashCommand(text); }
-    function takeAttachedFiles() { return attachments.takeAttachedFiles(); }
+    function filteredSlashCommands() { return slashCommands.filteredSlashCommands(); }
+    function runSlashCommandAt(index) { slashCommands.runSlashCommandAt(index); }
+    function openSessions(nameOrId) { sessionPopup.openSessions(nameOrId); }
+    function switchToSession(index) { sessionPopup.switchToSession(index); }
+    function deleteSession(index) { sessionPopup.deleteSession(index); }
+    function deleteAllSessions() { sessionPopup.deleteAllSessions(); }
+    function chooseFile() { attachments.chooseFile(); }
+    function attachFile(url, check) { attachments.attachFile(url, check); }
+    function detachFiles() { attachments.detachFiles(); }
+    function removeAttachedFile(index) { attachments.removeAttachedFile(index); }
+    function buildFileContextPrefix() { return attachments.buildFileContextPrefix(); }
+    function takeFileContext() { return attachments.takeFileContext(); }
+
+    // ---- Sessions
+    property alias sessionsList: sessions.sessionsList
+    property alias sessionsLoading: sessions.sessionsLoading
+
+    function sessionSwitchTo(id) { sessions.sessionSwitchTo(id); }
+    function sessionDelete(id) { sessions.sessionDelete(id); }
 
     // ---- Workspace
     property alias wiNotifyBarLine: workspace.wiNotifyBarLine
@@ -239,6 +264,8 @@ Window {
     VoiceController { id: voicePath; bar: omniBar }
     ModelsController { id: models; bar: omniBar }
     SlashCommandController { id: slashCommands; bar: omniBar }
+    SessionsController { id: sessions; bar: omniBar }
+    SessionPopupController { id: sessionPopup; bar: omniBar }
     AttachmentController { id: attachments; bar: omniBar }
     WorkspaceController { id: workspace; bar: omniBar }
 
@@ -286,6 +313,35 @@ Window {
         Scrim {
             anchors.fill: parent
             bar: omniBar
+        }
+
+        // What floats above the bar moves with it, covers the settings sheet, and comes before the bar in the tab order.
+        LateLoader {
+            anchors.horizontalCenter: barCard.horizontalCenter
+            y: barCard.y - Geometry.barMenuGap - height
+            z: 11
+            file: Qt.resolvedUrl("omnibar/bar/SessionPopup.qml")
+            properties: ({ "bar": omniBar, "barCard": barCard })
+            wanted: omniBar.slashSessionPopupVisible
+        }
+
+        LateLoader {
+            anchors.horizontalCenter: barCard.horizontalCenter
+            y: barCard.y - Geometry.barMenuGap - height
+            z: 12
+            file: Qt.resolvedUrl("omnibar/bar/SlashMenu.qml")
+            properties: ({ "bar": omniBar, "barCard": barCard })
+            wanted: omniBar.slashMenuShown
+        }
+
+        LateLoader {
+            anchors.left: barCard.left
+            anchors.leftMargin: omniBar.barRadius
+            y: barCard.y - 1 - height
+            z: 10
+            file: Qt.resolvedUrl("omnibar/bar/AttachedFiles.qml")
+            properties: ({ "bar": omniBar })
+            wanted: omniBar.slashAttachedFiles.length > 0
         }
 
         PromptBar {
@@ -360,6 +416,12 @@ Window {
             file: Qt.resolvedUrl("omnibar/bar/HintStrip.qml")
             properties: ({ "bar": omniBar })
             wanted: !omniBar.barIdle
+        }
+
+        LateLoader {
+            file: Qt.resolvedUrl("omnibar/bar/FilePicker.qml")
+            properties: ({ "bar": omniBar })
+            wanted: omniBar.fileDialogOpen
         }
 
         LateLoader {

@@ -48,6 +48,8 @@ const QVector<Probe> s_probes = {
     {QStringLiteral("contents/ui/omnibar/controllers/ConversationController.qml"),
      QStringLiteral("target.sendIntentWithContext")},
     {QStringLiteral("contents/ui/omnibar/controllers/ConversationController.qml"), QStringLiteral("target.sendIntent")},
+    {QStringLiteral("contents/ui/omnibar/controllers/SlashCommandController.qml"),
+     QStringLiteral("bar.bridge.sessionId")},
 };
 
 //! What a fake declares for tests besides members of the real object.

@@ -40,9 +40,15 @@ const struct
     {"QQuickTabBar", {QAccessible::PageTabList}},
 };
 
+//! A row of a list whose current row alone is in the tab order, as there may be a thousand.
+bool isRow(const QQuickItem *item)
+{
+    return item->objectName() == QLatin1String("messageRow") || item->objectName() == QLatin1String("sessionRow");
+}
+
 QList<QAccessible::Role> rolesOf(QQuickItem *item)
 {
-    if (item->objectName() == QLatin1String("messageList")) {
+    if (item->objectName() == QLatin1String("messageList") || item->objectName() == QLatin1String("sessionList")) {
         return {QAccessible::List};
     }
     if (item->objectName() == QLatin1String("messageRow")) {
@@ -159,6 +165,9 @@ bool showsFocus(Conversation &bar, QQuickItem *item)
         QQuickItem *bubble = bar.itemIn(item, QStringLiteral("messageBubble"));
         return QQmlProperty::read(bubble, QStringLiteral("border.width")).toInt() == 2;
     }
+    if (item->objectName() == QLatin1String("sessionRow")) {
+        return QQmlProperty::read(item, QStringLiteral("background.border.width")).toInt() == 2;
+    }
     if (item->objectName() == QLatin1String("compactBubble")) {
         return item->property("visualFocus").toBool();
     }
@@ -215,21 +224,21 @@ QStringList tabOrderFaults(Conversation &bar)
     const auto usable = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
         return OmniBarFixture::isSeen(item) && item->isEnabled() && !rolesOf(item).isEmpty()
             && !item->inherits("QQuickScrollBar") && !item->inherits("QQuickTabBar")
-            && item->objectName() != QLatin1String("messageRow")
+            && !isRow(item)
+            // The input has the keys of the menu.
+            && item->objectName() != QLatin1String("slashMenuRow")
             && item->objectName() != QLatin1String("connectionDot");
     });
     for (QQuickItem *item : usable) {
         // A list is reached through its current row.
-        if (std::any_of(stops.cbegin(), stops.cend(), [item](QQuickItem *stop) {
-                return stop->objectName() == QLatin1String("messageRow") && item->isAncestorOf(stop);
-            })) {
+        if (std::any_of(stops.cbegin(), stops.cend(),
+                        [item](QQuickItem *stop) { return isRow(stop) && item->isAncestorOf(stop); })) {
             continue;
         }
         QQuickItem *row = item->parentItem();
-        while (row && row->objectName() != QLatin1String("messageRow")) {
+        while (row && !isRow(row)) {
             row = row->parentItem();
         }
-        // Only the current row's buttons are in the tab order, as there may be a thousand rows.
         const bool inOtherRow = row && !row->property("current").toBool() && !stops.contains(item);
         if (!inOtherRow && !stops.contains(item)) {
             wrong.append(described(item) + QStringLiteral(" is not in the tab order"));
@@ -286,6 +295,28 @@ bool settings(Conversation &bar)
     return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("lookTab"))); }, Timeouts::Default);
 }
 
+bool attaching(Conversation &bar)
+{
+    const QVariantMap file {{QStringLiteral("name"), QStringLiteral("notes.txt")},
+                            {QStringLiteral("path"), QStringLiteral("/home/me/notes.txt")}};
+    bar.setProperty("slashAttachedFiles", QVariantList {file, file});
+    return QTest::qWaitFor([&] { return bar.items(QStringLiteral("fileChip")).size() == 2; }, Timeouts::Default);
+}
+
+bool choosingACommand(Conversation &bar)
+{
+    bar.type(QStringLiteral("/"));
+    return bar.isSeen(bar.item(QStringLiteral("slashMenu")));
+}
+
+bool sessions(Conversation &bar)
+{
+    bar.setProperty("slashSessionListPending", true);
+    bar.evaluate(QStringLiteral("sdk.sessionsListed([1, 2, 3].map(n => ({ id: 'ses_' + n, name: 'Session ' + n,"
+                                " createdAt: 1700000000 })))"));
+    return bar.isSeen(bar.item(QStringLiteral("sessionPopup")));
+}
+
 bool compact(Conversation &bar)
 {
     bar.key(Qt::Key_Escape);
@@ -320,6 +351,8 @@ void addScenes()
     QTest::newRow("thinking") << Scene(thinking);
     QTest::newRow("conversation") << Scene(conversation);
     QTest::newRow("settings") << Scene(settings);
+    QTest::newRow("attached files") << Scene(attaching);
+    QTest::newRow("sessions") << Scene(sessions);
     QTest::newRow("compact") << Scene(compact);
     QTest::newRow("listening") << Scene(listening);
     QTest::newRow("transcribing") << Scene(transcribing);
@@ -341,14 +374,23 @@ private Q_SLOTS:
     void cleanup() { m_window.giveBack(); }
     void cleanupTestCase() { m_window.close(); }
 
-    void namesAndRoles_data() { addScenes(); }
+    void namesAndRoles_data()
+    {
+        addScenes();
+        QTest::newRow("menu of commands") << Scene(choosingACommand);
+    }
     void namesAndRoles();
-    void everyTextIsAccessible_data() { addScenes(); }
+    void everyTextIsAccessible_data()
+    {
+        addScenes();
+        QTest::newRow("menu of commands") << Scene(choosingACommand);
+    }
     void everyTextIsAccessible();
     void tabOrder_data() { addScenes(); }
     void tabOrder();
     void escapeWorksEverywhere();
     void escapeClosesTheSheetFromEverywhere();
+    void escapeClosesTheSessionsFromEverywhere();
     void rowsByKeys();
     void rowsOutOfSightByKeys();
     void returnAndSpaceClick();
@@ -447,6 +489,34 @@ void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
         QVERIFY2(!bar.property("compactMode").toBool(), qPrintable(where));
         QVERIFY2(bar.window()->activeFocusItem() && bar.isSeen(bar.window()->activeFocusItem()), qPrintable(where));
     }
+}
+
+void tst_Accessibility::escapeClosesTheSessionsFromEverywhere()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    QVERIFY(sessions(bar));
+    QVERIFY(bar.settle());
+    QQuickItem *input = bar.item(QStringLiteral("inputField"));
+    QQuickItem *popup = bar.item(QStringLiteral("sessionPopup"));
+    int inside = 0;
+    for (int stop = 0; stop < s_manySteps; ++stop) {
+        bar.setProperty("slashSessionPopupVisible", true);
+        input->forceActiveFocus();
+        for (int step = 0; step < stop; ++step) {
+            bar.key(Qt::Key_Backtab, Qt::ShiftModifier);
+        }
+        const QQuickItem *focused = bar.window()->activeFocusItem();
+        if (focused != input && !popup->isAncestorOf(focused)) {
+            break;
+        }
+        inside += focused == input ? 0 : 1;
+        bar.key(Qt::Key_Escape);
+        QVERIFY(!bar.property("slashSessionPopupVisible").toBool());
+        QVERIFY(!bar.property("compactMode").toBool());
+        QTRY_VERIFY(input->hasActiveFocus());
+    }
+    QCOMPARE(inside, 4); // a row and its button, and two buttons above
 }
 
 void tst_Accessibility::rowsByKeys()

@@ -30,7 +30,7 @@ private Q_SLOTS:
     void chosenModelIsWrittenBeforeTheChat();
     void agentFollowsTheClient();
     void modeOfTheInput();
-    void slashTextIsAPrompt();
+    void unknownCommandIsAPrompt();
     void attachedFilesGoAlong();
     void onlyTheUserEdits();
     void ctrlLClearsTheRowsAndNothingElse();
@@ -172,12 +172,12 @@ void tst_ConversationPrompts::modeOfTheInput()
     QCOMPARE(bar.ask().params.value(QStringLiteral("inputMode")).toString(), QStringLiteral("text"));
 }
 
-void tst_ConversationPrompts::slashTextIsAPrompt()
+void tst_ConversationPrompts::unknownCommandIsAPrompt()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    QCOMPARE(bar.ask(QStringLiteral("/help me")).params.value(QStringLiteral("message")).toString(),
-             QStringLiteral("/help me"));
+    QCOMPARE(bar.ask(QStringLiteral("/helpme")).params.value(QStringLiteral("message")).toString(),
+             QStringLiteral("/helpme"));
 }
 
 void tst_ConversationPrompts::attachedFilesGoAlong()

@@ -24,6 +24,7 @@ const char *s_sdk = R"(QtObject {
     property bool aiRuntimeAvailable: true
     property var calls: []
     signal modelsListed(var models)
+    signal sessionsListed(var sessions)
     signal error(string error)
     function listModels() { calls.push("listModels") }
     function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }

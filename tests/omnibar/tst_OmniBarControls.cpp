@@ -235,6 +235,7 @@ void tst_OmniBarControls::placeholder()
     for (const QString &file : files) {
         QVariantMap entry;
         entry.insert(text("name"), file);
+        entry.insert(text("path"), QString(text("/home/me/") + file));
         attached.append(entry);
     }
     bar.setProperty("slashAttachedFiles", attached);

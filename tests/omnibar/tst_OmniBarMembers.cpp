@@ -92,8 +92,13 @@ const Property s_window[] = {
     // slash commands and files
     {"slashMenuVisible", "bool", "false", Writable},
     {"slashFilter", "QString", "''", Writable},
+    {"slashSessionListPending", "bool", "false", Writable},
     {"slashSessionPopupVisible", "bool", "false", Writable},
     {"slashAttachedFiles", "QVariant", "[]", Writable},
+    {"maxAttachedFiles", "int", "2", ReadOnly},
+    {"maxFileChars", "int", "2000", ReadOnly},
+    {"sessionsList", "QVariant", "[]", Writable},
+    {"sessionsLoading", "bool", "false", Writable},
 };
 
 const Property s_agent[] = {
@@ -151,6 +156,10 @@ const Function s_functions[] = {
     {"refreshRuntimePanels", 0},
     {"loadWorkspaceTemplateCatalogFromPrefs", 0},
     {"tryHandleSlashCommand", 1},
+    {"filteredSlashCommands", 0},
+    {"buildFileContextPrefix", 0},
+    {"sessionSwitchTo", 1},
+    {"sessionDelete", 1},
 };
 
 const char *const s_agentFunctions[] = {

@@ -22,6 +22,7 @@ const char *s_sdk = R"(QtObject {
     property bool aiRuntimeAvailable: true
     property var calls: []
     signal modelsListed(var models)
+    signal sessionsListed(var sessions)
     signal error(string error)
     function initialize() { calls.push("initialize") }
     function listModels() { calls.push("listModels") }

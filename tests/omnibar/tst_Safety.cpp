@@ -5,6 +5,7 @@
 #include "ScriptedVoice.h"
 
 #include "AgentBridge.h"
+#include "LoomraSDK.h"
 #include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "WaitUntil.h"
@@ -241,6 +242,26 @@ void tst_Safety::untrustedTextIsNotFetched_data()
                         QVariantList {QVariantMap {{QStringLiteral("name"), words},
                                                    {QStringLiteral("path"), words},
                                                    {QStringLiteral("content"), words}}});
+    });
+    QTest::newRow("name of a session") << Feed([](Conversation &bar, const QString &words) {
+        bar.setProperty("slashSessionListPending", true);
+        const QJsonArray sessions {QJsonObject {{QStringLiteral("id"), words.mid(5)}, {QStringLiteral("name"), words}}};
+        Q_EMIT bar.property("sdk").value<LoomraSDK *>()->sessionsListed(sessions);
+    });
+    QTest::newRow("name of a deleted session") << Feed([](Conversation &bar, const QString &words) {
+        bar.setProperty("slashSessionListPending", true);
+        bar.expectWarning("[WARN] sendRequest failed"); // there is no connection
+        const QJsonArray sessions {QJsonObject {{QStringLiteral("id"), words.mid(5)}, {QStringLiteral("name"), words}}};
+        Q_EMIT bar.property("sdk").value<LoomraSDK *>()->sessionsListed(sessions);
+        bar.invoke("deleteSession", {0});
+    });
+    QTest::newRow("name of a file that is refused") << Feed([](Conversation &bar, const QString &words) {
+        const QString name = QString(words).remove(QLatin1Char('/')) + QStringLiteral(".zip");
+        bar.invoke("attachFile", {QString(QStringLiteral("file:///") + name), QVariant()});
+        bar.emitReply(words); // a file name has no slashes
+    });
+    QTest::newRow("unknown session") << Feed([](Conversation &bar, const QString &words) {
+        bar.invoke("tryHandleSlashCommand", {QString(QStringLiteral("/session ") + words)});
     });
     QTest::newRow("system name") << Feed([](Conversation &bar, const QString &words) {
         bar.setProperty("systemName", words);

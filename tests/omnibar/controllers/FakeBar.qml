@@ -18,6 +18,8 @@ CallRecorder {
         property int cursorPosition: 0
         property bool visible: true
 
+        signal accepted()
+
         function forceActiveFocus() { bar.note("inputField.forceActiveFocus", []); }
     }
     readonly property QtObject appearanceStore: QtObject {
@@ -41,15 +43,21 @@ CallRecorder {
     property bool voiceConfirmPending: false
     property bool compactMode: false
     property bool slashMenuVisible: false
+    property bool slashSessionPopupVisible: false
+    property string currentModelId: ""
+    property var sessionsList: []
+    property bool sessionsLoading: false
     property bool workspaceSuggestionDialogOpen: false
     property bool suggestionsShown: false
     property var activeFocusItem: inputField
+
+    signal inputEdited()
 
     //! What the functions of these names return.
     readonly property QtObject answers: QtObject {
         property string chosenSlashCommand: ""
         property bool tryHandleSlashCommand: false
-        property var takeAttachedFiles: []
+        property string takeFileContext: ""
         property bool isQueryProcessing: false
         property var latestTurn: []
         property var lastText: ({})
@@ -62,12 +70,19 @@ CallRecorder {
         note("tryHandleSlashCommand", [text]);
         return answers.tryHandleSlashCommand;
     }
-    function takeAttachedFiles() { return answers.takeAttachedFiles; }
+    function takeFileContext() { return answers.takeFileContext; }
     function isQueryProcessing() { return answers.isQueryProcessing; }
     function latestTurn() { return answers.latestTurn; }
     function lastText(role) { return answers.lastText[role] || ""; }
 
     function appendUserMessage(msg) { note("appendUserMessage", [msg]); }
+    function appendSystemMessage(msg) { note("appendSystemMessage", [msg]); }
+    function clearConversation() { note("clearConversation", []); }
+    function openSessions(nameOrId) { note("openSessions", [nameOrId]); }
+    function sessionSwitchTo(id) { note("sessionSwitchTo", [id]); }
+    function sessionDelete(id) { note("sessionDelete", [id]); }
+    function chooseFile() { note("chooseFile", []); }
+    function detachFiles() { note("detachFiles", []); }
     function scrollToBottom() { note("scrollToBottom", []); }
     function sendToBridge(prompt) { note("sendToBridge", [prompt]); }
     function refreshResponseSuggestions(followUps) { note("refreshResponseSuggestions", [JSON.stringify(followUps)]); }

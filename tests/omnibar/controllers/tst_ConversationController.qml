@@ -261,11 +261,10 @@ TestCase {
     }
 
     function test_submitWithFiles() {
-        bar.answers.takeAttachedFiles = [{ "name": "a.txt", "path": "/tmp/a.txt", "content": "one" }];
+        bar.answers.takeFileContext = "the files\n\n";
         submit("what is it?");
         compare(rowsAsText(), ["user: what is it?"]);
-        compare(bridge.takeCalls(), ["inputMode = text", "sendIntent(--- File: a.txt (path: /tmp/a.txt) ---\n```\none\n```"
-                                     + "\n\nUser question: what is it?)"]);
+        compare(bridge.takeCalls(), ["inputMode = text", "sendIntent(the files\n\nUser question: what is it?)"]);
     }
 
     function test_submitResetsTheInputMode() {

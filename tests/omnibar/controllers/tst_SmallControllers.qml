@@ -5,7 +5,6 @@ import QtQuick 2.15
 import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/KeyTable.js" as KeyTable
 
 //! Controllers that are too small for a test file each.
 TestCase {
@@ -15,8 +14,6 @@ TestCase {
     property FakeBar bar
 
     Component { id: bars; FakeBar {} }
-    Component { id: attachmentControllers; AttachmentController {} }
-    Component { id: slashControllers; SlashCommandController {} }
     Component { id: modelsControllers; ModelsController {} }
     Component { id: workspaceControllers; WorkspaceController {} }
 
@@ -64,45 +61,6 @@ TestCase {
     function withClient(values) {
         bar.sdk = createTemporaryObject(clients, test, values);
         return bar.sdk;
-    }
-
-    // ---- Attached files
-
-    function test_filesGoWithOnePrompt() {
-        const attachments = make(attachmentControllers);
-        compare(attachments.slashAttachedFiles, []);
-        compare(attachments.takeAttachedFiles(), []);
-        attachments.slashAttachedFiles = [{ "name": "a" }];
-        compare(attachments.takeAttachedFiles(), [{ "name": "a" }]);
-        compare(attachments.slashAttachedFiles, []);
-    }
-
-    // ---- Slash commands
-
-    function test_thereAreNoSlashCommandsYet() {
-        const slash = make(slashControllers);
-        compare([slash.slashMenuVisible, slash.slashFilter, slash.slashSessionPopupVisible], [false, "", false]);
-        compare(slash.tryHandleSlashCommand("/clear"), false);
-        slash.slashMenuVisible = true;
-        compare(slash.chosenSlashCommand(), "");
-    }
-
-    function test_theMenuClosesBeforeThePopup() {
-        const slash = make(slashControllers);
-        const escape = () => {
-            const row = KeyTable.find(slash.inputKeys, Qt.Key_Escape, Qt.NoModifier);
-            if (row)
-                row.act();
-            return row !== null;
-        };
-        compare(escape(), false);
-        slash.slashMenuVisible = true;
-        slash.slashSessionPopupVisible = true;
-        compare(escape(), true);
-        compare([slash.slashMenuVisible, slash.slashSessionPopupVisible], [false, true]);
-        compare(escape(), true);
-        compare(slash.slashSessionPopupVisible, false);
-        compare(escape(), false);
     }
 
     // ---- Models

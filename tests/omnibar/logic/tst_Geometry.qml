@@ -110,6 +110,18 @@ TestCase {
         compare(Geometry.shortcutHintHeight(row.line, row.confirm), row.height);
     }
 
+    function test_menuHeight_data() {
+        return [
+            { tag: "content", content: 100, maximum: 320, barY: 600, height: 116 },
+            { tag: "maximum", content: 1000, maximum: 320, barY: 600, height: 320 },
+            { tag: "low screen", content: 1000, maximum: 320, barY: 100, height: 84 },
+            { tag: "no room", content: 100, maximum: 320, barY: 10, height: 0 }
+        ];
+    }
+    function test_menuHeight(row) {
+        compare(Geometry.menuHeight(row.content, row.maximum, row.barY), row.height);
+    }
+
     function test_clampOpacity_data() {
         return [
             { tag: "too little", value: 0.2, opacity: 0.65 },

@@ -10,9 +10,9 @@
 #include <QQmlEngine>
 #include <QtQuickTest>
 
-//! The runner of all tst_*.qml. It imports the program's resources, sets the program's about data and turns warnings of
-//! the QML engine into failures. (The engine reports errors in bindings when the outermost object is complete. Without
-//! "when: windowShown" that is after the last test, to which the failure is then attributed.)
+//! The runner of all tst_*.qml. It imports the program's resources, sets the program's environment and about data, and
+//! turns warnings of the QML engine into failures. (The engine reports errors in bindings when the outermost object is
+//! complete. Without "when: windowShown" that is after the last test, to which the failure is then attributed.)
 //!
 //! Tests have two context properties:
 //!   qmlWarnings       see QmlWarnings; expect(start) for a warning that must occur
@@ -22,7 +22,11 @@ class QmlTests : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    void applicationAvailable() { Application::describe(); }
+    void applicationAvailable()
+    {
+        Application::prepareEnvironment();
+        Application::describe();
+    }
 
     void qmlEngineAvailable(QQmlEngine *engine)
     {

@@ -6,6 +6,7 @@ import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/KeyTable.js" as KeyTable
+import "../logic/LiteralText.js" as LiteralText
 
 //! The input field for prompts.
 T.TextField {
@@ -18,7 +19,7 @@ T.TextField {
         { "holds": () => bar.voice && bar.voice.isListening, "text": () => bar.voice.partialTranscript || bar.tr("Listening...") },
         { "holds": () => bar.voice && bar.voice.isTranscribing, "text": () => bar.tr("Transcribing...") },
         { "holds": () => ["disconnected", "error"].includes(bar.bridgeStatus), "text": () => bar.tr("Connecting...") },
-        { "holds": () => bar.slashAttachedFiles.length > 0, "text": () => bar.slashAttachedFiles.map(file => file.name).join(", ") + " " + bar.tr("attached — ask your question…") },
+        { "holds": () => bar.slashAttachedFiles.length > 0, "text": () => bar.slashAttachedFiles.map(file => LiteralText.oneLine(file.name)).join(", ") + " " + bar.tr("attached — ask your question…") },
         { "holds": () => true, "text": () => bar.tr("Ask Tovi anything…") }
     ]
 

@@ -3,7 +3,6 @@
 
 import QtQuick 2.15
 
-import "../logic/Attachments.js" as Attachments
 import "../logic/ChatContext.js" as ChatContext
 import "../logic/CollapseRule.js" as CollapseRule
 import "../logic/Feedback.js" as Feedback
@@ -170,9 +169,9 @@ Controller {
         lastInputMode = "text";
         appendUserMessage(text);
         scrollToBottom();
-        const files = bar.takeAttachedFiles();
+        const context = bar.takeFileContext();
         // The row shows only the typed text; the bridge also gets the contents of the files.
-        sendToBridge(files.length > 0 ? Attachments.contextPrefix(files) + "User question: " + text : text);
+        sendToBridge(context === "" ? text : context + "User question: " + text);
     }
 
     function sendToBridge(prompt) {

@@ -167,6 +167,9 @@ Controller {
     Connections {
         target: surface.bar
 
+        function onSlashSessionPopupVisibleChanged() {
+            Qt.callLater(surface.reclaimFocus);
+        }
         function onSuggestionsShownChanged() {
             Qt.callLater(surface.reclaimFocus);
         }

@@ -9,6 +9,10 @@
 var barHeight = 56;
 var barIdleLift = 30;
 var barPanelGap = 10;
+var barMenuGap = 8;
+
+const menuPadding = 16;
+const screenPadding = 8;
 
 var expandedChatLimit = 1200;
 var chatLimit = 780;
@@ -89,4 +93,9 @@ function clampOpacity(value) {
         return maxOpacity;
     }
     return Math.max(minOpacity, Math.min(maxOpacity, number));
+}
+
+/** The height of a menu above a bar at barY: at most maximum, and never beyond the top of the screen. */
+function menuHeight(contentHeight, maximum, barY) {
+    return Math.max(0, Math.min(contentHeight + menuPadding, maximum, barY - barMenuGap - screenPadding));
 }
