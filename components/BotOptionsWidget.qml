@@ -82,7 +82,7 @@ BlockWidget {
 
                 width: Math.min(implicitWidth, parent.width)
                 widget: options
-                activeFocusOnTab: options.reachable
+                focusPolicy: options.reachable ? Qt.TabFocus : Qt.NoFocus
                 label: BlockContent.textField(modelData.label)
                 selected: index === options.selectedIndex
                 Accessible.role: Accessible.RadioButton

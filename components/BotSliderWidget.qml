@@ -62,7 +62,7 @@ BlockWidget {
         value: slider.savedState.value === undefined ? slider.range.value : slider.savedState.value
         enabled: !slider.submitted
         opacity: enabled ? 1.0 : 0.6
-        activeFocusOnTab: slider.reachable
+        focusPolicy: slider.reachable ? Qt.StrongFocus : Qt.ClickFocus
         trackColor: slider.lineColor
         fillColor: slider.ringColor
         ringColor: slider.ringColor
@@ -93,7 +93,7 @@ BlockWidget {
 
         visible: !slider.submitted
         widget: slider
-        activeFocusOnTab: slider.reachable
+        focusPolicy: slider.reachable ? Qt.TabFocus : Qt.NoFocus
         label: slider.tr("Confirm")
         onClicked: slider.submit()
     }

@@ -50,7 +50,7 @@ TestCase {
         compare(String(actual), String(Qt.lighter(expected, 1)));
     }
 
-    //! Checks that nothing visible extends beyond the margins, and that texts fit their items.
+    //! Checks that nothing visible extends beyond the margins, and that texts are plain and fit their items.
     function verifyInside(widget, item) {
         const part = item || widget;
         for (let i = 0; i < part.children.length; ++i) {
@@ -58,6 +58,7 @@ TestCase {
             if (!child.visible || child.objectName.startsWith("ring"))
                 continue;
             if (child.contentWidth !== undefined) {
+                compare(child.textFormat, Text.PlainText);
                 const left = place(child, widget).x;
                 verify(left >= 11 && left + child.width <= widget.width - 11, child.text.substring(0, 20) + " at " + left);
                 verify(child.contentWidth <= child.width + 0.5, "text is too wide: " + child.text.substring(0, 20));

@@ -242,14 +242,22 @@ Item {
         }
 
         function test_onlyTheCurrentRowIsInTheTabOrder() {
-            const first = appendBlock(options);
-            const second = appendBlock(slider);
-            list.currentIndex = second;
-            verify(!content(first).reachable);
-            verify(content(second).reachable);
-            list.currentIndex = first;
-            verify(content(first).reachable);
-            verify(!content(second).reachable);
+            conversation.appendStructuredBlocks([options, slider], "reply");
+            const inOrder = (index, name) => {
+                const item = part(index, name);
+                return (name === "caption" ? item.parent : item).activeFocusOnTab;
+            };
+            const check = current => {
+                compare([inOrder(0, "caption"), inOrder(0, "copyBtn"), inOrder(0, "thumbUpBtn"), inOrder(1, "slider"),
+                         inOrder(1, "confirmBtn"), inOrder(1, "copyBtn")],
+                        [0, 0, 0, 1, 1, 1].map(index => index === current));
+            };
+            // Also rows that have never been the current one.
+            check(-1);
+            list.currentIndex = 1;
+            check(1);
+            list.currentIndex = 0;
+            check(0);
         }
     }
 }

@@ -25,7 +25,7 @@ Row {
 
         implicitWidth: 24
         radius: 4
-        activeFocusOnTab: actions.reachable
+        focusPolicy: actions.reachable ? Qt.TabFocus : Qt.NoFocus
         label: copied ? actions.bar.tr("Copied") : actions.bar.tr("Copy")
         iconName: copied ? "checkmark" : "edit-copy"
         iconFallback: copied ? "dialog-ok" : ""
@@ -48,7 +48,7 @@ Row {
     ThumbButton {
         objectName: "thumbUpBtn"
         theme: actions.theme
-        activeFocusOnTab: actions.reachable
+        focusPolicy: actions.reachable ? Qt.TabFocus : Qt.NoFocus
         label: actions.bar.tr("Good reply")
         active: actions.vote === "up"
         activeColor: "#4ade80"
@@ -59,7 +59,7 @@ Row {
     ThumbButton {
         objectName: "thumbDownBtn"
         theme: actions.theme
-        activeFocusOnTab: actions.reachable
+        focusPolicy: actions.reachable ? Qt.TabFocus : Qt.NoFocus
         label: actions.bar.tr("Bad reply")
         pointsDown: true
         active: actions.vote === "down"
