@@ -52,7 +52,6 @@ private Q_SLOTS:
     void replyIsOneRow();
     void sessionGoesOn();
     void structureAndTextAreOneRow();
-    void blocksShowTheirText();
     void followUpsWithoutBlocks();
     void emptyReplyKeepsTheStructure();
     void errorDropsTheStructure();
@@ -109,20 +108,6 @@ void tst_ConversationReplies::structureAndTextAreOneRow()
     QCOMPARE(bar.rows(), (QStringList {QStringLiteral("user: go"), QStringLiteral("assistant: Plain.")}));
     QCOMPARE(bar.property("pendingUiJson").toString(), QString());
     QTRY_COMPARE(bar.suggestions().value(0), QStringLiteral("Tell me the rest"));
-}
-
-void tst_ConversationReplies::blocksShowTheirText()
-{
-    Conversation &bar = m_window.take();
-    QVERIFY(bar.begin());
-    const QJsonObject options {{QStringLiteral("type"), QStringLiteral("options")},
-                               {QStringLiteral("prompt"), QStringLiteral("Which?")}};
-    const QJsonObject ui = document({block(QStringLiteral("code"), QStringLiteral("x = 1")), options},
-                                    followUps({QStringLiteral("Next")}));
-    QVERIFY(bar.exchange(QStringLiteral("go"), QStringLiteral("Choose one: A or B."), ui));
-    QCOMPARE(bar.rows(), (QStringList {QStringLiteral("user: go"), QStringLiteral("assistant: Choose one: A or B.")}));
-    QCOMPARE(bar.property("pendingUiJson").toString(), QString());
-    QTRY_COMPARE(bar.suggestions().value(0), QStringLiteral("Next"));
 }
 
 void tst_ConversationReplies::followUpsWithoutBlocks()

@@ -142,6 +142,31 @@ QQuickItem *firstSuggestion(Conversation &bar)
     return bar.item(QStringLiteral("suggestionCard"));
 }
 
+//! A reply of blocks with this text in each field.
+void showBlocks(Conversation &bar, const QString &words)
+{
+    const QJsonArray blocks {
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("list")},
+                     {QStringLiteral("title"), words},
+                     {QStringLiteral("items"),
+                      QJsonArray {words, QJsonObject {{QStringLiteral("label"), words}}, QJsonArray {words}}}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("table")},
+                     {QStringLiteral("columns"), QJsonArray {words, words}},
+                     {QStringLiteral("rows"), QJsonArray {QJsonArray {words, QJsonArray {words}}}}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("options")},
+                     {QStringLiteral("prompt"), words},
+                     {QStringLiteral("choices"),
+                      QJsonArray {QJsonObject {{QStringLiteral("id"), words}, {QStringLiteral("label"), words}}}}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("slider")},
+                     {QStringLiteral("label"), words},
+                     {QStringLiteral("action"), words}},
+        QJsonObject {{QStringLiteral("type"), words}, {QStringLiteral("content"), words}},
+    };
+    const QJsonObject ui {{QStringLiteral("blocks"), blocks}};
+    Q_EMIT bar.agent()->structuredReplyReceived(QString::fromUtf8(QJsonDocument(ui).toJson(QJsonDocument::Compact)));
+    bar.emitReply(words);
+}
+
 using Feed = void (*)(Conversation &, const QString &);
 
 //! The tooltip of an item shows the text as plain text.
@@ -212,6 +237,7 @@ void tst_Safety::untrustedTextIsNotFetched_data()
     QTest::newRow("reply of markdown") << Feed([](Conversation &bar, const QString &words) {
         bar.emitReply(QStringLiteral("# %1\n\n- %1\n\n1. %1\n\n> %1\n\n```%1\n%1\n```\n\n**%1** `%1` *%1*").arg(words));
     });
+    QTest::newRow("blocks") << Feed(showBlocks);
     QTest::newRow("error") << Feed(
         [](Conversation &bar, const QString &words) { Q_EMIT bar.agent()->errorOccurred(words); });
     QTest::newRow("system row") << Feed(
