@@ -58,8 +58,8 @@ BlockWidget {
 
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
-            topPadding: 8
-            bottomPadding: 8
+            topPadding: 6
+            bottomPadding: 9
             leftPadding: 12
             rightPadding: 12
             text: callout.content

@@ -342,6 +342,16 @@ bool speaking(Conversation &bar)
     return bar.isSeen(bar.item(QStringLiteral("speakerBtn")));
 }
 
+bool widgets(Conversation &bar)
+{
+    Q_EMIT bar.agent()->structuredReplyReceived(QStringLiteral(
+        R"({"blocks":[{"type":"list","title":"Shopping","items":["milk"]},{"type":"slider"},)"
+        R"({"type":"table","columns":["Name","Used"],"rows":[["Home","18%"]]},)"
+        R"({"type":"options","prompt":"Which?","choices":[{"label":"This one"},{"label":"That one"}]}]})"));
+    bar.emitReply(QStringLiteral("in widgets"));
+    return QTest::qWaitFor([&] { return bar.rowItem(3) != nullptr; }, Timeouts::Default);
+}
+
 void addScenes()
 {
     QTest::addColumn<Scene>("scene");
@@ -350,6 +360,7 @@ void addScenes()
     QTest::newRow("typing") << Scene(typing);
     QTest::newRow("thinking") << Scene(thinking);
     QTest::newRow("conversation") << Scene(conversation);
+    QTest::newRow("widgets") << Scene(widgets);
     QTest::newRow("settings") << Scene(settings);
     QTest::newRow("attached files") << Scene(attaching);
     QTest::newRow("sessions") << Scene(sessions);
