@@ -9,6 +9,8 @@
 
 const maxTextLength = 1000;
 const maxCellLength = 200;
+// Short enough that the value after it is visible.
+const maxSliderLabelLength = 200;
 const maxLanguageLength = 40;
 var maxTextLines = 20;
 var maxCellLines = 8;
@@ -171,6 +173,12 @@ function sliderRange(payload) {
         value: Math.min(to, Math.max(from, numberOr(fields.value, from))),
         step: Math.max(step > 0 ? step : 1, (to - from) / maxSteps)
     };
+}
+
+/** The label of a slider, "" if it has none. */
+function sliderLabel(payload) {
+    const label = objectOf(payload).label;
+    return typeof label === "string" ? shortened(label.replace(/\s+/g, " "), maxSliderLabelLength) : "";
 }
 
 /** What the user's choice on a slider does, passed back unchanged. */

@@ -17,7 +17,7 @@ BlockWidget {
     //! Whether the slider and its button are in the tab order.
     property bool reachable: true
 
-    readonly property string label: BlockContent.textField(BlockContent.objectOf(payload).label) || tr("Value")
+    readonly property string label: BlockContent.sliderLabel(payload) || tr("Value")
     readonly property var range: BlockContent.sliderRange(payload)
     readonly property string action: BlockContent.sliderAction(payload)
     property bool submitted: savedState.submitted === true
@@ -47,7 +47,6 @@ BlockWidget {
         text: slider.label + ": " + BlockContent.rounded(slider.value)
         color: slider.textColor
         font.pointSize: 12
-        maximumLineCount: BlockContent.maxTextLines
         freeCorner: Qt.size(slider.freeWidth, slider.freeHeight)
     }
 

@@ -22,6 +22,17 @@ Item {
             compareColor(callout.accent, "#c084fc");
         }
 
+        //! As long as no row shows it.
+        function test_isNotInTheModule() {
+            let error = "";
+            try {
+                Qt.createQmlObject("import org.kde.loomra 1.0; BotCalloutWidget {}", parent);
+            } catch (failure) {
+                error = failure.message;
+            }
+            verify(error.includes("BotCalloutWidget is not a type"), error);
+        }
+
         function test_looks() {
             const callout = withPayload({ "content": "Good to <b>know</b>" });
             const words = one(callout, "words");

@@ -23,6 +23,17 @@ Item {
             verify(code.implicitHeight >= 30);
         }
 
+        //! As long as no row shows it.
+        function test_isNotInTheModule() {
+            let error = "";
+            try {
+                Qt.createQmlObject("import org.kde.loomra 1.0; BotCodeBlock {}", parent);
+            } catch (failure) {
+                error = failure.message;
+            }
+            verify(error.includes("BotCodeBlock is not a type"), error);
+        }
+
         function test_looks() {
             const code = withPayload({ "language": "python", "content": "def a():\n    pass" });
             compare(textsOf(code, "language"), ["PYTHON"]);

@@ -69,6 +69,13 @@ Item {
             compare(textsOf(widget, "label"), ["Value: 0.5"]);
         }
 
+        function test_longLabelLeavesTheValueVisible() {
+            const widget = withPayload({ "label": "W".repeat(5000), "value": 7 });
+            compare(one(widget, "label").text, "W".repeat(200) + "…: 7");
+            verify(!one(widget, "label").truncated);
+            verifyInside(widget);
+        }
+
         function test_confirm() {
             const widget = withPayload(brightness);
             const submitted = spyOn(widget, "sliderSubmitted");
