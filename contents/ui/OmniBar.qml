@@ -123,6 +123,7 @@ Window {
     function appendUserMessage(msg) { conversation.appendUserMessage(msg); }
     function appendAgentMessage(msg) { conversation.appendAgentMessage(msg); }
     function appendStructuredBlocks(blocks, fallback) { conversation.appendStructuredBlocks(blocks, fallback); }
+    function appendAssistantText(text) { conversation.appendAssistantText(text); }
     function appendSystemMessage(msg) { conversation.appendSystemMessage(msg); }
     function clearConversation() { conversation.clear(); }
     function latestTurn() { return conversation.latestTurn(); }
@@ -147,10 +148,21 @@ Window {
     property alias planExecuting: plan.planExecuting
     property alias planExecutingVisible: plan.planExecutingVisible
     property alias planDoneLabel: plan.planDoneLabel
+    property alias lastActionId: plan.lastActionId
+    property alias pendingPlanMessage: plan.pendingPlanMessage
     property alias pendingChatAfterPlan: plan.pendingChatAfterPlan
     property alias planRequestInFlight: plan.planRequestInFlight
+    property alias planCardShown: plan.planCardShown
+    property alias undoShown: plan.undoShown
+    property alias undoSeconds: plan.undoSeconds
+    property alias undoSecondsLeft: plan.undoSecondsLeft
 
+    function requestPlan(message) { plan.requestPlan(message); }
+    function runPlan() { plan.runPlan(); }
     function cancelPlan() { plan.cancelPlan(); }
+    function undoLastAction() { plan.undoLastAction(); }
+    function dismissUndo() { plan.dismissUndo(); }
+    function isReadOnlyPlan(results) { return plan.isReadOnlyPlan(results); }
     function isQueryProcessing() { return plan.isQueryProcessing(); }
     function stopActiveQuery() { plan.stopActiveQuery(); }
 

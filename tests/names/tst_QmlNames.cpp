@@ -185,6 +185,8 @@ void tst_QmlNames::fakes_data()
                          << "OmniBar";
     QTest::newRow("bridge") << "FakeBridge"
                             << "agentBridge";
+    QTest::newRow("SDK") << "FakeSdk"
+                         << "loomraSDK";
     QTest::newRow("voice bridge") << "FakeVoiceBridge"
                                   << "voiceBridge";
 }

@@ -49,6 +49,8 @@ CallRecorder {
     property bool sessionsLoading: false
     property bool workspaceSuggestionDialogOpen: false
     property bool suggestionsShown: false
+    property bool planCardShown: false
+    property bool undoShown: false
     property var activeFocusItem: inputField
 
     signal inputEdited()
@@ -75,6 +77,7 @@ CallRecorder {
     function latestTurn() { return answers.latestTurn; }
     function lastText(role) { return answers.lastText[role] || ""; }
 
+    function appendAssistantText(text) { note("appendAssistantText", [text]); }
     function appendUserMessage(msg) { note("appendUserMessage", [msg]); }
     function appendSystemMessage(msg) { note("appendSystemMessage", [msg]); }
     function clearConversation() { note("clearConversation", []); }

@@ -84,6 +84,11 @@ Controller {
             .map(row => Object.assign(plainRow("assistant", row.text), row)));
     }
 
+    //! A row of the assistant that quotes untrusted text: a tool tag in it is no tag.
+    function appendAssistantText(text) {
+        appendRow("assistant", text);
+    }
+
     function appendSystemMessage(msg) {
         appendRow("system", String(msg));
         scrollToBottom();
