@@ -10,6 +10,8 @@ LateLoader {
     //! The control with the tooltip. It has a property "hovered".
     required property Item control
     required property string text
+    //! Maximum number of characters, because untrusted text may have any length.
+    property int longest: 400
     //! An additional condition besides hovering.
     property bool enabledHere: true
 

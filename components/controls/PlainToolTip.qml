@@ -13,8 +13,6 @@ T.ToolTip {
 
     //! The HoverTip that shows it.
     required property var tip
-    //! Maximum number of characters, because untrusted text may have any length.
-    readonly property int longest: 400
     //! Distance to the control.
     readonly property int gap: 6
 
@@ -50,7 +48,7 @@ T.ToolTip {
     }
     contentItem: PlainText {
         objectName: "toolTipText"
-        text: toolTip.text.length > toolTip.longest ? toolTip.text.substring(0, toolTip.longest) + "…" : toolTip.text
+        text: toolTip.text.length > toolTip.tip.longest ? toolTip.text.substring(0, toolTip.tip.longest) + "…" : toolTip.text
         color: Qt.rgba(1, 1, 1, 0.92)
         font.pixelSize: 12
         wrapMode: Text.Wrap

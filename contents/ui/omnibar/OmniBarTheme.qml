@@ -73,6 +73,8 @@ QtObject {
     readonly property color panelFillBottom: pick("#0d0812", "#f0edf6")
     readonly property color panelShadow: pick(Qt.rgba(0, 0, 0, 0.45), Qt.rgba(0, 0, 0, 0.18))
     readonly property int panelShadowRadius: uiLight ? 16 : 24
+    readonly property color progressFill: pick("#4ade80", "#16a34a")
+    readonly property color runOutline: pick("transparent", Qt.rgba(0.35, 0.05, 0.65, 0.75))
     readonly property color headerHover: pick(Qt.rgba(1, 1, 1, 0.10), Qt.rgba(0, 0, 0, 0.08))
 
     //! Fill and border of a chat bubble by the row's role. For unknown roles use the assistant's.

@@ -11,6 +11,7 @@ CallRecorder {
     signal planReceived(var payload)
     signal planExecuted(var payload)
     signal error(string error)
+    signal modelsListed(var models)
 
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }

@@ -144,4 +144,17 @@ TestCase {
     function test_clampOpacity(row) {
         fuzzyCompare(Geometry.clampOpacity(row.value), row.opacity, 1e-9);
     }
+
+    function test_planCardMaxHeight_data() {
+        return [
+            { tag: "alone on 1280x720", panel: 490, others: [], height: 216 },
+            { tag: "with cards", panel: 490, others: [102], height: 104 },
+            { tag: "with everything", panel: 490, others: [48, 36, 102], height: 0 },
+            { tag: "too low", panel: 260, others: [], height: 0 },
+            { tag: "half of a high panel", panel: 781, others: [], height: 390 }
+        ];
+    }
+    function test_planCardMaxHeight(row) {
+        compare(Geometry.planCardMaxHeight(row.panel, 64, row.others), row.height);
+    }
 }

@@ -27,6 +27,10 @@ FloatingPanel {
     readonly property real fullHeight: Geometry.chatPanelHeight(bar.chatMinHeight, bar.chatMaxHeight, barCard.targetY,
                                                                 bar.chatTopSafePadding)
 
+    // The suggestions don't count: on a low screen they may scroll out of view while a plan waits for the user.
+    readonly property real planCardMaxHeight: Geometry.planCardMaxHeight(
+        fullHeight, headerHeight, extras.filter(part => part !== planCardLoader && part !== suggestionCards).map(part => part.height))
+
     function scrollToEnd() {
         area.scrollToEnd();
     }
@@ -59,10 +63,14 @@ FloatingPanel {
 
     // Scrolls only if the screen is too low even for a message area of minimum height.
     ScrollPane {
+        id: pane
         objectName: "chatScrollPane"
 
+        // The margin of the panel has the scroll bar, and the focus rings of what fills the width.
         anchors.left: header.left
-        anchors.right: header.right
+        anchors.leftMargin: -column.x
+        anchors.right: parent.right
+        anchors.rightMargin: 3
         anchors.top: header.bottom
         anchors.bottom: parent.bottom
         anchors.topMargin: column.spacing
@@ -76,8 +84,37 @@ FloatingPanel {
         Column {
             id: column
 
-            width: parent.width
+            x: 3
+            width: header.width
             spacing: Geometry.chatColumnSpacing
+
+            LateLoader {
+                id: planCardLoader
+
+                width: parent.width
+                visible: chatPanel.bar.planCardShown
+                file: Qt.resolvedUrl("PlanCard.qml")
+                properties: ({ "bar": chatPanel.bar, "theme": chatPanel.theme, "maximumHeight": () => chatPanel.planCardMaxHeight })
+                wanted: chatPanel.bar.planCardShown
+                // It is at the top, where the user may have scrolled away from.
+                onVisibleChanged: if (visible) pane.contentY = 0
+            }
+
+            LateLoader {
+                width: parent.width
+                visible: chatPanel.bar.planExecutingVisible
+                file: Qt.resolvedUrl("PlanProgressBar.qml")
+                properties: ({ "bar": chatPanel.bar, "theme": chatPanel.theme })
+                wanted: chatPanel.bar.planExecutingVisible
+            }
+
+            LateLoader {
+                width: parent.width
+                visible: chatPanel.bar.undoShown
+                file: Qt.resolvedUrl("UndoBar.qml")
+                properties: ({ "bar": chatPanel.bar, "theme": chatPanel.theme })
+                wanted: chatPanel.bar.undoShown
+            }
 
             ChatArea {
                 id: area
@@ -90,6 +127,7 @@ FloatingPanel {
             }
 
             SuggestionCards {
+                id: suggestionCards
                 objectName: "suggestionCards"
 
                 width: parent.width

@@ -173,6 +173,12 @@ Controller {
         function onSuggestionsShownChanged() {
             Qt.callLater(surface.reclaimFocus);
         }
+        function onPlanCardShownChanged() {
+            Qt.callLater(surface.reclaimFocus);
+        }
+        function onUndoShownChanged() {
+            Qt.callLater(surface.reclaimFocus);
+        }
         function onActiveFocusItemChanged() {
             Qt.callLater(surface.reclaimFocus);
         }

@@ -72,6 +72,15 @@ function chatAreaHeight(panelHeight, headerHeight, extras) {
     return Math.max(chatAreaMinHeight, panelHeight - headerHeight - extras - chatPanelChrome);
 }
 
+/**
+ * The maximum height of the plan card: half of the panel, and no more than leaves the message area its minimum.
+ * others: the heights of the other parts that stay in view, see chatExtrasHeight().
+ */
+function planCardMaxHeight(panelHeight, headerHeight, others) {
+    const room = panelHeight - headerHeight - chatPanelChrome - chatAreaMinHeight - chatExtrasHeight([0].concat(others));
+    return Math.max(0, Math.min(Math.floor(panelHeight / 2), room));
+}
+
 /** The position {x, y} of the compact bubble in the top right corner, always inside the screen. */
 function bubblePosition(screenWidth, bubbleSize, bubbleMargin) {
     return {

@@ -13,6 +13,8 @@ const mark = Translatable.mark;
 var summaryLength = 60;
 // More than fits on a line. Texts of a megabyte take seconds to lay out.
 var lineLength = 300;
+// Leaves room on the line for the words around it.
+const capabilityLength = 200;
 // For tooltips and assistive technology.
 var wholeLength = 4000;
 
@@ -281,7 +283,7 @@ function progressText(run, tr) {
         return Translatable.translated(mark("Applying…"), tr);
     }
     const values = { number: run.index + 1, total: run.total,
-                     capability: capabilityWords(oneLine(run.capability, lineLength)) };
+                     capability: capabilityWords(oneLine(run.capability, capabilityLength)) };
     return sentence(stepTexts.get(run.phase) || otherStepText, values, tr);
 }
 

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "ScriptedSdk.h"
+
+#include "OmniBarFixture.h"
+
+#include <QTest>
+#include <QUrl>
+
+ScriptedSdk::ScriptedSdk(OmniBarFixture &bar)
+    : m_object(bar.fake(QStringLiteral("import \"%1\"\nFakeSdk {}")
+                            .arg(QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
+                                                     + QStringLiteral("/tests/omnibar/controllers"))
+                                     .toString())))
+{
+    bar.provide("loomraSDK", m_object);
+}
+
+void ScriptedSdk::emitSignal(const char *signal, const QJsonObject &payload)
+{
+    if (!QMetaObject::invokeMethod(m_object, signal, Q_ARG(QVariant, QVariant(payload)))) {
+        QTest::qFail(signal, __FILE__, __LINE__);
+    }
+}
+
+QStringList ScriptedSdk::takeCalls()
+{
+    const QStringList taken = m_object->property("calls").toStringList();
+    m_object->setProperty("calls", QStringList());
+    return taken;
+}
+
+QJsonObject ScriptedSdk::plan(const QString &summary, const QJsonArray &steps)
+{
+    return {{QStringLiteral("allowed"), true},
+            {QStringLiteral("requiresApproval"), true},
+            {QStringLiteral("plan"), steps},
+            {QStringLiteral("summary"), summary},
+            {QStringLiteral("riskLevel"), QStringLiteral("medium")}};
+}
+
+QJsonObject ScriptedSdk::step(const QString &capability, const QJsonObject &params)
+{
+    return {{QStringLiteral("capabilityId"), capability}, {QStringLiteral("params"), params}};
+}
+
+QJsonObject ScriptedSdk::success()
+{
+    const QJsonObject closed {{QStringLiteral("ok"), true},
+                              {QStringLiteral("capabilityId"), QStringLiteral("window.close")},
+                              {QStringLiteral("result"), QJsonObject()}};
+    return {{QStringLiteral("success"), true},
+            {QStringLiteral("actionId"), QStringLiteral("act_1")},
+            {QStringLiteral("results"), QJsonArray {closed}},
+            {QStringLiteral("verificationSummary"),
+             QJsonObject {{QStringLiteral("state"), QStringLiteral("verified")}}}};
+}

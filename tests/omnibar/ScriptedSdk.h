@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStringList>
+
+class OmniBarFixture;
+class QObject;
+
+//! An SDK client that does what a test says: the stand-in that the tests of the controllers use.
+class ScriptedSdk
+{
+public:
+    //! Call before the window opens.
+    explicit ScriptedSdk(OmniBarFixture &bar);
+
+    //! The bridge sends a plan, or the result of a run.
+    void sendPlan(const QJsonObject &payload) { emitSignal("planReceived", payload); }
+    void sendResult(const QJsonObject &payload) { emitSignal("planExecuted", payload); }
+    //! What the window called since takeCalls(), in order.
+    QStringList takeCalls();
+
+    //! A plan that waits for approval.
+    static QJsonObject plan(const QString &summary, const QJsonArray &steps);
+    static QJsonObject step(const QString &capability, const QJsonObject &params = {});
+    //! The result of a run with one step that closed a window, and can be undone.
+    static QJsonObject success();
+
+private:
+    void emitSignal(const char *signal, const QJsonObject &payload);
+
+    QObject *m_object;
+};
