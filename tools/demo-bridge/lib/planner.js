@@ -20,6 +20,11 @@ const level = (capability) => ([, figure]) => step(capability, { level: Math.min
 const isOn = (word) => word !== 'off';
 
 const RULES = [
+    {
+        pattern: /\bsetting (\S{1,100}) to (.{1,100})/,
+        plan: ([, key, value]) => step('settings.write', { key, value }),
+    },
+    { pattern: /\bsetting (\S{1,100})/, plan: ([, key]) => step('settings.read', { key }) },
     { pattern: /\bvolume\b.*?\b(\d{1,6})\b/, plan: level('audio.volume.set') },
     { pattern: /\bvolume\b/, plan: () => step('audio.volume.get') },
     { pattern: /\bunmute\b/, plan: () => step('audio.volume.mute', { mute: false }) },

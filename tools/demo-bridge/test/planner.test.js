@@ -36,6 +36,9 @@ const WISHES = [
     ['notify me', one('kde.notify', { text: 'Done' })],
     ['lock the screen', one('power.lock_screen')],
     ['empty my trash', one('trash.empty')],
+    ['change the setting cursor.size to 32', one('settings.write', { key: 'cursor.size', value: '32' })],
+    ['the setting panel.volume to 5', one('settings.write', { key: 'panel.volume', value: '5' })],
+    ['read the setting cursor.size', one('settings.read', { key: 'cursor.size' })],
 ];
 
 for (const [wish, plan] of WISHES) {
