@@ -27,7 +27,8 @@ const QRegularExpression &knownTag()
         const QString color = QStringLiteral(R"((?:#[0-9a-f]{6}|rgba\([0-9.,]+\)))");
         const QString lengths = QStringLiteral(R"((?:(?:\d{1,3}px|0)(?: |(?=[;"]))){1,4})");
         const QStringList tags = {
-            QStringLiteral(R"(<table width="100%" cellspacing="0" cellpadding="0"(?: style="background-color:COLOR")?>)"),
+            QStringLiteral(
+                R"(<table width="100%" cellspacing="0" cellpadding="0"(?: style="background-color:COLOR")?>)"),
             QStringLiteral("<tr>"),
             QStringLiteral(R"(<td style="padding:LENGTHS">)"),
             QStringLiteral(R"(<pre style="margin:0;font-family:monospace;font-size:12px;line-height:140%;)"
@@ -51,9 +52,7 @@ void checkEntity(const QString &html, int ampersand)
 {
     static const QStringList s_entities = {QStringLiteral("&amp;"), QStringLiteral("&lt;"), QStringLiteral("&gt;"),
                                            QStringLiteral("&nbsp;")};
-    const auto isHere = [&](const QString &entity) {
-        return html.midRef(ampersand, entity.size()) == entity;
-    };
+    const auto isHere = [&](const QString &entity) { return html.midRef(ampersand, entity.size()) == entity; };
     require(std::any_of(s_entities.begin(), s_entities.end(), isHere), "an ampersand begins one of our entities");
 }
 

@@ -50,9 +50,9 @@ QJsonObject ScriptedSdk::success()
     const QJsonObject closed {{QStringLiteral("ok"), true},
                               {QStringLiteral("capabilityId"), QStringLiteral("window.close")},
                               {QStringLiteral("result"), QJsonObject()}};
-    return {{QStringLiteral("success"), true},
-            {QStringLiteral("actionId"), QStringLiteral("act_1")},
-            {QStringLiteral("results"), QJsonArray {closed}},
-            {QStringLiteral("verificationSummary"),
-             QJsonObject {{QStringLiteral("state"), QStringLiteral("verified")}}}};
+    return {
+        {QStringLiteral("success"), true},
+        {QStringLiteral("actionId"), QStringLiteral("act_1")},
+        {QStringLiteral("results"), QJsonArray {closed}},
+        {QStringLiteral("verificationSummary"), QJsonObject {{QStringLiteral("state"), QStringLiteral("verified")}}}};
 }

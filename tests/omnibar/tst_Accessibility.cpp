@@ -24,6 +24,7 @@ namespace
 {
 
 constexpr int s_manySteps = 100; // more than any tab order has
+constexpr int s_never = 1000000; // an interval longer than a test, in ms
 
 //! Types of controls and the roles that fit them.
 const struct
@@ -40,10 +41,12 @@ const struct
     {"QQuickTabBar", {QAccessible::PageTabList}},
 };
 
-//! A row of a list whose current row alone is in the tab order, as there may be a thousand.
+//! A row of a list, of which only the current one is in the tab order, as there may be a thousand.
 bool isRow(const QQuickItem *item)
 {
-    return item->objectName() == QLatin1String("messageRow") || item->objectName() == QLatin1String("sessionRow");
+    static const QStringList s_rows = {QStringLiteral("messageRow"), QStringLiteral("sessionRow"),
+                                       QStringLiteral("planStep")};
+    return s_rows.contains(item->objectName());
 }
 
 QList<QAccessible::Role> rolesOf(QQuickItem *item)
@@ -51,7 +54,7 @@ QList<QAccessible::Role> rolesOf(QQuickItem *item)
     if (item->objectName() == QLatin1String("messageList") || item->objectName() == QLatin1String("sessionList")) {
         return {QAccessible::List};
     }
-    if (item->objectName() == QLatin1String("messageRow")) {
+    if (isRow(item)) {
         return {QAccessible::ListItem};
     }
     if (item->objectName() == QLatin1String("usageRing")) {
@@ -289,6 +292,18 @@ bool conversation(Conversation &bar)
         && QTest::qWaitFor([&] { return bar.suggestions().size() == 4 && bar.rowItem(2); }, Timeouts::Default);
 }
 
+bool plan(Conversation &bar)
+{
+    bar.invoke("appendUserMessage", {QStringLiteral("a plan")});
+    bar.setProperty("lastActionId", QStringLiteral("act_1"));
+    bar.object(QStringLiteral("undoTimer"))->setProperty("interval", s_never);
+    bar.setProperty("planExecutingVisible", true);
+    bar.evaluate(QStringLiteral(
+        "omniBar.pendingPlan = { 'plan': [{ 'capabilityId': 'window.list' }, { 'capabilityId': 'trash.empty',"
+        " 'params': { 'all': true } }], 'summary': 'List and empty', 'riskLevel': 'high' }"));
+    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("planCard"))); }, Timeouts::Default);
+}
+
 bool settings(Conversation &bar)
 {
     bar.click(QStringLiteral("settingsBtn"));
@@ -361,6 +376,7 @@ void addScenes()
     QTest::newRow("thinking") << Scene(thinking);
     QTest::newRow("conversation") << Scene(conversation);
     QTest::newRow("widgets") << Scene(widgets);
+    QTest::newRow("plan") << Scene(plan);
     QTest::newRow("settings") << Scene(settings);
     QTest::newRow("attached files") << Scene(attaching);
     QTest::newRow("sessions") << Scene(sessions);

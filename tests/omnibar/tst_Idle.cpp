@@ -132,6 +132,19 @@ void tst_Idle::atRest_data()
         bar.bridge.event(QStringLiteral("plan.phase"), {{QStringLiteral("phase"), QStringLiteral("executing")}});
         return bar.answer(request, QStringLiteral("done"));
     });
+    QTest::newRow("after a plan") << Scene([](Conversation &bar) {
+        bar.invoke("appendUserMessage", {QStringLiteral("a plan")});
+        bar.setProperty("planExecutingVisible", true);
+        bar.evaluate(QStringLiteral("plan.planBarLingerTimer.start()"));
+        bar.setProperty("lastActionId", QStringLiteral("act_1"));
+        if (!bar.settle() || running(bar).isEmpty()) {
+            return false;
+        }
+        // The last second of the countdown.
+        bar.setProperty("undoSecondsLeft", 1);
+        return QTest::qWaitFor(
+            [&] { return !bar.property("undoShown").toBool() && !bar.property("planExecutingVisible").toBool(); });
+    });
     QTest::newRow("settings") << Scene([](Conversation &bar) {
         bar.setProperty("settingsPanelOpen", true);
         return QTest::qWaitFor([&] { return bar.item(QStringLiteral("lookTab")) != nullptr; });

@@ -78,6 +78,12 @@ const Property s_window[] = {
     {"planExecuting", "bool", "false", Writable},
     {"planExecutingVisible", "bool", "false", Writable},
     {"planDoneLabel", "QString", "''", Writable},
+    {"lastActionId", "QString", "''", Writable},
+    {"pendingPlanMessage", "QString", "''", Writable},
+    {"planCardShown", "bool", "false", ReadOnly},
+    {"undoShown", "bool", "false", ReadOnly},
+    {"undoSeconds", "int", "10", ReadOnly},
+    {"undoSecondsLeft", "int", "10", Writable},
     {"pendingChatAfterPlan", "QString", "''", Writable},
     {"planRequestInFlight", "bool", "false", Writable},
     // voice
@@ -144,7 +150,12 @@ const Function s_functions[] = {
     {"loadAvailableAgents", 0},
     {"updateCurrentAgent", 0},
     // plans
+    {"requestPlan", 1},
+    {"runPlan", 0},
     {"cancelPlan", 0},
+    {"undoLastAction", 0},
+    {"dismissUndo", 0},
+    {"isReadOnlyPlan", 1},
     {"isQueryProcessing", 0},
     {"stopActiveQuery", 0},
     // voice

@@ -30,8 +30,7 @@ constexpr int s_never = 1000000;
 
 QJsonArray threeSteps()
 {
-    return {ScriptedSdk::step(text("audio.volume.set"), {{text("level"), 30}}),
-            ScriptedSdk::step(text("window.list")),
+    return {ScriptedSdk::step(text("audio.volume.set"), {{text("level"), 30}}), ScriptedSdk::step(text("window.list")),
             ScriptedSdk::step(text("theme.apply"), {{text("name"), text("Breeze Dark")}})};
 }
 
@@ -141,11 +140,9 @@ void tst_Plans::start(Conversation &bar)
 
 bool tst_Plans::reportStep(Conversation &bar, int index, int total, const QString &capability, const QString &phase)
 {
-    bar.bridge.event(text("plan.step"),
-                     {{text("index"), index},
-                      {text("total"), total},
-                      {text("capabilityId"), capability},
-                      {text("phase"), phase}});
+    bar.bridge.event(
+        text("plan.step"),
+        {{text("index"), index}, {text("total"), total}, {text("capabilityId"), capability}, {text("phase"), phase}});
     return QTest::qWaitFor([&] {
         return bar.property("bridge.planStepIndex").toInt() == index
             && bar.property("bridge.planStepCapability").toString() == capability;
@@ -376,7 +373,8 @@ void tst_Plans::progress_data()
     QTest::newRow("no step") << -1 << 0 << QString() << QString() << text("Applying…") << -1.0;
     QTest::newRow("start") << 0 << 4 << text("theme.apply") << text("start") << text("Step 1/4: theme apply…") << 0.25;
     QTest::newRow("done") << 1 << 4 << text("a.b_c.d") << text("done") << text("Step 2/4: a b_c d ✓") << 0.5;
-    QTest::newRow("failed") << 3 << 4 << text("trash.empty") << text("failed") << text("Step 4/4: trash empty ✗") << 1.0;
+    QTest::newRow("failed") << 3 << 4 << text("trash.empty") << text("failed") << text("Step 4/4: trash empty ✗")
+                            << 1.0;
     QTest::newRow("other phase") << 0 << 2 << text("x") << text("verifying") << text("Step 1/2: x") << 0.5;
     QTest::newRow("beyond the end") << 8 << 2 << text("x") << text("start") << text("Step 9/2: x…") << 1.0;
     QTest::newRow("long word") << 0 << 2 << text("w").repeated(500) << text("done")
@@ -710,11 +708,15 @@ void tst_Plans::wrongTypes_data()
         return plan;
     };
     const QStringList one = {text("window.list")};
-    QTest::newRow("null steps") << with("plan", QJsonArray {QJsonValue(), QJsonValue()}) << QStringList {text("step"), text("step")};
-    QTest::newRow("numbers") << with("plan", QJsonArray {1, true, text("x")}) << QStringList {text("step"), text("step"), text("step")};
+    QTest::newRow("null steps") << with("plan", QJsonArray {QJsonValue(), QJsonValue()})
+                                << QStringList {text("step"), text("step")};
+    QTest::newRow("numbers") << with("plan", QJsonArray {1, true, text("x")})
+                             << QStringList {text("step"), text("step"), text("step")};
     QTest::newRow("lists") << with("plan", QJsonArray {QJsonArray {1}}) << QStringList {text("step")};
-    QTest::newRow("params") << with("plan", QJsonArray {QJsonObject {{text("params"), text("x")}}}) << QStringList {text("step")};
-    QTest::newRow("list of params") << with("plan", QJsonArray {QJsonObject {{text("params"), QJsonArray {1}}}}) << QStringList {text("step [1]")};
+    QTest::newRow("params") << with("plan", QJsonArray {QJsonObject {{text("params"), text("x")}}})
+                            << QStringList {text("step")};
+    QTest::newRow("list of params") << with("plan", QJsonArray {QJsonObject {{text("params"), QJsonArray {1}}}})
+                                    << QStringList {text("step [1]")};
     QTest::newRow("no list") << with("plan", text("window.list")) << QStringList();
     QTest::newRow("summary") << with("summary", QJsonArray {1}) << one;
     QTest::newRow("risk") << with("riskLevel", QJsonObject {{text("a"), 1}}) << one;
@@ -748,7 +750,8 @@ void tst_Plans::textsStayInside_data()
         const char *theme = light ? "light" : "dark";
         QTest::addRow("plan-%s", theme) << light << text("Volume 30, windows and a dark theme") << threeSteps();
         QTest::addRow("plan-words-%s", theme) << light << text("w").repeated(200) << words;
-        QTest::addRow("plan-right-to-left-%s", theme) << light << text("اضبط مستوى الصوت على ثلاثين ثم اعرض النوافذ المفتوحة كلها الآن من فضلك") << emoji;
+        QTest::addRow("plan-right-to-left-%s", theme)
+            << light << text("اضبط مستوى الصوت على ثلاثين ثم اعرض النوافذ المفتوحة كلها الآن من فضلك") << emoji;
         QTest::addRow("plan-emoji-%s", theme) << light << text("🎉").repeated(29) + text("x🎉🎉") << emoji;
     }
 }

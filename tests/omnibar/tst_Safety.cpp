@@ -201,6 +201,7 @@ private Q_SLOTS:
     void tooltipOfASuggestion();
     void titleOfASuggestionIsNoShortcut();
     void accessibleNamesAreNotFetched();
+    void plans();
     void partialTranscript();
     void everyTextIsPlain();
     void iconNames_data();
@@ -376,6 +377,45 @@ void tst_Safety::accessibleNamesAreNotFetched()
         }
     }
     QVERIFY(named >= 4); // brand, header, row, indicator
+    QCOMPARE(fetched(bar, listener), QStringList());
+}
+
+void tst_Safety::plans()
+{
+    Listener listener;
+    Conversation &bar = m_window.take();
+    bar.expectWarning(s_failedFetch);
+    QVERIFY(bar.begin());
+    const QString words = hostileText(listener);
+    const QJsonObject step {{QStringLiteral("capabilityId"), words},
+                            {QStringLiteral("params"), QJsonObject {{words, words}}}};
+    const QJsonObject plan {{QStringLiteral("allowed"), true},
+                            {QStringLiteral("requiresApproval"), true},
+                            {QStringLiteral("plan"), QJsonArray {step}},
+                            {QStringLiteral("summary"), words},
+                            {QStringLiteral("riskLevel"), words}};
+    auto *sdk = qobject_cast<LoomraSDK *>(bar.property("sdk").value<QObject *>());
+    QVERIFY(sdk);
+    bar.invoke("appendUserMessage", {QStringLiteral("a plan")});
+    Q_EMIT sdk->planReceived(plan);
+    QTRY_VERIFY(isShown(bar, words.left(50)));
+    QVERIFY(bar.isSeen(bar.item(QStringLiteral("planCard"))));
+    verifyPlainTip(bar, bar.item(QStringLiteral("planSummary")), words, listener);
+    bar.invoke("cancelPlan");
+
+    bar.setProperty("planExecutingVisible", true);
+    const QJsonObject result {{QStringLiteral("ok"), true},
+                              {QStringLiteral("capabilityId"), words},
+                              {QStringLiteral("result"), QJsonObject {{words, words}}}};
+    const QJsonObject summary {{QStringLiteral("state"), words}, {QStringLiteral("details"), QJsonArray {words}}};
+    Q_EMIT sdk->planExecuted({{QStringLiteral("success"), false},
+                              {QStringLiteral("actionId"), words},
+                              {QStringLiteral("error"), words},
+                              {QStringLiteral("results"), QJsonArray {result}},
+                              {QStringLiteral("verificationSummary"), summary}});
+    QVERIFY(bar.settle());
+    QVERIFY(bar.isSeen(bar.item(QStringLiteral("undoBar"))));
+    QCOMPARE(formattedTexts(bar.window()->contentItem()), QStringList());
     QCOMPARE(fetched(bar, listener), QStringList());
 }
 
