@@ -54,7 +54,8 @@ QList<QAccessible::Role> rolesOf(QQuickItem *item)
     if (item->objectName() == QLatin1String("messageList") || item->objectName() == QLatin1String("sessionList")) {
         return {QAccessible::List};
     }
-    if (isRow(item)) {
+    // The rows of sessions are buttons.
+    if (isRow(item) && item->objectName() != QLatin1String("sessionRow")) {
         return {QAccessible::ListItem};
     }
     if (item->objectName() == QLatin1String("usageRing")) {

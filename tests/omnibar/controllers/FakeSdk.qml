@@ -12,6 +12,7 @@ CallRecorder {
     signal planExecuted(var payload)
     signal error(string error)
     signal modelsListed(var models)
+    signal sessionsListed(var sessions)
 
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
