@@ -62,7 +62,7 @@ bool isAnimated(QObject *item)
 
 } // namespace
 
-//! The controls of the bar: what they show and when.
+//! The controls of the bar: what they show and when. One long file, because the tests share two windows.
 class tst_OmniBarControls : public QObject
 {
     Q_OBJECT

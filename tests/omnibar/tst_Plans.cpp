@@ -66,7 +66,8 @@ void addThemes()
 
 } // namespace
 
-//! Plan card, progress bar and undo bar in the window.
+//! Plan card, progress bar and undo bar in the window. One long file, because the three share the window and the
+//! stand-in for the client.
 class tst_Plans : public QObject
 {
     Q_OBJECT

@@ -64,7 +64,8 @@ QString urlOf(const QString &path)
 
 } // namespace
 
-//! Local commands, their menu and attached files in the real window.
+//! Local commands, their menu and attached files in the real window. One long file, because the tests share the window
+//! and the stand-ins for sessions and files.
 class tst_SlashMenu : public QObject
 {
     Q_OBJECT
