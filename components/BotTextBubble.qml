@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 
+import "BlockContent.js" as BlockContent
 import "MarkdownRenderer.js" as MarkdownRenderer
 
 //! The text of a message, rendered from Markdown. It fills the bubble of its row, which is 18 pixels higher than
@@ -28,7 +29,7 @@ Item {
     readonly property bool asMarkdown: content.length <= markdownLimit
     //! Whether a long text contains an extremely long word. Wrapping at word boundaries would search for its end on
     //! every line, which takes minutes.
-    readonly property bool breaksWords: !asMarkdown && content.split(/\s+/).some(word => word.length > 1000)
+    readonly property bool breaksWords: !asMarkdown && BlockContent.hasEndlessWord(content)
 
     implicitHeight: Math.ceil(words.implicitHeight)
 

@@ -373,7 +373,7 @@ Window {
             Behavior on y { NumberAnimation { duration: 350; easing.type: Easing.OutCubic } }
             // A panel that is already there moves along with the bar.
             Behavior on panelBottom {
-                enabled: chatPanelLoader.isEntered() || settingsPanelLoader.isEntered()
+                enabled: [chatPanelLoader.item, settingsPanelLoader.item].some(panel => panel && panel.settled)
                 NumberAnimation { duration: 350; easing.type: Easing.OutCubic }
             }
         }
@@ -398,8 +398,6 @@ Window {
                 if (item)
                     item.scrollToEnd();
             }
-            function isEntered() { return item !== null && item.visible && item.opacity === 1; }
-
             file: Qt.resolvedUrl("omnibar/chat/ChatPanel.qml")
             properties: ({ "bar": omniBar, "theme": omniTheme, "barCard": barCard })
             wanted: omniBar.firstFrameShown || omniBar.chatPanelShown
@@ -408,8 +406,6 @@ Window {
 
         LateLoader {
             id: settingsPanelLoader
-
-            function isEntered() { return item !== null && item.visible && item.opacity === 1; }
 
             anchors.horizontalCenter: barCard.horizontalCenter
             y: barCard.panelBottom - height

@@ -13,6 +13,8 @@ Item {
     //! Turns true after the panel is created, so that its first appearance is animated too.
     property bool built: false
     readonly property bool entered: shown && built
+    //! Fully shown: the entrance animation has ended.
+    readonly property bool settled: visible && opacity === 1
 
     //! Duration of the entrance animation in ms.
     readonly property int entranceDuration: 250
