@@ -24,6 +24,8 @@ const char *s_sdk = R"(QtObject {
     signal modelsListed(var models)
     signal sessionsListed(var sessions)
     signal error(string error)
+    signal planReceived(var payload)
+    signal planExecuted(var payload)
     function initialize() { calls.push("initialize") }
     function listModels() { calls.push("listModels") }
     function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates") }

@@ -27,6 +27,8 @@ const char *s_sdk = R"(QtObject {
     signal sessionsListed(var sessions)
     signal modelsListed(var models)
     signal error(string error)
+    signal planReceived(var payload)
+    signal planExecuted(var payload)
     function listModels() {}
     function refreshRuntimeHealth() {}
     function refreshRuntimeJobs() {}

@@ -15,6 +15,19 @@ TestCase {
     property FakeSdk sdk
     property PlanController plan
 
+    Component {
+        id: bareClients
+
+        //! Has the signals, but no functions for plans.
+        QtObject {
+            property bool ready: true
+            property bool executorPathEnabled: true
+
+            signal planReceived(var payload)
+            signal planExecuted(var payload)
+            signal error(string error)
+        }
+    }
     Component { id: bars; FakeBar {} }
     Component { id: bridges; FakeBridge {} }
     Component { id: sdks; FakeSdk {} }
@@ -155,7 +168,7 @@ TestCase {
     function test_requestAsChat_data() {
         return [
             { tag: "no client", change: () => { bar.sdk = null; } },
-            { tag: "a client without plans", change: () => { bar.sdk = bridge; } },
+            { tag: "a client without plans", change: () => { bar.sdk = createTemporaryObject(bareClients, test); } },
             { tag: "desktop tools off", change: () => { sdk.executorPathEnabled = false; } },
             { tag: "tools off, not ready", change: () => { sdk.executorPathEnabled = false; sdk.ready = false; } }
         ];
@@ -267,7 +280,7 @@ TestCase {
             { tag: "no steps", change: () => { plan.pendingPlan = {}; } },
             { tag: "empty steps", change: () => { plan.pendingPlan = { "plan": [] }; } },
             { tag: "no client", change: () => { bar.sdk = null; } },
-            { tag: "a client without plans", change: () => { bar.sdk = bridge; } }
+            { tag: "a client without plans", change: () => { bar.sdk = createTemporaryObject(bareClients, test); } }
         ];
     }
     function test_nothingToRun(row) {

@@ -204,8 +204,6 @@ Controller {
 
     Connections {
         target: plan.bar.sdk
-        // A stand-in for the client may lack signals.
-        ignoreUnknownSignals: true
 
         function onReadyChanged() {
             plan.sendHeldRequest();
