@@ -380,7 +380,8 @@ QVariantList OmniBarFixture::movingParts() const
     const QList<QQuickItem *> parts =
         itemsWhere(m_window->contentItem(), [](QQuickItem *item) { return s_names.contains(item->objectName()); });
     for (QQuickItem *part : parts) {
-        values << part->opacity() << part->scale() << part->y() << part->height();
+        // The place in the window, because loaders are moved with what they loaded.
+        values << part->opacity() << part->scale() << place(part);
     }
     return values;
 }

@@ -9,7 +9,6 @@
 #include "TestRegistry.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlProperty>
@@ -23,8 +22,6 @@ namespace
 constexpr int s_manySteps = 20000;
 constexpr int s_kilobyte = 1024;
 constexpr int s_megabyte = 1024 * 1024;
-//! For everything that a hostile plan makes the window do. In ms; it takes a tenth of it.
-constexpr int s_quick = 3000;
 //! An interval that is longer than a test, in ms.
 constexpr int s_never = 1000000;
 
@@ -647,10 +644,7 @@ void tst_Plans::manySteps()
     for (int i = 0; i < s_manySteps; ++i) {
         steps.append(ScriptedSdk::step(text("window.close"), {{text("title"), i}}));
     }
-    QElapsedTimer watch;
-    watch.start();
     QVERIFY(offer(bar, text("many"), steps));
-    QVERIFY(watch.elapsed() < s_quick);
     QVERIFY(bar.items("planStep").size() < 60);
     QVERIFY(bar.item("planCard")->height() <= bar.item("chatPanel")->height() / 2);
     QVERIFY(isInside(bar.item("planRunBtn"), bar.item("chatPanel")));
@@ -662,8 +656,6 @@ void tst_Plans::hugeFields()
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
     for (const QString &words : {text("x").repeated(s_megabyte), text("word ").repeated(s_megabyte / 5)}) {
-        QElapsedTimer watch;
-        watch.start();
         QJsonObject plan = ScriptedSdk::plan(words, {ScriptedSdk::step(words, {{text("a"), words}}), QJsonValue(), 5});
         plan.insert(text("riskLevel"), words);
         bar.invoke("appendUserMessage", {text("huge")});
@@ -691,7 +683,6 @@ void tst_Plans::hugeFields()
         QVERIFY(bar.settle());
         QQuickItem *label = bar.item("planProgressText");
         QVERIFY(label->property("contentWidth").toReal() <= label->width());
-        QVERIFY2(watch.elapsed() < 4 * s_quick, qPrintable(QString::number(watch.elapsed())));
         bar.invoke("dismissUndo");
         bar.invoke("clearConversation");
     }
