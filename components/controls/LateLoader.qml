@@ -3,8 +3,8 @@
 
 import QtQuick 2.15
 
-//! Loads a part of the interface when it is first needed, and keeps it. The file isn't even read before, which saves
-//! time until the first frame.
+//! Loads a part of the interface when it is first needed, and keeps it by default. The file isn't even read before,
+//! which saves time until the first frame.
 Loader {
     property url file
     //! Values of the part's properties: an object, or a function, which becomes a binding. Any other value would be a
@@ -12,10 +12,14 @@ Loader {
     property var properties: ({})
     //! The part is loaded when this first becomes true.
     property bool wanted: false
+    //! Whether the part stays when it is no longer wanted.
+    property bool kept: true
     //! Load asynchronously, before the part is needed. If this turns false while loading, the rest is loaded at once.
     property bool ahead: false
 
     function build() {
+        if (!wanted && !kept)
+            source = "";
         if (!wanted || status === Loader.Ready || status === Loader.Error)
             return;
         // Start again: turning "asynchronous" off while loading would lose the initial values.

@@ -41,6 +41,15 @@ Item {
             compare(loader.item, part);
         }
 
+        function test_mayLetItsPartGo() {
+            const loader = make({ kept: false, wanted: true });
+            verify(loader.item);
+            loader.wanted = false;
+            verify(!loader.item);
+            loader.wanted = true;
+            verify(loader.item);
+        }
+
         function test_objectsAndBindings() {
             const loader = make({
                 properties: { "owner": root, "length": () => root.length, "other": () => root.other },

@@ -58,6 +58,7 @@ FloatingPanel {
                 bar: panel.bar
                 theme: panel.theme
                 tabs: panel.tabs
+                open: panel.shown
                 name: heading.text
             }
         }

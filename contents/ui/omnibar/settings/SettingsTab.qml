@@ -3,7 +3,8 @@
 
 import QtQuick 2.15
 
-//! A tab of the settings sheet. Its page is created when the tab is first entered, and kept.
+//! A tab of the settings sheet. Its page exists while the tab is the current one of an open sheet; what has to outlive
+//! that belongs to a controller.
 QtObject {
     //! Translated; may change at any time.
     property string title

@@ -12,6 +12,8 @@ Column {
     required property var theme
     //! SettingsTab objects. The list never changes, so that buttons and pages keep their state; titles may.
     required property var tabs
+    //! Whether the sheet is open. Without it, no tab has a page.
+    required property bool open
     //! Accessible name of the strip.
     required property string name
 
@@ -67,7 +69,8 @@ Column {
                 visible: tab.current
                 file: tab.file
                 properties: ({ "bar": view.bar, "theme": view.theme, "tab": tab })
-                wanted: tab.current
+                wanted: tab.current && view.open
+                kept: false
             }
         }
     }
