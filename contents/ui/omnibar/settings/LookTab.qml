@@ -5,6 +5,7 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/Geometry.js" as Geometry
+import "common"
 
 //! The tab for theme, opacity and transparency.
 Column {
@@ -17,12 +18,9 @@ Column {
 
     spacing: 12
 
-    PlainText {
+    SettingsHeading {
+        theme: look.theme
         text: look.bar.tr("OmniBar appearance")
-        color: look.theme.uiTextStrong
-        font.pointSize: 11
-        font.bold: true
-        Accessible.role: Accessible.Heading
     }
 
     Item {
@@ -85,15 +83,10 @@ Column {
         }
     }
 
-    PlainSwitch {
+    SettingsSwitch {
         objectName: "transparencySwitch"
 
-        width: parent.width
-        textColor: look.theme.uiTextMed
-        onColor: look.theme.uiAccentBorder
-        offColor: look.theme.uiWellFillHi
-        borderColor: look.theme.uiWellBorder
-        ringColor: look.theme.focusRing
+        theme: look.theme
         label: look.bar.tr("Background transparency")
         checked: look.bar.appearanceStore.translucentBackground
         onToggled: {
@@ -102,12 +95,8 @@ Column {
         }
     }
 
-    PlainText {
-        width: parent.width
+    SettingsCaption {
+        theme: look.theme
         text: look.bar.tr("When off, the bar and chat use a solid background and blur behind the window is turned off.")
-        color: look.theme.uiTextCaption
-        font.pointSize: 9
-        wrapMode: Text.Wrap
-        elide: Text.ElideNone
     }
 }
