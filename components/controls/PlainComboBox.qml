@@ -30,12 +30,12 @@ T.ComboBox {
         color: box.hovered || box.down ? box.hoverColor : box.fillColor
         border.width: 1
         border.color: box.borderColor
+    }
 
-        FocusRing {
-            control: box
-            radius: 8
-            border.color: box.ringColor
-        }
+    FocusRing {
+        control: box
+        radius: 8
+        border.color: box.ringColor
     }
 
     contentItem: PlainText {

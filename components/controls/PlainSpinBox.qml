@@ -20,6 +20,9 @@ T.SpinBox {
 
     implicitWidth: 120
     implicitHeight: 32
+    // Beside the buttons, which would get no click under the text.
+    leftPadding: 32
+    rightPadding: 32
     editable: true
     font.pointSize: 10
     hoverEnabled: true
@@ -31,6 +34,10 @@ T.SpinBox {
     }
 
     background: Rectangle {
+        id: ground
+
+        readonly property bool visualFocus: spinBox.contentItem.activeFocus
+
         radius: 6
         color: spinBox.fillColor
         border.width: 1
@@ -38,18 +45,13 @@ T.SpinBox {
         opacity: spinBox.enabled ? 1 : 0.5
 
         FocusRing {
-            control: spinBox.contentItem
-            anchors.fill: parent
+            control: ground
             radius: 8
             border.color: spinBox.ringColor
         }
     }
 
     contentItem: TextInput {
-        readonly property bool visualFocus: activeFocus
-
-        leftPadding: spinBox.down.indicator.width + 4
-        rightPadding: spinBox.up.indicator.width + 4
         text: spinBox.displayText
         color: spinBox.textColor
         opacity: spinBox.enabled ? 1 : 0.5

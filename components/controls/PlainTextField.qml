@@ -12,8 +12,6 @@ T.TextField {
     required property color borderColor
     required property color ringColor
 
-    readonly property bool visualFocus: activeFocus
-
     implicitWidth: 200
     implicitHeight: 32
     leftPadding: 10
@@ -28,14 +26,20 @@ T.TextField {
     Accessible.description: placeholderText
 
     background: Rectangle {
+        id: ground
+
+        readonly property bool visualFocus: field.activeFocus
+
         radius: 6
         color: field.fillColor
         border.width: 1
         border.color: field.borderColor
 
+        // Inside, because a long text is clipped.
         FocusRing {
-            control: field
-            radius: 8
+            control: ground
+            anchors.margins: 0
+            radius: 6
             border.color: field.ringColor
         }
     }

@@ -178,11 +178,35 @@ Window {
     function speakReply(text) { voicePath.speakReply(text); }
 
     // ---- Models
+    property alias modelsList: models.modelsList
+    property alias freeModelsList: models.freeModelsList
     property alias modelsLoading: models.modelsLoading
     property alias modelsStatusMessage: models.modelsStatusMessage
+    property alias pendingDefaultModelId: models.pendingDefaultModelId
+    property alias modelSearchFilter: models.modelSearchFilter
+    property alias modelsRetryAttempts: models.modelsRetryAttempts
+    property alias settingsModelsListModel: models.settingsModelsListModel
+    property alias freeCheckRunning: freeCheck.freeCheckRunning
+    property alias freeCheckResults: freeCheck.freeCheckResults
+    property alias freeCheckRecommended: freeCheck.freeCheckRecommended
+    property alias freeCheckStatus: freeCheck.freeCheckStatus
+    property alias recommendedModel: freeCheck.recommendedModel
+    property alias tokenProvider: tokens.tokenProvider
+    property alias tokenInput: tokens.tokenInput
+    property alias tokenStatusMessage: tokens.tokenStatusMessage
+    //! The list of models is to be scrolled to this row, or to its start if that is -1.
+    signal modelRowRequested(int row)
 
     function refreshModels() { models.refreshModels(); }
+    function rebuildSettingsModelsListModel() { models.rebuildSettingsModelsListModel(); }
     function syncSettingsCombos() { models.syncSettingsCombos(); }
+    function filterModels(text) { models.filterModels(text); }
+    function selectSettingsModel(model) { models.selectSettingsModel(model); }
+    function applyPendingDefaultModel() { models.applyPendingDefaultModel(); }
+    function checkFreeProviders() { freeCheck.checkFreeProviders(); }
+    function applyRecommendedModel() { freeCheck.applyRecommendedModel(); }
+    function refreshTokenStatus() { tokens.refreshTokenStatus(); }
+    function saveProviderToken() { tokens.saveProviderToken(); }
 
     // ---- Slash commands and attached files
     property alias slashMenuVisible: slashCommands.slashMenuVisible
@@ -204,7 +228,7 @@ Window {
     function openSessions(nameOrId) { sessionPopup.openSessions(nameOrId); }
     function switchToSession(index) { sessionPopup.switchToSession(index); }
     function deleteSession(index) { sessionPopup.deleteSession(index); }
-    function deleteAllSessions() { sessionPopup.deleteAllSessions(); }
+    function deleteListedSessions() { sessionPopup.deleteListedSessions(); }
     function chooseFile() { attachments.chooseFile(); }
     function attachFile(url, check) { attachments.attachFile(url, check); }
     function detachFiles() { attachments.detachFiles(); }
@@ -215,9 +239,22 @@ Window {
     // ---- Sessions
     property alias sessionsList: sessions.sessionsList
     property alias sessionsLoading: sessions.sessionsLoading
+    property alias sessionRows: sessions.sessionRows
+    property alias sessionsStatusMessage: sessions.sessionsStatusMessage
+    property alias renamingSessionId: sessions.renamingSessionId
+    property alias renamingSessionName: sessions.renamingSessionName
+    property alias deletingAllSessions: sessions.deletingAllSessions
+    property alias pendingSessionDeletes: sessions.pendingSessionDeletes
+    property alias sessionDeleteStatusMessage: sessions.sessionDeleteStatusMessage
 
+    function refreshSessionsList() { sessions.refreshSessionsList(); }
+    function sessionCreate() { sessions.sessionCreate(); }
     function sessionSwitchTo(id) { sessions.sessionSwitchTo(id); }
     function sessionDelete(id) { sessions.sessionDelete(id); }
+    function startRenaming(id, name) { sessions.startRenaming(id, name); }
+    function stopRenaming() { sessions.stopRenaming(); }
+    function saveSessionName() { sessions.saveSessionName(); }
+    function deleteAllSessions() { sessions.deleteAllSessions(); }
 
     // ---- Workspace
     property alias wiNotifyBarLine: workspace.wiNotifyBarLine
@@ -274,7 +311,9 @@ Window {
     SuggestionsController { id: suggestions; bar: omniBar }
     PlanController { id: plan; bar: omniBar }
     VoiceController { id: voicePath; bar: omniBar }
-    ModelsController { id: models; bar: omniBar }
+    ModelsController { id: models; bar: omniBar; onRowRequested: omniBar.modelRowRequested(row) }
+    FreeCheckController { id: freeCheck; bar: omniBar }
+    TokenController { id: tokens; bar: omniBar }
     SlashCommandController { id: slashCommands; bar: omniBar }
     SessionsController { id: sessions; bar: omniBar }
     SessionPopupController { id: sessionPopup; bar: omniBar }

@@ -18,7 +18,13 @@ FloatingPanel {
     property Item chatPanelItem: null
 
     readonly property list<SettingsTab> tabs: [
-        SettingsTab { title: panel.bar.tr("Look"); file: Qt.resolvedUrl("settings/LookTab.qml") }
+        SettingsTab { title: panel.bar.tr("Look"); file: Qt.resolvedUrl("settings/LookTab.qml") },
+        SettingsTab { title: panel.bar.tr("Models"); file: Qt.resolvedUrl("settings/ModelsTab.qml") },
+        SettingsTab {
+            title: panel.bar.tr("Sessions")
+            file: Qt.resolvedUrl("settings/SessionsTab.qml")
+            onEntered: panel.bar.refreshSessionsList()
+        }
     ]
     readonly property real contentLimit: Math.round(bar.screenHeight * 0.78)
 

@@ -247,7 +247,7 @@ TestCase {
 
     function test_deleteAll() {
         openWith([garden, kitchen]);
-        popup.deleteAllSessions();
+        popup.deleteListedSessions();
         compare(bar.takeCalls(), ["sessionDelete(a)", "sessionDelete(b)", "appendSystemMessage(<Deleted all 2 session(s).>)"]);
         compare(names(), []);
         compare(popup.slashSessionPopupVisible, false);

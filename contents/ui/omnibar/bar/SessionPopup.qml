@@ -71,7 +71,7 @@ Rectangle {
             width: deleteAllText.implicitWidth + 24
             height: 28
             label: popup.bar.tr("Delete All")
-            onClicked: popup.bar.deleteAllSessions()
+            onClicked: popup.bar.deleteListedSessions()
 
             background: Rectangle {
                 radius: 8

@@ -3,14 +3,34 @@
 
 import QtQuick 2.15
 
+import "../logic/ListSync.js" as ListSync
+import "../logic/Models.js" as Models
 import "../logic/Native.js" as Native
 
-//! The list of models for the settings sheet.
+//! The models of the bridge, and the choice of the default one.
 Controller {
     id: models
 
+    //! Rows with id, name, fullId and free, in the bridge's order.
+    property var modelsList: []
+    property var freeModelsList: []
     property bool modelsLoading: false
     property string modelsStatusMessage: ""
+    //! The chosen model; "" if there is none yet.
+    property string pendingDefaultModelId: ""
+    property string modelSearchFilter: ""
+    //! While the server is still starting, its list is empty.
+    property int modelsRetryAttempts: 0
+    readonly property int maxRetries: 2
+    //! The rows of the sheet's list, with the roles mid, mfullId, mname, mfree.
+    readonly property ListModel settingsModelsListModel: ListModel {
+        objectName: "settingsModelsListModel"
+    }
+    //! What the list model has now.
+    property var listedRows: []
+
+    //! The list is to be scrolled to this row, or to its start if that is -1.
+    signal rowRequested(int row)
 
     function refreshModels() {
         if (!bar.sdk)
@@ -26,22 +46,76 @@ Controller {
         Native.call(bar.sdk, "listModels");
     }
 
-    //! Selects the current model in the list of the settings sheet. The sheet has no such list yet.
+    function take(list) {
+        modelsLoading = false;
+        modelsList = Models.rows(list);
+        freeModelsList = modelsList.filter(model => model.free);
+        if (bar.currentModelId === "" && modelsList.length > 0)
+            useModel((bar.bridge && bar.bridge.currentModel) || Models.chosenId(modelsList[0]));
+        if (pendingDefaultModelId === "")
+            pendingDefaultModelId = bar.currentModelId;
+        rebuildSettingsModelsListModel();
+        Qt.callLater(bar.syncSettingsCombos);
+        if (modelsList.length === 0)
+            retry();
+    }
+
+    function retry() {
+        if (bar.sdk.ready && modelsRetryAttempts < maxRetries) {
+            ++modelsRetryAttempts;
+            refreshModels();
+        } else {
+            modelsStatusMessage = bar.tr("No models found for current provider.");
+        }
+    }
+
+    function rebuildSettingsModelsListModel() {
+        const rows = Models.matching(modelsList, modelSearchFilter);
+        ListSync.update(settingsModelsListModel, listedRows, rows, "mfullId");
+        listedRows = rows;
+    }
+
+    //! Scrolls the list of the sheet to the current model.
     function syncSettingsCombos() {
-        if (!bar.sdk)
-            return;
+        const row = listedRows.findIndex(candidate => candidate.mfullId === bar.currentModelId);
+        if (row >= 0)
+            rowRequested(row);
+    }
+
+    function filterModels(text) {
+        modelSearchFilter = text;
+        rebuildSettingsModelsListModel();
+        rowRequested(-1);
+    }
+
+    //! @param model a row of modelsList
+    function selectSettingsModel(model) {
+        pendingDefaultModelId = Models.chosenId(model);
+        applyPendingDefaultModel();
+    }
+
+    function applyPendingDefaultModel() {
+        if (pendingDefaultModelId !== "")
+            useModel(pendingDefaultModelId);
+    }
+
+    function useModel(id) {
+        bar.currentModelId = id;
+        if (bar.bridge)
+            bar.bridge.currentModel = id;
+        if (bar.sdk)
+            bar.sdk.currentModel = id;
     }
 
     Connections {
         target: models.bar.sdk
 
         function onReadyChanged() {
+            models.modelsRetryAttempts = 0;
             models.refreshModels();
         }
         function onModelsListed(list) {
-            models.modelsLoading = false;
-            if (list.length === 0)
-                models.modelsStatusMessage = models.bar.tr("No models found for current provider.");
+            models.take(list);
         }
         function onError(error) {
             if (!models.modelsLoading)

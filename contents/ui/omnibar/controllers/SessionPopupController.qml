@@ -71,7 +71,7 @@ Controller {
     }
 
     //! Intentional: without confirmation.
-    function deleteAllSessions() {
+    function deleteListedSessions() {
         const count = sessionPopupModel.count;
         for (let i = 0; i < count; ++i)
             bar.sessionDelete(sessionPopupModel.get(i).sid);

@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
-//! A framed list that creates only the rows in view. Its height limits follow those of its contents, so give it one.
+//! A framed list with rows of one height, which creates only those in view.
 Rectangle {
     id: frame
 
@@ -13,15 +13,24 @@ Rectangle {
     //! Accessible name.
     required property string name
     required property string scrollBarName
+    //! Number of rows. The view's own count changes within its layout.
+    required property int count
+    required property int rowHeight
+    property int rowSpacing: 2
+    property int minimumHeight: 0
+    required property int maximumHeight
     property alias model: list.model
     property alias delegate: list.delegate
     property alias view: list
     property alias currentIndex: list.currentIndex
 
+    readonly property int fullHeight: count * (rowHeight + rowSpacing) + 4
+    readonly property bool scrolls: fullHeight > height
     //! Width of the rows, beside the scroll bar if there is one.
-    readonly property real rowWidth: list.width - (list.interactive ? scrollBar.width + 4 : 0)
+    readonly property real rowWidth: list.width - (scrolls ? scrollBar.width + 4 : 0)
 
     width: parent.width
+    height: Math.min(maximumHeight, Math.max(minimumHeight, fullHeight))
     radius: 8
     color: theme.uiWellFill
     border.width: 1
@@ -34,7 +43,8 @@ Rectangle {
         anchors.margins: 2
         clip: true
         boundsBehavior: Flickable.StopAtBounds
-        interactive: contentHeight > height
+        spacing: frame.rowSpacing
+        interactive: frame.scrolls
         keyNavigationEnabled: true
         highlightMoveDuration: 0
         Accessible.role: Accessible.List
@@ -43,7 +53,7 @@ Rectangle {
         T.ScrollBar.vertical: PlainScrollBar {
             id: scrollBar
 
-            visible: list.interactive
+            visible: frame.scrolls
             thumbColor: frame.theme.uiScrollThumb
             Accessible.name: frame.scrollBarName
         }

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
+
+import "common"
+
+//! The list of sessions.
+SettingsList {
+    id: list
+    objectName: "sessionManagerList"
+
+    required property var bar
+    //! Id of the current session, "" for none.
+    required property string activeId
+
+    count: bar.sessionRows.count
+    rowHeight: 48
+    minimumHeight: 48
+    maximumHeight: 320
+    name: bar.tr("Sessions")
+    scrollBarName: bar.tr("Scroll sessions")
+    model: bar.sessionRows
+
+    delegate: SessionRow {
+        width: list.rowWidth
+        height: list.rowHeight
+        bar: list.bar
+        theme: list.theme
+        activeId: list.activeId
+    }
+
+    PlainText {
+        objectName: "noSessions"
+
+        anchors.fill: parent
+        anchors.margins: 10
+        visible: list.count === 0
+        text: list.bar.tr("No sessions. Tap Refresh to load or New session to start.")
+        color: list.theme.uiTextCaption
+        font.pointSize: 9
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        wrapMode: Text.Wrap
+    }
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
+
+import "../logic/LiteralText.js" as LiteralText
+import "common"
+
+//! A row of the list of sessions: its name, or a field to change it, and what can be done with it.
+FocusScope {
+    id: row
+    objectName: "managedSession"
+
+    required property var bar
+    required property var theme
+    //! Id of the current session, "" for none.
+    required property string activeId
+    required property int index
+    required property string sid
+    required property string sname
+
+    readonly property bool active: sid === activeId
+    readonly property bool renaming: sid === bar.renamingSessionId
+    readonly property string shownName: LiteralText.oneLine(sname)
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: shownName
+    Accessible.description: active ? activeBadge.text : ""
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 6
+        color: row.active ? row.theme.uiAccentDim : "transparent"
+        border.width: row.active ? 1 : 0
+        border.color: row.theme.uiAccentBorder
+    }
+
+    Column {
+        anchors.left: parent.left
+        anchors.leftMargin: 10
+        anchors.right: buttons.left
+        anchors.rightMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        Row {
+            width: parent.width
+            visible: !row.renaming
+            spacing: 8
+
+            PlainText {
+                id: nameText
+                objectName: "sessionName"
+
+                width: Math.min(implicitWidth, parent.width - (row.active ? activeBadge.width + parent.spacing : 0))
+                text: row.shownName
+                color: row.theme.uiTextStrong
+                font.pointSize: 10
+                horizontalAlignment: Text.AlignLeft
+                Accessible.ignored: true
+
+                HoverHandler {
+                    id: nameHover
+                }
+
+                HoverTip {
+                    readonly property bool hovered: nameHover.hovered
+
+                    control: nameText
+                    text: row.shownName
+                    enabledHere: nameText.truncated
+                }
+            }
+
+            SettingsBadge {
+                id: activeBadge
+                objectName: "activeBadge"
+
+                visible: row.active
+                text: row.bar.tr("active")
+                textColor: row.theme.focusRing
+            }
+        }
+
+        LateLoader {
+            width: parent.width
+            visible: row.renaming
+            file: Qt.resolvedUrl("SessionNameField.qml")
+            properties: ({ "bar": row.bar, "theme": row.theme })
+            wanted: row.renaming
+            kept: false
+        }
+
+        PlainText {
+            objectName: "sessionId"
+
+            width: parent.width
+            text: LiteralText.oneLine(row.sid)
+            color: row.theme.uiTextCaption
+            font.family: "monospace"
+            font.pointSize: 7
+            horizontalAlignment: Text.AlignLeft
+            Accessible.ignored: true
+        }
+    }
+
+    Row {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 6
+
+        SettingsButton {
+            objectName: "switchSessionBtn"
+
+            theme: row.theme
+            visible: !row.active
+            label: row.bar.tr("Switch")
+            Accessible.description: row.shownName
+            onClicked: row.bar.sessionSwitchTo(row.sid)
+        }
+
+        SettingsButton {
+            objectName: "renameSessionBtn"
+
+            theme: row.theme
+            visible: !row.renaming
+            label: row.bar.tr("Rename")
+            Accessible.description: row.shownName
+            onClicked: row.bar.startRenaming(row.sid, row.sname)
+        }
+
+        SettingsButton {
+            objectName: "saveSessionNameBtn"
+
+            theme: row.theme
+            visible: row.renaming
+            label: row.bar.tr("Save")
+            Accessible.description: row.shownName
+            onClicked: row.bar.saveSessionName()
+        }
+
+        SettingsButton {
+            objectName: "removeSessionBtn"
+
+            theme: row.theme
+            fill: row.theme.dangerFill
+            hoverFill: row.theme.dangerHover
+            borderColor: "transparent"
+            textColor: row.theme.dangerText
+            label: row.bar.tr("Delete")
+            Accessible.description: row.shownName
+            onClicked: row.bar.sessionDelete(row.sid)
+        }
+    }
+}
