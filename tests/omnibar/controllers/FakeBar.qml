@@ -101,6 +101,7 @@ CallRecorder {
     function raise() { note("raise", []); }
     function requestActivate() { note("requestActivate", []); }
     function focusBubble() { note("focusBubble", []); }
+    function selectSettingsModel(model) { note("selectSettingsModel", [model.fullId]); }
     function refreshModels() { note("refreshModels", []); }
     function syncSettingsCombos() { note("syncSettingsCombos", []); }
     function refreshRuntimePanels() { note("refreshRuntimePanels", []); }

@@ -7,14 +7,29 @@ import QtQuick 2.15
 CallRecorder {
     property bool ready: true
     property bool executorPathEnabled: true
+    property string currentModel: ""
 
     signal planReceived(var payload)
     signal planExecuted(var payload)
     signal error(string error)
     signal modelsListed(var models)
+    signal freeProvidersChecked(var result)
     signal sessionsListed(var sessions)
+    signal sessionCreated(string sessionId)
+    signal sessionSwitched(string sessionId)
+    signal sessionRenamed(string sessionId, string newName)
+    signal sessionDeleted(string sessionId)
 
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
     function auditRevert(actionId) { note("auditRevert", [actionId]); }
+    function listModels() { note("listModels", []); }
+    function checkFreeProviders() { note("checkFreeProviders", []); }
+    function getTokenStatus(provider) { note("getTokenStatus", [provider]); }
+    function setProviderToken(provider, token) { note("setProviderToken", [provider, token]); }
+    function listSessions() { note("listSessions", []); }
+    function createSession() { note("createSession", []); }
+    function switchSession(sessionId) { note("switchSession", [sessionId]); }
+    function renameSession(sessionId, newName) { note("renameSession", [sessionId, newName]); }
+    function deleteSession(sessionId) { note("deleteSession", [sessionId]); }
 }

@@ -14,7 +14,6 @@ TestCase {
     property FakeBar bar
 
     Component { id: bars; FakeBar {} }
-    Component { id: modelsControllers; ModelsController {} }
     Component { id: workspaceControllers; WorkspaceController {} }
 
     Component {
@@ -26,10 +25,6 @@ TestCase {
             property bool aiRuntimeAvailable: true
             property var calls: []
 
-            signal modelsListed(var models)
-            signal error(string error)
-
-            function listModels() { calls.push("listModels"); }
             function refreshWorkspaceTemplates() { calls.push("refreshWorkspaceTemplates"); }
             function refreshWorkspaceIntelPanel() { calls.push("refreshWorkspaceIntelPanel"); }
             function refreshAiRuntimePanel() { calls.push("refreshAiRuntimePanel"); }
@@ -61,67 +56,6 @@ TestCase {
     function withClient(values) {
         bar.sdk = createTemporaryObject(clients, test, values);
         return bar.sdk;
-    }
-
-    // ---- Models
-
-    function test_modelsWithoutAClient() {
-        const models = make(modelsControllers);
-        models.refreshModels();
-        models.syncSettingsCombos();
-        compare([models.modelsLoading, models.modelsStatusMessage], [false, ""]);
-    }
-
-    function test_modelsBeforeTheClientIsReady() {
-        const client = withClient({ "ready": false });
-        const models = make(modelsControllers);
-        models.refreshModels();
-        compare([models.modelsLoading, models.modelsStatusMessage], [false, "<SDK is connecting...>"]);
-        compare(client.calls, []);
-    }
-
-    function test_modelsAreRequested() {
-        const client = withClient({});
-        const models = make(modelsControllers);
-        models.modelsStatusMessage = "old";
-        models.refreshModels();
-        compare([models.modelsLoading, models.modelsStatusMessage], [true, ""]);
-        compare(client.calls, ["listModels"]);
-    }
-
-    function test_modelsAreLoaded_data() {
-        return [
-            { tag: "list", end: client => client.modelsListed([{ "id": "a" }]), message: "" },
-            { tag: "empty list", end: client => client.modelsListed([]), message: "<No models found for current provider.>" },
-            { tag: "error", end: client => client.error("no server"), message: "no server" },
-            { tag: "error without a text", end: client => client.error(""), message: "<Request failed>" }
-        ];
-    }
-    function test_modelsAreLoaded(data) {
-        const client = withClient({});
-        const models = make(modelsControllers);
-        models.refreshModels();
-        data.end(client);
-        compare([models.modelsLoading, models.modelsStatusMessage], [false, data.message]);
-    }
-
-    function test_errorOfAnotherRequestIsNotTheirs() {
-        const client = withClient({});
-        const models = make(modelsControllers);
-        client.error("another");
-        compare(models.modelsStatusMessage, "");
-    }
-
-    function test_lostConnectionEndsLoading() {
-        const client = withClient({});
-        const models = make(modelsControllers);
-        models.refreshModels();
-        client.ready = false;
-        compare([models.modelsLoading, models.modelsStatusMessage], [false, "<SDK is connecting...>"]);
-        client.calls = [];
-        client.ready = true;
-        compare([models.modelsLoading, models.modelsStatusMessage], [true, ""]);
-        compare(client.calls, ["listModels"]);
     }
 
     // ---- Workspace
