@@ -162,7 +162,10 @@ void OmniBarFixture::provide(const QString &name, const QVariant &value)
 QObject *OmniBarFixture::fake(const QString &qml)
 {
     QQmlComponent component(m_engine.get());
-    component.setData("import QtQuick 2.15\nimport QtQuick.Controls 2.15\n" + qml.toUtf8(), QUrl());
+    // Beside the fakes that the tests of the controllers use.
+    component.setData("import QtQuick 2.15\nimport QtQuick.Controls 2.15\n" + qml.toUtf8(),
+                      QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
+                                          + QStringLiteral("/tests/omnibar/controllers/inline.qml")));
     QObject *object = component.create();
     if (!object) {
         failTest(component.errorString(), __LINE__);

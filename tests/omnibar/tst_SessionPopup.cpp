@@ -16,30 +16,11 @@
 namespace
 {
 
-//! A stand-in for the bridge client, with sessions and a record of its calls.
-const char *s_sdk = R"(QtObject {
-    property bool ready: true
-    property bool workspaceIntelAvailable: false
-    property bool aiRuntimeAvailable: false
-    property string currentSessionId: ""
-    property var calls: []
+//! A stand-in for the bridge client with sessions, which it lists at once.
+const char *s_sdk = R"(FakeSdk {
     property var sessions: []
-    signal sessionsListed(var sessions)
-    signal modelsListed(var models)
-    signal error(string error)
-    signal planReceived(var payload)
-    signal planExecuted(var payload)
     function listModels() {}
-    function refreshRuntimeHealth() {}
-    function refreshRuntimeJobs() {}
-    function refreshPowerProfile() {}
-    function reminderList() {}
-    function note(call) { calls = calls.concat(call) }
-    function listSessions() { note("listSessions"); sessionsListed(sessions) }
-    function createSession() { note("createSession") }
-    function switchSession(id) { note("switchSession " + id) }
-    function deleteSession(id) { note("deleteSession " + id) }
-    function loadMessages(id) { note("loadMessages " + id) }
+    function listSessions() { note("listSessions", []); sessionsListed(sessions) }
 })";
 
 QVariantMap session(const QString &id, const QString &name)
@@ -104,7 +85,7 @@ void tst_SessionPopup::openWith(Conversation &bar, const QVariantList &sessions)
     m_sdk->setProperty("sessions", sessions);
     bar.type("/session");
     bar.key(Qt::Key_Return);
-    QCOMPARE(takeCalls(), QStringList {text("listSessions")});
+    QCOMPARE(takeCalls(), QStringList {text("listSessions()")});
     QCOMPARE(isOpen(bar), !sessions.isEmpty());
     QVERIFY(bar.settle());
 }
@@ -185,7 +166,8 @@ void tst_SessionPopup::manySessionsScroll()
     QVERIFY(bar.place(list).contains(bar.place(rowAt(bar, 15))));
     bar.screenshot("sessions-20-focus");
     bar.key(Qt::Key_Return);
-    QCOMPARE(takeCalls(), QStringList({text("switchSession ses_000000000016"), text("loadMessages ses_000000000016")}));
+    QCOMPARE(takeCalls(),
+             QStringList({text("switchSession(ses_000000000016)"), text("loadMessages(ses_000000000016)")}));
 }
 
 void tst_SessionPopup::hostileNames()
@@ -224,7 +206,8 @@ void tst_SessionPopup::rowSwitches()
     openWith(bar, numberedSessions(3));
     press(bar, rowAt(bar, 1), by);
     QVERIFY(!isOpen(bar));
-    QCOMPARE(takeCalls(), QStringList({text("switchSession ses_000000000002"), text("loadMessages ses_000000000002")}));
+    QCOMPARE(takeCalls(),
+             QStringList({text("switchSession(ses_000000000002)"), text("loadMessages(ses_000000000002)")}));
     QCOMPARE(bar.rows(), QStringList {text("system: Switched to **Session 2**")});
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
 }
@@ -242,7 +225,7 @@ void tst_SessionPopup::buttonDeletes()
     openWith(bar, numberedSessions(2));
     press(bar, bar.itemIn(rowAt(bar, 1), text("deleteSessionBtn")), by);
     QVERIFY(isOpen(bar));
-    QCOMPARE(takeCalls(), QStringList {text("deleteSession ses_000000000002")});
+    QCOMPARE(takeCalls(), QStringList {text("deleteSession(ses_000000000002)")});
     QCOMPARE(bar.rows(), QStringList {text("system: Deleted session **Session 2**.")});
     QVERIFY(bar.settle());
     QVERIFY(Conversation::textsIn(bar.item("sessionPopup")).contains(text("Sessions (1)")));
@@ -279,7 +262,7 @@ void tst_SessionPopup::deletesAll()
     press(bar, bar.item("deleteAllSessionsBtn"), by);
     QVERIFY(!isOpen(bar));
     QCOMPARE(takeCalls(),
-             QStringList({text("deleteSession ses_000000000001"), text("deleteSession ses_000000000002")}));
+             QStringList({text("deleteSession(ses_000000000001)"), text("deleteSession(ses_000000000002)")}));
     QCOMPARE(bar.rows(), QStringList {text("system: Deleted all 2 session(s).")});
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
 }

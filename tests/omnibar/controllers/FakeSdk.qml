@@ -7,7 +7,10 @@ import QtQuick 2.15
 CallRecorder {
     property bool ready: true
     property bool executorPathEnabled: true
+    property bool workspaceIntelAvailable: false
+    property bool aiRuntimeAvailable: false
     property string currentModel: ""
+    property string currentSessionId: ""
 
     signal planReceived(var payload)
     signal planExecuted(var payload)
@@ -32,4 +35,12 @@ CallRecorder {
     function switchSession(sessionId) { note("switchSession", [sessionId]); }
     function renameSession(sessionId, newName) { note("renameSession", [sessionId, newName]); }
     function deleteSession(sessionId) { note("deleteSession", [sessionId]); }
+    function loadMessages(sessionId) { note("loadMessages", [sessionId]); }
+    function refreshWorkspaceTemplates() { note("refreshWorkspaceTemplates", []); }
+    function refreshWorkspaceIntelPanel() { note("refreshWorkspaceIntelPanel", []); }
+    function refreshAiRuntimePanel() { note("refreshAiRuntimePanel", []); }
+    function refreshRuntimeHealth() { note("refreshRuntimeHealth", []); }
+    function refreshRuntimeJobs() { note("refreshRuntimeJobs", []); }
+    function refreshPowerProfile() { note("refreshPowerProfile", []); }
+    function reminderList() { note("reminderList", []); }
 }

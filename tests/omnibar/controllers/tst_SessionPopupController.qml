@@ -27,21 +27,14 @@ TestCase {
     Component {
         id: clients
 
-        CallRecorder {
-            property bool ready: true
+        FakeSdk {
             property bool refuses: false
-
-            signal sessionsListed(var sessions)
-            signal error(string error)
 
             function listSessions() {
                 note("listSessions", []);
                 if (refuses)
                     error("SDK not ready.");
             }
-            function switchSession(id) { note("switchSession", [id]); }
-            function deleteSession(id) { note("deleteSession", [id]); }
-            function loadMessages(id) { note("loadMessages", [id]); }
         }
     }
 

@@ -54,7 +54,6 @@ Controller {
             useModel((bar.bridge && bar.bridge.currentModel) || Models.chosenId(modelsList[0]));
         if (pendingDefaultModelId === "")
             pendingDefaultModelId = bar.currentModelId;
-        rebuildSettingsModelsListModel();
         Qt.callLater(bar.syncSettingsCombos);
         if (modelsList.length === 0)
             retry();
@@ -84,7 +83,6 @@ Controller {
 
     function filterModels(text) {
         modelSearchFilter = text;
-        rebuildSettingsModelsListModel();
         rowRequested(-1);
     }
 
@@ -106,6 +104,9 @@ Controller {
         if (bar.sdk)
             bar.sdk.currentModel = id;
     }
+
+    onModelsListChanged: rebuildSettingsModelsListModel()
+    onModelSearchFilterChanged: rebuildSettingsModelsListModel()
 
     Connections {
         target: models.bar.sdk
