@@ -76,6 +76,7 @@ QtObject {
     readonly property color progressFill: pick("#4ade80", "#16a34a")
     readonly property color runOutline: pick("transparent", Qt.rgba(0.35, 0.05, 0.65, 0.75))
     readonly property color chosenRow: pick(Qt.rgba(0.60, 0.20, 0.98, 0.38), Qt.rgba(0.60, 0.20, 0.98, 0.22))
+    readonly property color accentText: pick("#d8b4fe", "#5b21b6")
     readonly property color positiveFill: "#15803d"
     readonly property color positiveHover: "#166534"
     readonly property color positiveText: pick("#4ade80", "#15803d")

@@ -5,6 +5,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
+import "../common"
 import "../logic/PlanText.js" as PlanText
 
 //! A plan that waits for approval, with its steps. All of its text is untrusted. The steps scroll if there are more than

@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 
+import "../common"
 import "../logic/PlanText.js" as PlanText
 
 //! The progress of a running plan, then its result for a moment.

@@ -139,7 +139,7 @@ Column {
 
                         visible: row.isDefault
                         text: list.bar.tr("default")
-                        textColor: list.theme.focusRing
+                        textColor: list.theme.accentText
                     }
                 }
             }

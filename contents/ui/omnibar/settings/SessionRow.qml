@@ -5,6 +5,7 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/LiteralText.js" as LiteralText
+import "../common"
 import "common"
 
 //! A row of the list of sessions: its name, or a field to change it, and what can be done with it.
@@ -49,28 +50,16 @@ FocusScope {
             visible: !row.renaming
             spacing: 8
 
-            PlainText {
+            ShortText {
                 id: nameText
                 objectName: "sessionName"
 
                 width: Math.min(implicitWidth, parent.width - (row.active ? activeBadge.width + parent.spacing : 0))
                 text: row.shownName
+                whole: row.sname
                 color: row.theme.uiTextStrong
                 font.pointSize: 10
-                horizontalAlignment: Text.AlignLeft
                 Accessible.ignored: true
-
-                HoverHandler {
-                    id: nameHover
-                }
-
-                HoverTip {
-                    readonly property bool hovered: nameHover.hovered
-
-                    control: nameText
-                    text: row.shownName
-                    enabledHere: nameText.truncated
-                }
             }
 
             SettingsBadge {
@@ -79,7 +68,7 @@ FocusScope {
 
                 visible: row.active
                 text: row.bar.tr("active")
-                textColor: row.theme.focusRing
+                textColor: row.theme.accentText
             }
         }
 
