@@ -36,6 +36,8 @@ const struct
     {"QQuickSwitch", {QAccessible::CheckBox}},
     {"QQuickAbstractButton", {QAccessible::Button, QAccessible::RadioButton}},
     {"QQuickTextField", {QAccessible::EditableText}},
+    {"QQuickComboBox", {QAccessible::ComboBox}},
+    {"QQuickSpinBox", {QAccessible::SpinBox}},
     {"QQuickSlider", {QAccessible::Slider}},
     {"QQuickScrollBar", {QAccessible::ScrollBar}},
     {"QQuickTabBar", {QAccessible::PageTabList}},
@@ -45,7 +47,8 @@ const struct
 bool isRow(const QQuickItem *item)
 {
     static const QStringList s_rows = {QStringLiteral("messageRow"), QStringLiteral("sessionRow"),
-                                       QStringLiteral("planStep")};
+                                       QStringLiteral("planStep"), QStringLiteral("modelRow"),
+                                       QStringLiteral("freeCheckRow")};
     return s_rows.contains(item->objectName());
 }
 
@@ -54,8 +57,8 @@ QList<QAccessible::Role> rolesOf(QQuickItem *item)
     if (item->objectName() == QLatin1String("messageList") || item->objectName() == QLatin1String("sessionList")) {
         return {QAccessible::List};
     }
-    // The rows of sessions are buttons.
-    if (isRow(item) && item->objectName() != QLatin1String("sessionRow")) {
+    // The others are buttons.
+    if (isRow(item) && !item->inherits("QQuickAbstractButton")) {
         return {QAccessible::ListItem};
     }
     if (item->objectName() == QLatin1String("usageRing")) {
@@ -307,8 +310,48 @@ bool plan(Conversation &bar)
 
 bool settings(Conversation &bar)
 {
+    // The bar's buttons may still be moving.
+    if (!bar.settle()) {
+        return false;
+    }
     bar.click(QStringLiteral("settingsBtn"));
-    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("lookTab"))); }, Timeouts::Default);
+    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("settingsPanel"))); }, Timeouts::Default);
+}
+
+//! A tab of the sheet by its title.
+bool openTab(Conversation &bar, const QString &title, const QString &page)
+{
+    if (!settings(bar)) {
+        return false;
+    }
+    QQuickItem *strip = bar.item(QStringLiteral("settingsTabs"));
+    const auto tabs = bar.itemsWhere(strip, [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
+    for (int i = 0; i < tabs.size(); ++i) {
+        if (tabs.at(i)->property("label").toString() == title) {
+            strip->setProperty("currentIndex", i);
+        }
+    }
+    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(page)); }, Timeouts::Default);
+}
+
+bool modelsTab(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("sdk.modelsListed([1, 2, 3].map(n => ({ fullId: 'demo/model-' + n })))"));
+    bar.evaluate(
+        QStringLiteral("sdk.freeProvidersChecked({ results: [{ model: 'demo/model-1' }, { model: 'demo/model-2' }],"
+                       " recommended: { model: 'demo/model-1', ok: true } })"));
+    return openTab(bar, QStringLiteral("Models"), QStringLiteral("modelsTab"))
+        && QTest::qWaitFor([&] { return bar.items(QStringLiteral("modelRow")).size() == 3; }, Timeouts::Default);
+}
+
+bool sessionsTab(Conversation &bar)
+{
+    if (!openTab(bar, QStringLiteral("Sessions"), QStringLiteral("sessionsTab"))) {
+        return false;
+    }
+    bar.evaluate(QStringLiteral("sdk.sessionsListed([1, 2, 3].map(n => ({ id: 'ses_' + n, name: 'Session ' + n })))"));
+    bar.invoke("startRenaming", {QStringLiteral("ses_2"), QStringLiteral("Session 2")});
+    return QTest::qWaitFor([&] { return bar.items(QStringLiteral("managedSession")).size() == 3; }, Timeouts::Default);
 }
 
 bool attaching(Conversation &bar)
@@ -379,6 +422,8 @@ void addScenes()
     QTest::newRow("widgets") << Scene(widgets);
     QTest::newRow("plan") << Scene(plan);
     QTest::newRow("settings") << Scene(settings);
+    QTest::newRow("models") << Scene(modelsTab);
+    QTest::newRow("managed sessions") << Scene(sessionsTab);
     QTest::newRow("attached files") << Scene(attaching);
     QTest::newRow("sessions") << Scene(sessions);
     QTest::newRow("compact") << Scene(compact);

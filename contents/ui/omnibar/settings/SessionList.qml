@@ -22,6 +22,9 @@ SettingsList {
     name: bar.tr("Sessions")
     scrollBarName: bar.tr("Scroll sessions")
     model: bar.sessionRows
+    // A row itself takes no focus, only its buttons do: a current row would take it from them when rows are removed.
+    view.keyNavigationEnabled: false
+    currentIndex: -1
 
     delegate: SessionRow {
         width: list.rowWidth

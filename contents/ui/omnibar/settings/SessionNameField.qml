@@ -6,7 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "common"
 
-//! The field for a session's new name. It takes the focus when it appears.
+//! The field for a session's new name.
 SettingsTextField {
     id: field
     objectName: "sessionNameField"
@@ -20,7 +20,6 @@ SettingsTextField {
     Keys.onEscapePressed: bar.stopRenaming()
     Component.onCompleted: {
         text = bar.renamingSessionName;
-        forceActiveFocus(Qt.TabFocusReason);
         selectAll();
     }
 }

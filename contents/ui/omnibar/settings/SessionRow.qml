@@ -9,7 +9,7 @@ import "../common"
 import "common"
 
 //! A row of the list of sessions: its name, or a field to change it, and what can be done with it.
-FocusScope {
+Item {
     id: row
     objectName: "managedSession"
 
@@ -27,7 +27,7 @@ FocusScope {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: shownName
-    Accessible.description: active ? activeBadge.text : ""
+    Accessible.description: [active ? activeBadge.text : "", idText.text].filter(text => text !== "").join(", ")
 
     Rectangle {
         anchors.fill: parent
@@ -73,6 +73,8 @@ FocusScope {
         }
 
         LateLoader {
+            id: nameField
+
             width: parent.width
             visible: row.renaming
             file: Qt.resolvedUrl("SessionNameField.qml")
@@ -82,6 +84,7 @@ FocusScope {
         }
 
         PlainText {
+            id: idText
             objectName: "sessionId"
 
             width: parent.width
@@ -119,7 +122,10 @@ FocusScope {
             visible: !row.renaming
             label: row.bar.tr("Rename")
             Accessible.description: row.shownName
-            onClicked: row.bar.startRenaming(row.sid, row.sname)
+            onClicked: {
+                row.bar.startRenaming(row.sid, row.sname);
+                nameField.item.forceActiveFocus(Qt.TabFocusReason);
+            }
         }
 
         SettingsButton {
