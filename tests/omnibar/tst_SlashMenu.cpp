@@ -302,6 +302,11 @@ void tst_SlashMenu::restingPointerDoesNotMoveTheRow()
     bar.type("/");
     QVERIFY(bar.settle());
     QTRY_COMPARE(menuOf(bar), text("[/help] /new /clear /session /attach /detach /about"));
+    // Other rows, of which the last one is created below the pointer.
+    bar.type("a");
+    QVERIFY(bar.settle());
+    QVERIFY(bar.place(menuRow(bar, QStringLiteral("/about"))).contains(place));
+    QCOMPARE(menuOf(bar), text("[/attach] /about"));
 }
 
 void tst_SlashMenu::clickBesideTheRowsDoesNothing()
