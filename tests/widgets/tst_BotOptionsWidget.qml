@@ -178,6 +178,8 @@ Item {
         function test_accessible() {
             const widget = withPayload(windows, { "savedState": { "selectedIndex": 1 } });
             compare(widget.Accessible.name, "Which window?");
+            compare(make().Accessible.name, "Choices");
+            verify(chips(widget).every(chip => chip.Accessible.checkable));
             compare(chips(widget).map(chip => [chip.Accessible.role, chip.Accessible.name, chip.Accessible.checked]).slice(0, 2),
                     [[Accessible.RadioButton, "Editor", false], [Accessible.RadioButton, "Terminal", true]]);
         }

@@ -150,6 +150,8 @@ TestCase {
         ];
     }
     function test_noSessions(row) {
+        // Nor does the popup keep an older list.
+        openWith([garden]);
         popup.openSessions("");
         sdk.sessionsListed(row.list);
         compare(bar.takeCalls(), ["appendSystemMessage(<No sessions found. Use `/new` to create one.>)"]);

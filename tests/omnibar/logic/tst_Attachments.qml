@@ -18,6 +18,7 @@ TestCase {
             { tag: "file", url: "file:///home/me/notes.txt", path: "/home/me/notes.txt", name: "notes.txt" },
             { tag: "encoded", url: "file:///a%20b/50%25%23.md", path: "/a b/50%#.md", name: "50%#.md" },
             { tag: "not ASCII", url: "file:///%C3%BC/\u00fc%E2%82%AC.txt", path: "/\u00fc/\u00fc\u20ac.txt", name: "\u00fc\u20ac.txt" },
+            { tag: "four bytes", url: "file:///a/%F0%9F%98%80.txt", path: "/a/\ud83d\ude00.txt", name: "\ud83d\ude00.txt" },
             { tag: "not UTF-8", url: "file:///a/%FF.txt", path: "/a/%FF.txt", name: "%FF.txt" },
             { tag: "cut sequence", url: "file:///a/%E2%82", path: "/a/%E2%82", name: "%E2%82" },
             { tag: "beside others", url: "file:///a/%FF%20%C3%BC%25", path: "/a/%FF \u00fc%", name: "%FF \u00fc%" },
