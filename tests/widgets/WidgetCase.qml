@@ -91,6 +91,9 @@ TestCase {
     function hostileRows(payloadsOf) {
         return hostileValues().map((value, index) => ({ tag: "value " + index, payloads: payloadsOf(value) }));
     }
+    function isLong(value) {
+        return typeof value === "string" && value.length > 20000;
+    }
     //! Shows all payloads. @return the widgets
     function verifyHarmless(payloads) {
         const before = loopbackListener.connections;
