@@ -160,8 +160,17 @@ void showBlocks(Conversation &bar, const QString &words)
         QJsonObject {{QStringLiteral("type"), QStringLiteral("slider")},
                      {QStringLiteral("label"), words},
                      {QStringLiteral("action"), words}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("text")}, {QStringLiteral("content"), words}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("code")},
+                     {QStringLiteral("language"), words},
+                     {QStringLiteral("content"), words}},
+        QJsonObject {{QStringLiteral("type"), QStringLiteral("callout")},
+                     {QStringLiteral("variant"), words},
+                     {QStringLiteral("content"), words}},
         QJsonObject {{QStringLiteral("type"), words}, {QStringLiteral("content"), words}},
     };
+    // Of the missing components for code and callouts.
+    bar.expectWarning(QStringLiteral("qrc:/org/kde/loomra/contents/ui/omnibar/chat/MessageRow.qml:"));
     const QJsonObject ui {{QStringLiteral("blocks"), blocks}};
     Q_EMIT bar.agent()->structuredReplyReceived(QString::fromUtf8(QJsonDocument(ui).toJson(QJsonDocument::Compact)));
     bar.emitReply(words);
@@ -400,8 +409,45 @@ void tst_Safety::plans()
     Q_EMIT sdk->planReceived(plan);
     QTRY_VERIFY(isShown(bar, words.left(50)));
     QVERIFY(bar.isSeen(bar.item(QStringLiteral("planCard"))));
+    for (const char *part : {"planSummary", "planRisk", "planStepText"}) {
+        QVERIFY(bar.isSeen(bar.item(QLatin1String(part))));
+    }
     verifyPlainTip(bar, bar.item(QStringLiteral("planSummary")), words, listener);
     bar.invoke("cancelPlan");
+
+    bar.setProperty("planExecuting", true);
+    bar.setProperty("planExecutingVisible", true);
+    bar.bridge.event(QStringLiteral("plan.step"),
+                     {{QStringLiteral("index"), 0},
+                      {QStringLiteral("total"), 1},
+                      {QStringLiteral("capabilityId"), words},
+                      {QStringLiteral("phase"), words}});
+    // Dots of the capability become spaces.
+    QTRY_VERIFY(isShown(bar, words.left(50).replace(QLatin1Char('.'), QLatin1Char(' '))));
+    QCOMPARE(formattedTexts(bar.window()->contentItem()), QStringList());
+
+    // What was done is in the progress bar and in the conversation.
+    const QJsonObject launched {{QStringLiteral("ok"), true},
+                                {QStringLiteral("capabilityId"), QStringLiteral("app.launch")},
+                                {QStringLiteral("result"), QJsonObject {{QStringLiteral("name"), words}}}};
+    const QJsonObject written {
+        {QStringLiteral("ok"), true},
+        {QStringLiteral("capabilityId"), QStringLiteral("settings.write")},
+        {QStringLiteral("result"),
+         QJsonObject {{QStringLiteral("liveApplied"), false}, {QStringLiteral("liveApplyHook"), words}}}};
+    const QJsonObject verified {{QStringLiteral("state"), QStringLiteral("verified")}};
+    Q_EMIT sdk->planExecuted({{QStringLiteral("success"), true},
+                              {QStringLiteral("results"), QJsonArray {launched, written}},
+                              {QStringLiteral("verificationSummary"), verified}});
+    QVERIFY(bar.property("planDoneLabel").toString().startsWith(QStringLiteral("✓ App launched: ") + words.left(50)));
+    QVERIFY(bar.rows().last().contains(words.left(50)));
+    QVERIFY(bar.settle());
+    QCOMPARE(formattedTexts(bar.window()->contentItem()), QStringList());
+
+    bar.setProperty("planExecuting", true);
+    Q_EMIT sdk->error(words);
+    QCOMPARE(bar.rows().last(), QString(QStringLiteral("assistant: Error: ") + words));
+    QVERIFY(bar.settle());
 
     bar.setProperty("planExecutingVisible", true);
     const QJsonObject result {{QStringLiteral("ok"), true},

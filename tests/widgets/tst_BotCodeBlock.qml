@@ -47,11 +47,13 @@ Item {
         }
 
         function test_colors_data() {
-            return [{ tag: "dark", light: false, text: Qt.rgba(0.85, 0.9, 1.0, 0.95) },
-                    { tag: "light", light: true, text: Qt.rgba(0.15, 0.2, 0.35, 0.95) }];
+            return [{ tag: "dark", light: false, text: Qt.rgba(0.85, 0.9, 1.0, 0.95), fill: Qt.rgba(1, 1, 1, 0.10) },
+                    { tag: "light", light: true, text: Qt.rgba(0.15, 0.2, 0.35, 0.95), fill: Qt.rgba(0, 0, 0, 0.06) }];
         }
         function test_colors(row) {
-            compareColor(one(withPayload({ "content": "a" }, { "lightChrome": row.light }), "words").color, row.text);
+            const code = withPayload({ "content": "a" }, { "lightChrome": row.light });
+            compareColor(one(code, "words").color, row.text);
+            compareColor(one(code, "codeFill").color, row.fill);
         }
 
         function test_wraps_data() {
