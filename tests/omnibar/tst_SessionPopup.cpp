@@ -118,6 +118,7 @@ void tst_SessionPopup::look()
         QCOMPARE(colourOf(popup), rgba(0.10, 0.06, 0.18, 0.95));
         QCOMPARE(popup->property("radius").toInt(), 14);
         QCOMPARE(popup->width(), 660.0);
+        QCOMPARE(popup->height(), 36.0 + 6 + 3 * 52 + 16);
         QCOMPARE(bar.place(popup).bottom() + 8, bar.place(bar.item("barCard")).top());
         QVERIFY(Conversation::textsIn(popup).contains(text("Sessions (3)")));
         QVERIFY(Conversation::textsIn(popup).contains(text("Delete All")));

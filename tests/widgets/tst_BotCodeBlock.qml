@@ -47,13 +47,18 @@ Item {
         }
 
         function test_colors_data() {
-            return [{ tag: "dark", light: false, text: Qt.rgba(0.85, 0.9, 1.0, 0.95), fill: Qt.rgba(1, 1, 1, 0.10) },
-                    { tag: "light", light: true, text: Qt.rgba(0.15, 0.2, 0.35, 0.95), fill: Qt.rgba(0, 0, 0, 0.06) }];
+            return [
+                { tag: "dark", light: false, text: Qt.rgba(0.85, 0.9, 1.0, 0.95), fill: Qt.rgba(1, 1, 1, 0.10),
+                  language: Qt.rgba(1, 1, 1, 0.65) },
+                { tag: "light", light: true, text: Qt.rgba(0.15, 0.2, 0.35, 0.95), fill: Qt.rgba(0, 0, 0, 0.06),
+                  language: Qt.rgba(0, 0, 0, 0.55) }
+            ];
         }
         function test_colors(row) {
-            const code = withPayload({ "content": "a" }, { "lightChrome": row.light });
+            const code = withPayload({ "language": "c", "content": "a" }, { "lightChrome": row.light });
             compareColor(one(code, "words").color, row.text);
             compareColor(one(code, "codeFill").color, row.fill);
+            compareColor(one(code, "language").color, row.language);
         }
 
         function test_wraps_data() {

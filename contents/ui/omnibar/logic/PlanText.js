@@ -67,9 +67,9 @@ function value(key, text) {
     return result => isSet(result[key]) ? [text, { value: shown(result[key]) }] : null;
 }
 
-/** @param text contains {value}; used if the value is set */
+/** @param text contains {value}; used if the value is neither missing nor empty, 0 or false */
 function optional(key, without, text) {
-    return result => isSet(result[key]) && result[key] !== "" ? [text, { value: shown(result[key]) }] : [without, {}];
+    return result => result[key] ? [text, { value: shown(result[key]) }] : [without, {}];
 }
 
 function onOff(key, on, off) {
