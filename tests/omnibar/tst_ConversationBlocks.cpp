@@ -153,7 +153,9 @@ void tst_ConversationBlocks::unknownBlocksShowTheReply()
     QCOMPARE(bar.field(1, "messageType").toString(), QStringLiteral("text"));
     QCOMPARE(bar.field(2, "messageType").toString(), QStringLiteral("list"));
     QCOMPARE(bar.field(3, "messageType").toString(), QStringLiteral("text"));
-    QVERIFY(bar.textsIn(bar.rowItem(3)).join(QString()).contains(QStringLiteral("the reply")));
+    for (const int row : {1, 3}) {
+        QVERIFY(bar.textsIn(bar.rowItem(row)).join(QString()).contains(QStringLiteral("the reply")));
+    }
 }
 
 void tst_ConversationBlocks::tableOf51Rows()

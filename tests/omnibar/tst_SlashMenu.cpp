@@ -107,6 +107,7 @@ private Q_SLOTS:
 
     void dialogAttachesAFile();
     void dialogIsCancelled();
+    void thirdFileIsRefusedBeforeTheDialog();
     void filesThatCannotBeRead_data();
     void filesThatCannotBeRead();
 
@@ -506,6 +507,21 @@ void tst_SlashMenu::dialogIsCancelled()
         QCOMPARE(bar.count(), time + 1); // it opens again, and adds no row
         QTRY_VERIFY(bar.window()->isActive());
     }
+}
+
+void tst_SlashMenu::thirdFileIsRefusedBeforeTheDialog()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    attach(bar, {QStringLiteral("a.txt"), QStringLiteral("b.txt")});
+    bar.type("/attach");
+    bar.key(Qt::Key_Return);
+    QCOMPARE(bar.rows(),
+             QStringList {text("system: Maximum 2 files allowed. Use `/detach` to clear, then attach again.")});
+    QVERIFY(bar.settle());
+    QVERIFY(!bar.property("fileDialogOpen").toBool());
+    QVERIFY(!dialogWindow());
+    QCOMPARE(bar.items("fileChip").size(), 2);
 }
 
 void tst_SlashMenu::filesThatCannotBeRead_data()
