@@ -103,20 +103,19 @@ Item {
 
         //! The cost is that of the rows that are drawn.
         function test_manyRowsCostNoMore() {
-            const best = count => {
-                const payload = { "columns": ["a", "b", "c"], "rows": rows(count) };
-                let least = Infinity;
-                for (let i = 0; i < 5; ++i) {
+            const payloads = [50, 5000].map(count => ({ "columns": ["a", "b", "c"], "rows": rows(count) }));
+            const fastest = [Infinity, Infinity];
+            const isCheap = () => fastest[1] <= 1.5 * fastest[0] + 5;
+            // On a busy machine it takes several rounds until nothing interrupts both.
+            for (let round = 0; round < 5 || (round < 50 && !isCheap()); ++round) {
+                payloads.forEach((payload, index) => {
                     const begin = Date.now();
                     const table = createTemporaryObject(tables, parent, { "width": 520, "payload": payload });
-                    least = Math.min(least, Date.now() - begin);
+                    fastest[index] = Math.min(fastest[index], Date.now() - begin);
                     table.destroy();
-                }
-                return least;
-            };
-            const few = best(50);
-            const many = best(5000);
-            verify(many <= 1.5 * few + 5, few + " ms for 50 rows, " + many + " ms for 5000");
+                });
+            }
+            verify(isCheap(), fastest[0] + " ms for 50 rows, " + fastest[1] + " ms for 5000");
         }
 
         function test_manyColumns() {
