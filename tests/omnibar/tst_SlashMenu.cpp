@@ -465,6 +465,13 @@ void tst_SlashMenu::dialogAttachesAFile()
     QVERIFY(window);
     QVERIFY(QTest::qWaitForWindowActive(window, Timeouts::Default));
     QCOMPARE(window->transientParent(), bar.window());
+    const QObject *dialog = bar.object(text("fileDialog"));
+    QVERIFY(dialog);
+    QCOMPARE(dialog->property("folder").toUrl(), QUrl::fromLocalFile(QDir::homePath()));
+    QVERIFY(dialog->property("selectExisting").toBool());
+    QVERIFY(!dialog->property("selectMultiple").toBool());
+    QVERIFY(!dialog->property("selectFolder").toBool());
+    QCOMPARE(dialog->property("nameFilters").toStringList().size(), 2);
     // The only text field of the dialog takes a path.
     const auto fields = bar.itemsWhere(window->contentItem(), [](QQuickItem *item) {
         return item->inherits("QQuickTextInput") && OmniBarFixture::isSeen(item);
