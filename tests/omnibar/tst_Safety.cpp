@@ -294,6 +294,7 @@ void tst_Safety::untrustedTextIsNotFetched_data()
     QTest::newRow("name of a file that is refused") << Feed([](Conversation &bar, const QString &words) {
         const QString name = QString(words).remove(QLatin1Char('/')) + QStringLiteral(".zip");
         bar.invoke("attachFile", {QString(QStringLiteral("file:///") + name), QVariant()});
+        QVERIFY(bar.rows().value(0).startsWith(QString(QStringLiteral("system: **")) + name.left(20)));
         bar.emitReply(words); // a file name has no slashes
     });
     QTest::newRow("unknown session") << Feed([](Conversation &bar, const QString &words) {
