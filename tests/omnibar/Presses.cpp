@@ -6,6 +6,8 @@
 #include "OmniBarFixture.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
+#include <QWheelEvent>
 
 void press(OmniBarFixture &bar, QQuickItem *button, By by)
 {
@@ -20,4 +22,13 @@ void press(OmniBarFixture &bar, QQuickItem *button, By by)
     }
     bar.focus(button);
     bar.key(by == By::Return ? Qt::Key_Return : by == By::Enter ? Qt::Key_Enter : Qt::Key_Space);
+}
+
+void turnWheel(OmniBarFixture &bar, QQuickItem *item, int steps)
+{
+    const QPointF place = bar.place(item).center();
+    const QPoint angle(0, steps * 120);
+    QWheelEvent event(place, bar.window()->mapToGlobal(place.toPoint()), {}, angle, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(bar.window(), &event);
 }

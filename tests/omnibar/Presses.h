@@ -34,3 +34,6 @@ constexpr struct
 
 //! By::Assistance needs active accessibility.
 void press(OmniBarFixture &bar, QQuickItem *button, By by);
+
+//! Turns the wheel above the middle of an item. Positive steps scroll up.
+void turnWheel(OmniBarFixture &bar, QQuickItem *item, int steps);

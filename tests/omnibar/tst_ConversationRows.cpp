@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "Conversation.h"
+#include "Presses.h"
 
 #include "AgentBridge.h"
 #include "SharedWindow.h"
@@ -14,7 +15,6 @@
 #include <QQmlProperty>
 #include <QRegularExpression>
 #include <QTest>
-#include <QWheelEvent>
 
 namespace
 {
@@ -28,15 +28,6 @@ bool showAllRoles(Conversation &bar)
     bar.emitReply(QStringLiteral("an answer"));
     bar.invoke("appendSystemMessage", {QStringLiteral("a note")});
     return QTest::qWaitFor([&] { return bar.rowItem(0) && bar.rowItem(1) && bar.rowItem(2); }, 10000) && bar.settle();
-}
-
-void turnWheel(Conversation &bar, QQuickItem *item, int steps)
-{
-    const QPointF place = bar.place(item).center();
-    const QPoint angle(0, steps * 120);
-    QWheelEvent event(place, bar.window()->mapToGlobal(place.toPoint()), {}, angle, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(bar.window(), &event);
 }
 
 bool atEnd(QQuickItem *list)

@@ -85,7 +85,7 @@ private Q_SLOTS:
     void planWithoutApproval();
     void refusedPlan();
     void longSummary();
-    void stepsByKeys();
+    void stepsByWheelAndKeys();
     void progress_data();
     void progress();
     void progressLook_data() { addThemes(); }
@@ -331,7 +331,7 @@ void tst_Plans::longSummary()
     QTRY_COMPARE(tipsOf(bar), QStringList());
 }
 
-void tst_Plans::stepsByKeys()
+void tst_Plans::stepsByWheelAndKeys()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
@@ -342,6 +342,10 @@ void tst_Plans::stepsByKeys()
     QVERIFY(offer(bar, text("thirty"), steps));
     QQuickItem *list = bar.item("planSteps");
     QVERIFY(list->property("contentHeight").toReal() > list->height());
+    // By mouse the steps move too, and not the conversation below them.
+    turnWheel(bar, list, -2);
+    QTRY_VERIFY(list->property("contentY").toReal() > 0);
+    QVERIFY(isInside(bar.item("planRunBtn"), bar.item("chatPanel")));
     while (bar.window()->activeFocusItem()->objectName() != text("planStep")) {
         bar.key(Qt::Key_Tab);
     }

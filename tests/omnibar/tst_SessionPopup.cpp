@@ -155,6 +155,8 @@ void tst_SessionPopup::manySessionsScroll()
     bar.screenshot("sessions-20");
     QCOMPARE(bar.item("sessionPopup")->height(), 400.0);
     QQuickItem *list = bar.item("sessionList");
+    turnWheel(bar, list, -2);
+    QTRY_VERIFY(list->property("contentY").toReal() > 0);
     for (int step = 0; step < 20 && !list->hasActiveFocus() && !bar.item("sessionRow")->hasActiveFocus(); ++step) {
         bar.key(Qt::Key_Backtab, Qt::ShiftModifier);
     }
