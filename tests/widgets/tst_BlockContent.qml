@@ -33,6 +33,7 @@ TestCase {
             { tag: "name of JavaScript", item: "constructor", shown: "constructor" },
             { tag: "HTML", item: "<b>a</b>", shown: "<b>a</b>" },
             { tag: "nested", item: nested(900), shown: "" },
+            { tag: "longest", item: "a".repeat(1000), shown: "a".repeat(1000) },
             { tag: "long", item: "a".repeat(1048576), shown: "a".repeat(1000) + "…" },
             { tag: "long of emoji", item: "a" + "\ud83d\ude00".repeat(1000), shown: "a" + "\ud83d\ude00".repeat(499) + "…" }
         ];
@@ -128,7 +129,8 @@ TestCase {
             { tag: "negative step", fields: { "step": -2 }, expected: [0, 100, 0, 1] },
             { tag: "huge", fields: { "min": -1e308, "max": 1e308, "step": 1e300 }, expected: [0, 100, 0, 1] },
             { tag: "infinite", fields: { "max": Infinity, "value": NaN }, expected: [0, 100, 0, 1] },
-            { tag: "too many steps", fields: { "max": 1e12, "step": 1e-9 }, expected: [0, 1e12, 0, 1e3] }
+            { tag: "too many steps", fields: { "max": 1e12, "step": 1e-9 }, expected: [0, 1e12, 0, 1e3] },
+            { tag: "too many on both sides", fields: { "min": -1e12, "max": 1e12 }, expected: [-1e12, 1e12, -1e12, 2e3] }
         ];
     }
     function test_sliderRange(row) {
@@ -142,6 +144,12 @@ TestCase {
     }
     function test_rounded(row) {
         compare(BlockContent.rounded(row.number), row.tag);
+    }
+
+    function test_wholeTexts() {
+        const text = "a\n".repeat(100000);
+        compare(BlockContent.contentOf({ "content": text }), text);
+        compare(BlockContent.sliderAction({ "action": text }), text);
     }
 
     function test_language_data() {
