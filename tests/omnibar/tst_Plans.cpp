@@ -132,6 +132,8 @@ bool tst_Plans::offer(Conversation &bar, const QString &summary, const QJsonArra
 
 void tst_Plans::start(Conversation &bar)
 {
+    // An earlier result would hide the progress later.
+    QVERIFY(QMetaObject::invokeMethod(bar.object(text("planBarLingerTimer")), "stop"));
     bar.setProperty("planExecuting", true);
     bar.setProperty("planExecutingVisible", true);
 }
