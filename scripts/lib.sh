@@ -26,14 +26,14 @@ die() {
 # duration SECONDS: prints a whole number of seconds as "42 s" or "3 min 05 s".
 duration() { (($1 < 60)) && printf '%d s' "$1" || printf '%d min %02d s' $(($1 / 60)) $(($1 % 60)); }
 
-# report_progress LOG: prints how far the build that writes this log has got, until it is killed: on a terminal in one
-# line that is updated every second, elsewhere in a new line every 20 seconds.
+# report_progress LOG: prints how far the build that writes this log has got, until the standard input ends: on a
+# terminal in one line that is updated every second, elsewhere in a new line every 20 seconds.
 report_progress() {
-    local log=$1 started=$SECONDS every=20 format='    %s\n' silence step elapsed
+    local log=$1 started=$SECONDS every=20 format='    %s\n' step elapsed
     trap '' INT
     if [[ -t 2 ]]; then every=1 format='\r\033[K    %s'; fi
-    exec {silence}<> <(:)
-    while ! read -rt "$every" -u "$silence"; do
+    # read returns more than 128 after the timeout.
+    while read -rt "$every" || (($? > 128)); do
         step=$(grep -oE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 1 | tr -d '[]') || true
         elapsed=$(duration $((SECONDS - started)))
         # shellcheck disable=SC2059 # the format is one of the two above
@@ -48,16 +48,17 @@ report_progress() {
 # run_stage TITLE LOG COMMAND...: prints the title and writes the command's output to build/logs/LOG.log. On failure it
 # prints the end and the path of that log. The exit status is the command's.
 run_stage() {
-    local title=$1 log=$log_dir/$2.log status=0 reporter started=$SECONDS
+    local title=$1 log=$log_dir/$2.log status=0 lifeline reporter started=$SECONDS
     shift 2
     mkdir -p "$log_dir"
     stage "$title"
     : > "$log"
-    report_progress "$log" &
+    # The reporter ends with this shell in any case: an unset variable in a function ends it right here.
+    exec {lifeline}> >(report_progress "$log")
     reporter=$!
-    "$@" > "$log" 2>&1 < /dev/null || status=$?
-    kill "$reporter" 2> /dev/null || true
-    wait "$reporter" 2> /dev/null || true
+    "$@" > "$log" 2>&1 < /dev/null {lifeline}>&- || status=$?
+    exec {lifeline}>&-
+    wait "$reporter" || true
     [[ ! -t 2 ]] || printf '\r\033[K' >&2
     if ((status != 0)); then
         printf '%s failed with status %d. The end of its output:\n' "${title%...}" "$status" >&2
