@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// A long conversation: the time to append a row, its memory, and scrolling.
+// A long conversation, and one of structured replies: the time to append a row, its memory, and scrolling.
 
 #include "support/Clock.h"
 #include "support/Figures.h"
@@ -9,17 +9,21 @@
 #include "support/Statistics.h"
 #include "window/Bar.h"
 
+#include <QJsonDocument>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QVariantList>
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
 
 constexpr int s_few = 10;
 constexpr int s_many = 1000;
+constexpr int s_manyStructured = 200;
 //! Appends measured before and after the named row.
 constexpr int s_window = 6;
 constexpr int s_runs = 4;
@@ -27,6 +31,17 @@ constexpr int s_batch = 10;
 //! Pixels per frame. A fast turn of the wheel: about one row per frame comes into view.
 constexpr int s_scrollStep = 200;
 constexpr int s_scrollFrames = 200;
+
+//! One block of each kind that has a widget.
+const char *const s_blocks[] = {
+    R"({"type": "text", "content": "Here is **what** was found:\n\n- three windows\n- `90%` of the disk"})",
+    R"({"type": "list", "items": ["The files", {"label": "The terminal"}, "The editor", "The player", "The rest"]})",
+    R"({"type": "table", "columns": ["Name", "Used", "Size"], "rows": [["Home", "18%", 512], ["System", "42%", 64],
+        ["Backup", "71%", 2048], ["Games", "93%", 1024], ["Music", "5%", 256], ["Films", "66%", 4096]]})",
+    R"({"type": "options", "choices": [{"id": "a", "label": "Move them"}, {"id": "b", "label": "Close them"},
+        {"id": "c", "label": "Arrange all of them side by side"}, {"id": "d", "label": "Nothing"}]})",
+    R"({"type": "slider", "label": "Volume", "min": 0, "max": 100, "value": 40, "action": "volume"})",
+};
 
 //! Long enough that ten rows need scrolling.
 QString rowText(int number)
@@ -37,19 +52,33 @@ QString rowText(int number)
         .arg(number);
 }
 
-void append(Bar &bar)
+void appendMessage(Bar &bar, int number)
 {
-    const int rows = bar.rowCount();
-    bar.call(rows % 2 == 0 ? "appendUserMessage" : "appendAgentMessage", rowText(rows));
+    bar.call(number % 2 == 0 ? "appendUserMessage" : "appendAgentMessage", rowText(number));
+}
+
+void appendBlock(Bar &bar, int number)
+{
+    const QByteArray json = s_blocks[number % std::size(s_blocks)];
+    bar.call("appendStructuredBlocks", QVariantList {QJsonDocument::fromJson(json).toVariant()}, rowText(number));
+}
+
+//! Appends the row with this number.
+using Append = void (*)(Bar &bar, int number);
+
+//! Appends a row and shows it.
+void show(Bar &bar, Append append)
+{
+    append(bar, bar.rowCount());
     bar.call("scrollToBottom");
 }
 
 //! Appends rows up to this number, several per frame because the time doesn't matter.
-void fill(Bar &bar, int rows)
+void fill(Bar &bar, int rows, Append append)
 {
     while (bar.rowCount() < rows) {
         for (int i = 0; i < s_batch && bar.rowCount() < rows; ++i) {
-            append(bar);
+            show(bar, append);
         }
         bar.frames().waitForFrame();
     }
@@ -59,10 +88,10 @@ void fill(Bar &bar, int rows)
 //! Measures the appends around this row: the time from the call to the swapped frame with the row, in ms.
 void measureAppends(Bar &bar, int around, std::vector<double> &times)
 {
-    fill(bar, around - s_window - 1);
+    fill(bar, around - s_window - 1, appendMessage);
     for (int i = -s_window; i <= s_window; ++i) {
         const qint64 begun = Clock::now();
-        append(bar);
+        show(bar, appendMessage);
         const qint64 shown = bar.frames().waitForFrame([&bar] { return bar.isLastRowBuilt(); });
         times.push_back(Clock::milliseconds(shown - begun));
         bar.frames().waitUntilStill();
@@ -70,9 +99,9 @@ void measureAppends(Bar &bar, int around, std::vector<double> &times)
 }
 
 //! Memory with this many rows, after releasing everything that can be released.
-double memoryWith(Bar &bar, int rows)
+double memoryWith(Bar &bar, int rows, Append append)
 {
-    fill(bar, rows);
+    fill(bar, rows, append);
     qmlEngine(bar.window())->collectGarbage();
     Process::giveBackMemory();
     return Process::residentMemory();
@@ -112,6 +141,43 @@ void scroll(Bar &bar, std::vector<double> &times)
     }
 }
 
+//! Memory per row, in KiB.
+void measureMemory(Bar &bar, const QByteArray &name, int many, Append append)
+{
+    // The first rows also load what all rows share.
+    fill(bar, s_few, append);
+    clear(bar);
+    const double withFew = memoryWith(bar, s_few, append);
+    const double withMany = memoryWith(bar, many, append);
+    clear(bar);
+    Figures::plain(name + ".memory-per-row", (withMany - withFew) / (many - s_few) / 1024, "KiB");
+}
+
+//! Scrolling many rows against a few.
+void measureScrolling(Bar &bar, const QByteArray &name, int many, Append append)
+{
+    using Statistics::median;
+    using Statistics::percentile;
+
+    // Alternately, so that other load on the machine affects both equally.
+    std::vector<double> shortScroll;
+    std::vector<double> longScroll;
+    for (int run = 0; run < s_runs; ++run) {
+        fill(bar, s_few, append);
+        scroll(bar, shortScroll);
+        fill(bar, many, append);
+        scroll(bar, longScroll);
+        clear(bar);
+    }
+    const QByteArray fewName = name + ".scroll-" + QByteArray::number(s_few);
+    const QByteArray manyName = name + ".scroll-" + QByteArray::number(many);
+    Figures::plain(fewName + ".median", median(shortScroll), "ms");
+    Figures::plain(manyName + ".median", median(longScroll), "ms");
+    Figures::plain(fewName + ".p99", percentile(shortScroll, 0.99), "ms");
+    Figures::plain(manyName + ".p99", percentile(longScroll, 0.99), "ms");
+    Figures::bounded(name + ".scroll-ratio", percentile(longScroll, 0.99) / percentile(shortScroll, 0.99), "x", 1.5);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -119,15 +185,8 @@ int main(int argc, char **argv)
     Bar bar(argc, argv);
 
     using Statistics::median;
-    using Statistics::percentile;
 
-    // The first rows also load what all rows share.
-    fill(bar, s_few);
-    clear(bar);
-    const double memoryWithFew = memoryWith(bar, s_few);
-    const double memoryWithMany = memoryWith(bar, s_many);
-    clear(bar);
-    Figures::plain("rows.memory-per-row", (memoryWithMany - memoryWithFew) / (s_many - s_few) / 1024, "KiB");
+    measureMemory(bar, "rows", s_many, appendMessage);
 
     std::vector<double> early;
     std::vector<double> late;
@@ -140,19 +199,8 @@ int main(int argc, char **argv)
     Figures::plain("rows.append-1000th", median(late), "ms");
     Figures::bounded("rows.append-dearer", median(late) - median(early), "ms", 1);
 
-    // Alternately, so that other load on the machine affects both equally.
-    std::vector<double> shortScroll;
-    std::vector<double> longScroll;
-    for (int run = 0; run < s_runs; ++run) {
-        fill(bar, s_few);
-        scroll(bar, shortScroll);
-        fill(bar, s_many);
-        scroll(bar, longScroll);
-        clear(bar);
-    }
-    Figures::plain("rows.scroll-10.median", median(shortScroll), "ms");
-    Figures::plain("rows.scroll-1000.median", median(longScroll), "ms");
-    Figures::plain("rows.scroll-10.p99", percentile(shortScroll, 0.99), "ms");
-    Figures::plain("rows.scroll-1000.p99", percentile(longScroll, 0.99), "ms");
-    Figures::bounded("rows.scroll-ratio", percentile(longScroll, 0.99) / percentile(shortScroll, 0.99), "x", 1.5);
+    measureScrolling(bar, "rows", s_many, appendMessage);
+
+    measureMemory(bar, "rows.structured", s_manyStructured, appendBlock);
+    measureScrolling(bar, "rows.structured", s_manyStructured, appendBlock);
 }

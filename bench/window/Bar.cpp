@@ -79,11 +79,12 @@ QQuickItem *Bar::item(const char *name) const
     return item;
 }
 
-void Bar::call(const char *function, const QVariant &argument)
+void Bar::call(const char *function, const QVariant &first, const QVariant &second)
 {
-    const bool isCalled = argument.isValid() ? QMetaObject::invokeMethod(m_window, function, Q_ARG(QVariant, argument))
-                                             : QMetaObject::invokeMethod(m_window, function);
-    if (!isCalled) {
+    const auto argument = [](const QVariant &value) {
+        return value.isValid() ? Q_ARG(QVariant, value) : QGenericArgument();
+    };
+    if (!QMetaObject::invokeMethod(m_window, function, argument(first), argument(second))) {
         notMeasured(QByteArray("the window has no function ") + function);
     }
 }

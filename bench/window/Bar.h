@@ -31,8 +31,8 @@ public:
 
     //! An item of the window by its objectName. Ends the benchmark if there is none.
     QQuickItem *item(const char *name) const;
-    //! Calls a function of the window.
-    void call(const char *function, const QVariant &argument = {});
+    //! Calls a function of the window. Invalid arguments are not passed.
+    void call(const char *function, const QVariant &first = {}, const QVariant &second = {});
 
     //! The number of rows in the conversation.
     int rowCount() const;

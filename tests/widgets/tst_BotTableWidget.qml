@@ -91,31 +91,16 @@ Item {
             compareColor(one(table, "headerCell").color, Qt.rgba(1, 1, 1, 0.95));
         }
 
+        //! Rows that are not drawn cost nothing: no items are created for them.
         function test_footer_data() {
             return [{ tag: "50", footer: [] }, { tag: "51", footer: ["... 1 more rows"] }, { tag: "5000", footer: ["... 4950 more rows"] }];
         }
         function test_footer(row) {
             const table = withPayload({ "columns": ["a", "b"], "rows": rows(Number(row.tag)) });
             compare(all(table, "tableRow").length, 50);
+            compare(all(table, "cell").length, 100);
             compare(textsOf(table, "footer"), row.footer);
             compare(textsOf(table, "cell")[98], "row 49");
-        }
-
-        //! The cost is that of the rows that are drawn.
-        function test_manyRowsCostNoMore() {
-            const payloads = [50, 50000].map(count => ({ "columns": ["a", "b", "c"], "rows": rows(count) }));
-            const fastest = [Infinity, Infinity];
-            const isCheap = () => fastest[1] <= 1.5 * fastest[0] + 5;
-            // On a busy machine it takes several rounds until nothing interrupts both.
-            for (let round = 0; round < 5 || (round < 50 && !isCheap()); ++round) {
-                payloads.forEach((payload, index) => {
-                    const begin = Date.now();
-                    const table = createTemporaryObject(tables, parent, { "width": 520, "payload": payload });
-                    fastest[index] = Math.min(fastest[index], Date.now() - begin);
-                    table.destroy();
-                });
-            }
-            verify(isCheap(), fastest[0] + " ms for 50 rows, " + fastest[1] + " ms for 50000");
         }
 
         function test_manyColumns() {
