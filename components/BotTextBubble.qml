@@ -23,7 +23,7 @@ Item {
     property size freeCorner: Qt.size(0, 0)
 
     readonly property int margin: 12
-    //! Texts with more characters are shown as plain text, because rich text takes up to 25 µs per character and plain
+    //! Texts with more characters are shown as plain text, because rich text takes up to 15 µs per character and plain
     //! text 1 µs.
     readonly property int markdownLimit: 50000
     readonly property bool asMarkdown: content.length <= markdownLimit

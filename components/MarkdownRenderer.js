@@ -47,6 +47,7 @@ const listLevelWidth = 16;
 
 // Control characters of QTextDocument.
 const documentControls = /[\u0000\ufdd0\ufdd1\ufffc]/g;
+const zeroWidthSpace = "\u200b";
 // Replaces a code span while the rest of the paragraph is converted.
 const codePlaceholder = "\u0000";
 
@@ -163,11 +164,11 @@ function formOf(line) {
 
 // ---- Blocks. Each function consumes lines from reader.next on and returns their rich text.
 
-/** A table with one cell and full width, with padding and fill ("" for none). */
-function within(padding, fill, content) {
+/** A table with one cell and full width, with the cell's style and the table's fill ("" for none). */
+function within(style, fill, content) {
     const background = fill && " style=\"background-color:" + fill + "\"";
     return "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"0\"" + background
-        + "><tr><td style=\"padding:" + padding + "\">" + content + "</td></tr></table>";
+        + "><tr><td style=\"" + style + "\">" + content + "</td></tr></table>";
 }
 
 function readCodeBlock(reader) {
@@ -177,14 +178,16 @@ function readCodeBlock(reader) {
         code.push(reader.lines[reader.next++]);
     }
     ++reader.next;
-    return within("8px", "", within("10px 12px", reader.palette.codeFill,
-                                    "<pre style=\"margin:0;" + monospace + "line-height:140%;white-space:pre-wrap\">"
-                                    + escapeHtml(code.join("\n")) + "</pre>"));
+    const body = "<pre style=\"margin:0;" + monospace + "line-height:140%;white-space:pre-wrap\">"
+        + escapeHtml(code.join("\n")) + "</pre>";
+    return within("padding:8px", "", within("padding:10px 12px", reader.palette.codeFill, body));
 }
 
 function readRule(reader) {
     ++reader.next;
-    return within("8px 0", "", within("0", reader.palette.rule, "<p style=\"margin:0;font-size:1px\">&nbsp;</p>"));
+    // The fill of a cell covers its lines, without the padding. The only character has no width, because it would be
+    // filled twice. A nested table would take nearly three times as long.
+    return within("padding:8px 0;font-size:1px;background-color:" + reader.palette.rule, "", zeroWidthSpace);
 }
 
 function readHeading(reader, pattern) {
@@ -237,8 +240,8 @@ function readCallout(reader, pattern) {
         words.push(match[1].trim());
     }
     const body = "<p style=\"margin:0;" + lineHeight + "\">" + inline(words.join("\n"), reader) + "</p>";
-    return within("4px 0 8px 0", "", within("0 0 0 3px", reader.palette.accent,
-                                            within("6px 10px", reader.palette.calloutFill, body)));
+    return within("padding:4px 0 8px 0", "", within("padding:0 0 0 3px", reader.palette.accent,
+                                            within("padding:6px 10px", reader.palette.calloutFill, body)));
 }
 
 function readParagraph(reader) {

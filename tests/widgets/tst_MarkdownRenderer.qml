@@ -129,7 +129,7 @@ TestCase {
         ];
     }
     function test_rules(row) {
-        compare(visibleText(MarkdownRenderer.render(row.tag)), row.isRule ? " " : row.tag);
+        compare(visibleText(MarkdownRenderer.render(row.tag)), row.isRule ? "\u200b" : row.tag);
     }
 
     function test_headings_data() {
