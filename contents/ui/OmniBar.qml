@@ -42,6 +42,7 @@ Window {
     // ---- Native objects; each may be missing
     property var bridge: typeof agentBridge !== "undefined" ? agentBridge : null
     property var sdk: typeof loomraSDK !== "undefined" ? loomraSDK : null
+    property var config: typeof configManager !== "undefined" ? configManager : null
     readonly property var voice: voicePath.voiceBridgeObject
     readonly property string bridgeStatus: bridge ? bridge.status : "disconnected"
     readonly property bool thinking: bridge ? bridge.isThinking : false
@@ -256,13 +257,41 @@ Window {
     function saveSessionName() { sessions.saveSessionName(); }
     function deleteAllSessions() { sessions.deleteAllSessions(); }
 
-    // ---- Workspace
-    property alias wiNotifyBarLine: workspace.wiNotifyBarLine
-    property alias workspaceSuggestionDialogOpen: workspace.workspaceSuggestionDialogOpen
+    // ---- Workspaces, their templates and suggestions
+    property alias toolsEnabled: workspaceTemplates.toolsEnabled
+    property alias workspaceTemplateCatalogBase: workspaceTemplates.workspaceTemplateCatalogBase
+    property alias workspaceTemplateCatalog: workspaceTemplates.workspaceTemplateCatalog
+    property alias workspaceTemplateStatusMessage: workspaceTemplates.workspaceTemplateStatusMessage
+    //! Whether the settings sheet shows the advanced options.
+    property bool showAdvancedAssistant: typeof toviWiAdvancedUiDefault !== "undefined" && Boolean(toviWiAdvancedUiDefault)
+    property alias wiObservationEnabled: runtimePanels.wiObservationEnabled
+    property alias wiDwellSummaryText: runtimePanels.wiDwellSummaryText
+    property alias aiRuntimeEnabledUi: runtimePanels.aiRuntimeEnabledUi
+    property alias aiRuntimeGatingIndex: runtimePanels.aiRuntimeGatingIndex
+    property alias aiRuntimeStatusLine: runtimePanels.aiRuntimeStatusLine
+    property alias wiSuggestionNotifyStatus: suggestionNotice.wiSuggestionNotifyStatus
+    property alias wiNotifyBarLine: suggestionNotice.wiNotifyBarLine
+    property alias wiNotifyBarClearTimer: suggestionNotice.wiNotifyBarClearTimer
+    property alias workspaceSuggestionDialogJson: suggestionNotice.workspaceSuggestionDialogJson
+    property alias workspaceSuggestionDialogData: suggestionNotice.workspaceSuggestionDialogData
+    property alias workspaceSuggestionDialogOpen: suggestionNotice.workspaceSuggestionDialogOpen
 
-    function closeWorkspaceSuggestionDialog() { workspace.closeWorkspaceSuggestionDialog(); }
-    function refreshRuntimePanels() { workspace.refreshRuntimePanels(); }
-    function loadWorkspaceTemplateCatalogFromPrefs() { workspace.loadWorkspaceTemplateCatalogFromPrefs(); }
+    function setToolsEnabled(on) { workspaceTemplates.setToolsEnabled(on); }
+    function loadWorkspaceTemplateCatalogFromPrefs() { workspaceTemplates.loadWorkspaceTemplateCatalogFromPrefs(); }
+    function mergeWorkspaceTemplatesFromBridge(workspaces) { workspaceTemplates.mergeWorkspaceTemplatesFromBridge(workspaces); }
+    function syncWorkspaceTemplatePrefsToBridge() { workspaceTemplates.syncWorkspaceTemplatePrefsToBridge(); }
+    function setWorkspaceTemplateEnabled(templateId, on) { workspaceTemplates.setWorkspaceTemplateEnabled(templateId, on); }
+    function switchWorkspaceTemplate(templateId, on) { workspaceTemplates.switchWorkspaceTemplate(templateId, on); }
+    function prepareWorkspaceTemplate(templateId) { workspaceTemplates.prepareWorkspaceTemplate(templateId); }
+    function mapGatingToIndex(mode) { return runtimePanels.mapGatingToIndex(mode); }
+    function refreshRuntimePanels() { runtimePanels.refreshRuntimePanels(); }
+    function setObservationEnabled(on) { runtimePanels.setObservationEnabled(on); }
+    function setAiRuntimeEnabled(on) { runtimePanels.setAiRuntimeEnabled(on); }
+    function setAiRuntimeGating(index) { runtimePanels.setAiRuntimeGating(index); }
+    function checkWorkspaceSuggestion() { suggestionNotice.checkWorkspaceSuggestion(); }
+    function resetDismissedSuggestions() { suggestionNotice.resetDismissedSuggestions(); }
+    function closeWorkspaceSuggestionDialog() { suggestionNotice.closeWorkspaceSuggestionDialog(); }
+    function applyWorkspaceSuggestion(actionId) { suggestionNotice.applyWorkspaceSuggestion(actionId); }
 
     // ---- Window events
     onWidthChanged: surface.place()
@@ -282,7 +311,7 @@ Window {
         updateCurrentAgent();
         initResponseSuggestions();
         loadWorkspaceTemplateCatalogFromPrefs();
-        workspace.loadFromBridge();
+        runtimePanels.loadFromBridge();
     }
 
     Behavior on width { NumberAnimation { duration: 400; easing.type: Easing.OutCubic } }
@@ -318,7 +347,9 @@ Window {
     SessionsController { id: sessions; bar: omniBar }
     SessionPopupController { id: sessionPopup; bar: omniBar }
     AttachmentController { id: attachments; bar: omniBar }
-    WorkspaceController { id: workspace; bar: omniBar }
+    WorkspaceTemplatesController { id: workspaceTemplates; bar: omniBar }
+    RuntimePanelsController { id: runtimePanels; bar: omniBar }
+    SuggestionNoticeController { id: suggestionNotice; bar: omniBar }
 
     Connections {
         target: omniBar

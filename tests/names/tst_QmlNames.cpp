@@ -187,6 +187,8 @@ void tst_QmlNames::fakes_data()
                             << "agentBridge";
     QTest::newRow("SDK") << "FakeSdk"
                          << "loomraSDK";
+    QTest::newRow("settings") << "FakeConfig"
+                              << "configManager";
     QTest::newRow("voice bridge") << "FakeVoiceBridge"
                                   << "voiceBridge";
 }

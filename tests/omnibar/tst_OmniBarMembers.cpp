@@ -28,6 +28,12 @@ struct Property
 };
 
 // clang-format off
+const char *const s_templates = R"([
+    { 'id': 'focus-dev', 'name': 'Focus — Development', 'description': 'Editor, terminal, and docs for focused development.', 'enabled': false, 'workspaceId': 0 },
+    { 'id': 'meeting', 'name': 'Meeting', 'description': 'Video or chat with notes for meetings.', 'enabled': false, 'workspaceId': 0 },
+    { 'id': 'research', 'name': 'Research', 'description': 'Browser and notes for reading and capture.', 'enabled': false, 'workspaceId': 0 }
+])";
+
 const Property s_window[] = {
     // the window
     {"toviMagenta", "QColor", "'#fb21fd'", ReadOnly},
@@ -56,7 +62,6 @@ const Property s_window[] = {
     {"userExpanded", "bool", "false", Writable},
     {"settingsPanelOpen", "bool", "false", Writable},
     {"windowFade", "double", "1", Writable},
-    {"wiNotifyBarLine", "QString", "''", Writable},
     // the conversation
     {"contextWindowSize", "int", "8", ReadOnly},
     {"lastInputMode", "QString", "'text'", Writable},
@@ -105,6 +110,22 @@ const Property s_window[] = {
     {"maxFileChars", "int", "2000", ReadOnly},
     {"sessionsList", "QVariant", "[]", Writable},
     {"sessionsLoading", "bool", "false", Writable},
+    // workspaces
+    {"toolsEnabled", "bool", "true", ReadOnly},
+    {"workspaceTemplateCatalogBase", "QVariant", s_templates, ReadOnly},
+    {"workspaceTemplateCatalog", "QVariant", s_templates, Writable},
+    {"showAdvancedAssistant", "bool", "false", Writable},
+    {"workspaceTemplateStatusMessage", "QString", "''", Writable},
+    {"wiObservationEnabled", "bool", "true", Writable},
+    {"wiDwellSummaryText", "QString", "''", Writable},
+    {"wiSuggestionNotifyStatus", "QString", "''", Writable},
+    {"workspaceSuggestionDialogJson", "QString", "''", Writable},
+    {"workspaceSuggestionDialogData", "QVariant", "({})", Writable},
+    {"workspaceSuggestionDialogOpen", "bool", "false", Writable},
+    {"aiRuntimeEnabledUi", "bool", "true", Writable},
+    {"aiRuntimeGatingIndex", "int", "0", Writable},
+    {"aiRuntimeStatusLine", "QString", "''", Writable},
+    {"wiNotifyBarLine", "QString", "''", Writable},
 };
 
 const Property s_agent[] = {
@@ -161,16 +182,22 @@ const Function s_functions[] = {
     // voice
     {"voiceConfirmSend", 0},
     {"voiceConfirmCancel", 0},
-    // models, workspace, slash commands
+    // models, slash commands
     {"refreshModels", 0},
     {"syncSettingsCombos", 0},
-    {"refreshRuntimePanels", 0},
-    {"loadWorkspaceTemplateCatalogFromPrefs", 0},
     {"tryHandleSlashCommand", 1},
     {"filteredSlashCommands", 0},
     {"buildFileContextPrefix", 0},
     {"sessionSwitchTo", 1},
     {"sessionDelete", 1},
+    // workspaces
+    {"refreshRuntimePanels", 0},
+    {"mapGatingToIndex", 1},
+    {"loadWorkspaceTemplateCatalogFromPrefs", 0},
+    {"mergeWorkspaceTemplatesFromBridge", 1},
+    {"syncWorkspaceTemplatePrefsToBridge", 0},
+    {"setWorkspaceTemplateEnabled", 2},
+    {"prepareWorkspaceTemplate", 1},
 };
 
 const char *const s_agentFunctions[] = {

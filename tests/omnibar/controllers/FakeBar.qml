@@ -10,6 +10,7 @@ CallRecorder {
 
     property var bridge: null
     property var sdk: null
+    property var config: null
     property string bridgeStatus: bridge ? bridge.status : "disconnected"
 
     readonly property QtObject inputField: QtObject {
@@ -40,6 +41,8 @@ CallRecorder {
     property ListModel chatModel: ListModel {}
     property string lastInputMode: "text"
     property string wiNotifyBarLine: ""
+    property string modelsStatusMessage: ""
+    property bool settingsPanelOpen: false
     property bool voiceConfirmPending: false
     property bool compactMode: false
     property bool slashMenuVisible: false

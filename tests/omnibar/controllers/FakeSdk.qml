@@ -11,6 +11,8 @@ CallRecorder {
     property bool aiRuntimeAvailable: false
     property string currentModel: ""
     property string currentSessionId: ""
+    property bool workspaceSuggestionReminderEnabled: false
+    property int workspaceSuggestionReminderMinutes: 5
 
     signal planReceived(var payload)
     signal planExecuted(var payload)
@@ -22,6 +24,13 @@ CallRecorder {
     signal sessionSwitched(string sessionId)
     signal sessionRenamed(string sessionId, string newName)
     signal sessionDeleted(string sessionId)
+    signal workspaceIntelPanelUpdated(var payload)
+    signal workspaceTemplatesListed(var workspaces)
+    signal workspaceTemplatePrepareFinished(var result)
+    signal aiRuntimePanelUpdated(var payload)
+    signal workspaceSuggestionNotifyResult(var payload)
+    signal workspaceSuggestionUserChoice(var payload)
+    signal workspaceSuggestionShowInAppDialog(string clientNotificationJson)
 
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
@@ -43,4 +52,16 @@ CallRecorder {
     function refreshRuntimeJobs() { note("refreshRuntimeJobs", []); }
     function refreshPowerProfile() { note("refreshPowerProfile", []); }
     function reminderList() { note("reminderList", []); }
+    function setWorkspaceTemplateEnabled(slug, enabled, workspaceId) {
+        note("setWorkspaceTemplateEnabled", [slug, enabled, workspaceId]);
+    }
+    function prepareWorkspaceTemplate(workspaceId, message) { note("prepareWorkspaceTemplate", [workspaceId, message]); }
+    function setWorkspaceIntelObservationEnabled(enabled) { note("setWorkspaceIntelObservationEnabled", [enabled]); }
+    function setAiRuntimeEnabled(enabled) { note("setAiRuntimeEnabled", [enabled]); }
+    function setAiRuntimeExecutionGating(mode) { note("setAiRuntimeExecutionGating", [mode]); }
+    function checkWorkspaceSuggestionNotify() { note("checkWorkspaceSuggestionNotify", []); }
+    function clearAiRuntimeDismissedSuggestions() { note("clearAiRuntimeDismissedSuggestions", []); }
+    function applyWorkspaceSuggestionAction(actionId, clientNotificationJson) {
+        note("applyWorkspaceSuggestionAction", [actionId, clientNotificationJson]);
+    }
 }

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "../logic/Native.js" as Native
+import "../logic/WorkspaceTemplates.js" as WorkspaceTemplates
+
+//! The workspace templates: the user's preferences, the bridge's workspaces, and preparing them. Preparing acts on the
+//! desktop, so the switch for desktop tools is here too.
+Controller {
+    id: templates
+
+    //! Rows {id, name, description, enabled, workspaceId}, all off.
+    readonly property var workspaceTemplateCatalogBase: WorkspaceTemplates.base(bar.tr)
+    //! The same rows, with preferences and workspaces.
+    property var workspaceTemplateCatalog: workspaceTemplateCatalogBase
+    //! How preparing a template went.
+    property string workspaceTemplateStatusMessage: ""
+    //! Whether the assistant may act on the desktop.
+    readonly property bool toolsEnabled: Boolean(bar.sdk && bar.sdk.executorPathEnabled)
+
+    //! Whether the bridge has workspaces. A function, because a binding may be older than the signal that asks for it.
+    function isAvailable() {
+        return Boolean(bar.sdk && bar.sdk.ready && bar.sdk.workspaceIntelAvailable);
+    }
+
+    function isPreferred(id) {
+        return Boolean(Native.call(bar.config, "isWorkspaceTemplateSlugEnabled", id));
+    }
+
+    function setToolsEnabled(on) {
+        if (bar.sdk)
+            bar.sdk.executorPathEnabled = on;
+    }
+
+    function loadWorkspaceTemplateCatalogFromPrefs() {
+        workspaceTemplateCatalog = WorkspaceTemplates.preferred(workspaceTemplateCatalogBase, isPreferred);
+    }
+
+    function mergeWorkspaceTemplatesFromBridge(workspaces) {
+        workspaceTemplateCatalog = WorkspaceTemplates.merged(workspaceTemplateCatalogBase, workspaces, isPreferred);
+        syncWorkspaceTemplatePrefsToBridge();
+    }
+
+    //! Enables the workspaces that the user wants on. Intentional: a preference never disables a workspace, because
+    //! another program may have enabled it.
+    function syncWorkspaceTemplatePrefsToBridge() {
+        if (!isAvailable())
+            return;
+        WorkspaceTemplates.toEnable(workspaceTemplateCatalog, isPreferred)
+            .forEach(row => Native.call(bar.sdk, "setWorkspaceTemplateEnabled", row.id, true, row.workspaceId));
+    }
+
+    function setWorkspaceTemplateEnabled(templateId, on) {
+        const row = WorkspaceTemplates.find(workspaceTemplateCatalog, templateId);
+        if (!row)
+            return;
+        Native.call(bar.config, "setWorkspaceTemplateSlugEnabled", templateId, on);
+        Native.call(bar.config, "save");
+        workspaceTemplateCatalog = WorkspaceTemplates.withEnabled(workspaceTemplateCatalog, templateId, on);
+        if (isAvailable())
+            Native.call(bar.sdk, "setWorkspaceTemplateEnabled", templateId, on, row.workspaceId);
+    }
+
+    //! The user has turned a template on or off.
+    function switchWorkspaceTemplate(templateId, on) {
+        // Intentional: a message of the models, which another tab shows. The Prepare button beside the switch, which
+        // stays disabled, is the hint here.
+        if (on && !toolsEnabled)
+            bar.modelsStatusMessage = bar.tr("Turn on desktop actions to apply templates.");
+        setWorkspaceTemplateEnabled(templateId, on);
+    }
+
+    function prepareWorkspaceTemplate(templateId) {
+        const row = WorkspaceTemplates.find(workspaceTemplateCatalog, templateId);
+        if (!row)
+            return;
+        const refusal = WorkspaceTemplates.refusal(row, { "available": isAvailable(), "toolsEnabled": toolsEnabled }, bar.tr);
+        workspaceTemplateStatusMessage = refusal || WorkspaceTemplates.preparingText(row, bar.tr);
+        // The bridge finds the template by its id; the message, which it may log, is not translated.
+        if (refusal === "")
+            Native.call(bar.sdk, "prepareWorkspaceTemplate", row.workspaceId, "prepare " + templateId);
+    }
+
+    Connections {
+        target: templates.bar.sdk
+
+        function onWorkspaceIntelAvailableChanged() {
+            if (templates.isAvailable())
+                Native.call(templates.bar.sdk, "refreshWorkspaceTemplates");
+        }
+        function onWorkspaceTemplatesListed(workspaces) {
+            templates.mergeWorkspaceTemplatesFromBridge(workspaces);
+        }
+        function onWorkspaceTemplatePrepareFinished(result) {
+            const text = WorkspaceTemplates.preparedText(result, templates.bar.tr);
+            if (text !== "")
+                templates.workspaceTemplateStatusMessage = text;
+        }
+    }
+}
