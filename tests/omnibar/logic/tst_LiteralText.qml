@@ -33,6 +33,12 @@ TestCase {
         compare(LiteralText.oneLine(row.text), row.shown);
     }
 
+    function test_oneLineOfAGivenLength() {
+        compare(LiteralText.oneLine("x".repeat(600), 600), "x".repeat(600));
+        compare(LiteralText.oneLine("x".repeat(601), 600), "x".repeat(600) + "…");
+        compare(LiteralText.oneLine("ab😀", 3), "ab…");
+    }
+
     //! The text that rich text shows.
     function shown(html) {
         return html.replace(/<[^>]*>/g, "").replace(/[\ufeff\u2060\u2068\u2069]/g, "").replace(/&lt;/g, "<").replace(/&gt;/g, ">")

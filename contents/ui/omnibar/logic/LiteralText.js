@@ -17,14 +17,15 @@ const quote = "\u02cb"; // modifier letter grave accent
 const unprintable = /[\u0000-\u001f\u007f-\u009f\u061c\u200b\u200e\u200f\u2028-\u202e\u2060-\u2069\ufeff\ufffc]/g;
 const rightToLeft = /[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc]|[\ud802\ud803\ud83a\ud83b]/;
 
-/** A name as a single line without invisible characters, cut if it is extremely long. For plain text. */
-function oneLine(text) {
-    const line = text.substring(0, maxLength + 1).replace(unprintable, "\ufffd");
-    if (line.length <= maxLength) {
+/** A text as a single line without invisible characters, cut if it is extremely long. For plain text. @param length in
+ *  characters, by default that of a name */
+function oneLine(text, length = maxLength) {
+    const line = text.substring(0, length + 1).replace(unprintable, "\ufffd");
+    if (line.length <= length) {
         return line;
     }
     // Not within a surrogate pair.
-    const end = /[\ud800-\udbff]/.test(line.charAt(maxLength - 1)) ? maxLength - 1 : maxLength;
+    const end = /[\ud800-\udbff]/.test(line.charAt(length - 1)) ? length - 1 : length;
     return line.substring(0, end) + "…";
 }
 
