@@ -14,10 +14,25 @@ ScriptedSdk::ScriptedSdk(OmniBarFixture &bar)
     bar.provide("loomraSDK", m_object);
 }
 
-void ScriptedSdk::emitSignal(const char *signal, const QJsonObject &payload)
+void ScriptedSdk::emitSignal(const char *signal, const QVariant &argument)
 {
-    if (!QMetaObject::invokeMethod(m_object, signal, Q_ARG(QVariant, QVariant(payload)))) {
+    const bool isEmitted = argument.userType() == QMetaType::QString
+        ? QMetaObject::invokeMethod(m_object, signal, Q_ARG(QString, argument.toString()))
+        : QMetaObject::invokeMethod(m_object, signal, Q_ARG(QVariant, argument));
+    if (!isEmitted) {
         QTest::qFail(signal, __FILE__, __LINE__);
+    }
+}
+
+QVariant ScriptedSdk::property(const char *name) const
+{
+    return m_object->property(name);
+}
+
+void ScriptedSdk::setProperty(const char *name, const QVariant &value)
+{
+    if (!m_object->setProperty(name, value)) {
+        QTest::qFail(name, __FILE__, __LINE__);
     }
 }
 

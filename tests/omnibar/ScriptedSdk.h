@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
+#include <QVariant>
 
 class OmniBarFixture;
 class QObject;
@@ -20,6 +21,11 @@ public:
     //! The bridge sends a plan, or the result of a run.
     void sendPlan(const QJsonObject &payload) { emitSignal("planReceived", payload); }
     void sendResult(const QJsonObject &payload) { emitSignal("planExecuted", payload); }
+    //! Emits a signal with one argument: an object, a list or a text.
+    void emitSignal(const char *signal, const QVariant &argument);
+    //! A property of the client.
+    QVariant property(const char *name) const;
+    void setProperty(const char *name, const QVariant &value);
     //! What the window called since takeCalls(), in order.
     QStringList takeCalls();
 
@@ -30,7 +36,5 @@ public:
     static QJsonObject success();
 
 private:
-    void emitSignal(const char *signal, const QJsonObject &payload);
-
     QObject *m_object;
 };

@@ -5,6 +5,7 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "common"
+import "logic/Native.js" as Native
 import "settings"
 
 //! The settings sheet. Each row of "tabs" is a tab.
@@ -21,15 +22,21 @@ FloatingPanel {
         SettingsTab { title: panel.bar.tr("Look"); file: Qt.resolvedUrl("settings/LookTab.qml") },
         SettingsTab { title: panel.bar.tr("Models"); file: Qt.resolvedUrl("settings/ModelsTab.qml") },
         SettingsTab {
+            title: panel.bar.tr("Assistant")
+            file: Qt.resolvedUrl("settings/AssistantTab.qml")
+            onEntered: Native.call(panel.bar.sdk, "refreshPowerProfile")
+        },
+        SettingsTab {
             title: panel.bar.tr("Sessions")
             file: Qt.resolvedUrl("settings/SessionsTab.qml")
             onEntered: panel.bar.refreshSessionsList()
         }
     ]
+    readonly property int margin: 12
     readonly property real contentLimit: Math.round(bar.screenHeight * 0.78)
 
     width: Math.min(Math.max(bar.barWidth - 16, 560), bar.screenWidth - 32)
-    height: Math.min(content.implicitHeight, contentLimit) + 24
+    height: Math.min(content.implicitHeight, contentLimit) + 2 * margin
     shown: bar.settingsPanelOpen
     Accessible.role: Accessible.Dialog
     Accessible.name: heading.text
@@ -38,7 +45,8 @@ FloatingPanel {
         objectName: "settingsScrollPane"
 
         anchors.fill: parent
-        anchors.margins: 12
+        anchors.margins: panel.margin
+        anchors.rightMargin: 2
         contentHeight: content.implicitHeight
         thumbColor: panel.theme.uiScrollThumb
         scrollBarName: panel.bar.tr("Scroll settings")
@@ -46,7 +54,8 @@ FloatingPanel {
         Column {
             id: content
 
-            width: parent.width
+            // The scroll bar is in the margin, where it covers no control.
+            width: panel.width - 2 * panel.margin
             spacing: 12
 
             PlainText {

@@ -118,7 +118,12 @@ TestCase {
         sdk.aiRuntimePanelUpdated({ "settings": { "runtimeEnabled": true, "executionGating": "auto_safe" } });
         compare(panels.aiRuntimeEnabledUi, true);
         compare(panels.aiRuntimeGatingIndex, 1);
-        sdk.aiRuntimePanelUpdated({});
+        // Without settings they stay.
+        sdk.aiRuntimePanelUpdated({ "state": "idle", "settings": null });
+        compare(panels.aiRuntimeEnabledUi, true);
+        compare(panels.aiRuntimeGatingIndex, 1);
+        compare(panels.aiRuntimeStatusLine, "<State: idle · executions this hour: ?/?>");
+        sdk.aiRuntimePanelUpdated({ "settings": {} });
         compare(panels.aiRuntimeEnabledUi, false);
         compare(panels.aiRuntimeGatingIndex, 0);
     }

@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../logic/LiteralText.js" as LiteralText
+
 //! The keyboard hints at the bottom of the window.
 Column {
     id: strip
@@ -25,7 +27,7 @@ Column {
         objectName: "notifyLine"
         width: parent.width
         visible: text !== ""
-        text: strip.bar.wiNotifyBarLine
+        text: LiteralText.oneLine(strip.bar.wiNotifyBarLine)
         color: Qt.rgba(1, 1, 1, 0.52)
         font.pixelSize: 10
         horizontalAlignment: Text.AlignHCenter

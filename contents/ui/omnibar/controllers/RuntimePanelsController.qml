@@ -98,9 +98,11 @@ Controller {
             panels.wiDwellSummaryText = RuntimePanels.dwellText(payload.dwellSummary, panels.bar.tr);
         }
         function onAiRuntimePanelUpdated(payload) {
-            const settings = payload.settings || {};
-            panels.aiRuntimeEnabledUi = RuntimePanels.isOn(settings.runtimeEnabled);
-            panels.aiRuntimeGatingIndex = panels.mapGatingToIndex(settings.executionGating);
+            const settings = payload.settings;
+            if (RuntimePanels.isObject(settings)) {
+                panels.aiRuntimeEnabledUi = RuntimePanels.isOn(settings.runtimeEnabled);
+                panels.aiRuntimeGatingIndex = panels.mapGatingToIndex(settings.executionGating);
+            }
             panels.aiRuntimeStatusLine = RuntimePanels.statusLine(payload, panels.bar.tr);
         }
     }
