@@ -503,6 +503,12 @@ Window {
         }
 
         LateLoader {
+            file: Qt.resolvedUrl("omnibar/SuggestionDialog.qml")
+            properties: ({ "bar": omniBar, "theme": omniTheme })
+            wanted: omniBar.workspaceSuggestionDialogOpen
+        }
+
+        LateLoader {
             id: agentMenuLoader
 
             file: Qt.resolvedUrl("omnibar/bar/AgentMenu.qml")

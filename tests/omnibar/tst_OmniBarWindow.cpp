@@ -598,6 +598,7 @@ void tst_OmniBarWindow::escapeChain()
         {"voice confirmation", "voiceConfirmPending = true", "voiceConfirmPending", false},
         {"query", "planRequestInFlight = true", "planRequestInFlight", false},
     };
+    const int dialog = 2;
     const int combinations = 1 << steps.size();
 
     OmniBarFixture bar;
@@ -617,8 +618,13 @@ void tst_OmniBarWindow::escapeChain()
                 expected = i;
             }
         }
+        if (isOpen(dialog)) {
+            expected = dialog; // is modal, so that the input can't have the focus
+        }
         if (fromInput) {
-            bar.focus(bar.item("inputField"));
+            if (!isOpen(dialog)) {
+                bar.focus(bar.item("inputField"));
+            }
             bar.key(Qt::Key_Escape);
         } else {
             bar.invoke("handleEscapeKey");
