@@ -34,7 +34,8 @@ function openSession(house, sessionId) {
 async function converse({ id, params, connection, house }, prompt, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
     const { desktop } = house;
-    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession, desktop }, play);
+    const sendToAll = (frame) => house.sendToAll(frame);
+    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession, desktop, sendToAll }, play);
     if (outcome === NO_REPLY)
         return NO_REPLY;
 

@@ -53,8 +53,12 @@ class House {
 
     //! Sends an event to every client.
     broadcast(name, fields) {
-        const notice = frames.event(name, fields);
-        this.clients.forEach((client) => client.send(notice));
+        this.sendToAll(frames.event(name, fields));
+    }
+
+    //! Sends a frame to every client.
+    sendToAll(frame) {
+        this.clients.forEach((client) => client.send(frame));
     }
 
     //! Cancels everything that is running, when the bridge stops.

@@ -162,4 +162,4 @@ class AiRuntime {
     }
 }
 
-module.exports = { AiRuntime };
+module.exports = { AiRuntime, SUGGESTIONS, notification };

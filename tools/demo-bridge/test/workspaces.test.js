@@ -6,6 +6,7 @@
 const assert = require('assert/strict');
 
 const { AiRuntime } = require('../lib/runtime');
+const { NAMES } = require('../lib/notices');
 const { Workspaces } = require('../lib/workspaces');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
@@ -203,6 +204,39 @@ test('suggestions come in turns, fall silent when one is dismissed and return wh
     assert.equal((await client.result(CHECK)).clientNotification.suggestionId, 'sug_focus_dev');
     assert.equal((await client.request('aiRuntimeDismissSuggestion', { suggestionId: 'x' })).error.code,
         'SUGGESTION_NOT_FOUND');
+});
+
+const NOTICES = [
+    ['', { notified: true, reason: '', notificationChannel: 'client' }],
+    ['ready', { notified: true, reason: '', notificationChannel: 'client' }],
+    ['review', { notified: true, reason: '', notificationChannel: 'client' }],
+    ['plasma', { notified: true, reason: '', notificationChannel: 'freedesktop-actions' }],
+    ['long', { notified: true, reason: '', notificationChannel: 'client' }],
+    ['no_suggestions', { notified: false, reason: 'no_suggestions' }],
+    ['low_confidence', { notified: false, reason: 'low_confidence' }],
+    ['dnd', { notified: false, reason: 'dnd' }],
+    ['notification_failed', { notified: false, reason: 'notification_failed', notificationError: 'no notification server' }],
+    ['dry_run', { notified: false, reason: 'dry_run' }],
+];
+
+test('a notice that nobody asked for reaches every client', async (t) => {
+    const bridge = await startBridge(t, { LOOMRA_DEMO_DELAY_MS: '0' });
+    assert.deepEqual(NOTICES.slice(1).map(([name]) => name), NAMES);
+    for (const [name, facts] of NOTICES) {
+        const [chat, other] = [await bridge.connect(), await bridge.connect()];
+        await chat.result('chat', { message: `suggestion ${name}` });
+        for (const client of [chat, other]) {
+            const { id, payload } = await client.until(({ method }) => method === CHECK);
+            assert.equal(id, undefined);
+            assert.deepEqual({ ...payload, ...facts }, payload, name);
+            assert.equal(payload.notified, Boolean(payload.clientNotification) && payload.reason !== 'dry_run');
+            assert.ok(payload.analysis);
+        }
+    }
+    const client = await bridge.connect();
+    const { response } = await client.result('chat', { message: 'suggestion none of these' });
+    assert.match(response, /^There is no such suggestion/);
+    assert.equal(client.messages.some(({ method }) => method === CHECK), false);
 });
 
 test('do not disturb holds a suggestion back unless it is ignored', async (t) => {

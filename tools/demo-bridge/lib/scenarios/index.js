@@ -18,6 +18,7 @@ const GROUPS = [
     require('./blocks'),
     require('./progress'),
     require('./tools'),
+    require('./workspaces'),
     require('./trouble'),
     require('./hostile'),
     require('./suggestions'),
