@@ -12,6 +12,8 @@ Column {
 
     required property var bar
 
+    //! In characters: more than fits on two lines.
+    readonly property int longestLine: 1000
     //! The first row whose "holds" returns true is shown. Intentional: the black texts are faint on the dark scrim, so
     //! that they don't distract.
     readonly property var hints: [
@@ -27,7 +29,7 @@ Column {
         objectName: "notifyLine"
         width: parent.width
         visible: text !== ""
-        text: LiteralText.oneLine(strip.bar.wiNotifyBarLine)
+        text: LiteralText.oneLine(strip.bar.wiNotifyBarLine, strip.longestLine)
         color: Qt.rgba(1, 1, 1, 0.52)
         font.pixelSize: 10
         horizontalAlignment: Text.AlignHCenter
