@@ -5,14 +5,10 @@
 
 #include <QJsonDocument>
 #include <QTest>
-#include <QUrl>
 
 AssistantWindow::AssistantWindow()
     : m_sdk(std::make_unique<ScriptedSdk>(*this))
-    , m_config(fake(QStringLiteral("import \"%1\"\nFakeConfig {}")
-                        .arg(QUrl::fromLocalFile(qEnvironmentVariable("TOVICTL_SOURCE_DIR")
-                                                 + QStringLiteral("/tests/omnibar/controllers"))
-                                 .toString())))
+    , m_config(fake(QStringLiteral("FakeConfig {}")))
 {
     m_sdk->setProperty("workspaceIntelAvailable", true);
     m_sdk->setProperty("aiRuntimeAvailable", true);
@@ -34,23 +30,7 @@ bool AssistantWindow::begin()
 bool AssistantWindow::openTab(bool isAdvanced)
 {
     setProperty("showAdvancedAssistant", isAdvanced);
-    return openTab(QStringLiteral("Assistant"))
-        && QTest::qWaitFor([this] { return isSeen(item(QStringLiteral("assistantTab"))); }) && settle();
-}
-
-bool AssistantWindow::openTab(const QString &title)
-{
-    setProperty("settingsPanelOpen", true);
-    if (!QTest::qWaitFor([this] { return isSeen(item(QStringLiteral("settingsTabs"))); }) || !settle()) {
-        return false;
-    }
-    const auto tabs = itemsWhere(item(QStringLiteral("settingsTabs")),
-                                 [&](QQuickItem *tab) { return tab->property("label").toString() == title; });
-    if (tabs.isEmpty()) {
-        return false;
-    }
-    click(tabs.first());
-    return settle();
+    return openTab(QStringLiteral("Assistant"));
 }
 
 QStringList AssistantWindow::takeStored()

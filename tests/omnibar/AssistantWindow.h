@@ -21,8 +21,7 @@ public:
     bool begin();
     //! Opens the Assistant tab. @param isAdvanced with the advanced options
     bool openTab(bool isAdvanced = false);
-    //! Makes another tab of the sheet the current one.
-    bool openTab(const QString &title);
+    using Conversation::openTab;
 
     ScriptedSdk &sdk() { return *m_sdk; }
     //! What was stored and saved since the last call, in order.

@@ -104,6 +104,20 @@ QQuickItem *Conversation::textItem(const QString &text) const
         .value(0);
 }
 
+bool Conversation::openTab(const QString &title)
+{
+    setProperty("settingsPanelOpen", true);
+    if (!QTest::qWaitFor([this] { return isSeen(item(QStringLiteral("settingsTabs"))); })) {
+        return false;
+    }
+    QQuickItem *strip = item(QStringLiteral("settingsTabs"));
+    const auto tabs = itemsWhere(strip, [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
+    const auto tab = std::find_if(tabs.cbegin(), tabs.cend(),
+                                  [&](QQuickItem *item) { return item->property("label").toString() == title; });
+    strip->setProperty("currentIndex", static_cast<int>(tab - tabs.cbegin()));
+    return tab != tabs.cend() && settle();
+}
+
 QStringList Conversation::suggestions() const
 {
     QStringList titles;

@@ -30,6 +30,9 @@ public:
     //! Chooses the light or the dark theme, as the settings do.
     void setLight(bool isLight);
 
+    //! Shows a tab of the settings sheet, which is opened if it isn't yet.
+    bool openTab(const QString &title);
+
     //! Number of rows.
     int count() const { return property("chatModel.count").toInt(); }
     //! All rows as "role: text".

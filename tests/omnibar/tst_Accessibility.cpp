@@ -318,35 +318,19 @@ bool settings(Conversation &bar)
     return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("settingsPanel"))); }, Timeouts::Default);
 }
 
-//! A tab of the sheet by its title.
-bool openTab(Conversation &bar, const QString &title, const QString &page)
-{
-    if (!settings(bar)) {
-        return false;
-    }
-    QQuickItem *strip = bar.item(QStringLiteral("settingsTabs"));
-    const auto tabs = bar.itemsWhere(strip, [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
-    for (int i = 0; i < tabs.size(); ++i) {
-        if (tabs.at(i)->property("label").toString() == title) {
-            strip->setProperty("currentIndex", i);
-        }
-    }
-    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(page)); }, Timeouts::Default);
-}
-
 bool modelsTab(Conversation &bar)
 {
     bar.evaluate(QStringLiteral("sdk.modelsListed([1, 2, 3].map(n => ({ fullId: 'demo/model-' + n })))"));
     bar.evaluate(
         QStringLiteral("sdk.freeProvidersChecked({ results: [{ model: 'demo/model-1' }, { model: 'demo/model-2' }],"
                        " recommended: { model: 'demo/model-1', ok: true } })"));
-    return openTab(bar, QStringLiteral("Models"), QStringLiteral("modelsTab"))
+    return bar.openTab(QStringLiteral("Models"))
         && QTest::qWaitFor([&] { return bar.items(QStringLiteral("modelRow")).size() == 3; }, Timeouts::Default);
 }
 
 bool sessionsTab(Conversation &bar)
 {
-    if (!openTab(bar, QStringLiteral("Sessions"), QStringLiteral("sessionsTab"))) {
+    if (!bar.openTab(QStringLiteral("Sessions"))) {
         return false;
     }
     bar.evaluate(QStringLiteral("sdk.sessionsListed([1, 2, 3].map(n => ({ id: 'ses_' + n, name: 'Session ' + n })))"));
