@@ -19,7 +19,6 @@
 #include <QJsonObject>
 #include <QWebSocket>
 
-#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -48,14 +47,6 @@ QString replyFrame(int id, const char *payload)
         .arg(QString::number(id), QLatin1String(payload));
 }
 
-//! The processor time of this thread, in ns.
-qint64 work()
-{
-    timespec time {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
-}
-
 //! The result of a run.
 struct Speed
 {
@@ -70,7 +61,7 @@ Speed run(const std::function<void()> &send, const int &replies)
     const int before = replies;
     int sent = 0;
     const qint64 begun = Clock::now();
-    const qint64 workBefore = work();
+    const qint64 workBefore = Clock::work();
     const bool isDone = EventLoop::until([&] {
         const int answered = replies - before;
         while (sent < s_requests && sent - answered < s_window) {
@@ -83,7 +74,7 @@ Speed run(const std::function<void()> &send, const int &replies)
         notMeasured("a reply is missing");
     }
     const auto duration = static_cast<double>(Clock::now() - begun);
-    return {s_requests / duration * 1e9, static_cast<double>(work() - workBefore) / s_requests / 1e3};
+    return {s_requests / duration * 1e9, static_cast<double>(Clock::work() - workBefore) / s_requests / 1e3};
 }
 
 //! Sends the same JSON on a bare socket.
@@ -148,11 +139,11 @@ double logWork(const QString &reply)
 {
     std::vector<double> times;
     for (int run = 0; run < s_runs; ++run) {
-        const qint64 before = work();
+        const qint64 before = Clock::work();
         for (int i = 0; i < s_calls; ++i) {
             logEvents(i, reply);
         }
-        times.push_back(static_cast<double>(work() - before) / s_calls / 1e3);
+        times.push_back(static_cast<double>(Clock::work() - before) / s_calls / 1e3);
     }
     return Statistics::median(times);
 }
@@ -189,11 +180,11 @@ public:
             frames.push_back(replyFrame(++m_id, payload));
         }
         const int before = replies;
-        const qint64 workBefore = work();
+        const qint64 workBefore = Clock::work();
         for (const QString &frame : frames) {
             Q_EMIT m_socket->textMessageReceived(frame);
         }
-        const qint64 spent = work() - workBefore;
+        const qint64 spent = Clock::work() - workBefore;
         if (replies - before != s_window) {
             notMeasured("the client uses other ids than expected");
         }

@@ -6,16 +6,25 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <ctime>
 
-//! The clock of all measurements: CLOCK_MONOTONIC, which is the same in all processes. Any thread.
+//! The clocks of all measurements. Any thread.
 namespace Clock
 {
 
-//! The current time in ns.
+//! The current time in ns, by CLOCK_MONOTONIC, which is the same in all processes.
 inline qint64 now()
 {
     using namespace std::chrono;
     return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+//! The processor time of this thread in ns. Unlike now() it can be compared on a busy machine.
+inline qint64 work()
+{
+    timespec time {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
 }
 
 //! Converts ns to ms.
