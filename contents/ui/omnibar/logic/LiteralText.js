@@ -17,10 +17,17 @@ const quote = "\u02cb"; // modifier letter grave accent
 const unprintable = /[\u0000-\u001f\u007f-\u009f\u061c\u200b\u200e\u200f\u2028-\u202e\u2060-\u2069\ufeff\ufffc]/g;
 const rightToLeft = /[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc]|[\ud802\ud803\ud83a\ud83b]/;
 
-/** A text as a single line without invisible characters, cut if it is extremely long. For plain text. @param length in
- *  characters, by default that of a name */
+/** A text as a single line without invisible characters, of any length. For plain text. */
+function printable(text) {
+    return text.replace(unprintable, "\ufffd");
+}
+
+/**
+ * A text as a single line without invisible characters, cut if it is extremely long. For plain text.
+ * @param length in characters, by default that of a name
+ */
 function oneLine(text, length = maxLength) {
-    const line = text.substring(0, length + 1).replace(unprintable, "\ufffd");
+    const line = printable(text.substring(0, length + 1));
     if (line.length <= length) {
         return line;
     }
