@@ -293,6 +293,63 @@ Window {
     function closeWorkspaceSuggestionDialog() { suggestionNotice.closeWorkspaceSuggestionDialog(); }
     function applyWorkspaceSuggestion(actionId) { suggestionNotice.applyWorkspaceSuggestion(actionId); }
 
+    // ---- System dashboard
+    property alias dashSessionHeapMb: dashboard.dashSessionHeapMb
+    property alias dashSessionHeapTotalMb: dashboard.dashSessionHeapTotalMb
+    property alias dashBridgeRssMb: dashboard.dashBridgeRssMb
+    property alias dashBridgeExternalMb: dashboard.dashBridgeExternalMb
+    property alias dashToviServiceMb: dashboard.dashToviServiceMb
+    property alias dashCpuPercent: dashboard.dashCpuPercent
+    property alias dashUptimeMs: dashboard.dashUptimeMs
+    property alias dashReqCount: dashboard.dashReqCount
+    property alias dashActionCount: dashboard.dashActionCount
+    property alias appErrorCount: dashboard.appErrorCount
+    property alias appAvgLatencyMs: dashboard.appAvgLatencyMs
+    property alias appP95LatencyMs: dashboard.appP95LatencyMs
+    property alias appLastRequestMs: dashboard.appLastRequestMs
+    property alias dashFeedbackLikes: dashboard.dashFeedbackLikes
+    property alias dashFeedbackDislikes: dashboard.dashFeedbackDislikes
+    property alias dashFeedbackTotal: dashboard.dashFeedbackTotal
+    property alias dashErrorTotal: dashboard.dashErrorTotal
+    property alias dashErrorDir: dashboard.dashErrorDir
+    property alias dashWarnTotal: dashboard.dashWarnTotal
+    property alias dashWarnDir: dashboard.dashWarnDir
+    property alias dashLogEntries: dashboard.dashLogEntries
+    property alias dashLogRows: dashboard.dashLogRows
+    property alias appLogErrors: dashboard.appLogErrors
+    property alias appLogWarnings: dashboard.appLogWarnings
+    property alias appLogEntries: dashboard.appLogEntries
+    property alias appLastErrorTs: dashboard.appLastErrorTs
+    property alias appLastWarnTs: dashboard.appLastWarnTs
+    property alias serviceActive: dashboard.serviceActive
+    property alias serviceSub: dashboard.serviceSub
+    property alias serviceEnabled: dashboard.serviceEnabled
+    property alias serviceUptimeSec: dashboard.serviceUptimeSec
+    property alias serviceRestarts: dashboard.serviceRestarts
+    property alias serviceMemoryMB: dashboard.serviceMemoryMB
+    property alias powerProfileActive: dashboard.powerProfileActive
+    property alias powerProfileAvailable: dashboard.powerProfileAvailable
+    property alias systemReportData: dashboard.systemReportData
+    property alias systemReportLoading: dashboard.systemReportLoading
+    property alias dashboardPolling: dashboard.dashboardPolling
+    property alias dashNow: dashboard.dashNow
+    property alias dashState: dashboard.dashState
+    property alias dashNeedsAttention: dashboard.dashNeedsAttention
+    property alias runtimeMode: runtime.runtimeMode
+    property alias runtimePid: runtime.runtimePid
+    property alias runtimeConnected: runtime.runtimeConnected
+    property alias runtimeHealthLine: runtime.runtimeHealthLine
+    property alias runtimeJobs: runtime.runtimeJobs
+    property alias reminders: runtime.reminders
+    property alias remindersStatus: runtime.remindersStatus
+
+    function enterDashboard() { dashboard.enterDashboard(); }
+    function leaveDashboard() { dashboard.leaveDashboard(); }
+    function dashboardPageCreated() { dashboard.dashboardPageCreated(); }
+    function dashboardPageDestroyed() { dashboard.dashboardPageDestroyed(); }
+    function choosePowerProfile(name) { dashboard.choosePowerProfile(name); }
+    function openLogs() { dashboard.openLogs(); }
+
     // ---- Window events
     onWidthChanged: surface.place()
     onHeightChanged: surface.place()
@@ -350,6 +407,8 @@ Window {
     WorkspaceTemplatesController { id: workspaceTemplates; bar: omniBar }
     RuntimePanelsController { id: runtimePanels; bar: omniBar }
     SuggestionNoticeController { id: suggestionNotice; bar: omniBar }
+    DashboardController { id: dashboard; bar: omniBar }
+    RuntimeController { id: runtime; bar: omniBar }
 
     Connections {
         target: omniBar

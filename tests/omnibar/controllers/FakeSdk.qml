@@ -31,6 +31,17 @@ CallRecorder {
     signal workspaceSuggestionNotifyResult(var payload)
     signal workspaceSuggestionUserChoice(var payload)
     signal workspaceSuggestionShowInAppDialog(string clientNotificationJson)
+    signal systemDashboardReceived(var dashboard)
+    signal systemReportReceived(var report)
+    signal quickStatusReceived(var status)
+    signal appLogSummaryReceived(var summary)
+    signal appMetricsReceived(var metrics)
+    signal serviceHealthReceived(var health)
+    signal powerProfileReceived(var profile)
+    signal runtimeHealthUpdated(var payload)
+    signal runtimeJobsUpdated(var jobs)
+    signal remindersListed(var reminders)
+    signal reminderCancelled(string id)
 
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
@@ -64,4 +75,6 @@ CallRecorder {
     function applyWorkspaceSuggestionAction(actionId, clientNotificationJson) {
         note("applyWorkspaceSuggestionAction", [actionId, clientNotificationJson]);
     }
+    function getSystemDashboard() { note("getSystemDashboard", []); }
+    function reconnectBridge() { note("reconnectBridge", []); }
 }
