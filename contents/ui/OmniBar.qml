@@ -348,6 +348,7 @@ Window {
     function dashboardPageCreated() { dashboard.dashboardPageCreated(); }
     function dashboardPageDestroyed() { dashboard.dashboardPageDestroyed(); }
     function choosePowerProfile(name) { dashboard.choosePowerProfile(name); }
+    function reconnectBridge() { dashboard.reconnectBridge(); }
     function openLogs() { dashboard.openLogs(); }
 
     // ---- Window events

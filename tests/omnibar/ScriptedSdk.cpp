@@ -36,6 +36,11 @@ void ScriptedSdk::setProperty(const char *name, const QVariant &value)
     }
 }
 
+void ScriptedSdk::setEventLogDir(const QString &path)
+{
+    m_object->property("answers").value<QObject *>()->setProperty("eventLogDir", path);
+}
+
 QStringList ScriptedSdk::takeCalls()
 {
     const QStringList taken = m_object->property("calls").toStringList();

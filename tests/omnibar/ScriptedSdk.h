@@ -26,6 +26,8 @@ public:
     //! A property of the client.
     QVariant property(const char *name) const;
     void setProperty(const char *name, const QVariant &value);
+    //! Where the bridge's logs are.
+    void setEventLogDir(const QString &path);
     //! What the window called since takeCalls(), in order.
     QStringList takeCalls();
 

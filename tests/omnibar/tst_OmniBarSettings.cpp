@@ -13,7 +13,7 @@
 namespace
 {
 
-const QStringList s_tabs = {text("Look"), text("Models"), text("Assistant"), text("Sessions")};
+const QStringList s_tabs = {text("Look"), text("Models"), text("Assistant"), text("Sessions"), text("System")};
 
 //! The window with the settings sheet open.
 class Settings : public OmniBarFixture

@@ -30,6 +30,12 @@ FloatingPanel {
             title: panel.bar.tr("Sessions")
             file: Qt.resolvedUrl("settings/SessionsTab.qml")
             onEntered: panel.bar.refreshSessionsList()
+        },
+        SettingsTab {
+            title: panel.bar.dashNeedsAttention ? panel.bar.tr("System ●") : panel.bar.tr("System")
+            file: Qt.resolvedUrl("settings/SystemTab.qml")
+            onEntered: panel.bar.enterDashboard()
+            onLeft: panel.bar.leaveDashboard()
         }
     ]
     readonly property int margin: 12

@@ -83,6 +83,7 @@ QtObject {
     readonly property color dangerFill: Qt.rgba(0.90, 0.22, 0.21, 0.18)
     readonly property color dangerHover: Qt.rgba(0.90, 0.22, 0.21, 0.35)
     readonly property color dangerText: pick("#ff8a80", "#b3261e")
+    readonly property color warningText: pick("#ffd54f", "#7a4f00")
     readonly property color headerHover: pick(Qt.rgba(1, 1, 1, 0.10), Qt.rgba(0, 0, 0, 0.08))
 
     //! Fill and border of a chat bubble by the row's role. For unknown roles use the assistant's.

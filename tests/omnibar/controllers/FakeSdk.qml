@@ -14,6 +14,11 @@ CallRecorder {
     property bool workspaceSuggestionReminderEnabled: false
     property int workspaceSuggestionReminderMinutes: 5
 
+    //! What the functions of these names return.
+    readonly property QtObject answers: QtObject {
+        property string eventLogDir: ""
+    }
+
     signal planReceived(var payload)
     signal planExecuted(var payload)
     signal error(string error)
@@ -76,5 +81,6 @@ CallRecorder {
         note("applyWorkspaceSuggestionAction", [actionId, clientNotificationJson]);
     }
     function getSystemDashboard() { note("getSystemDashboard", []); }
+    function eventLogDir() { return answers.eventLogDir; }
     function reconnectBridge() { note("reconnectBridge", []); }
 }

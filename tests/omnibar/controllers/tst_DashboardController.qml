@@ -257,6 +257,13 @@ TestCase {
         compare(sdk.takeCalls(), []);
     }
 
+    function test_reconnecting() {
+        dashboard.reconnectBridge();
+        compare(sdk.takeCalls(), ["reconnectBridge()"]);
+        bar.sdk = null;
+        dashboard.reconnectBridge();
+    }
+
     function test_openLogs_data() {
         return [
             { tag: "client", client: true, directory: "/home/me/my #1 logs", opened: "/home/me/my #1 logs" },
@@ -267,8 +274,10 @@ TestCase {
     function test_openLogs(row) {
         const opened = [];
         dashboard.openDirectory = path => opened.push(path);
-        const client = row.client ? { "eventLogDir": () => row.directory } : null;
-        dashboard.bar = { "sdk": client, "bridgeStatus": "idle" };
+        if (row.client)
+            sdk.answers.eventLogDir = row.directory;
+        else
+            bar.sdk = null;
         dashboard.openLogs();
         compare(opened, [row.opened]);
     }

@@ -134,6 +134,10 @@ Controller {
             bar.sendToBridge("switch to " + name + " power profile");
     }
 
+    function reconnectBridge() {
+        Native.call(bar.sdk, "reconnectBridge");
+    }
+
     function openLogs() {
         openDirectory(Native.call(bar.sdk, "eventLogDir") || Dashboard.fallbackLogDirectory);
     }

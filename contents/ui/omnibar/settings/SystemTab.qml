@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+
+import "common"
+
+//! The tab with the live dashboard of the bridge and its service. It is polled while this page exists.
+Column {
+    id: page
+    objectName: "systemTab"
+
+    required property var bar
+    required property var theme
+    required property SettingsTab tab
+
+    spacing: 10
+    Component.onCompleted: bar.dashboardPageCreated()
+    Component.onDestruction: {
+        // Null if the window is destroyed with the page.
+        if (bar)
+            bar.dashboardPageDestroyed();
+    }
+
+    HealthBanner {
+        width: parent.width
+        bar: page.bar
+        theme: page.theme
+    }
+
+    SettingsHeading {
+        theme: page.theme
+        isSection: true
+        text: page.bar.tr("Process & Memory")
+    }
+
+    MemoryGrid {
+        width: parent.width
+        bar: page.bar
+        theme: page.theme
+    }
+
+    SettingsHeading {
+        theme: page.theme
+        isSection: true
+        text: page.bar.tr("Feedback")
+    }
+
+    FeedbackRow {
+        bar: page.bar
+        theme: page.theme
+    }
+
+    SettingsHeading {
+        theme: page.theme
+        isSection: true
+        text: page.bar.tr("Background Errors & Warnings")
+    }
+
+    LogCounts {
+        width: parent.width
+        bar: page.bar
+        theme: page.theme
+    }
+
+    LogList {
+        bar: page.bar
+        theme: page.theme
+    }
+
+    SettingsHeading {
+        theme: page.theme
+        isSection: true
+        text: page.bar.tr("Service")
+    }
+
+    ServiceRow {
+        width: parent.width
+        bar: page.bar
+        theme: page.theme
+    }
+
+    PowerProfiles {
+        width: parent.width
+        bar: page.bar
+        theme: page.theme
+    }
+
+    Row {
+        spacing: 8
+
+        SettingsButton {
+            objectName: "refreshRuntimeBtn"
+
+            theme: page.theme
+            label: page.bar.tr("Refresh runtime")
+            onClicked: page.bar.refreshRuntimePanels()
+        }
+
+        SettingsButton {
+            objectName: "openLogsBtn"
+
+            theme: page.theme
+            label: page.bar.tr("Open logs")
+            onClicked: page.bar.openLogs()
+        }
+    }
+}
