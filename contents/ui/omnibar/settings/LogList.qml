@@ -64,7 +64,7 @@ SettingsList {
         HoverTip {
             control: row
             text: line.text
-            longest: 1000
+            longest: 600
             enabledHere: line.truncated
         }
 
