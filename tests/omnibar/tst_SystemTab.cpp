@@ -306,7 +306,7 @@ void tst_SystemTab::leftAndEnteredAtOnce()
 void tst_SystemTab::bridgeGoneAndBack()
 {
     sendReport(fullReport());
-    m_sdk->setReady(false);
+    m_sdk->setProperty("ready", false);
     setStatus(text("disconnected"));
     QCOMPARE(m_bar->textOf("healthText"), text("Bridge disconnected"));
     QVERIFY(m_bar->isPolling());
@@ -314,7 +314,7 @@ void tst_SystemTab::bridgeGoneAndBack()
     m_bar->tick();
     QCOMPARE(m_sdk->takeCalls(), QStringList());
     setStatus(text("idle"));
-    m_sdk->setReady(true);
+    m_sdk->setProperty("ready", true);
     QVERIFY(ticks().size() <= 1);
     m_bar->tick();
     QCOMPARE(ticks(), QStringList({s_tick}));
@@ -471,7 +471,7 @@ void tst_SystemTab::lights()
     QCOMPARE(m_bar->figures("runtimeLight"), QStringList({text("Runtime")}));
     QCOMPARE(state("bridgeLight"), text("Connected"));
     QCOMPARE(state("runtimeLight"), text("Disconnected"));
-    m_sdk->setReady(false);
+    m_sdk->setProperty("ready", false);
     m_sdk->emitSignal("runtimeHealthUpdated", {{text("connected"), true}});
     QCOMPARE(state("bridgeLight"), text("Disconnected"));
     QCOMPARE(state("runtimeLight"), text("Connected"));
@@ -508,7 +508,7 @@ void tst_SystemTab::service()
         {"", false, "unknown", "#FFD700"},
     };
     for (const auto &row : rows) {
-        m_sdk->setReady(row.ready);
+        m_sdk->setProperty("ready", row.ready);
         sendReport(withService(text(row.active)));
         QCOMPARE(m_bar->textOf("serviceLabel"), text(row.label));
         QCOMPARE(colourOf(m_bar->item("serviceDot")), rgb(text(row.dot)));
@@ -743,7 +743,7 @@ void tst_SystemTab::pictures()
         m_bar->property("appearanceStore").value<QObject *>()->setProperty("lightChrome", isLight);
         for (const auto &scene : scenes) {
             setStatus(scene.isReady ? text("idle") : text("disconnected"));
-            m_sdk->setReady(scene.isReady);
+            m_sdk->setProperty("ready", scene.isReady);
             sendReport(scene.report);
             m_sdk->emitSignal("powerProfileReceived", scene.power);
             QVERIFY(m_bar->settle());

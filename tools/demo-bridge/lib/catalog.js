@@ -3,22 +3,7 @@
 
 'use strict';
 
-const model = (provider, id, free) => ({
-    id,
-    name: id,
-    provider,
-    fullId: `${provider}/${id}`,
-    displayName: `${provider}/${id}`,
-    free,
-});
-
-const models = [
-    model('demo', 'echo-free', true),
-    model('demo', 'small', false),
-    model('demo', 'large', false),
-    model('workshop', 'nightly-build-with-a-rather-long-name-that-must-elide-somewhere', false),
-    model('workshop', 'tiny-free', true),
-];
+const { models } = require('./models');
 
 const agent = (id, name, description) => ({ id, name, description });
 

@@ -33,9 +33,10 @@ function openSession(house, sessionId) {
 //! Runs a turn in the session of its request, and makes a reply from the result of `play(turn)`.
 async function converse({ id, params, connection, house }, prompt, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
-    const { desktop } = house;
+    const { desktop, journal } = house;
     const sendToAll = (frame) => house.sendToAll(frame);
-    const outcome = await connection.turns.run({ id, prompt, params, session, startsSession, desktop, sendToAll }, play);
+    const request = { id, prompt, params, session, startsSession, desktop, journal, sendToAll };
+    const outcome = await connection.turns.run(request, play);
     if (outcome === NO_REPLY)
         return NO_REPLY;
 

@@ -5,20 +5,26 @@
 
 const BEATS_EACH = 0.3;
 
-//! The made-up result for the free model of each provider; the others need a token.
+//! The made-up results of some providers.
 const ANSWERS = new Map([['demo', { responseMs: 120 }], ['workshop', { responseMs: 640, wantsToken: true }]]);
+const SLOWEST_MS = 4000;
+const OVERLOADED_EACH = 4;
+
+//! The result of a model of any other provider, the same each time.
+function madeUpAnswer(fullId) {
+    const sum = [...fullId].reduce((all, letter) => all + letter.charCodeAt(0), 0);
+    return { responseMs: 300 + (sum * 97) % SLOWEST_MS, isOverloaded: sum % OVERLOADED_EACH === 0 };
+}
 
 function tryModel({ fullId, displayName, provider }, tokens) {
-    const { responseMs, wantsToken } = ANSWERS.get(provider);
-    const ok = !wantsToken || tokens.has(provider);
-    return {
-        model: fullId,
-        displayName,
-        ok,
-        responseMs: ok ? responseMs : 0,
-        response: ok ? 'Hello!' : '',
-        error: ok ? '' : `No token is set for ${provider}`,
-    };
+    const { responseMs, wantsToken, isOverloaded } = ANSWERS.get(provider) ?? madeUpAnswer(fullId);
+    let error = '';
+    if (wantsToken && !tokens.has(provider))
+        error = `No token is set for ${provider}`;
+    else if (isOverloaded)
+        error = 'The provider is overloaded. Please try again later.';
+    const ok = error === '';
+    return { model: fullId, displayName, ok, responseMs: ok ? responseMs : 0, response: ok ? 'Hello!' : '', error };
 }
 
 //! Tries all free models in turn. Resolves to a row for each and, as `recommended`, the fastest one that replied.

@@ -18,6 +18,7 @@ const { Pace } = require('./pace');
 const { Reminders } = require('./reminders');
 const { Reports } = require('./reports');
 const { SessionStore } = require('./sessions');
+const { seedSessions } = require('./seed');
 const { Tokens } = require('./tokens');
 const { Workspaces } = require('./workspaces');
 
@@ -39,6 +40,7 @@ class House {
     constructor(settings) {
         this.settings = settings;
         this.pace = new Pace(settings.beat);
+        seedSessions(this.sessions, settings.sessions ?? 0);
         this.executor = new Executor({
             enabled: settings.executorPathEnabled,
             desktop: this.desktop,

@@ -3,7 +3,8 @@
 
 'use strict';
 
-// Reports about the bridge, which are real, and about the machine, which are made up and vary.
+// Reports about the bridge, which are real, and about the machine, which are made up and vary. The load of the bridge and
+// the memory of the client are made up too, because those of a demo hardly move.
 
 const { POWER_PROFILES } = require('./desktop');
 
@@ -17,29 +18,9 @@ const megabytes = (bytes) => Math.round(bytes / MB);
 const wave = (seconds, base, swing, period) =>
     Math.round((base + swing * Math.sin((2 * Math.PI * seconds) / period)) * 10) / 10;
 
-//! The processor use of this process since the last call, in percent of one core.
-class CpuGauge {
-    #lastUsage = process.cpuUsage();
-    #lastTime = process.hrtime.bigint();
-    #percent = 0;
-
-    read() {
-        const time = process.hrtime.bigint();
-        const usage = process.cpuUsage(this.#lastUsage);
-        const elapsed = Number(time - this.#lastTime) / 1000;
-        if (elapsed >= 1000) { // microseconds; a shorter interval is too inexact
-            this.#percent = Math.min(100, Math.round(((usage.user + usage.system) / elapsed) * 1000) / 10);
-            this.#lastUsage = process.cpuUsage();
-            this.#lastTime = time;
-        }
-        return this.#percent;
-    }
-}
-
 //! All reports. Each is sent as a whole.
 class Reports {
     #house;
-    #cpu = new CpuGauge();
 
     constructor(house) {
         this.#house = house;
@@ -111,6 +92,7 @@ class Reports {
     }
 
     dashboard() {
+        const seconds = this.#seconds;
         const { journal, feedback, metrics } = this.#house;
         const { heapUsed, heapTotal, rss, external } = process.memoryUsage();
         const { up, down } = feedback.votes;
@@ -120,9 +102,9 @@ class Reports {
                 sessionHeapTotalMb: megabytes(heapTotal),
                 bridgeRssMb: megabytes(rss),
                 bridgeExternalMb: megabytes(external),
-                toviServiceMb: megabytes(rss),
+                toviServiceMb: Math.round(wave(seconds, 180, 14, 45)),
             },
-            cpu: { bridgePercent: this.#cpu.read() },
+            cpu: { bridgePercent: wave(seconds, 46, 42, 60) },
             feedback: { likes: up, dislikes: down, total: up + down },
             errors: {
                 total: journal.total('error'),
@@ -137,4 +119,4 @@ class Reports {
     }
 }
 
-module.exports = { CpuGauge, Reports, wave };
+module.exports = { Reports, wave };

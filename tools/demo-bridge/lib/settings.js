@@ -9,6 +9,8 @@ const NUMBERS = [
     { key: 'port', variable: 'LOOMRA_BRIDGE_PORT', least: 0, most: 65535, preset: 8765 },
     // The length of a beat, the unit of all pauses in scenarios.
     { key: 'beat', variable: 'LOOMRA_DEMO_DELAY_MS', least: 0, most: 60000, preset: 1000 },
+    // Sessions at the start.
+    { key: 'sessions', variable: 'LOOMRA_DEMO_SESSIONS', least: 0, most: 500, preset: 0 },
 ];
 
 const ON = '1'; // enables what is disabled by default
@@ -28,8 +30,8 @@ function readSwitch(text = '') {
     return text !== '0' && text.toLowerCase() !== 'false';
 }
 
-//! Parses the environment: `port`, `beat` (milliseconds), `executorPathEnabled`, `workspaceIntel` and `aiRuntime`.
-//! Throws an Error with a message for the user if a number is invalid.
+//! Parses the environment: `port`, `beat` (milliseconds), `sessions`, `executorPathEnabled`, `workspaceIntel` and
+//! `aiRuntime`.//! Throws an Error with a message for the user if a number is invalid.
 function readSettings(env) {
     const settings = {
         executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),

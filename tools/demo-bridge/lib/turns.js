@@ -18,7 +18,7 @@ class Turn {
     #cancelled = new AbortController();
     #closed = new AbortController();
 
-    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop, sendToAll }) {
+    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop, journal, sendToAll }) {
         this.#connection = connection;
         this.#beat = beat;
         this.id = id;
@@ -27,6 +27,7 @@ class Turn {
         this.session = session;
         this.startsSession = startsSession;
         this.desktop = desktop;
+        this.journal = journal;
         //! Sends a frame to every client, not only to the one of this prompt.
         this.sendToAll = sendToAll;
         this.history = session.messages.slice();

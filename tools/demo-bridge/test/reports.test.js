@@ -5,9 +5,11 @@
 
 const assert = require('assert/strict');
 
+const { House } = require('../lib/house');
 const { Journal } = require('../lib/journal');
 const { Metrics } = require('../lib/metrics');
-const { CpuGauge, wave } = require('../lib/reports');
+const { Reports, wave } = require('../lib/reports');
+const { readSettings } = require('../lib/settings');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
 
@@ -178,12 +180,28 @@ test('made-up figures swing about their middle', () => {
     assert.equal(wave(5, 24, 18, 40), 36.7);
 });
 
-test('the gauge reads between nothing and all of a processor', () => {
-    const gauge = new CpuGauge();
-    for (let n = 0; n < 5; ++n) {
-        for (let m = 0; m < 1e6; ++m)
-            Math.sqrt(m);
-        const percent = gauge.read();
-        assert.ok(percent >= 0 && percent <= 100, percent);
-    }
+test('the load of the dashboard moves, through every range', () => {
+    let now = 0;
+    const house = new House(readSettings({}));
+    house.metrics = new Metrics(() => now);
+    const loads = Array.from({ length: 60 }, (_, n) => {
+        now = n * 1000;
+        return new Reports(house).dashboard().cpu.bridgePercent;
+    });
+    assert.ok(loads.every((percent) => percent >= 0 && percent <= 100));
+    assert.ok(loads.some((percent) => percent > 80));
+    assert.ok(loads.some((percent) => percent > 50 && percent <= 80));
+    assert.ok(loads.some((percent) => percent < 10));
+});
+
+test('errors and warnings come when asked for', async (t) => {
+    const client = await (await startBridge(t)).connect();
+    await client.chat('log warning');
+    await client.chat('log error');
+    const { errors, warnings, logEntries } = await client.result('getSystemDashboard');
+    assert.deepEqual([errors.total, warnings.total], [1, 1]);
+    assert.deepEqual(logEntries.map(({ level }) => level), ['warn', 'error']);
+    await client.chat('log many');
+    const after = await client.result('getSystemDashboard');
+    assert.deepEqual([after.errors.total, after.warnings.total, after.logEntries.length], [13, 13, 8]);
 });

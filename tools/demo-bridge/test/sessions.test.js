@@ -8,6 +8,8 @@ const assert = require('assert/strict');
 const { startBridge } = require('./support/child');
 const { test } = require('./support/timed');
 
+const MINUTE = 60000;
+
 const ids = ({ sessions }) => sessions.map(({ id }) => id);
 
 test('the first prompt starts a session, the next ones go on with it', async (t) => {
@@ -124,4 +126,17 @@ test('attached files choose no scenario and stay out of the conversation', async
     const { response, sessionId } = await client.chat(`${file}User question: plain`);
     assert.equal(response, 'This is a plain answer.');
     assert.equal((await client.result('loadMessages', { sessionId })).messages[0].content, 'plain');
+});
+
+test('sessions of the past weeks are there if wanted', async (t) => {
+    const before = Date.now();
+    const client = await (await startBridge(t, { LOOMRA_DEMO_SESSIONS: '40' })).connect();
+    const { sessions } = await client.result('listSessions');
+    assert.equal(sessions.length, 40);
+    assert.equal(new Set(sessions.map(({ name }) => name)).size, 40);
+    assert.ok(sessions.every(({ name, createdAt }, n) => name && createdAt < (sessions[n - 1]?.createdAt ?? Date.now())));
+    assert.ok(sessions.at(-1).createdAt > before - 60 * 24 * 60 * MINUTE);
+    assert.equal((await client.result('loadMessages', { sessionId: sessions[7].id })).messages.length, 2);
+    const { sessionId } = await client.chat('plain');
+    assert.equal(ids(await client.result('listSessions'))[0], sessionId);
 });

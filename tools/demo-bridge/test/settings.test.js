@@ -8,7 +8,7 @@ const assert = require('assert/strict');
 const { readSettings } = require('../lib/settings');
 const { test } = require('./support/timed');
 
-const PRESET = { port: 8765, beat: 1000, executorPathEnabled: true, workspaceIntel: false, aiRuntime: false };
+const PRESET = { port: 8765, beat: 1000, sessions: 0, executorPathEnabled: true, workspaceIntel: false, aiRuntime: false };
 
 test('without variables the bridge has its default port and pace', () => {
     assert.deepEqual(readSettings({}), PRESET);

@@ -21,6 +21,7 @@ const GROUPS = [
     require('./workspaces'),
     require('./trouble'),
     require('./hostile'),
+    require('./dashboard'),
     require('./suggestions'),
 ];
 
