@@ -472,7 +472,7 @@ void tst_SystemTab::lights()
     QCOMPARE(state("bridgeLight"), text("Connected"));
     QCOMPARE(state("runtimeLight"), text("Disconnected"));
     m_sdk->setProperty("ready", false);
-    m_sdk->emitSignal("runtimeHealthUpdated", {{text("connected"), true}});
+    m_sdk->emitSignal("runtimeHealthUpdated", QJsonObject {{text("connected"), true}});
     QCOMPARE(state("bridgeLight"), text("Disconnected"));
     QCOMPARE(state("runtimeLight"), text("Connected"));
 }
