@@ -15,6 +15,7 @@ import "omnibar/logic/Geometry.js" as Geometry
 //! The OmniBar: a window that covers the first screen, with the prompt bar, the conversation and the settings sheet. In
 //! compact mode it is a round bubble in the corner. This file is its table of contents: the members that the window
 //! offers to its parts and to tests, and the position of each part. The logic is in controllers and components.
+//! Long, because it has a line for each member.
 Window {
     id: omniBar
     objectName: "omniBar"

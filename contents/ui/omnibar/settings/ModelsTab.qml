@@ -7,6 +7,7 @@ import org.kde.loomra.components.controls 1.0
 import "../logic/LiteralText.js" as LiteralText
 import "../logic/Translatable.js" as Translatable
 import "common"
+import "models"
 
 //! The tab for the default model.
 Column {

@@ -7,6 +7,7 @@ import org.kde.loomra.components.controls 1.0
 import "../logic/LiteralText.js" as LiteralText
 import "../logic/Translatable.js" as Translatable
 import "common"
+import "sessions"
 
 //! The tab for the sessions of the bridge.
 Column {

@@ -4,6 +4,7 @@
 import QtQuick 2.15
 
 import "common"
+import "system"
 
 //! The tab with the live dashboard of the bridge and its service. It is polled while this page exists.
 Column {

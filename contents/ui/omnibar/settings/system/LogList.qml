@@ -4,8 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/DashboardText.js" as DashboardText
-import "common"
+import "../../logic/DashboardText.js" as DashboardText
+import "../common"
 
 //! The latest errors and warnings, one line each.
 SettingsList {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "common"
+import "../common"
 
 //! The power profiles of the machine. A click asks the assistant to switch to another one.
 Flow {

@@ -4,9 +4,9 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/LiteralText.js" as LiteralText
+import "../../logic/LiteralText.js" as LiteralText
+import "../../common"
 import "../common"
-import "common"
 
 //! A row of the list of sessions: its name, or a field to change it, and what can be done with it.
 Item {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "common"
+import "../common"
 
 //! The list of sessions.
 SettingsList {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/DashboardText.js" as DashboardText
+import "../../logic/DashboardText.js" as DashboardText
 
 //! How many errors and warnings there were, where the numbers go, and when the last error was.
 Item {

@@ -4,10 +4,10 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Models.js" as Models
-import "../logic/Translatable.js" as Translatable
-import "common"
+import "../../logic/LiteralText.js" as LiteralText
+import "../../logic/Models.js" as Models
+import "../../logic/Translatable.js" as Translatable
+import "../common"
 
 //! The check which of the free models respond.
 Column {

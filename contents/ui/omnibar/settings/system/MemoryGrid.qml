@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/DashboardText.js" as DashboardText
+import "../../logic/DashboardText.js" as DashboardText
 
 //! The figures of the bridge's process in three columns: what, how much, and another figure.
 Rectangle {
