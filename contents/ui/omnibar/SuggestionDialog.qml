@@ -78,7 +78,7 @@ T.Popup {
     }
 
     T.Overlay.modal: Rectangle {
-        color: Qt.rgba(0, 0, 0, 0.5)
+        color: Qt.rgba(0, 0, 0, 0.6)
     }
 
     background: Rectangle {

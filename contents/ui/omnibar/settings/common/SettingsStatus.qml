@@ -18,7 +18,6 @@ SettingsCaption {
     text: LiteralText.oneLine(message, longest)
     maximumLineCount: 4
     elide: Text.ElideRight
-    Accessible.name: text
 
     HoverHandler {
         id: pointer
