@@ -89,6 +89,8 @@ private Q_SLOTS:
     void rowsKeepTheFocus();
     void advancedOptions_data() { addWaysToPress(); }
     void advancedOptions();
+    void advancedByDefault_data();
+    void advancedByDefault();
     void observation_data() { addWaysToPress(); }
     void observation();
     void runtime_data() { addWaysToPress(); }
@@ -354,6 +356,31 @@ void tst_AssistantTab::advancedOptions()
     press(bar, button, by);
     QVERIFY(bar.settle());
     QVERIFY(!bar.item("advancedOptions"));
+}
+
+void tst_AssistantTab::advancedByDefault_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("isOpen");
+
+    QTest::newRow("on") << QVariant(true) << true;
+    QTest::newRow("off") << QVariant(false) << false;
+    QTest::newRow("missing") << QVariant() << false;
+}
+
+void tst_AssistantTab::advancedByDefault()
+{
+    QFETCH(QVariant, value);
+    QFETCH(bool, isOpen);
+
+    AssistantWindow &bar = m_window.renew();
+    if (value.isValid()) {
+        bar.provide("toviWiAdvancedUiDefault", value);
+    } else {
+        bar.omit("toviWiAdvancedUiDefault");
+    }
+    QVERIFY(bar.begin());
+    QCOMPARE(bar.property("showAdvancedAssistant").toBool(), isOpen);
 }
 
 void tst_AssistantTab::observation()
