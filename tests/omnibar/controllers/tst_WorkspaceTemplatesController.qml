@@ -94,7 +94,7 @@ TestCase {
         compare(sdk.takeCalls(), []);
     }
 
-    //! The switch shows the bridge's state, although the user wants it on, and the bridge is told so.
+    //! The switch shows the state of the bridge, which is then asked to follow the preference.
     function test_preferenceTurnsAWorkspaceOn() {
         prefer(["meeting", "research", "focus-dev"]);
         sdk.workspaceTemplatesListed([workspace(7, "meeting", "paused"), workspace(8, "focus-dev", "active")]);

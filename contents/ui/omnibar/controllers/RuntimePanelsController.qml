@@ -14,7 +14,7 @@ Controller {
     //! What was learned, "" before the bridge has said so.
     property string wiDwellSummaryText: ""
     property bool aiRuntimeEnabledUi: true
-    //! See mapGatingToIndex().
+    //! The mode with which the AI runtime executes actions, see mapGatingToIndex().
     property int aiRuntimeGatingIndex: 0
     property string aiRuntimeStatusLine: ""
 

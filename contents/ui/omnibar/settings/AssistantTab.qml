@@ -7,7 +7,7 @@ import org.kde.loomra.components.controls 1.0
 import "assistant"
 import "common"
 
-//! The tab for desktop tools, workspace templates and, below a button, what the bridge learns and does by itself.
+//! The tab for desktop tools, workspace templates and, below a button, what the bridge learns and may do on its own.
 Column {
     id: assistant
     objectName: "assistantTab"
