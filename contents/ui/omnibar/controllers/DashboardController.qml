@@ -71,8 +71,6 @@ Controller {
     property bool dashboardPolling: false
     //! The current time in ms since 1970, as of the last tick.
     property real dashNow: 0
-    //! Existing pages. For a moment there are two when the tab is left and entered again.
-    property int pages: 0
 
     readonly property var dashState: ({
         "bridgeStatus": bar.bridgeStatus,
@@ -117,16 +115,13 @@ Controller {
     //! Intentional: entering the tab calls twice, here and in enterDashboard(). When the sheet is opened with this tab,
     //! only its page is created.
     function dashboardPageCreated() {
-        ++pages;
         dashboardPolling = true;
         systemReportLoading = isReady();
         poll();
     }
 
     function dashboardPageDestroyed() {
-        --pages;
-        if (pages === 0)
-            dashboardPolling = false;
+        dashboardPolling = false;
     }
 
     function choosePowerProfile(name) {
