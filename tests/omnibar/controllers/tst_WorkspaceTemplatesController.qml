@@ -105,6 +105,25 @@ TestCase {
         compare(sdk.takeCalls(), []);
     }
 
+    function test_bridgeThatNeverEnables_data() {
+        return [
+            { tag: "new connection", again: () => { sdk.ready = false; sdk.ready = true; } },
+            { tag: "switched again", again: () => templates.setWorkspaceTemplateEnabled("meeting", true) },
+            { tag: "enabled in between", again: () => sdk.workspaceTemplatesListed([workspace(7, "meeting", "active")]) }
+        ];
+    }
+    function test_bridgeThatNeverEnables(data) {
+        prefer(["meeting"]);
+        const answer = () => sdk.workspaceTemplatesListed([workspace(7, "meeting", "paused")]);
+        for (let i = 0; i < 10; ++i)
+            answer();
+        compare(sdk.takeCalls().length, 3);
+        data.again();
+        sdk.takeCalls();
+        answer();
+        compare(sdk.takeCalls(), ["setWorkspaceTemplateEnabled(meeting, true, 7)"]);
+    }
+
     function test_preferenceNeverTurnsAWorkspaceOff() {
         sdk.workspaceTemplatesListed([workspace(7, "meeting", "active")]);
         compare(enabledRows(), ["meeting"]);

@@ -31,7 +31,7 @@ function readSwitch(text = '') {
 }
 
 //! Parses the environment: `port`, `beat` (milliseconds), `sessions`, `executorPathEnabled`, `workspaceIntel` and
-//! `aiRuntime`.//! Throws an Error with a message for the user if a number is invalid.
+//! `aiRuntime`. Throws an Error with a message for the user if a number is invalid.
 function readSettings(env) {
     const settings = {
         executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),

@@ -20,6 +20,11 @@ Controller {
     //! Whether the assistant may act on the desktop.
     readonly property bool toolsEnabled: Boolean(bar.sdk && bar.sdk.executorPathEnabled)
 
+    //! By id, how often a workspace was to be enabled and still is not. Each request brings a new list, so without a
+    //! limit a bridge that never enables it would be asked without end.
+    property var syncAttempts: ({})
+    readonly property int maxSyncAttempts: 3
+
     //! Whether the bridge has workspaces. A function, because a binding may be older than the signal that asks for it.
     function isAvailable() {
         return Boolean(bar.sdk && bar.sdk.ready && bar.sdk.workspaceIntelAvailable);
@@ -48,8 +53,14 @@ Controller {
     function syncWorkspaceTemplatePrefsToBridge() {
         if (!isAvailable())
             return;
-        WorkspaceTemplates.toEnable(workspaceTemplateCatalog, isPreferred)
-            .forEach(row => Native.call(bar.sdk, "setWorkspaceTemplateEnabled", row.id, true, row.workspaceId));
+        const rows = WorkspaceTemplates.toEnable(workspaceTemplateCatalog, isPreferred);
+        const attempts = {};
+        rows.forEach(row => {
+            attempts[row.id] = (syncAttempts[row.id] || 0) + 1;
+            if (attempts[row.id] <= maxSyncAttempts)
+                Native.call(bar.sdk, "setWorkspaceTemplateEnabled", row.id, true, row.workspaceId);
+        });
+        syncAttempts = attempts;
     }
 
     function setWorkspaceTemplateEnabled(templateId, on) {
@@ -58,6 +69,7 @@ Controller {
             return;
         Native.call(bar.config, "setWorkspaceTemplateSlugEnabled", templateId, on);
         Native.call(bar.config, "save");
+        syncAttempts = {};
         workspaceTemplateCatalog = WorkspaceTemplates.withEnabled(workspaceTemplateCatalog, templateId, on);
         if (isAvailable())
             Native.call(bar.sdk, "setWorkspaceTemplateEnabled", templateId, on, row.workspaceId);
@@ -86,6 +98,9 @@ Controller {
     Connections {
         target: templates.bar.sdk
 
+        function onReadyChanged() {
+            templates.syncAttempts = {};
+        }
         function onWorkspaceIntelAvailableChanged() {
             if (templates.isAvailable())
                 Native.call(templates.bar.sdk, "refreshWorkspaceTemplates");
