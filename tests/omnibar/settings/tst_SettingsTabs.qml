@@ -150,6 +150,8 @@ Item {
             keyClick(Qt.Key_Right);
             compare(view.currentIndex, 1);
             verify(button(1).activeFocus);
+            verify(button(1).visualFocus);
+            verify(!button(0).visualFocus);
             keyClick(Qt.Key_Right);
             keyClick(Qt.Key_Right);
             compare(view.currentIndex, 2);

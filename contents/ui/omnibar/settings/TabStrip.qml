@@ -51,6 +51,11 @@ T.TabBar {
             hoverEnabled: true
             Accessible.role: Accessible.PageTab
             Accessible.name: label
+            // The arrow keys move the focus without a reason for a ring.
+            onActiveFocusChanged: {
+                if (activeFocus && focusReason === Qt.OtherFocusReason)
+                    focusReason = Qt.TabFocusReason;
+            }
 
             background: Rectangle {
                 radius: 6
