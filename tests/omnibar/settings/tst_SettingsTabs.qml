@@ -145,6 +145,13 @@ Item {
             compare(recorder.calls, []);
         }
 
+        function test_nothingMovesAfterASwitch() {
+            const list = findChild(view, "settingsTabs").contentItem;
+            view.currentIndex = 2;
+            verify(list.currentItem.x > 300);
+            tryCompare(list.highlightItem, "x", list.currentItem.x, 200);
+        }
+
         function test_arrowKeys() {
             button(0).forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Right);

@@ -26,6 +26,8 @@ T.TabBar {
         spacing: strip.spacing
         interactive: false
         keyNavigationEnabled: true
+        // By default the list moves its invisible highlight for a second, which draws frames.
+        highlightMoveDuration: 0
     }
 
     background: Rectangle {
