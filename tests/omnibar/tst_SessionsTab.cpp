@@ -131,8 +131,8 @@ void tst_SessionsTab::look()
         QVERIFY(!bar.isSeen(inRow(bar, 1, "switchSessionBtn")));
         QVERIFY(bar.isSeen(inRow(bar, 1, "activeBadge")));
         QVERIFY(bar.isSeen(inRow(bar, 0, "switchSessionBtn")));
-        QVERIFY(bar.isSeen(inRow(bar, 0, "saveSessionNameBtn")));
-        QVERIFY(!bar.isSeen(inRow(bar, 0, "renameSessionBtn")));
+        QCOMPARE(inRow(bar, 0, "renameSessionBtn")->property("label").toString(), text("Save"));
+        QCOMPARE(inRow(bar, 1, "renameSessionBtn")->property("label").toString(), text("Rename"));
     }
 }
 
@@ -217,7 +217,7 @@ void tst_SessionsTab::rename()
         if (byEnter) {
             bar.key(Qt::Key_Return);
         } else {
-            bar.click(inRow(bar, 1, "saveSessionNameBtn"));
+            bar.click(inRow(bar, 1, "renameSessionBtn"));
         }
     };
     bar.type(" ");

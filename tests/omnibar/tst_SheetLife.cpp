@@ -168,7 +168,7 @@ void tst_SheetLife::twoWindowsManageSessions()
     other.renameSession(id, text("Kitchen"));
     QTRY_COMPARE(renamed.count(), 2);
     m_bar->invoke("refreshSessionsList");
-    QTRY_VERIFY(inSession(text("Kitchen"), "saveSessionNameBtn"));
+    QTRY_VERIFY(inSession(text("Kitchen"), "renameSessionBtn"));
     QCOMPARE(m_bar->item("sessionNameField")->property("text").toString(), text("Flowers"));
     m_bar->key(Qt::Key_Return);
     QTRY_VERIFY(inSession(text("Flowers"), "removeSessionBtn"));

@@ -72,13 +72,13 @@ TestCase {
         ];
     }
     function test_matching(data) {
-        compare(Models.matching(models, data.filter).map(row => row.mfullId), data.rows);
+        compare(Models.matching(Models.searchable(models), data.filter).map(row => row.mfullId), data.rows);
     }
 
     function test_matchingRow() {
-        compare(Models.matching(models, "large"), [{ mid: "large-free", mfullId: "work/large-free", mname: "large-free", mfree: true }]);
+        compare(Models.matching(Models.searchable(models), "large"), [{ mid: "large-free", mfullId: "work/large-free", mname: "large-free", mfree: true }]);
         // An id without its provider counts too.
-        compare(Models.matching([{ id: "short", name: "n", fullId: "other", free: false }], "short").length, 1);
+        compare(Models.matching(Models.searchable([{ id: "short", name: "n", fullId: "other", free: false }]), "short").length, 1);
     }
 
     function test_checkRows() {

@@ -26,6 +26,7 @@ Controller {
     readonly property ListModel settingsModelsListModel: ListModel {
         objectName: "settingsModelsListModel"
     }
+    property var searchableModels: []
     //! What the list model has now.
     property var listedRows: []
 
@@ -69,8 +70,15 @@ Controller {
     }
 
     function rebuildSettingsModelsListModel() {
-        const rows = Models.matching(modelsList, modelSearchFilter);
+        const rows = Models.matching(searchableModels, modelSearchFilter);
         ListSync.update(settingsModelsListModel, listedRows, rows, "mfullId");
+        listedRows = rows;
+    }
+
+    //! With another filter the list begins at its start again, so nothing of it has to stay in its place.
+    function showMatches() {
+        const rows = Models.matching(searchableModels, modelSearchFilter);
+        ListSync.replace(settingsModelsListModel, 0, listedRows, rows);
         listedRows = rows;
     }
 
@@ -105,8 +113,11 @@ Controller {
             bar.sdk.currentModel = id;
     }
 
-    onModelsListChanged: rebuildSettingsModelsListModel()
-    onModelSearchFilterChanged: rebuildSettingsModelsListModel()
+    onModelsListChanged: {
+        searchableModels = Models.searchable(modelsList);
+        rebuildSettingsModelsListModel();
+    }
+    onModelSearchFilterChanged: showMatches()
 
     Connections {
         target: models.bar.sdk

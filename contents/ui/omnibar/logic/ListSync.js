@@ -10,7 +10,7 @@
 const maxMergedRows = 1000;
 
 function isSame(row, other) {
-    return Object.keys(row).every(role => row[role] === other[role]);
+    return row === other || Object.keys(row).every(role => row[role] === other[role]);
 }
 
 /**
@@ -36,6 +36,7 @@ function update(model, shown, wanted, key) {
     }
 }
 
+/** Changes a ListModel at once, from row "start" on. Nothing of these rows stays. */
 function replace(model, start, before, after) {
     if (before.length > 0) {
         model.remove(start, before.length);

@@ -46,13 +46,22 @@ function chosenId(model) {
     return model.fullId || model.id;
 }
 
-/** The models with a text in their ids or name, as rows of the list in the sheet. */
-function matching(models, filter) {
+/**
+ * What the list in the sheet needs of the models: [{row, text}], with a row of its ListModel and the text to search.
+ * Made once for each list, because there may be thousands and each letter of a filter searches all.
+ */
+function searchable(models) {
+    return models.map(model => ({
+        row: { mid: model.id, mfullId: model.fullId, mname: model.name, mfree: model.free },
+        // A filter has no line breaks.
+        text: [model.fullId, model.name, model.id].join("\n").toLowerCase()
+    }));
+}
+
+/** The rows of the searchable models that have a text in their ids or name. */
+function matching(candidates, filter) {
     const wanted = filter.trim().toLowerCase();
-    const texts = model => [model.fullId, model.name, model.id];
-    return models
-        .filter(model => wanted === "" || texts(model).some(text => text.toLowerCase().includes(wanted)))
-        .map(model => ({ mid: model.id, mfullId: model.fullId, mname: model.name, mfree: model.free }));
+    return candidates.filter(candidate => candidate.text.includes(wanted)).map(candidate => candidate.row);
 }
 
 // ---- The check of the free models

@@ -45,6 +45,8 @@ Rectangle {
         boundsBehavior: Flickable.StopAtBounds
         spacing: frame.rowSpacing
         interactive: frame.scrolls
+        // Enough for Tab to find the next row.
+        cacheBuffer: frame.rowHeight + frame.rowSpacing
         keyNavigationEnabled: true
         highlightMoveDuration: 0
         Accessible.role: Accessible.List

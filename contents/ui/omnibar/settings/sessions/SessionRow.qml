@@ -119,23 +119,16 @@ Item {
             objectName: "renameSessionBtn"
 
             theme: row.theme
-            visible: !row.renaming
-            label: row.bar.tr("Rename")
+            label: row.renaming ? row.bar.tr("Save") : row.bar.tr("Rename")
             Accessible.description: row.shownName
             onClicked: {
+                if (row.renaming) {
+                    row.bar.saveSessionName();
+                    return;
+                }
                 row.bar.startRenaming(row.sid, row.sname);
                 nameField.item.forceActiveFocus(Qt.TabFocusReason);
             }
-        }
-
-        SettingsButton {
-            objectName: "saveSessionNameBtn"
-
-            theme: row.theme
-            visible: row.renaming
-            label: row.bar.tr("Save")
-            Accessible.description: row.shownName
-            onClicked: row.bar.saveSessionName()
         }
 
         SettingsButton {
