@@ -188,7 +188,7 @@ T.Popup {
                 Repeater {
                     model: dialog.actions
 
-                    SettingsButton {
+                    ElidedButton {
                         objectName: "suggestionAction"
 
                         required property var modelData

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-//! A button of the settings sheet. Its label is elided if the button is too narrow, with the whole text in a tooltip.
+//! A button of the settings sheet. For a label that may be too long, see ElidedButton.
 PlainButton {
     id: button
 
@@ -13,9 +13,12 @@ PlainButton {
     property color hoverFill: theme.uiWellFillHi
     property color borderColor: theme.uiWellBorder
     property color textColor: theme.uiTextStrong
+    readonly property bool truncated: contentItem.truncated
 
-    implicitWidth: words.implicitWidth + 28
+    implicitWidth: contentItem.implicitWidth + 28
     implicitHeight: 30
+    leftPadding: 8
+    rightPadding: 8
     opacity: enabled ? 1 : 0.5
 
     background: Rectangle {
@@ -24,31 +27,18 @@ PlainButton {
         border.width: 1
         border.color: button.borderColor
     }
-    contentItem: Item {
-        PlainText {
-            id: words
-
-            anchors.fill: parent
-            anchors.leftMargin: 8
-            anchors.rightMargin: 8
-            text: button.label
-            color: button.textColor
-            font.pointSize: 9
-            horizontalAlignment: Text.AlignHCenter
-            verticalAlignment: Text.AlignVCenter
-            Accessible.ignored: true
-        }
+    contentItem: PlainText {
+        text: button.label
+        color: button.textColor
+        font.pointSize: 9
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
     }
 
     FocusRing {
         control: button
         radius: 8
         border.color: button.theme.focusRing
-    }
-
-    HoverTip {
-        control: button
-        text: button.label
-        enabledHere: words.truncated
     }
 }

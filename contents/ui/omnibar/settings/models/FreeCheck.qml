@@ -46,7 +46,7 @@ Column {
             onClicked: check.bar.checkFreeProviders()
         }
 
-        SettingsButton {
+        ElidedButton {
             objectName: "useRecommendedBtn"
 
             width: Math.min(implicitWidth, parent.width)

@@ -30,7 +30,7 @@ Flow {
     Repeater {
         model: profiles.bar.powerProfileAvailable
 
-        SettingsButton {
+        ElidedButton {
             objectName: "powerChip"
 
             required property string modelData
