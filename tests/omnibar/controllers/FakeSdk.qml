@@ -14,6 +14,9 @@ CallRecorder {
     property bool workspaceSuggestionReminderEnabled: false
     property int workspaceSuggestionReminderMinutes: 5
 
+    //! If not empty, switchSession() and the requests about suggestions emit it as an error at once, like a client that isn't ready.
+    property string refusal: ""
+
     //! What the functions of these names return.
     readonly property QtObject answers: QtObject {
         property string eventLogDir: ""
@@ -48,6 +51,11 @@ CallRecorder {
     signal remindersListed(var reminders)
     signal reminderCancelled(string id)
 
+    function refuse() {
+        if (refusal !== "")
+            error(refusal);
+    }
+
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
     function auditRevert(actionId) { note("auditRevert", [actionId]); }
@@ -57,7 +65,10 @@ CallRecorder {
     function setProviderToken(provider, token) { note("setProviderToken", [provider, token]); }
     function listSessions() { note("listSessions", []); }
     function createSession() { note("createSession", []); }
-    function switchSession(sessionId) { note("switchSession", [sessionId]); }
+    function switchSession(sessionId) {
+        note("switchSession", [sessionId]);
+        refuse();
+    }
     function renameSession(sessionId, newName) { note("renameSession", [sessionId, newName]); }
     function deleteSession(sessionId) { note("deleteSession", [sessionId]); }
     function loadMessages(sessionId) { note("loadMessages", [sessionId]); }
@@ -75,8 +86,14 @@ CallRecorder {
     function setWorkspaceIntelObservationEnabled(enabled) { note("setWorkspaceIntelObservationEnabled", [enabled]); }
     function setAiRuntimeEnabled(enabled) { note("setAiRuntimeEnabled", [enabled]); }
     function setAiRuntimeExecutionGating(mode) { note("setAiRuntimeExecutionGating", [mode]); }
-    function checkWorkspaceSuggestionNotify() { note("checkWorkspaceSuggestionNotify", []); }
-    function clearAiRuntimeDismissedSuggestions() { note("clearAiRuntimeDismissedSuggestions", []); }
+    function checkWorkspaceSuggestionNotify() {
+        note("checkWorkspaceSuggestionNotify", []);
+        refuse();
+    }
+    function clearAiRuntimeDismissedSuggestions() {
+        note("clearAiRuntimeDismissedSuggestions", []);
+        refuse();
+    }
     function applyWorkspaceSuggestionAction(actionId, clientNotificationJson) {
         note("applyWorkspaceSuggestionAction", [actionId, clientNotificationJson]);
     }

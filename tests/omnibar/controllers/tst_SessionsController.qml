@@ -128,6 +128,12 @@ TestCase {
         compare(sessions.sessionsStatusMessage, data.status);
     }
 
+    function test_refusedSwitch() {
+        sdk.refusal = "not ready";
+        sessions.sessionSwitchTo("b");
+        compare(sessions.sessionsStatusMessage, "not ready");
+    }
+
     function test_otherErrorsAreNotTheirs_data() {
         return [
             { tag: "nothing requested", before: () => {} },

@@ -52,9 +52,10 @@ Controller {
 
     //! Makes a session the current one. Its earlier messages are not shown.
     function sessionSwitchTo(id) {
+        // Before the request, because its error may come at once.
+        sessionsStatusMessage = bar.tr("Switched to session");
         request("switchSession", id);
         bar.clearConversation();
-        sessionsStatusMessage = bar.tr("Switched to session");
     }
 
     function sessionDelete(id) {
