@@ -60,7 +60,7 @@ TestCase {
         models.refreshModels();
         models.syncSettingsCombos();
         models.selectSettingsModel({ "id": "a" });
-        compare([models.modelsLoading, models.modelsStatusMessage, bar.currentModelId], [false, "", "a"]);
+        compare([models.modelsLoading, models.modelsStatusMessage, bar.currentModelId], [false, "<SDK is connecting...>", "a"]);
     }
 
     function test_beforeTheClientIsReady() {

@@ -34,9 +34,7 @@ Controller {
     signal rowRequested(int row)
 
     function refreshModels() {
-        if (!bar.sdk)
-            return;
-        if (!bar.sdk.ready) {
+        if (!bar.sdk || !bar.sdk.ready) {
             // A lost connection takes the open request with it.
             modelsLoading = false;
             modelsStatusMessage = bar.tr("SDK is connecting...");
