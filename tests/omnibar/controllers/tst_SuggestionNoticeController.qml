@@ -57,6 +57,52 @@ TestCase {
         compare(sdk.takeCalls(), ["clearAiRuntimeDismissedSuggestions()"]);
     }
 
+    function test_failureEndsTheCheck_data() {
+        return [
+            { tag: "error", fail: () => sdk.error("no server"), status: "no server" },
+            { tag: "error without a text", fail: () => sdk.error(""), status: "<Request failed>" },
+            { tag: "lost connection", fail: () => { sdk.ready = false; }, status: "<SDK is connecting...>" }
+        ];
+    }
+    function test_failureEndsTheCheck(data) {
+        notice.checkWorkspaceSuggestion();
+        data.fail();
+        compare(notice.wiSuggestionNotifyStatus, data.status);
+        // The connection that comes back is not a second failure, nor is another request's error.
+        sdk.ready = true;
+        sdk.error("another");
+        compare(notice.wiSuggestionNotifyStatus, data.status);
+    }
+
+    function test_refusedRequests_data() {
+        return [
+            { tag: "check", request: () => notice.checkWorkspaceSuggestion() },
+            { tag: "reset", request: () => notice.resetDismissedSuggestions() }
+        ];
+    }
+    function test_refusedRequests(data) {
+        sdk.refusal = "not ready";
+        data.request();
+        compare(notice.wiSuggestionNotifyStatus, "not ready");
+    }
+
+    function test_otherErrorsAreNotTheirs_data() {
+        return [
+            { tag: "after the result", before: () => {
+                notice.checkWorkspaceSuggestion();
+                sdk.workspaceSuggestionNotifyResult({ "reason": "dry_run" });
+            } },
+            { tag: "after the reset", before: () => notice.resetDismissedSuggestions() }
+        ];
+    }
+    function test_otherErrorsAreNotTheirs(data) {
+        data.before();
+        const status = notice.wiSuggestionNotifyStatus;
+        sdk.error("another");
+        sdk.ready = false;
+        compare(notice.wiSuggestionNotifyStatus, status);
+    }
+
     function test_result() {
         sdk.workspaceSuggestionNotifyResult({ "notified": true, "topSuggestion": { "title": "Prepare?" } });
         compare(notice.wiSuggestionNotifyStatus, "<Desktop notification sent.> — Prepare?");

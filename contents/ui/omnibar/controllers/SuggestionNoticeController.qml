@@ -13,6 +13,8 @@ Controller {
 
     //! The result of the last check, for the settings sheet.
     property string wiSuggestionNotifyStatus: ""
+    //! A request of the user is open.
+    property bool requested: false
     //! A line of text below the bar, "" for none.
     property string wiNotifyBarLine: ""
     //! The notification in the dialog, as received and parsed.
@@ -28,16 +30,32 @@ Controller {
     }
 
     function checkWorkspaceSuggestion() {
-        wiSuggestionNotifyStatus = bar.tr("Running analysis…");
-        Native.call(bar.sdk, "checkWorkspaceSuggestionNotify");
+        request("checkWorkspaceSuggestionNotify", bar.tr("Running analysis…"));
     }
 
     function resetDismissedSuggestions() {
-        Native.call(bar.sdk, "clearAiRuntimeDismissedSuggestions");
-        wiSuggestionNotifyStatus = bar.tr("Dismissed prompts cleared — try Check workspace suggestion again.");
+        request("clearAiRuntimeDismissedSuggestions", bar.tr("Dismissed prompts cleared — try Check workspace suggestion again."));
+        // Nothing confirms it; only a refusal comes, and at once.
+        requested = false;
+    }
+
+    function request(name, text) {
+        wiSuggestionNotifyStatus = text;
+        requested = true;
+        Native.call(bar.sdk, name);
+    }
+
+    //! Replaces the message about an open request, which would stay for good. If the error was another request's, the
+    //! result still comes.
+    function giveUp(text) {
+        if (!requested)
+            return;
+        requested = false;
+        wiSuggestionNotifyStatus = text;
     }
 
     function showNotifyResult(payload) {
+        requested = false;
         wiSuggestionNotifyStatus = SuggestionNotice.statusText(payload, bar.tr);
         wiNotifyBarLine = SuggestionNotice.barLine(wiSuggestionNotifyStatus);
         wiNotifyBarClearTimer.restart();
@@ -77,6 +95,13 @@ Controller {
     Connections {
         target: notice.bar.sdk
 
+        function onError(error) {
+            notice.giveUp(error || notice.bar.tr("Request failed"));
+        }
+        function onReadyChanged() {
+            // A lost connection takes the open request with it.
+            notice.giveUp(notice.bar.tr("SDK is connecting..."));
+        }
         function onWorkspaceSuggestionNotifyResult(payload) {
             notice.showNotifyResult(payload);
         }
