@@ -207,6 +207,39 @@ TestCase {
         compare(sdk.takeCalls(), data.calls || []);
     }
 
+    function test_failureEndsThePreparation_data() {
+        return [
+            { tag: "error", fail: () => sdk.error("no server"), message: "no server" },
+            { tag: "error without a text", fail: () => sdk.error(""), message: "<Request failed>" },
+            { tag: "lost connection", fail: () => { sdk.ready = false; }, message: "<SDK is connecting...>" }
+        ];
+    }
+    function test_failureEndsThePreparation(data) {
+        templates.mergeWorkspaceTemplatesFromBridge([workspace(7, "meeting", "active")]);
+        templates.prepareWorkspaceTemplate("meeting");
+        data.fail();
+        compare(templates.workspaceTemplateStatusMessage, data.message);
+        // The connection that comes back is not a second failure, nor is another request's error.
+        sdk.ready = true;
+        sdk.error("another");
+        compare(templates.workspaceTemplateStatusMessage, data.message);
+    }
+
+    function test_otherErrorsAreNotTheirs_data() {
+        return [
+            { tag: "after the result", status: "active", end: () => sdk.workspaceTemplatePrepareFinished({ "ok": true }), message: "<Prepared <workspace>.>" },
+            { tag: "refused", status: "paused", end: () => {}, message: "<Enable the template first.>" }
+        ];
+    }
+    function test_otherErrorsAreNotTheirs(data) {
+        templates.mergeWorkspaceTemplatesFromBridge([workspace(7, "meeting", data.status)]);
+        templates.prepareWorkspaceTemplate("meeting");
+        data.end();
+        sdk.error("another");
+        sdk.ready = false;
+        compare(templates.workspaceTemplateStatusMessage, data.message);
+    }
+
     function test_unknownTemplateIsNotPrepared() {
         templates.prepareWorkspaceTemplate("unknown");
         compare(templates.workspaceTemplateStatusMessage, "");

@@ -17,6 +17,8 @@ Controller {
     property var workspaceTemplateCatalog: workspaceTemplateCatalogBase
     //! How preparing a template went.
     property string workspaceTemplateStatusMessage: ""
+    //! A template is being prepared.
+    property bool preparing: false
     //! Whether the assistant may act on the desktop.
     readonly property bool toolsEnabled: Boolean(bar.sdk && bar.sdk.executorPathEnabled)
 
@@ -90,16 +92,31 @@ Controller {
             return;
         const refusal = WorkspaceTemplates.refusal(row, { "available": isAvailable(), "toolsEnabled": toolsEnabled }, bar.tr);
         workspaceTemplateStatusMessage = refusal || WorkspaceTemplates.preparingText(row, bar.tr);
+        preparing = refusal === "";
         // The bridge finds the template by its id; the message, which it may log, is not translated.
-        if (refusal === "")
+        if (preparing)
             Native.call(bar.sdk, "prepareWorkspaceTemplate", row.workspaceId, "prepare " + templateId);
+    }
+
+    //! Replaces the message about the preparation, which would stay for good. If the error was another request's, the
+    //! result still comes.
+    function giveUp(text) {
+        if (!preparing)
+            return;
+        preparing = false;
+        workspaceTemplateStatusMessage = text;
     }
 
     Connections {
         target: templates.bar.sdk
 
+        function onError(error) {
+            templates.giveUp(error || templates.bar.tr("Request failed"));
+        }
         function onReadyChanged() {
             templates.syncAttempts = {};
+            // A lost connection takes the open request with it.
+            templates.giveUp(templates.bar.tr("SDK is connecting..."));
         }
         function onWorkspaceIntelAvailableChanged() {
             if (templates.isAvailable())
@@ -109,6 +126,7 @@ Controller {
             templates.mergeWorkspaceTemplatesFromBridge(workspaces);
         }
         function onWorkspaceTemplatePrepareFinished(result) {
+            templates.preparing = false;
             const text = WorkspaceTemplates.preparedText(result, templates.bar.tr);
             if (text !== "")
                 templates.workspaceTemplateStatusMessage = text;
