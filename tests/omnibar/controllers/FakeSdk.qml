@@ -5,6 +5,8 @@ import QtQuick 2.15
 
 //! The SDK client as a controller sees it. It records calls, with lists as JSON, and emits only what a test makes it emit.
 CallRecorder {
+    id: sdk
+
     property bool ready: true
     property bool executorPathEnabled: true
     property bool workspaceIntelAvailable: false
@@ -14,12 +16,16 @@ CallRecorder {
     property bool workspaceSuggestionReminderEnabled: false
     property int workspaceSuggestionReminderMinutes: 5
 
-    //! If not empty, switchSession() and the requests about suggestions emit it as an error at once, like a client that isn't ready.
-    property string refusal: ""
-
     //! What the functions of these names return.
     readonly property QtObject answers: QtObject {
         property string eventLogDir: ""
+        //! If not empty, some requests emit it as an error at once, like those of a client that isn't ready.
+        property string refusal: ""
+
+        function refuse() {
+            if (refusal !== "")
+                sdk.error(refusal);
+        }
     }
 
     signal planReceived(var payload)
@@ -51,11 +57,6 @@ CallRecorder {
     signal remindersListed(var reminders)
     signal reminderCancelled(string id)
 
-    function refuse() {
-        if (refusal !== "")
-            error(refusal);
-    }
-
     function getPlan(message) { note("getPlan", [message]); }
     function executePlan(steps) { note("executePlan", [JSON.stringify(steps)]); }
     function auditRevert(actionId) { note("auditRevert", [actionId]); }
@@ -67,7 +68,7 @@ CallRecorder {
     function createSession() { note("createSession", []); }
     function switchSession(sessionId) {
         note("switchSession", [sessionId]);
-        refuse();
+        answers.refuse();
     }
     function renameSession(sessionId, newName) { note("renameSession", [sessionId, newName]); }
     function deleteSession(sessionId) { note("deleteSession", [sessionId]); }
@@ -88,11 +89,11 @@ CallRecorder {
     function setAiRuntimeExecutionGating(mode) { note("setAiRuntimeExecutionGating", [mode]); }
     function checkWorkspaceSuggestionNotify() {
         note("checkWorkspaceSuggestionNotify", []);
-        refuse();
+        answers.refuse();
     }
     function clearAiRuntimeDismissedSuggestions() {
         note("clearAiRuntimeDismissedSuggestions", []);
-        refuse();
+        answers.refuse();
     }
     function applyWorkspaceSuggestionAction(actionId, clientNotificationJson) {
         note("applyWorkspaceSuggestionAction", [actionId, clientNotificationJson]);

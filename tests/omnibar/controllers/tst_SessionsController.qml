@@ -129,7 +129,7 @@ TestCase {
     }
 
     function test_refusedSwitch() {
-        sdk.refusal = "not ready";
+        sdk.answers.refusal = "not ready";
         sessions.sessionSwitchTo("b");
         compare(sessions.sessionsStatusMessage, "not ready");
     }

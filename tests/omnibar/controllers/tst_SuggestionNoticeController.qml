@@ -81,7 +81,7 @@ TestCase {
         ];
     }
     function test_refusedRequests(data) {
-        sdk.refusal = "not ready";
+        sdk.answers.refusal = "not ready";
         data.request();
         compare(notice.wiSuggestionNotifyStatus, "not ready");
     }
