@@ -344,6 +344,7 @@ Window {
     property alias reminders: runtime.reminders
     property alias remindersStatus: runtime.remindersStatus
 
+    function refreshPowerProfile() { dashboard.refreshPowerProfile(); }
     function enterDashboard() { dashboard.enterDashboard(); }
     function leaveDashboard() { dashboard.leaveDashboard(); }
     function dashboardPageCreated() { dashboard.dashboardPageCreated(); }

@@ -172,6 +172,11 @@ void tst_AssistantTab::entering()
     QVERIFY(bar.openTab(text("Look")));
     QVERIFY(!bar.item("assistantTab"));
     QCOMPARE(bar.sdk().takeCalls(), QStringList());
+    // A request without a bridge would only fail, and the error would be taken for another request's.
+    bar.evaluate(text("sdk.ready = false"));
+    bar.sdk().takeCalls();
+    QVERIFY(bar.openTab(text("Assistant")));
+    QCOMPARE(bar.sdk().takeCalls(), QStringList());
 }
 
 void tst_AssistantTab::tools()

@@ -5,7 +5,6 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "common"
-import "logic/Native.js" as Native
 import "settings"
 
 //! The settings sheet. Each row of "tabs" is a tab.
@@ -24,7 +23,7 @@ FloatingPanel {
         SettingsTab {
             title: panel.bar.tr("Assistant")
             file: Qt.resolvedUrl("settings/AssistantTab.qml")
-            onEntered: Native.call(panel.bar.sdk, "refreshPowerProfile")
+            onEntered: panel.bar.refreshPowerProfile()
         },
         SettingsTab {
             title: panel.bar.tr("Sessions")

@@ -101,11 +101,15 @@ Controller {
             Native.call(bar.sdk, "getSystemDashboard");
     }
 
+    function refreshPowerProfile() {
+        if (isReady())
+            Native.call(bar.sdk, "refreshPowerProfile");
+    }
+
     function enterDashboard() {
         dashboardPolling = true;
         poll();
-        if (isReady())
-            Native.call(bar.sdk, "refreshPowerProfile");
+        refreshPowerProfile();
     }
 
     function leaveDashboard() {
