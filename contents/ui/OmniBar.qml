@@ -188,6 +188,7 @@ Window {
     property alias modelSearchFilter: models.modelSearchFilter
     property alias modelsRetryAttempts: models.modelsRetryAttempts
     property alias settingsModelsListModel: models.settingsModelsListModel
+    property alias settingsModelsListRef: models.settingsModelsListModel
     property alias freeCheckRunning: freeCheck.freeCheckRunning
     property alias freeCheckResults: freeCheck.freeCheckResults
     property alias freeCheckRecommended: freeCheck.freeCheckRecommended

@@ -98,8 +98,19 @@ const Property s_window[] = {
     {"voiceConfirmCountdown", "int", "4", Writable},
     {"voiceRephrasing", "bool", "false", Writable},
     // models
+    {"modelsList", "QVariant", "[]", Writable},
+    {"freeModelsList", "QVariant", "[]", Writable},
     {"modelsLoading", "bool", "false", Writable},
     {"modelsStatusMessage", "QString", "''", Writable},
+    {"pendingDefaultModelId", "QString", "''", Writable},
+    {"modelSearchFilter", "QString", "''", Writable},
+    {"modelsRetryAttempts", "int", "0", Writable},
+    {"freeCheckRunning", "bool", "false", Writable},
+    {"freeCheckResults", "QVariant", "[]", Writable},
+    {"freeCheckRecommended", "QVariant", "null", Writable},
+    {"freeCheckStatus", "QString", "''", Writable},
+    {"tokenProvider", "QString", "''", Writable},
+    {"tokenInput", "QString", "''", Writable},
     // slash commands and files
     {"slashMenuVisible", "bool", "false", Writable},
     {"slashFilter", "QString", "''", Writable},
@@ -110,6 +121,12 @@ const Property s_window[] = {
     {"maxFileChars", "int", "2000", ReadOnly},
     {"sessionsList", "QVariant", "[]", Writable},
     {"sessionsLoading", "bool", "false", Writable},
+    {"sessionsStatusMessage", "QString", "''", Writable},
+    {"renamingSessionId", "QString", "''", Writable},
+    {"renamingSessionName", "QString", "''", Writable},
+    {"deletingAllSessions", "bool", "false", Writable},
+    {"pendingSessionDeletes", "QVariant", "[]", Writable},
+    {"sessionDeleteStatusMessage", "QString", "''", Writable},
     // workspaces
     {"toolsEnabled", "bool", "true", ReadOnly},
     {"workspaceTemplateCatalogBase", "QVariant", s_templates, ReadOnly},
@@ -126,6 +143,44 @@ const Property s_window[] = {
     {"aiRuntimeGatingIndex", "int", "0", Writable},
     {"aiRuntimeStatusLine", "QString", "''", Writable},
     {"wiNotifyBarLine", "QString", "''", Writable},
+    // the dashboard
+    {"dashSessionHeapMb", "double", "0", Writable},
+    {"dashSessionHeapTotalMb", "double", "0", Writable},
+    {"dashBridgeRssMb", "double", "0", Writable},
+    {"dashBridgeExternalMb", "double", "0", Writable},
+    {"dashToviServiceMb", "double", "0", Writable},
+    {"dashCpuPercent", "double", "0", Writable},
+    {"dashFeedbackLikes", "double", "0", Writable},
+    {"dashFeedbackDislikes", "double", "0", Writable},
+    {"dashFeedbackTotal", "double", "0", Writable},
+    {"dashErrorTotal", "double", "0", Writable},
+    {"dashWarnTotal", "double", "0", Writable},
+    {"dashReqCount", "double", "0", Writable},
+    {"dashActionCount", "double", "0", Writable},
+    {"dashUptimeMs", "double", "0", Writable},
+    {"appLogErrors", "double", "0", Writable},
+    {"appLogWarnings", "double", "0", Writable},
+    {"appLastErrorTs", "double", "0", Writable},
+    {"dashErrorDir", "QString", "'stable'", Writable},
+    {"dashWarnDir", "QString", "'stable'", Writable},
+    {"dashLogEntries", "QVariant", "[]", Writable},
+    {"appLogEntries", "QVariant", "[]", Writable},
+    {"serviceActive", "QString", "'unknown'", Writable},
+    {"serviceSub", "QString", "'unknown'", Writable},
+    {"serviceEnabled", "QString", "'unknown'", Writable},
+    {"serviceUptimeSec", "double", "0", Writable},
+    {"serviceRestarts", "double", "0", Writable},
+    {"serviceMemoryMB", "double", "0", Writable},
+    {"powerProfileActive", "QString", "''", Writable},
+    {"powerProfileAvailable", "QVariant", "[]", Writable},
+    {"systemReportData", "QVariant", "({})", Writable},
+    {"systemReportLoading", "bool", "false", Writable},
+    {"dashboardPolling", "bool", "false", Writable},
+    {"runtimeMode", "QString", "'embedded'", Writable},
+    {"runtimePid", "double", "0", Writable},
+    {"runtimeConnected", "bool", "false", Writable},
+    {"runtimeHealthLine", "QString", "''", Writable},
+    {"remindersStatus", "QString", "''", Writable},
 };
 
 const Property s_agent[] = {
@@ -185,11 +240,21 @@ const Function s_functions[] = {
     // models, slash commands
     {"refreshModels", 0},
     {"syncSettingsCombos", 0},
+    {"rebuildSettingsModelsListModel", 0},
+    {"selectSettingsModel", 1},
+    {"applyPendingDefaultModel", 0},
+    {"checkFreeProviders", 0},
+    {"applyRecommendedModel", 0},
+    {"refreshTokenStatus", 0},
+    {"saveProviderToken", 0},
     {"tryHandleSlashCommand", 1},
     {"filteredSlashCommands", 0},
     {"buildFileContextPrefix", 0},
     {"sessionSwitchTo", 1},
     {"sessionDelete", 1},
+    {"refreshSessionsList", 0},
+    {"sessionCreate", 0},
+    {"deleteAllSessions", 0},
     // workspaces
     {"refreshRuntimePanels", 0},
     {"mapGatingToIndex", 1},
@@ -373,6 +438,9 @@ void tst_OmniBarMembers::models()
     QVERIFY(m_bar->property("chatModel").value<QObject *>()->inherits("QQmlListModel"));
     QCOMPARE(m_bar->evaluate("responseSuggestionsModel.count").toInt(), 4);
     QVERIFY(m_bar->property("responseSuggestionsModel").value<QObject *>()->inherits("QQmlListModel"));
+    QObject *const listed = m_bar->property("settingsModelsListModel").value<QObject *>();
+    QVERIFY(listed && listed->inherits("QQmlListModel"));
+    QCOMPARE(m_bar->property("settingsModelsListRef").value<QObject *>(), listed);
     QVERIFY(m_bar->property("appearanceStore").value<QObject *>());
     const QMetaObject *type = m_bar->window()->metaObject();
     QVERIFY(!type->property(type->indexOfProperty("appearanceStore")).isWritable());
