@@ -19,6 +19,7 @@ TestCase {
     Component { id: bars; FakeBar {} }
     Component { id: clients; FakeSdk {} }
     Component { id: controllers; ModelsController {} }
+    Component { id: spies; SignalSpy {} }
     Component {
         id: bridges
 
@@ -213,12 +214,27 @@ TestCase {
         compare(models.modelsList.length, 4);
     }
 
+    // So that the rows keep the focus and their place.
+    function test_newListMovesTheRows() {
+        sdk.modelsListed(three);
+        const moved = createTemporaryObject(spies, test, { "target": models.settingsModelsListModel, "signalName": "rowsMoved" });
+        const changed = createTemporaryObject(spies, test, { "target": models.settingsModelsListModel, "signalName": "dataChanged" });
+        sdk.modelsListed([three[2], three[0], three[1]]);
+        compare(listed(), ["q/c", "p/a", "p/b-free"]);
+        compare([moved.count, changed.count], [1, 0]);
+    }
+
     function test_positionOfTheCurrentModel() {
         sdk.modelsListed(three);
         bar.currentModelId = "q/c";
         spy.clear();
         models.syncSettingsCombos();
         compare([spy.count, spy.signalArguments[0][0]], [1, 2]);
+        bar.currentModelId = "p/a";
+        spy.clear();
+        models.syncSettingsCombos();
+        compare([spy.count, spy.signalArguments[0][0]], [1, 0]);
+        bar.currentModelId = "q/c";
         models.filterModels("free");
         spy.clear();
         models.syncSettingsCombos();

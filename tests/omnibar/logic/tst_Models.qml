@@ -60,6 +60,12 @@ TestCase {
         verify(Models.rows([data.model])[0].free);
     }
 
+    function test_chosenId() {
+        compare(Models.chosenId({ id: "a", fullId: "p/a" }), "p/a");
+        compare(Models.chosenId({ id: "a", fullId: "" }), "a");
+        compare(Models.chosenId({ fullId: "p/a" }), "p/a");
+    }
+
     function test_matching_data() {
         return [
             { tag: "no filter", filter: "", rows: ["demo/Small", "work/large-free", "alone"] },
