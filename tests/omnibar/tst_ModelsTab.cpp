@@ -329,8 +329,19 @@ void tst_ModelsTab::hostileTexts()
          text("freeProvidersChecked({ results: [{ model: \"%1\", error: \"%1\" }], recommended: { model: \"%1\", ok: "
               "true } })")
              .arg(hostile));
+    bar.click("useRecommendedBtn");
+    bar.click("refreshModelsBtn");
+    send(bar, text("error(\"%1\")").arg(hostile));
     QVERIFY(bar.settle());
     bar.screenshot("models-hostile");
+    // An error's text is the bridge's too.
+    for (const char *name : {"modelsStatus", "freeCheckStatus"}) {
+        const QQuickItem *const status = bar.item(name);
+        QVERIFY2(status->isVisible(), name);
+        QVERIFY2(status->height() < 100, name);
+        QVERIFY2(!status->property("text").toString().contains(QLatin1Char('\n')), name);
+        QVERIFY2(!status->property("text").toString().contains(QChar(0x202e)), name);
+    }
     const QRectF page = bar.place(bar.item("modelsTab"));
     const auto words =
         bar.itemsWhere(bar.item("modelsTab"), [](QQuickItem *item) { return item->inherits("QQuickText"); });

@@ -315,8 +315,19 @@ void tst_SessionsTab::hostileTexts()
     QVERIFY(begin(bar, text("sessionsListed([{ id: \"%1\", name: \"%1\" }, { id: \"b%1\" }])").arg(hostile)));
     bar.evaluate(text("sdk.currentSessionId = \"%1\"").arg(hostile));
     send(bar, text("sessionCreated(\"%1\")").arg(hostile));
+    bar.click("newSessionBtn");
+    bar.click("deleteEverySessionBtn");
+    send(bar, text("error(\"%1\")").arg(hostile));
     QVERIFY(bar.settle());
     bar.screenshot("sheet-sessions-hostile");
+    // An error's text is the bridge's too.
+    for (const char *name : {"sessionsStatus", "sessionDeleteStatus"}) {
+        const QQuickItem *const status = bar.item(name);
+        QVERIFY2(status->isVisible(), name);
+        QVERIFY2(status->height() < 100, name);
+        QVERIFY2(!status->property("text").toString().contains(QLatin1Char('\n')), name);
+        QVERIFY2(!status->property("text").toString().contains(QChar(0x202e)), name);
+    }
     const QRectF page = bar.place(bar.item("sessionsTab"));
     const auto words =
         bar.itemsWhere(bar.item("sessionsTab"), [](QQuickItem *item) { return item->inherits("QQuickText"); });

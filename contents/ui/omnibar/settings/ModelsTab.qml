@@ -68,11 +68,11 @@ Column {
         theme: page.theme
     }
 
-    SettingsCaption {
+    SettingsStatus {
         objectName: "modelsStatus"
 
         theme: page.theme
-        text: {
+        message: {
             if (page.bar.modelsLoading)
                 return page.bar.tr("Loading models...");
             return page.bar.modelsStatusMessage;

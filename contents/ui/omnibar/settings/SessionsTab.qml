@@ -100,17 +100,17 @@ Column {
         onClicked: page.bar.deleteAllSessions()
     }
 
-    SettingsCaption {
+    SettingsStatus {
         objectName: "sessionsStatus"
 
         theme: page.theme
-        text: page.bar.sessionsStatusMessage
+        message: page.bar.sessionsStatusMessage
     }
 
-    SettingsCaption {
+    SettingsStatus {
         objectName: "sessionDeleteStatus"
 
         theme: page.theme
-        text: page.bar.sessionDeleteStatusMessage
+        message: page.bar.sessionDeleteStatusMessage
     }
 }

@@ -57,11 +57,11 @@ Column {
         }
     }
 
-    SettingsCaption {
+    SettingsStatus {
         objectName: "freeCheckStatus"
 
         theme: check.theme
-        text: check.bar.freeCheckStatus
+        message: check.bar.freeCheckStatus
     }
 
     SettingsList {
