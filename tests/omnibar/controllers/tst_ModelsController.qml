@@ -158,6 +158,11 @@ TestCase {
         compare(models.pendingDefaultModelId, "p/a");
     }
 
+    function test_onlyModelIsAdopted() {
+        sdk.modelsListed([three[1]]);
+        compare(currentModels(), ["p/b-free", "p/b-free", "p/b-free"]);
+    }
+
     function test_bridgesModelIsAdopted() {
         bar.bridge.currentModel = "q/c";
         sdk.modelsListed(three);
