@@ -334,6 +334,11 @@ void tst_ModelsTab::hostileTexts()
     send(bar, text("error(\"%1\")").arg(hostile));
     QVERIFY(bar.settle());
     bar.screenshot("models-hostile");
+    // Cut on the tab, whole in the tooltip.
+    for (const char *name : {"defaultModel", "freeCheckModel", "freeCheckOutcome"}) {
+        QVERIFY2(bar.item(name)->property("whole").toString().size() > 999, name);
+        QVERIFY2(bar.item(name)->property("text").toString().size() < 300, name);
+    }
     // An error's text is the bridge's too.
     for (const char *name : {"modelsStatus", "freeCheckStatus"}) {
         const QQuickItem *const status = bar.item(name);

@@ -320,6 +320,11 @@ void tst_SessionsTab::hostileTexts()
     send(bar, text("error(\"%1\")").arg(hostile));
     QVERIFY(bar.settle());
     bar.screenshot("sheet-sessions-hostile");
+    // Cut on the tab, whole in the tooltip.
+    for (const char *name : {"activeSession", "sessionName", "sessionId"}) {
+        QVERIFY2(bar.item(name)->property("whole").toString().size() > 999, name);
+        QVERIFY2(bar.item(name)->property("text").toString().size() < 300, name);
+    }
     // An error's text is the bridge's too.
     for (const char *name : {"sessionsStatus", "sessionDeleteStatus"}) {
         const QQuickItem *const status = bar.item(name);

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import org.kde.loomra.components.controls 1.0
 
+import "../common"
 import "../logic/LiteralText.js" as LiteralText
 import "../logic/Translatable.js" as Translatable
 import "common"
@@ -32,15 +32,16 @@ Column {
         width: parent.width
         height: refreshButton.height
 
-        PlainText {
+        ShortText {
             objectName: "defaultModel"
 
             anchors.left: parent.left
             anchors.right: refreshButton.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            text: page.bar.currentModelId === "" ? page.bar.tr("Default model: not set")
-                : Translatable.filled(page.bar.tr("Default model: {id}"), { "id": LiteralText.oneLine(page.bar.currentModelId) })
+            whole: page.bar.currentModelId === "" ? page.bar.tr("Default model: not set")
+                : Translatable.filled(page.bar.tr("Default model: {id}"), { "id": page.bar.currentModelId })
+            text: LiteralText.oneLine(whole)
             color: page.theme.uiTextMed
             font.pointSize: 10
         }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import org.kde.loomra.components.controls 1.0
 
+import "../common"
 import "../logic/LiteralText.js" as LiteralText
 import "../logic/Translatable.js" as Translatable
 import "common"
@@ -36,15 +36,16 @@ Column {
         width: parent.width
         height: buttons.height
 
-        PlainText {
+        ShortText {
             objectName: "activeSession"
 
             anchors.left: parent.left
             anchors.right: buttons.left
             anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            text: page.activeId === "" ? page.bar.tr("No active session")
-                : Translatable.filled(page.bar.tr("Active: {id}"), { "id": LiteralText.oneLine(page.activeId) })
+            whole: page.activeId === "" ? page.bar.tr("No active session")
+                : Translatable.filled(page.bar.tr("Active: {id}"), { "id": page.activeId })
+            text: LiteralText.oneLine(whole)
             color: page.theme.uiTextMed
             font.pointSize: 10
         }

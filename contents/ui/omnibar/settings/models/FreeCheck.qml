@@ -4,6 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../../common"
 import "../../logic/LiteralText.js" as LiteralText
 import "../../logic/Models.js" as Models
 import "../../logic/Translatable.js" as Translatable
@@ -106,8 +107,9 @@ Column {
                 color: row.modelData.ok ? "#4ade80" : "#ef4444"
             }
 
-            PlainText {
+            ShortText {
                 id: modelText
+                objectName: "freeCheckModel"
 
                 anchors.left: dot.right
                 anchors.leftMargin: 10
@@ -115,14 +117,14 @@ Column {
                 anchors.rightMargin: 10
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.model
+                whole: row.modelData.model
                 color: check.theme.uiTextMed
                 font.family: "monospace"
                 font.pointSize: 9
-                horizontalAlignment: Text.AlignLeft
                 Accessible.ignored: true
             }
 
-            PlainText {
+            ShortText {
                 id: outcome
                 objectName: "freeCheckOutcome"
 
@@ -131,6 +133,7 @@ Column {
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, parent.width / 2)
                 text: Models.checkOutcome(row.modelData, check.bar.tr)
+                whole: row.modelData.ok || row.modelData.error === "" ? text : row.modelData.error
                 color: row.modelData.ok ? check.theme.uiTextMed : check.theme.uiTextSoft
                 font.pointSize: 9
                 Accessible.ignored: true

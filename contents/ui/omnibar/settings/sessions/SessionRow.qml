@@ -83,16 +83,16 @@ Item {
             kept: false
         }
 
-        PlainText {
+        ShortText {
             id: idText
             objectName: "sessionId"
 
             width: parent.width
             text: LiteralText.oneLine(row.sid)
+            whole: row.sid
             color: row.theme.uiTextCaption
             font.family: "monospace"
             font.pointSize: 7
-            horizontalAlignment: Text.AlignLeft
             Accessible.ignored: true
         }
     }
