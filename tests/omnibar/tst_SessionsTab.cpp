@@ -38,6 +38,8 @@ private Q_SLOTS:
     void rename_data();
     void rename();
     void escapeLeavesTheField();
+    void focusAfterRenaming_data();
+    void focusAfterRenaming();
     void listUnderTheOpenField();
     void deletingAll();
     void allByKeyboard();
@@ -245,6 +247,43 @@ void tst_SessionsTab::escapeLeavesTheField()
     QCOMPARE(inRow(bar, 0, "sessionName")->property("text").toString(), text("Garden"));
     bar.key(Qt::Key_Escape);
     QVERIFY(!bar.property("settingsPanelOpen").toBool());
+}
+
+void tst_SessionsTab::focusAfterRenaming_data()
+{
+    QTest::addColumn<bool>("byKeys");
+    QTest::addColumn<bool>("isSaved");
+    QTest::newRow("keys, saved") << true << true;
+    QTest::newRow("keys, left") << true << false;
+    QTest::newRow("mouse, saved") << false << true;
+    QTest::newRow("mouse, left") << false << false;
+}
+
+void tst_SessionsTab::focusAfterRenaming()
+{
+    QFETCH(bool, byKeys);
+    QFETCH(bool, isSaved);
+
+    Conversation &bar = m_window.take();
+    QVERIFY(begin(bar));
+    QQuickItem *button = inRow(bar, 1, "renameSessionBtn");
+    if (byKeys) {
+        bar.focus(button);
+        bar.key(Qt::Key_Space);
+    } else {
+        bar.click(button);
+    }
+    bar.type("Pantry");
+    bar.key(isSaved ? Qt::Key_Return : Qt::Key_Escape);
+    if (isSaved) {
+        send(bar, text("sessionRenamed('ses_b', 'Pantry')"));
+        send(bar, text("sessionsListed([{ id: 'ses_a', name: 'Garden' }, { id: 'ses_b', name: 'Pantry' }])"));
+    }
+    QTRY_VERIFY(!inRow(bar, 1, "sessionNameField"));
+    QVERIFY(bar.settle());
+    QQuickItem *const expected = byKeys ? button : bar.item("inputField");
+    QTRY_VERIFY(expected->hasActiveFocus());
+    QCOMPARE(button->property("visualFocus").toBool(), byKeys);
 }
 
 void tst_SessionsTab::listUnderTheOpenField()

@@ -25,6 +25,14 @@ Item {
     readonly property bool renaming: sid === bar.renamingSessionId
     readonly property string shownName: LiteralText.oneLine(sname)
 
+    //! The renaming was started from the keyboard, so the button gets the focus back afterwards. After a click the prompt
+    //! gets it, as from anything that vanishes.
+    property bool renamedByKeys: false
+
+    onRenamingChanged: {
+        if (!renaming && renamedByKeys && nameField.item && nameField.item.activeFocus)
+            renameButton.forceActiveFocus(Qt.TabFocusReason);
+    }
     Accessible.role: Accessible.ListItem
     Accessible.name: shownName
     Accessible.description: [active ? activeBadge.text : "", idText.text].filter(text => text !== "").join(", ")
@@ -116,6 +124,7 @@ Item {
         }
 
         SettingsButton {
+            id: renameButton
             objectName: "renameSessionBtn"
 
             theme: row.theme
@@ -126,6 +135,7 @@ Item {
                     row.bar.saveSessionName();
                     return;
                 }
+                row.renamedByKeys = visualFocus;
                 row.bar.startRenaming(row.sid, row.sname);
                 nameField.item.forceActiveFocus(Qt.TabFocusReason);
             }
