@@ -52,6 +52,16 @@ TestCase {
         compare(sdk.takeCalls(), []);
     }
 
+    function test_firstValues() {
+        const texts = ["dashErrorDir", "dashWarnDir", "serviceActive", "serviceSub", "serviceEnabled", "powerProfileActive"];
+        compare(texts.map(name => dashboard[name]), ["stable", "stable", "unknown", "unknown", "unknown", ""]);
+        const numbers = Object.keys(dashboard).filter(name => typeof dashboard[name] === "number");
+        verify(numbers.length > 20);
+        compare(numbers.filter(name => dashboard[name] !== 0), []);
+        compare([dashboard.dashLogEntries, dashboard.appLogEntries, dashboard.powerProfileAvailable], [[], [], []]);
+        compare([dashboard.systemReportData, dashboard.systemReportLoading], [{}, false]);
+    }
+
     function test_entering() {
         enter();
         compare(sdk.takeCalls(), [tick, tick, power]);
