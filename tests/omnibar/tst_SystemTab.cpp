@@ -166,6 +166,7 @@ private Q_SLOTS:
     void pollingFollowsTheTab_data();
     void pollingFollowsTheTab();
     void pollingFollowsTheSheet();
+    void noPollingInTheBubble();
     void leftAndEnteredAtOnce();
     void bridgeGoneAndBack();
     void tickWithNothingNewDrawsNothing();
@@ -290,6 +291,29 @@ void tst_SystemTab::pollingFollowsTheSheet()
     QVERIFY(m_bar->isPolling());
     QVERIFY(m_bar->item("systemTab"));
     QCOMPARE(ticks(), QStringList({s_tick}));
+}
+
+void tst_SystemTab::noPollingInTheBubble()
+{
+    m_bar->setProperty("compactMode", true);
+    QVERIFY(!m_bar->isPolling());
+    ticks();
+    m_bar->setProperty("compactMode", false);
+    QVERIFY(m_bar->isPolling());
+    QCOMPARE(ticks(), QStringList({s_tick}));
+    // A page that is created while the window is a bubble waits too.
+    m_bar->setProperty("settingsPanelOpen", false);
+    m_bar->setProperty("compactMode", true);
+    m_bar->setProperty("settingsPanelOpen", true);
+    QVERIFY(!m_bar->isPolling());
+    QCOMPARE(ticks(), QStringList());
+    m_bar->setProperty("compactMode", false);
+    QVERIFY(m_bar->isPolling());
+    // A closed sheet stays without polling.
+    m_bar->setProperty("settingsPanelOpen", false);
+    m_bar->setProperty("compactMode", true);
+    m_bar->setProperty("compactMode", false);
+    QVERIFY(!m_bar->isPolling());
 }
 
 void tst_SystemTab::leftAndEnteredAtOnce()

@@ -6,7 +6,8 @@ import QtQuick 2.15
 import "common"
 import "system"
 
-//! The tab with the live dashboard of the bridge and its service. It is polled while this page exists.
+//! The tab with the live dashboard of the bridge and its service. It is polled while this page exists, but not while the
+//! window is a bubble.
 Column {
     id: page
     objectName: "systemTab"
@@ -16,11 +17,25 @@ Column {
     required property SettingsTab tab
 
     spacing: 10
-    Component.onCompleted: bar.dashboardPageCreated()
+    Component.onCompleted: {
+        if (!bar.compactMode)
+            bar.dashboardPageCreated();
+    }
     Component.onDestruction: {
         // Null if the window is destroyed with the page.
         if (bar)
             bar.dashboardPageDestroyed();
+    }
+
+    Connections {
+        target: page.bar
+
+        function onCompactModeChanged() {
+            if (page.bar.compactMode)
+                page.bar.leaveDashboard();
+            else if (page.bar.settingsPanelOpen && page.tab.current) // not a page that is going to be deleted
+                page.bar.dashboardPageCreated();
+        }
     }
 
     HealthBanner {
