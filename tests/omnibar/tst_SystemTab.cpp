@@ -191,6 +191,7 @@ private Q_SLOTS:
     void longLog();
     void hostileTexts();
     void longTextsStayInside();
+    void longTranslationsStayInside();
     void everythingIsReachedByTab();
     void pictures();
 
@@ -716,6 +717,36 @@ void tst_SystemTab::longTextsStayInside()
     QVERIFY(m_bar->itemIn(heap, text("value"))->property("truncated").toBool());
     QVERIFY(m_bar->place(m_bar->itemIn(heap, text("value"))).right()
             < m_bar->place(m_bar->itemIn(heap, text("detail"))).left());
+}
+
+// Many languages need more room than English. All tabs.
+void tst_SystemTab::longTranslationsStayInside()
+{
+    m_window.close();
+    Sheet bar;
+    const ScriptedSdk sdk(bar);
+    bar.provide("i18n", bar.fake("QtObject { function tr(text) { return text + ' ' + text; } }"));
+    QVERIFY(bar.begin());
+    bar.evaluate(
+        text("sdk.workspaceIntelAvailable = true; sdk.aiRuntimeAvailable = true; showAdvancedAssistant = true"));
+    bar.evaluate(text("sdk.modelsListed([{ id: 'a-free' }]); sdk.sessionsListed([{ id: 'ses_a' }, { id: 'ses_b' }])"));
+    bar.evaluate(text("sdk.freeProvidersChecked({ results: [{ model: 'a-free', ok: true }], recommended: { model: "
+                      "'a-free', ok: true } })"));
+    const QRectF page = bar.place(bar.item("settingsPages"));
+    for (int i = 0; i < bar.tabs().size(); ++i) {
+        bar.item("settingsTabs")->setProperty("currentIndex", i);
+        QVERIFY(bar.settle());
+        bar.screenshot(text("sheet-long-%1").arg(i));
+        const auto shown = bar.itemsWhere(bar.item("settingsPages"), [&](QQuickItem *item) {
+            return bar.isSeen(item) && (item->inherits("QQuickText") || item->inherits("QQuickControl"));
+        });
+        QVERIFY(shown.size() > 5);
+        for (QQuickItem *item : shown) {
+            const QRectF place = bar.place(item);
+            QVERIFY2(place.width() > 0 && place.left() >= page.left() && place.right() <= page.right() + 0.5,
+                     qPrintable(item->objectName() + item->property("text").toString()));
+        }
+    }
 }
 
 void tst_SystemTab::everythingIsReachedByTab()
