@@ -8,8 +8,8 @@ import org.kde.loomra.components.controls 1.0
 import "logic/SuggestionNotice.js" as SuggestionNotice
 import "settings/common"
 
-//! A workspace suggestion with its actions. All of its text is untrusted. It waits while the window is a bubble, which
-//! has no room for it.
+//! A workspace suggestion with its actions. All of its text is untrusted. It stays hidden while the window is a bubble,
+//! which has no room for it.
 T.Popup {
     id: dialog
     objectName: "suggestionDialog"

@@ -66,7 +66,7 @@ Controller {
         function onFreeProvidersChecked(result) {
             check.take(result);
         }
-        // Otherwise the button would stay disabled. If the error was another request's, the result still comes.
+        // Without this the button would stay disabled. If the error belongs to another request, the result still comes.
         function onError(error) {
             check.giveUp(error || check.bar.tr("Request failed"));
         }

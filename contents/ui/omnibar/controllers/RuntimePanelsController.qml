@@ -11,7 +11,7 @@ Controller {
     id: panels
 
     property bool wiObservationEnabled: true
-    //! What was learned, "" before the bridge has said so.
+    //! What was learned, "" before the first report.
     property string wiDwellSummaryText: ""
     property bool aiRuntimeEnabledUi: true
     //! The mode with which the AI runtime executes actions, see mapGatingToIndex().
@@ -57,8 +57,8 @@ Controller {
             Qt.callLater(bar.refreshRuntimePanels);
     }
 
-    // The setters show the new value at once. The bridge answers with the panel, which corrects it if need be. Without a
-    // bridge the value stays as it is.
+    // The setters show the new value at once. The bridge replies with its settings, which correct it if necessary. Without
+    // a bridge nothing changes.
 
     function setObservationEnabled(on) {
         if (!isReady())

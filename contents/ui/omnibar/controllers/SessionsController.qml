@@ -34,7 +34,7 @@ Controller {
     property var pendingSessionDeletes: []
     property string sessionDeleteStatusMessage: ""
 
-    //! A request of the user that changes sessions is open, so an error is probably its.
+    //! A request of the user that changes sessions is open, so the next error probably belongs to it.
     property bool changeRequested: false
 
     function refreshSessionsList() {

@@ -35,7 +35,7 @@ Controller {
 
     function resetDismissedSuggestions() {
         request("clearAiRuntimeDismissedSuggestions", bar.tr("Dismissed prompts cleared — try Check workspace suggestion again."));
-        // Nothing confirms it; only a refusal comes, and at once.
+        // No reply confirms it. Only a refusal is reported, and at once.
         requested = false;
     }
 
@@ -45,8 +45,8 @@ Controller {
         Native.call(bar.sdk, name);
     }
 
-    //! Replaces the message about an open request, which would stay for good. If the error was another request's, the
-    //! result still comes.
+    //! Replaces the message about an open request, which would stay for good. If the error belongs to another request,
+    //! the result still comes.
     function giveUp(text) {
         if (!requested)
             return;

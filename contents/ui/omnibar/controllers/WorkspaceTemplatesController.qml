@@ -98,8 +98,8 @@ Controller {
             Native.call(bar.sdk, "prepareWorkspaceTemplate", row.workspaceId, "prepare " + templateId);
     }
 
-    //! Replaces the message about the preparation, which would stay for good. If the error was another request's, the
-    //! result still comes.
+    //! Replaces the message about the preparation, which would stay for good. If the error belongs to another request,
+    //! the result still comes.
     function giveUp(text) {
         if (!preparing)
             return;

@@ -79,7 +79,7 @@ function checkRows(result) {
     }));
 }
 
-/** Whether there is a result to show at all. */
+/** Whether the bridge has sent a result. */
 function isCheckResult(result) {
     return isObject(result) && Object.keys(result).length > 0;
 }
@@ -96,7 +96,7 @@ function checkStatus(checked, tr) {
     return Translatable.filled(Translatable.translated(text, tr), { working: working, count: checked.length });
 }
 
-/** What the row of a checked model says beside its name. */
+/** The outcome of the check for a row, shown beside its name. */
 function checkOutcome(row, tr) {
     if (row.ok) {
         return Math.round(row.responseMs) + "ms";

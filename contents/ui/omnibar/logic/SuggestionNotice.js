@@ -14,7 +14,7 @@ const mark = Translatable.mark;
 const separator = " — ";
 const maxLineLength = 130;
 const cutLineLength = 127;
-// More than anybody reads, and still quick to lay out.
+// In characters: more than anybody reads, and still quick to lay out.
 const maxBodyLength = 10000;
 const maxActions = 8;
 

@@ -15,7 +15,7 @@ const templates = [
     { id: "research", name: mark("Research"), description: mark("Browser and notes for reading and capture.") }
 ];
 
-// What the client passes on is an int.
+// The client takes an int.
 const maxWorkspaceId = 0x7fffffff;
 
 function isObject(value) {
@@ -64,7 +64,7 @@ function slugOf(workspace) {
     return isObject(rules) ? textOr(rules.slug, "") : "";
 }
 
-/** A workspace's id if it is valid, otherwise 0. */
+/** A workspace's id, 0 if it is invalid. */
 function idOf(workspace) {
     const id = workspace.id;
     return Number.isInteger(id) && id > 0 && id <= maxWorkspaceId ? id : 0;

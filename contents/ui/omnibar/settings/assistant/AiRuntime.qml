@@ -55,7 +55,7 @@ Column {
             model: RuntimePanels.gatingChoices(runtime.bar.tr)
             currentIndex: runtime.bar.aiRuntimeGatingIndex
             Accessible.name: gatingLabel.text
-            // Shows the state again if it refuses to change.
+            // Shows the state again, which may not have changed.
             onActivated: {
                 runtime.bar.setAiRuntimeGating(index);
                 currentIndex = Qt.binding(() => runtime.bar.aiRuntimeGatingIndex);

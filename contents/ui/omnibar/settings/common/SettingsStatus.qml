@@ -6,7 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../../logic/LiteralText.js" as LiteralText
 
-//! A message that may contain untrusted text. It takes a few lines at most; a tooltip has more of it.
+//! A message that may contain untrusted text. It is cut after a few lines; a tooltip shows more of it.
 SettingsCaption {
     id: status
 

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-//! A switch for a state that lives elsewhere, and that may refuse to change: after each toggle the switch shows it again.
+//! A switch for a state that is kept elsewhere and may refuse to change: after each toggle the switch shows that state.
 SettingsSwitch {
     id: control
 

@@ -6,7 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../../logic/DashboardText.js" as DashboardText
 
-//! How many errors and warnings there were, where the numbers go, and when the last error was.
+//! The number of errors and warnings, their trend, and the time of the last error.
 Item {
     id: counts
     objectName: "logCounts"

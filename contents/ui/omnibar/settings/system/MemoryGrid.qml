@@ -6,7 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../../logic/DashboardText.js" as DashboardText
 
-//! The figures of the bridge's process in three columns: what, how much, and another figure.
+//! The figures of the bridge's process in three columns: a name, its value, and another figure.
 Rectangle {
     id: grid
     objectName: "memoryGrid"
