@@ -118,6 +118,19 @@ bool Conversation::openTab(const QString &title)
     return tab != tabs.cend() && settle();
 }
 
+QStringList Conversation::looseTexts(QQuickItem *root)
+{
+    QStringList loose;
+    const auto words = itemsWhere(root, [](QQuickItem *item) { return item->inherits("QQuickText"); });
+    for (QQuickItem *word : words) {
+        const bool isPlain = word->property("textFormat").toInt() == Qt::PlainText;
+        if (!isPlain || (isSeen(word) && !place(root).contains(place(word)))) {
+            loose.append(word->property("text").toString().left(40));
+        }
+    }
+    return loose;
+}
+
 QStringList Conversation::suggestions() const
 {
     QStringList titles;

@@ -46,6 +46,8 @@ public:
 
     //! The texts of all visible text items below an item, in drawing order.
     static QStringList textsIn(QQuickItem *root);
+    //! The texts below an item that might be interpreted as markup, or are drawn outside of the item.
+    static QStringList looseTexts(QQuickItem *root);
     //! The visible text item with this text; null if none.
     QQuickItem *textItem(const QString &text) const;
 

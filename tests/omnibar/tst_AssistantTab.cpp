@@ -62,7 +62,8 @@ QString hostileText()
 
 } // namespace
 
-//! The tab for desktop tools, workspace templates and the advanced options.
+//! The tab for desktop tools, workspace templates and the advanced options. One long file, because each control of the
+//! tab has its test here, with the same window.
 class tst_AssistantTab : public QObject
 {
     Q_OBJECT

@@ -347,16 +347,7 @@ void tst_ModelsTab::hostileTexts()
         QVERIFY2(!status->property("text").toString().contains(QLatin1Char('\n')), name);
         QVERIFY2(!status->property("text").toString().contains(QChar(0x202e)), name);
     }
-    const QRectF page = bar.place(bar.item("modelsTab"));
-    const auto words =
-        bar.itemsWhere(bar.item("modelsTab"), [](QQuickItem *item) { return item->inherits("QQuickText"); });
-    QVERIFY(words.size() > 10);
-    for (QQuickItem *word : words) {
-        QCOMPARE(word->property("textFormat").toInt(), 0); // plain text
-        if (bar.isSeen(word)) {
-            QVERIFY2(page.contains(bar.place(word)), qPrintable(word->property("text").toString().left(40)));
-        }
-    }
+    QCOMPARE(Conversation::looseTexts(bar.item("modelsTab")), QStringList());
 }
 
 REGISTER_TEST(tst_ModelsTab, QGuiApplication)

@@ -372,16 +372,7 @@ void tst_SessionsTab::hostileTexts()
         QVERIFY2(!status->property("text").toString().contains(QLatin1Char('\n')), name);
         QVERIFY2(!status->property("text").toString().contains(QChar(0x202e)), name);
     }
-    const QRectF page = bar.place(bar.item("sessionsTab"));
-    const auto words =
-        bar.itemsWhere(bar.item("sessionsTab"), [](QQuickItem *item) { return item->inherits("QQuickText"); });
-    QVERIFY(words.size() > 10);
-    for (QQuickItem *word : words) {
-        QCOMPARE(word->property("textFormat").toInt(), 0); // plain text
-        if (bar.isSeen(word)) {
-            QVERIFY2(page.contains(bar.place(word)), qPrintable(word->property("text").toString().left(40)));
-        }
-    }
+    QCOMPARE(Conversation::looseTexts(bar.item("sessionsTab")), QStringList());
 }
 
 REGISTER_TEST(tst_SessionsTab, QGuiApplication)

@@ -151,7 +151,7 @@ public:
 } // namespace
 
 //! The tab with the dashboard in the window. Tables are loops where a new window state for each row would take longer
-//! than the test.
+//! than the test. One long file, because the tests share the payloads and how they are sent.
 class tst_SystemTab : public QObject
 {
     Q_OBJECT

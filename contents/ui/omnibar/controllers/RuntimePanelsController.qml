@@ -5,6 +5,7 @@ import QtQuick 2.15
 
 import "../logic/Native.js" as Native
 import "../logic/RuntimePanels.js" as RuntimePanels
+import "../logic/Untrusted.js" as Untrusted
 
 //! What the settings sheet shows of pattern learning and the AI runtime, and when that is requested.
 Controller {
@@ -99,7 +100,7 @@ Controller {
         }
         function onAiRuntimePanelUpdated(payload) {
             const settings = payload.settings;
-            if (RuntimePanels.isObject(settings)) {
+            if (Untrusted.isObject(settings)) {
                 panels.aiRuntimeEnabledUi = RuntimePanels.isOn(settings.runtimeEnabled);
                 panels.aiRuntimeGatingIndex = panels.mapGatingToIndex(settings.executionGating);
             }

@@ -3,6 +3,7 @@
 
 .pragma library
 .import "LiteralText.js" as LiteralText
+.import "Untrusted.js" as Untrusted
 
 // The bridge's reports as values of the window's properties. Reports are untrusted: any field may be missing or of
 // another type.
@@ -18,10 +19,6 @@ const summaryLevels = ["error", "warn"];
 const fallbackLogDirectory = "/tmp/loomra-bridge/logs";
 
 // ---- Fields
-
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
 
 function number(value) {
     return typeof value === "number" && isFinite(value) ? value : 0;
@@ -48,7 +45,7 @@ function message(value) {
 
 /** The latest objects of a list, each turned into a row. */
 function rows(value, count, makeRow) {
-    return Array.isArray(value) ? value.slice(-count).filter(isObject).map(makeRow) : [];
+    return Array.isArray(value) ? value.slice(-count).filter(Untrusted.isObject).map(makeRow) : [];
 }
 
 /** The errors and warnings of the dashboard, oldest first. */
@@ -153,7 +150,7 @@ const reports = {
 function values(kind, report) {
     const found = {};
     reports[kind].forEach(([property, path, read]) => {
-        found[property] = read(path.reduce((value, key) => isObject(value) ? value[key] : undefined, report));
+        found[property] = read(path.reduce((value, key) => Untrusted.isObject(value) ? value[key] : undefined, report));
     });
     return found;
 }
@@ -164,7 +161,7 @@ function values(kind, report) {
 function assign(target, properties) {
     Object.keys(properties).forEach(name => {
         const value = properties[name];
-        if (!isObject(value) || JSON.stringify(value) !== JSON.stringify(target[name])) {
+        if (!Untrusted.isObject(value) || JSON.stringify(value) !== JSON.stringify(target[name])) {
             target[name] = value;
         }
     });

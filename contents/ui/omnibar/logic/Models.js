@@ -4,6 +4,7 @@
 .pragma library
 .import "LiteralText.js" as LiteralText
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // The bridge's list of models and its check of the free ones. Both are untrusted: any field may be missing or of
 // another type.
@@ -22,13 +23,9 @@ function firstText(object, names) {
     return name === undefined ? "" : object[name].substring(0, maxIdLength);
 }
 
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
-
 /** The bridge's models as rows {id, name, fullId, free}. Entries without an id are dropped. */
 function rows(models) {
-    return Array.from(models).filter(isObject).map(model => {
+    return Array.from(models).filter(Untrusted.isObject).map(model => {
         const id = firstText(model, ["id", "fullId"]);
         const fullId = firstText(model, ["fullId", "id"]);
         const name = firstText(model, ["displayName", "name", "id"]);
@@ -69,7 +66,7 @@ function matching(candidates, filter) {
 /** A result of the check as rows {model, displayName, ok, responseMs, response, error}; [] for anything else. */
 function checkRows(result) {
     const list = Array.isArray(result.results) ? result.results : [];
-    return list.filter(isObject).map(entry => ({
+    return list.filter(Untrusted.isObject).map(entry => ({
         model: firstText(entry, ["model"]),
         displayName: firstText(entry, ["displayName", "model"]),
         ok: entry.ok === true,
@@ -81,7 +78,7 @@ function checkRows(result) {
 
 /** Whether the bridge has sent a result. */
 function isCheckResult(result) {
-    return isObject(result) && Object.keys(result).length > 0;
+    return Untrusted.isObject(result) && Object.keys(result).length > 0;
 }
 
 /** The status line for the rows of a check. */

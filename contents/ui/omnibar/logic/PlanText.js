@@ -3,6 +3,7 @@
 
 .pragma library
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // The wording of plans and their results. Both come from the bridge, so the type of every field is checked, and lookups
 // use maps, because every object has a "constructor". The last argument of most functions is the translating function;
@@ -20,16 +21,8 @@ var wholeLength = 4000;
 
 // ---- Values
 
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
-
 function isSet(value) {
     return value !== undefined && value !== null;
-}
-
-function textOr(value, fallback) {
-    return typeof value === "string" && value !== "" ? value : fallback;
 }
 
 function listOr(value) {
@@ -38,7 +31,7 @@ function listOr(value) {
 
 /** A value of a result as text. */
 function shown(value) {
-    return isObject(value) ? JSON.stringify(value) : String(value);
+    return Untrusted.isObject(value) ? JSON.stringify(value) : String(value);
 }
 
 /** The text up to a number of characters, then "…". Never ends with half of a surrogate pair. */
@@ -111,11 +104,11 @@ const outcomes = new Map([
 
 /** What a step has done, from its capability and result. "" if there is nothing to say. */
 function formatResultValue(capabilityId, result, tr) {
-    const id = textOr(capabilityId, "");
+    const id = Untrusted.textOr(capabilityId, "");
     if (id === "") {
         return "";
     }
-    if (!isObject(result)) {
+    if (!Untrusted.isObject(result)) {
         return "(" + id + ")";
     }
     const wording = outcomes.has(id) ? outcomes.get(id)(result) : null;
@@ -144,15 +137,15 @@ const otherLiveApplyNote = mark("Setting was saved, but KDE could not apply it i
 
 /** The result of a run with every field in its type: {success, actionId, error, results, state, details, verified, total}. */
 function parseOutcome(payload) {
-    const fields = isObject(payload) ? payload : {};
-    const summary = isObject(fields.verificationSummary) ? fields.verificationSummary : {};
+    const fields = Untrusted.isObject(payload) ? payload : {};
+    const summary = Untrusted.isObject(fields.verificationSummary) ? fields.verificationSummary : {};
     return {
         success: fields.success === true,
-        actionId: textOr(fields.actionId, ""),
-        error: textOr(fields.error, ""),
-        results: listOr(fields.results).filter(isObject),
-        state: textOr(summary.state, ""),
-        details: listOr(summary.details).filter(detail => textOr(detail, "") !== ""),
+        actionId: Untrusted.textOr(fields.actionId, ""),
+        error: Untrusted.textOr(fields.error, ""),
+        results: listOr(fields.results).filter(Untrusted.isObject),
+        state: Untrusted.textOr(summary.state, ""),
+        details: listOr(summary.details).filter(detail => Untrusted.textOr(detail, "") !== ""),
         verified: summary.verified,
         total: summary.total
     };
@@ -161,7 +154,7 @@ function parseOutcome(payload) {
 /** Whether a run has changed nothing. */
 function isReadOnlyPlan(results) {
     return Array.isArray(results) && results.length > 0
-        && results.every(step => isObject(step) && readOnlyCapabilities.has(step.capabilityId));
+        && results.every(step => Untrusted.isObject(step) && readOnlyCapabilities.has(step.capabilityId));
 }
 
 function succeeded(step) {
@@ -178,7 +171,7 @@ function resultLines(results, tr) {
 /** One note for each kind of setting that was saved without taking effect. */
 function liveApplyText(results, tr) {
     const notes = results
-        .filter(step => step.capabilityId === "settings.write" && isObject(step.result) && step.result.liveApplied === false)
+        .filter(step => step.capabilityId === "settings.write" && Untrusted.isObject(step.result) && step.result.liveApplied === false)
         .map(step => liveApplyNotes.get(step.result.liveApplyHook) || otherLiveApplyNote);
     return Array.from(new Set(notes)).map(note => Translatable.translated(note, tr)).join(" ");
 }
@@ -187,7 +180,7 @@ function liveApplyText(results, tr) {
 function lightChrome(results) {
     let light;
     results.filter(step => succeeded(step) && ["theme.apply", "theme.preview"].includes(step.capabilityId))
-        .map(step => textOr(step.result.applied, textOr(step.result.preview, "")))
+        .map(step => Untrusted.textOr(step.result.applied, Untrusted.textOr(step.result.preview, "")))
         // The patterns ignore case, because lower-casing a hostile name can take minutes.
         .forEach(name => {
             if (/dark/i.test(name)) {
@@ -235,15 +228,15 @@ function message(outcome, tr) {
 
 /** The steps of a plan. */
 function steps(plan) {
-    return isObject(plan) ? listOr(plan.plan) : [];
+    return Untrusted.isObject(plan) ? listOr(plan.plan) : [];
 }
 
 function summary(plan) {
-    return isObject(plan) ? oneLine(textOr(plan.summary, ""), wholeLength) : "";
+    return Untrusted.isObject(plan) ? oneLine(Untrusted.textOr(plan.summary, ""), wholeLength) : "";
 }
 
 function risk(plan, tr) {
-    const level = isObject(plan) ? oneLine(textOr(plan.riskLevel, ""), lineLength) : "";
+    const level = Untrusted.isObject(plan) ? oneLine(Untrusted.textOr(plan.riskLevel, ""), lineLength) : "";
     return level === "" ? "" : sentence(mark("Risk: {level}"), { level: level }, tr);
 }
 
@@ -252,10 +245,10 @@ function risk(plan, tr) {
  * could hide what a step does.
  */
 function stepText(step) {
-    const fields = isObject(step) ? step : {};
-    const params = isObject(fields.params) && Object.keys(fields.params).length > 0
+    const fields = Untrusted.isObject(step) ? step : {};
+    const params = Untrusted.isObject(fields.params) && Object.keys(fields.params).length > 0
         ? " " + JSON.stringify(fields.params) : "";
-    return (oneLine(textOr(fields.capabilityId, "step"), lineLength) + cut(params, wholeLength))
+    return (oneLine(Untrusted.textOr(fields.capabilityId, "step"), lineLength) + cut(params, wholeLength))
         .replace(/[\u061c\u200e\u200f\u202a-\u202e\u2066-\u2069]/g,
                  control => "\\u" + ("000" + control.charCodeAt(0).toString(16)).slice(-4));
 }

@@ -3,6 +3,7 @@
 
 .pragma library
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // What the bridge reports about pattern learning and the AI runtime. It is untrusted: any field may be missing or of
 // another type.
@@ -16,12 +17,8 @@ var gatings = [
     { value: "off", text: mark("Gating off") }
 ];
 
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
-
 function objectOr(value) {
-    return isObject(value) ? value : {};
+    return Untrusted.isObject(value) ? value : {};
 }
 
 /** A value as text, "?" if there is none. */

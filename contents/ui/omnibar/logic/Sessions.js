@@ -5,6 +5,7 @@
 .import "LiteralText.js" as LiteralText
 .import "MessageTime.js" as MessageTime
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // The bridge's list of sessions. It is untrusted: any field may be missing or of another type.
 
@@ -15,15 +16,10 @@ const shortIdLength = 8;
 // Smaller numbers are seconds: this many milliseconds is a date in 2001.
 const firstMilliseconds = 1e12;
 
-/** A text from a field that should be a string or number, "" for anything else. */
-function textOf(value) {
-    return typeof value === "string" || typeof value === "number" ? String(value) : "";
-}
-
 /** The first field of these names that isn't empty, as text. */
 function firstText(session, names) {
-    const name = names.find(candidate => textOf(session[candidate]) !== "");
-    return name === undefined ? "" : textOf(session[name]);
+    const name = names.find(candidate => Untrusted.textOf(session[candidate]) !== "");
+    return name === undefined ? "" : Untrusted.textOf(session[name]);
 }
 
 /** A creation time in milliseconds since 1970; 0 if it is missing or invalid. */

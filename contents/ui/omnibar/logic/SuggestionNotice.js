@@ -5,6 +5,7 @@
 .import "LiteralText.js" as LiteralText
 .import "PlanText.js" as PlanText
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // The wording of a check for workspace suggestions, and the content of the suggestion dialog. Both come from the bridge,
 // so the type of every field is checked.
@@ -17,14 +18,6 @@ const cutLineLength = 127;
 // In characters: more than anybody reads, and still quick to lay out.
 const maxBodyLength = 10000;
 const maxActions = 8;
-
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
-
-function textOf(value) {
-    return typeof value === "string" || typeof value === "number" ? String(value) : "";
-}
 
 function isSet(value) {
     return value !== undefined && value !== null;
@@ -44,18 +37,18 @@ const cases = [
 ];
 
 function analysisPart(analysis, tr) {
-    if (!isObject(analysis) || !(isSet(analysis.clustersCreated) || isSet(analysis.candidatesDetected))) {
+    if (!Untrusted.isObject(analysis) || !(isSet(analysis.clustersCreated) || isSet(analysis.candidatesDetected))) {
         return "";
     }
     return Translatable.filled(Translatable.translated(mark("Δ clusters {clusters}, candidates {candidates}"), tr),
-                               { clusters: textOf(analysis.clustersCreated) || "?", candidates: textOf(analysis.candidatesDetected) || "?" });
+                               { clusters: Untrusted.textOf(analysis.clustersCreated) || "?", candidates: Untrusted.textOf(analysis.candidatesDetected) || "?" });
 }
 
 /** The result of a check as a sentence or several, "" if there is nothing to say. */
 function statusText(payload, tr) {
     const wording = cases.filter(row => row.holds(payload))
-        .map(row => Translatable.filled(Translatable.translated(row.text, tr), { error: textOf(payload.notificationError) }));
-    const title = isObject(payload.topSuggestion) ? textOf(payload.topSuggestion.title) : "";
+        .map(row => Translatable.filled(Translatable.translated(row.text, tr), { error: Untrusted.textOf(payload.notificationError) }));
+    const title = Untrusted.isObject(payload.topSuggestion) ? Untrusted.textOf(payload.topSuggestion.title) : "";
     return wording.concat(title, analysisPart(payload.analysis, tr)).filter(part => part !== "").join(separator);
 }
 
@@ -67,24 +60,24 @@ function barLine(text) {
 /** The object in a notification's JSON. @throws SyntaxError if there is none */
 function parsed(json) {
     const notification = JSON.parse(json);
-    if (!isObject(notification)) {
+    if (!Untrusted.isObject(notification)) {
         throw new SyntaxError("not an object");
     }
     return notification;
 }
 
 function title(notification) {
-    return LiteralText.oneLine(textOf(notification.title));
+    return LiteralText.oneLine(Untrusted.textOf(notification.title));
 }
 
 function body(notification) {
-    return PlanText.cut(textOf(notification.body), maxBodyLength);
+    return PlanText.cut(Untrusted.textOf(notification.body), maxBodyLength);
 }
 
 /** The buttons {id, label}. Actions without an id have no effect and are left out. */
 function actions(notification) {
     const list = Array.isArray(notification.actions) ? notification.actions : [];
-    return list.filter(action => isObject(action) && textOf(action.id) !== "")
+    return list.filter(action => Untrusted.isObject(action) && Untrusted.textOf(action.id) !== "")
         .slice(0, maxActions)
-        .map(action => ({ id: textOf(action.id), label: LiteralText.oneLine(textOf(action.label) || textOf(action.id)) }));
+        .map(action => ({ id: Untrusted.textOf(action.id), label: LiteralText.oneLine(Untrusted.textOf(action.label) || Untrusted.textOf(action.id)) }));
 }

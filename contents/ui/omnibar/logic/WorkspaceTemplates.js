@@ -3,6 +3,7 @@
 
 .pragma library
 .import "Translatable.js" as Translatable
+.import "Untrusted.js" as Untrusted
 
 // The catalogue of workspace templates: rows {id, name, description, enabled, workspaceId}. The bridge's workspaces are
 // merged into it. They are untrusted: any field may be missing or of another type.
@@ -17,14 +18,6 @@ const templates = [
 
 // The client takes an int.
 const maxWorkspaceId = 0x7fffffff;
-
-function isObject(value) {
-    return typeof value === "object" && value !== null;
-}
-
-function textOr(value, fallback) {
-    return typeof value === "string" && value !== "" ? value : fallback;
-}
 
 function translated(text, values, tr) {
     return Translatable.filled(Translatable.translated(text, tr), values);
@@ -60,8 +53,8 @@ function rulesOf(workspace) {
 
 /** The catalogue id that a workspace belongs to; "" if it names none or its rules are no valid JSON. */
 function slugOf(workspace) {
-    const rules = isObject(workspace) ? rulesOf(workspace) : null;
-    return isObject(rules) ? textOr(rules.slug, "") : "";
+    const rules = Untrusted.isObject(workspace) ? rulesOf(workspace) : null;
+    return Untrusted.isObject(rules) ? Untrusted.textOr(rules.slug, "") : "";
 }
 
 /** A workspace's id, 0 if it is invalid. */
@@ -86,8 +79,8 @@ function merged(rows, workspaces, isPreferred) {
         const workspace = bySlug.get(row.id);
         return workspace === undefined ? row : {
             id: row.id,
-            name: textOr(workspace.name, row.name),
-            description: textOr(workspace.goal, row.description),
+            name: Untrusted.textOr(workspace.name, row.name),
+            description: Untrusted.textOr(workspace.goal, row.description),
             enabled: workspace.status === "active",
             workspaceId: idOf(workspace)
         };
@@ -129,9 +122,9 @@ function preparingText(row, tr) {
 /** The text for the result of a preparation, "" if it says neither that it succeeded nor why it failed. */
 function preparedText(result, tr) {
     if (result.ok === true) {
-        const workspace = isObject(result.workspace) ? result.workspace : {};
-        const name = textOr(workspace.name, Translatable.translated(mark("workspace"), tr));
+        const workspace = Untrusted.isObject(result.workspace) ? result.workspace : {};
+        const name = Untrusted.textOr(workspace.name, Translatable.translated(mark("workspace"), tr));
         return translated(mark("Prepared {name}."), { name: name }, tr);
     }
-    return textOr(result.error, "");
+    return Untrusted.textOr(result.error, "");
 }
