@@ -41,6 +41,7 @@ private Q_SLOTS:
     void focusAfterRenaming_data();
     void focusAfterRenaming();
     void listUnderTheOpenField();
+    void deletingByKeys();
     void deletingAll();
     void allByKeyboard();
     void hostileTexts();
@@ -305,6 +306,28 @@ void tst_SessionsTab::listUnderTheOpenField()
     QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
     bar.type("still here");
     QCOMPARE(bar.item("inputField")->property("text").toString(), text("still here"));
+}
+
+void tst_SessionsTab::deletingByKeys()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(begin(bar, text("sessionsListed(['a', 'b', 'c'].map(id => ({ id: id, name: 'Session ' + id })))")));
+    bar.focus(inRow(bar, 1, "removeSessionBtn"));
+    const auto isInRow = [&](const char *id) {
+        QQuickItem *item = bar.window()->activeFocusItem();
+        return item && item->objectName() == text("removeSessionBtn")
+            && item->property("label").toString() == text("Delete")
+            && item->parentItem()->parentItem()->property("sid").toString() == text(id);
+    };
+    bar.key(Qt::Key_Return);
+    send(bar, text("sessionDeleted('b')"));
+    QTRY_VERIFY(isInRow("c"));
+    bar.key(Qt::Key_Return);
+    send(bar, text("sessionDeleted('c')"));
+    QTRY_VERIFY(isInRow("a"));
+    bar.key(Qt::Key_Return);
+    send(bar, text("sessionDeleted('a')"));
+    QTRY_VERIFY(bar.item("inputField")->hasActiveFocus());
 }
 
 void tst_SessionsTab::deletingAll()

@@ -15,6 +15,16 @@ SettingsList {
     //! Id of the current session, "" for none.
     required property string activeId
 
+    //! Moves the focus to the row that took the place of a deleted one, or to the last one; without any, to the prompt.
+    function focusDelete(index) {
+        view.forceLayout();
+        const next = view.itemAtIndex(Math.min(index, count - 1));
+        if (next)
+            next.focusDelete();
+        else
+            bar.inputField.forceActiveFocus();
+    }
+
     count: bar.sessionRows.count
     rowHeight: 48
     minimumHeight: 48
@@ -32,6 +42,8 @@ SettingsList {
         bar: list.bar
         theme: list.theme
         activeId: list.activeId
+        // Its index is already gone.
+        onRemovedByKeys: Qt.callLater(list.focusDelete, Math.round(y / (list.rowHeight + list.rowSpacing)))
     }
 
     PlainText {

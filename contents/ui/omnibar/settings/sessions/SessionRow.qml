@@ -29,6 +29,17 @@ Item {
     //! gets it, as from anything that vanishes.
     property bool renamedByKeys: false
 
+    //! The row is removed while its Delete button has the keyboard focus.
+    signal removedByKeys()
+
+    function focusDelete() {
+        deleteButton.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    ListView.onRemove: {
+        if (deleteButton.visualFocus)
+            removedByKeys();
+    }
     onRenamingChanged: {
         if (!renaming && renamedByKeys && nameField.item && nameField.item.activeFocus)
             renameButton.forceActiveFocus(Qt.TabFocusReason);
@@ -142,6 +153,7 @@ Item {
         }
 
         SettingsButton {
+            id: deleteButton
             objectName: "removeSessionBtn"
 
             theme: row.theme
