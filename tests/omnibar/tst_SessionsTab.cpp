@@ -373,7 +373,7 @@ void tst_SessionsTab::allByKeyboard()
 void tst_SessionsTab::hostileTexts()
 {
     Conversation &bar = m_window.take();
-    const QString hostile = text("<img src='http://127.0.0.1:9/x'>&R&D\\\\u202e\\\\n") + text("x").repeated(5000);
+    const QString hostile = text("<img src='http://127.0.0.1:9/x'>&R&D\\u202e\\n") + text("x").repeated(5000);
     QVERIFY(begin(bar, text("sessionsListed([{ id: \"%1\", name: \"%1\" }, { id: \"b%1\" }])").arg(hostile)));
     bar.evaluate(text("sdk.currentSessionId = \"%1\"").arg(hostile));
     send(bar, text("sessionCreated(\"%1\")").arg(hostile));

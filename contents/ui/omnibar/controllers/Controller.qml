@@ -9,4 +9,10 @@ QtObject {
     //! The root object of the window, or a fake in tests.
     required property var bar
     default property list<QtObject> parts
+
+    //! Whether the SDK client exists and takes requests. A function, because a binding may be older than the signal whose
+    //! handler asks.
+    function isReady() {
+        return Boolean(bar.sdk && bar.sdk.ready);
+    }
 }

@@ -91,10 +91,6 @@ Controller {
     }
 
     //! While the bridge can't be used, a request would only fail, and the error would be taken for another request's.
-    function isReady() {
-        return Boolean(bar.sdk) && bar.sdk.ready;
-    }
-
     function poll() {
         dashNow = Date.now();
         if (isReady())

@@ -24,7 +24,7 @@ Controller {
     }
 
     function checkFreeProviders() {
-        if (!bar.sdk || !bar.sdk.ready) {
+        if (!isReady()) {
             freeCheckStatus = bar.tr("SDK is connecting...");
             return;
         }

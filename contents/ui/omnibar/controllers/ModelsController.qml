@@ -34,7 +34,7 @@ Controller {
     signal rowRequested(int row)
 
     function refreshModels() {
-        if (!bar.sdk || !bar.sdk.ready) {
+        if (!isReady()) {
             // A lost connection takes the open request with it.
             modelsLoading = false;
             modelsStatusMessage = bar.tr("SDK is connecting...");
@@ -59,7 +59,7 @@ Controller {
     }
 
     function retry() {
-        if (bar.sdk.ready && modelsRetryAttempts < maxRetries) {
+        if (isReady() && modelsRetryAttempts < maxRetries) {
             ++modelsRetryAttempts;
             refreshModels();
         } else {

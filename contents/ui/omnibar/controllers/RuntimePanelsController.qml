@@ -19,10 +19,6 @@ Controller {
     property int aiRuntimeGatingIndex: 0
     property string aiRuntimeStatusLine: ""
 
-    function isReady() {
-        return Boolean(bar.sdk && bar.sdk.ready);
-    }
-
     //! The index of the mode with which the AI runtime executes actions, 0 for unknown ones.
     function mapGatingToIndex(mode) {
         return RuntimePanels.gatingIndex(mode);

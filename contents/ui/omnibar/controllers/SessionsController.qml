@@ -67,10 +67,6 @@ Controller {
         Native.call(bar.sdk, name, ...values);
     }
 
-    function isReady() {
-        return Boolean(bar.sdk) && bar.sdk.ready;
-    }
-
     // ---- Renaming
 
     function startRenaming(id, name) {

@@ -29,7 +29,7 @@ Controller {
 
     //! Whether the bridge has workspaces. A function, because a binding may be older than the signal that asks for it.
     function isAvailable() {
-        return Boolean(bar.sdk && bar.sdk.ready && bar.sdk.workspaceIntelAvailable);
+        return isReady() && bar.sdk.workspaceIntelAvailable;
     }
 
     function isPreferred(id) {
