@@ -48,12 +48,7 @@ Window {
     readonly property string bridgeStatus: bridge ? bridge.status : "disconnected"
     readonly property bool thinking: bridge ? bridge.isThinking : false
 
-    //! Translates a text of the user interface. Empty texts are not passed on because KI18n complains about them. If
-    //! our object is missing, "i18n" is the function of that name from Plasma's modules, hence the test for "tr".
-    function tr(text) {
-        const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
-        return translates && text !== "" ? i18n.tr(text) : text;
-    }
+    function tr(text) { return Translation.tr(text); }
 
     // ---- Geometry
     property int barWidth: 720

@@ -32,10 +32,7 @@ Window {
     readonly property int compactBelow: 96
     readonly property bool compact: width < compactBelow || height < compactBelow
 
-    function tr(text) {
-        const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
-        return translates ? i18n.tr(text) : text;
-    }
+    function tr(text) { return Translation.tr(text); }
 
     function trigger(action) {
         console.log("[TrayIcon] " + action);
@@ -114,7 +111,7 @@ Window {
                         width: Math.min(184, content.width - 16)
                         implicitHeight: 24
                         label: modelData
-                            onClicked: trayView.trigger(modelData)
+                        onClicked: trayView.trigger(modelData)
 
                         background: Rectangle {
                             radius: 4

@@ -94,7 +94,9 @@ void tst_OmniBarVoiceBridge::scriptedVoiceOffersNothingElse()
         }
         const int index = real.indexOfProperty(property.name());
         QVERIFY2(index >= 0, property.name());
-        QCOMPARE(real.property(index).typeName(), property.typeName());
+        // Qt 5's QML has no property type for a list of strings.
+        QCOMPARE(property.typeName(),
+                 real.property(index).type() == QVariant::StringList ? "QVariant" : real.property(index).typeName());
         QVERIFY2(real.property(index).hasNotifySignal(), property.name());
         ++compared;
     }
