@@ -49,6 +49,8 @@ Window {
     readonly property bool thinking: bridge ? bridge.isThinking : false
 
     function tr(text) { return Translation.tr(text); }
+    //! Tells screen readers about a change that has no focus.
+    function announce(text) { announcer.announce(text); }
 
     // ---- Geometry
     property int barWidth: 720
@@ -169,9 +171,15 @@ Window {
     property alias voiceConfirmTotal: voicePath.voiceConfirmTotal
     property alias voiceConfirmCountdown: voicePath.voiceConfirmCountdown
     property alias voiceRephrasing: voicePath.voiceRephrasing
+    property alias voiceComposeBase: voicePath.voiceComposeBase
+    property alias voiceManualSubmit: voicePath.voiceManualSubmit
+    property alias voiceConfirmTimer: voicePath.voiceConfirmTimer
 
+    function voiceJoinText(base, segment) { return voicePath.voiceJoinText(base, segment); }
+    function voiceApplyComposeField(partialOrFinal) { voicePath.voiceApplyComposeField(partialOrFinal); }
     function voiceConfirmSend() { voicePath.voiceConfirmSend(); }
     function voiceConfirmCancel() { voicePath.voiceConfirmCancel(); }
+    function voiceRephrase() { voicePath.voiceRephrase(); }
     function speakReply(text) { voicePath.speakReply(text); }
 
     // ---- Models
@@ -384,6 +392,11 @@ Window {
         category: "appearance"
     }
 
+    Announcer {
+        id: announcer
+        objectName: "announcer"
+    }
+
     OmniBarTheme {
         id: omniTheme
         uiLight: omniUiStore.lightChrome
@@ -504,6 +517,16 @@ Window {
                 enabled: [chatPanelLoader.item, settingsPanelLoader.item].some(panel => panel && panel.settled)
                 NumberAnimation { duration: 350; easing.type: Easing.OutCubic }
             }
+        }
+
+        LateLoader {
+            anchors.top: barCard.bottom
+            anchors.topMargin: 4
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: omniBar.barWidth - 40
+            file: Qt.resolvedUrl("omnibar/bar/VoiceConfirmBar.qml")
+            properties: ({ "bar": omniBar })
+            wanted: omniBar.voiceConfirmPending
         }
 
         LateLoader {

@@ -231,9 +231,18 @@ void tst_Idle::voiceMoves()
     QVERIFY(comesToRest(bar));
     // A switch and a transcript change the picture once.
     voice.set("ttsEnabled", true);
+    voice.set("voiceSubmitMode", QStringLiteral("manual"));
     voice.emitSignal("transcriptReady", QStringLiteral("open the browser"));
     QVERIFY(bar.settle());
     QTRY_COMPARE(running(bar), QStringList());
+    QVERIFY(comesToRest(bar));
+    // A countdown changes it once a second.
+    voice.set("voiceSubmitMode", QStringLiteral("auto"));
+    voice.set("voiceConfirmDelaySec", 15);
+    voice.emitSignal("transcriptReady", QStringLiteral("open the browser"));
+    QVERIFY(bar.settle());
+    QTRY_COMPARE(running(bar), QStringList(QStringLiteral("QQmlTimer voiceConfirmTimer")));
+    bar.evaluate("voiceConfirmTimer.stop()");
     QVERIFY(comesToRest(bar));
 }
 

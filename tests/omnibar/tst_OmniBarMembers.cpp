@@ -97,6 +97,8 @@ const Property s_window[] = {
     {"voiceConfirmTotal", "int", "4", ReadOnly},
     {"voiceConfirmCountdown", "int", "4", Writable},
     {"voiceRephrasing", "bool", "false", Writable},
+    {"voiceComposeBase", "QString", "''", Writable},
+    {"voiceManualSubmit", "bool", "false", ReadOnly},
     // models
     {"modelsList", "QVariant", "[]", Writable},
     {"freeModelsList", "QVariant", "[]", Writable},
@@ -237,6 +239,10 @@ const Function s_functions[] = {
     // voice
     {"voiceConfirmSend", 0},
     {"voiceConfirmCancel", 0},
+    {"voiceRephrase", 0},
+    {"voiceJoinText", 2},
+    {"voiceApplyComposeField", 1},
+    {"announce", 1},
     // models, slash commands
     {"refreshModels", 0},
     {"syncSettingsCombos", 0},
@@ -442,6 +448,7 @@ void tst_OmniBarMembers::models()
     QVERIFY(listed && listed->inherits("QQmlListModel"));
     QCOMPARE(m_bar->property("settingsModelsListRef").value<QObject *>(), listed);
     QVERIFY(m_bar->property("appearanceStore").value<QObject *>());
+    QVERIFY(m_bar->property("voiceConfirmTimer").value<QObject *>()->inherits("QQmlTimer"));
     const QMetaObject *type = m_bar->window()->metaObject();
     QVERIFY(!type->property(type->indexOfProperty("appearanceStore")).isWritable());
 }

@@ -205,6 +205,7 @@ void tst_OmniBarVoice::transcriptGoesIntoTheInput()
     ScriptedVoice &voice = *m_voice;
     QVERIFY(bar.open());
     QVERIFY(bar.settle());
+    voice.set("voiceSubmitMode", text("manual"));
     QQuickItem *input = bar.item("inputField");
     bar.focus(bar.item("micBtn"));
     voice.emitSignal("transcriptReady", text("öffne den 😀 file manager"));

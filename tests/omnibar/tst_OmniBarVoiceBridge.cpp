@@ -169,7 +169,8 @@ void tst_OmniBarVoiceBridge::holdDiscardsTheUtterance()
     QTRY_COMPARE(bar.log.count(s_warning + text("No speech detected")), 1);
     bar.expectWarning(s_warning + text("No speech detected"));
     QVERIFY(!voice->isTranscribing());
-    QCOMPARE(bar.property("inputField.text").toString(), text("typed"));
+    // Listening begins with an empty input.
+    QCOMPARE(bar.property("inputField.text").toString(), QString());
     QTRY_COMPARE(runningIn(button), QStringList());
     QVERIFY(!WhisperStandIn::calls().contains(text("full begins")));
 }

@@ -98,6 +98,7 @@ CallRecorder {
     function voiceConfirmCancel() { note("voiceConfirmCancel", []); }
     function stopActiveQuery() { note("stopActiveQuery", []); }
     function closeWorkspaceSuggestionDialog() { note("closeWorkspaceSuggestionDialog", []); }
+    function announce(text) { note("announce", [text]); }
     function summon() { note("summon", []); }
     function show() { note("show", []); }
     function showMinimized() { note("showMinimized", []); }

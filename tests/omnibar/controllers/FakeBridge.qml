@@ -24,11 +24,13 @@ CallRecorder {
     signal structuredReplyReceived(string uiJson)
     signal errorOccurred(string error)
     signal usageReported(int inputTokens, int outputTokens)
+    signal rephraseReady(string original, string rephrased)
     signal actionStarted(string actionName)
     signal planStepChanged()
 
     function sendIntent(text) { note("sendIntent", [text]); }
     function cancelRequest() { note("cancelRequest", []); }
+    function rephraseText(text) { note("rephraseText", [text]); }
     function copyToClipboard(text) { note("copyToClipboard", [text]); }
     function handleUiAction(actionType, messageIndex, data) { note("handleUiAction", [actionType, messageIndex, data]); }
     function sendMessageFeedback(vote, messageIndex, messageText, userQuery) {

@@ -173,6 +173,9 @@ Controller {
         function onSuggestionsShownChanged() {
             Qt.callLater(surface.reclaimFocus);
         }
+        function onVoiceConfirmPendingChanged() {
+            Qt.callLater(surface.reclaimFocus);
+        }
         function onPlanCardShownChanged() {
             Qt.callLater(surface.reclaimFocus);
         }

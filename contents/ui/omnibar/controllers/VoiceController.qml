@@ -3,19 +3,33 @@
 
 import QtQuick 2.15
 
+import "../logic/LiteralText.js" as LiteralText
 import "../logic/Native.js" as Native
+import "../logic/Translatable.js" as Translatable
+import "../logic/VoiceText.js" as VoiceText
 
 //! The voice functions of the bar: puts transcripts into the input, asks for confirmation and speaks replies.
 Controller {
     id: voice
 
     readonly property var voiceBridgeObject: typeof voiceBridge !== "undefined" ? voiceBridge : null
+    //! Whether transcripts collect in the input until the user sends them. Otherwise they are sent after a countdown.
+    readonly property bool voiceManualSubmit: voiceBridgeObject ? voiceBridgeObject.voiceSubmitMode === "manual" : false
 
+    //! Whether a transcript in the input waits to be sent or discarded.
     property bool voiceConfirmPending: false
     property string voiceConfirmText: ""
+    //! Duration of the countdown in seconds.
     readonly property int voiceConfirmTotal: voiceBridgeObject ? voiceBridgeObject.voiceConfirmDelaySec : 4
+    //! Seconds left; 0 after the user has edited the transcript.
     property int voiceConfirmCountdown: voiceConfirmTotal
     property bool voiceRephrasing: false
+    //! Manual mode: the text before the next utterance.
+    property string voiceComposeBase: ""
+    //! The reply to the last request to rephrase is of no use any more.
+    property bool rephraseOutdated: false
+    //! In characters: what a screen reader speaks of a transcript.
+    readonly property int longestAnnouncement: 500
 
     property Timer voiceConfirmTimer: Timer {
         objectName: "voiceConfirmTimer"
@@ -28,10 +42,48 @@ Controller {
         }
     }
 
+    // ---- The input
+
+    function writeInput(text) {
+        bar.inputField.text = text;
+        bar.inputField.cursorPosition = bar.inputField.length;
+    }
+
+    function focusInput() {
+        // In compact mode the bubble keeps the focus. The input gets it when the window expands.
+        if (!bar.compactMode)
+            bar.inputField.forceActiveFocus();
+    }
+
+    function voiceJoinText(base, segment) {
+        return VoiceText.joined(base, segment);
+    }
+
+    function voiceApplyComposeField(partialOrFinal) {
+        writeInput(voiceJoinText(voiceComposeBase, partialOrFinal));
+    }
+
+    // ---- Confirmation
+
+    function beginConfirmation(text) {
+        abandonRephrase();
+        voiceConfirmTimer.stop();
+        writeInput(text);
+        focusInput();
+        if (voiceConfirmTotal <= 0) {
+            voiceConfirmSend();
+            return;
+        }
+        voiceConfirmText = text;
+        voiceConfirmCountdown = voiceConfirmTotal;
+        voiceConfirmPending = true;
+        voiceConfirmTimer.start();
+    }
+
     function endConfirmation() {
+        abandonRephrase();
         voiceConfirmPending = false;
         voiceConfirmText = "";
-        voiceRephrasing = false;
         voiceConfirmCountdown = voiceConfirmTotal;
     }
 
@@ -55,18 +107,75 @@ Controller {
         endConfirmation();
     }
 
+    // ---- Rephrasing
+
+    function voiceRephrase() {
+        if (!voiceConfirmPending || voiceRephrasing)
+            return;
+        voiceConfirmTimer.stop();
+        rephraseOutdated = false;
+        voiceRephrasing = true;
+        if (Native.offers(bar.bridge, "rephraseText"))
+            bar.bridge.rephraseText(bar.inputField.text.trim());
+        else
+            voiceRephrasing = false;
+    }
+
+    //! Call when the text that is being rephrased changes: the reply would overwrite the new one.
+    function abandonRephrase() {
+        if (!voiceRephrasing)
+            return;
+        voiceRephrasing = false;
+        rephraseOutdated = true;
+    }
+
+    //! Without a usable result the countdown stays halted, so that the user decides.
+    function takeRephrased(text) {
+        voiceRephrasing = false;
+        if (rephraseOutdated) {
+            rephraseOutdated = false;
+            return;
+        }
+        if (!voiceConfirmPending || text.trim() === "")
+            return;
+        beginConfirmation(text);
+    }
+
+    // ---- The voice path
+
     //! Whether a microphone test is running, whose transcripts are no prompts.
     function isTested() {
         return voiceBridgeObject.batchSttMode || voiceBridgeObject.voiceTestActive;
     }
 
+    function beginUtterance() {
+        if (voiceManualSubmit) {
+            voiceComposeBase = bar.inputField.text.trim();
+            if (voiceComposeBase !== "")
+                voiceApplyComposeField("");
+        } else {
+            bar.inputField.text = "";
+            voiceComposeBase = "";
+        }
+    }
+
+    function takePartial(text) {
+        if (voiceManualSubmit)
+            voiceApplyComposeField(text);
+        else
+            bar.inputField.text = text;
+    }
+
     function takeTranscript(text) {
-        const input = bar.inputField;
-        input.text = text;
-        input.cursorPosition = input.length;
-        // In compact mode the bubble keeps the focus. The input gets it when the window expands.
-        if (!bar.compactMode)
-            input.forceActiveFocus();
+        if (voiceManualSubmit) {
+            voiceApplyComposeField(text);
+            voiceComposeBase = bar.inputField.text.trim();
+            focusInput();
+        } else if (voiceConfirmPending && VoiceText.isCancellation(text)) {
+            voiceConfirmCancel();
+        } else {
+            beginConfirmation(text);
+        }
     }
 
     function speakReply(text) {
@@ -77,9 +186,23 @@ Controller {
     Connections {
         target: voice.voiceBridgeObject
 
+        function onListeningChanged() {
+            if (voice.isTested())
+                return;
+            if (voice.voiceBridgeObject.isListening)
+                voice.beginUtterance();
+            voice.bar.announce(voice.voiceBridgeObject.isListening ? voice.bar.tr("Listening...") : voice.bar.tr("Listening ended"));
+        }
+        function onPartialTranscriptChanged() {
+            const path = voice.voiceBridgeObject;
+            if (path.isListening && path.partialTranscript !== "" && !voice.isTested())
+                voice.takePartial(path.partialTranscript);
+        }
         function onTranscriptReady(text) {
-            if (text !== "" && !voice.isTested())
-                voice.takeTranscript(text);
+            if (text === "" || voice.isTested())
+                return;
+            voice.bar.announce(Translatable.filled(voice.bar.tr("Understood: {text}"), { "text": LiteralText.oneLine(text.trim(), voice.longestAnnouncement) }));
+            voice.takeTranscript(text);
         }
         //! Only logged: the user sees that the microphone button is idle again.
         function onErrorOccurred(error) {
@@ -88,6 +211,49 @@ Controller {
         //! The only way for the program to restore a minimised window.
         function onWakeWordActivated() {
             voice.bar.summon();
+        }
+    }
+
+    Connections {
+        target: voice.bar.bridge
+
+        function onRephraseReady(original, rephrased) {
+            voice.takeRephrased(rephrased);
+        }
+        //! Maybe of the request to rephrase, which then gets no reply. If it does, that is still used.
+        function onErrorOccurred() {
+            voice.voiceRephrasing = false;
+        }
+    }
+
+    Connections {
+        target: voice.bar
+
+        //! The user takes over: from here on only they end the confirmation.
+        function onInputEdited() {
+            if (voice.voiceConfirmPending) {
+                voice.voiceConfirmTimer.stop();
+                voice.voiceConfirmCountdown = 0;
+                voice.abandonRephrase();
+            } else if (voice.voiceManualSubmit && voice.voiceBridgeObject.partialTranscript === "") {
+                // Typed while an utterance is being transcribed.
+                voice.voiceComposeBase = voice.bar.inputField.text.trim();
+            }
+        }
+        //! The request is lost with the connection.
+        function onBridgeStatusChanged() {
+            if (voice.bar.bridgeStatus === "disconnected")
+                voice.voiceRephrasing = false;
+        }
+    }
+
+    Connections {
+        target: voice.bar.inputField
+
+        //! What was sent or cleared doesn't come back with the next utterance.
+        function onTextChanged() {
+            if (voice.bar.inputField.text === "")
+                voice.voiceComposeBase = "";
         }
     }
 }
