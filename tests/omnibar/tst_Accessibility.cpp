@@ -395,6 +395,13 @@ bool listening(Conversation &bar)
     return true;
 }
 
+bool confirming(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("voiceBridge.transcriptReady('open the browser')"));
+    bar.evaluate(QStringLiteral("voiceConfirmTimer.stop()"));
+    return bar.settle() && bar.isSeen(bar.item(QStringLiteral("voiceConfirmBar")));
+}
+
 bool transcribing(Conversation &bar)
 {
     bar.evaluate(QStringLiteral("voiceBridge.isTranscribing = true"));
@@ -438,6 +445,7 @@ void addScenes()
     QTest::newRow("listening") << Scene(listening);
     QTest::newRow("transcribing") << Scene(transcribing);
     QTest::newRow("speaking") << Scene(speaking);
+    QTest::newRow("confirming a transcript") << Scene(confirming);
 }
 
 } // namespace

@@ -201,7 +201,7 @@ Controller {
         function onTranscriptReady(text) {
             if (text === "" || voice.isTested())
                 return;
-            voice.bar.announce(Translatable.filled(voice.bar.tr("Understood: {text}"), { "text": LiteralText.oneLine(text.trim(), voice.longestAnnouncement) }));
+            voice.bar.announce(Translatable.filled(voice.bar.tr("Understood: {text}"), { "text": LiteralText.oneLine(text.trim().replace(/\s+/g, " "), voice.longestAnnouncement) }));
             voice.takeTranscript(text);
         }
         //! Only logged: the user sees that the microphone button is idle again.
