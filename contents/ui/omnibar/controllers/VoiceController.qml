@@ -123,22 +123,15 @@ Controller {
 
     //! Call when the text that is being rephrased changes: the reply would overwrite the new one.
     function abandonRephrase() {
-        if (!voiceRephrasing)
-            return;
+        rephraseOutdated = rephraseOutdated || voiceRephrasing;
         voiceRephrasing = false;
-        rephraseOutdated = true;
     }
 
     //! Without a usable result the countdown stays halted, so that the user decides.
     function takeRephrased(text) {
         voiceRephrasing = false;
-        if (rephraseOutdated) {
-            rephraseOutdated = false;
-            return;
-        }
-        if (!voiceConfirmPending || text.trim() === "")
-            return;
-        beginConfirmation(text);
+        if (!rephraseOutdated && voiceConfirmPending && text.trim() !== "")
+            beginConfirmation(text);
     }
 
     // ---- The voice path
