@@ -13,10 +13,13 @@ Rectangle {
     //! Accessible name.
     required property string name
     required property string scrollBarName
+    property color thumbColor: theme.uiScrollThumb
     //! Number of rows. The view's own count changes within its layout.
     required property int count
     required property int rowHeight
     property int rowSpacing: 2
+    //! Around the rows.
+    property int framePadding: 2
     property int minimumHeight: 0
     required property int maximumHeight
     property alias model: list.model
@@ -24,7 +27,7 @@ Rectangle {
     property alias view: list
     property alias currentIndex: list.currentIndex
 
-    readonly property int fullHeight: count * (rowHeight + rowSpacing) + 4
+    readonly property int fullHeight: count * (rowHeight + rowSpacing) + 2 * framePadding
     readonly property bool scrolls: fullHeight > height
     //! Width of the rows, beside the scroll bar if there is one.
     readonly property real rowWidth: list.width - (scrolls ? scrollBar.width + 4 : 0)
@@ -40,7 +43,7 @@ Rectangle {
         id: list
 
         anchors.fill: parent
-        anchors.margins: 2
+        anchors.margins: frame.framePadding
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         spacing: frame.rowSpacing
@@ -56,7 +59,7 @@ Rectangle {
             id: scrollBar
 
             visible: frame.scrolls
-            thumbColor: frame.theme.uiScrollThumb
+            thumbColor: frame.thumbColor
             Accessible.name: frame.scrollBarName
         }
     }
