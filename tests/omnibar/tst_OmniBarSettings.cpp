@@ -13,7 +13,8 @@
 namespace
 {
 
-const QStringList s_tabs = {text("Look"), text("Models"), text("Assistant"), text("Sessions"), text("System")};
+const QStringList s_tabs = {text("Look"),     text("Models"), text("Assistant"),
+                            text("Sessions"), text("Voice"),  text("System")};
 
 //! The window with the settings sheet open.
 class Settings : public OmniBarFixture

@@ -5,6 +5,7 @@
 #include "OmniBarFixture.h"
 #include "Presses.h"
 #include "ScriptedSdk.h"
+#include "ScriptedVoice.h"
 #include "SharedWindow.h"
 #include "TestRegistry.h"
 #include "Timeouts.h"
@@ -204,6 +205,7 @@ private:
     QObject *m_bridge = nullptr;
     SharedWindow<Sheet> m_window {[this](Sheet &bar) {
         m_sdk = std::make_unique<ScriptedSdk>(bar);
+        const ScriptedVoice voice(bar); // the Voice tab looks for a model
         m_bridge = bar.fake("FakeBridge {}");
         bar.provide("agentBridge", m_bridge);
     }};
@@ -725,6 +727,7 @@ void tst_SystemTab::longTranslationsStayInside()
     m_window.close();
     Sheet bar;
     const ScriptedSdk sdk(bar);
+    const ScriptedVoice voice(bar);
     bar.provide("i18n", bar.fake("QtObject { function tr(text) { return text + ' ' + text; } }"));
     QVERIFY(bar.begin());
     bar.evaluate(

@@ -30,6 +30,7 @@ FloatingPanel {
             file: Qt.resolvedUrl("settings/SessionsTab.qml")
             onEntered: panel.bar.refreshSessionsList()
         },
+        SettingsTab { title: panel.bar.tr("Voice"); file: Qt.resolvedUrl("settings/VoiceTab.qml") },
         SettingsTab {
             title: panel.bar.dashNeedsAttention ? panel.bar.tr("System ●") : panel.bar.tr("System")
             file: Qt.resolvedUrl("settings/SystemTab.qml")
