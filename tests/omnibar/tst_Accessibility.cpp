@@ -48,7 +48,8 @@ bool isRow(const QQuickItem *item)
 {
     static const QStringList s_rows = {QStringLiteral("messageRow"),   QStringLiteral("sessionRow"),
                                        QStringLiteral("planStep"),     QStringLiteral("modelRow"),
-                                       QStringLiteral("freeCheckRow"), QStringLiteral("logRow")};
+                                       QStringLiteral("freeCheckRow"), QStringLiteral("logRow"),
+                                       QStringLiteral("voiceLogRow"),  QStringLiteral("testResultRow")};
     return s_rows.contains(item->objectName());
 }
 
@@ -61,7 +62,7 @@ QList<QAccessible::Role> rolesOf(QQuickItem *item)
     if (isRow(item) && !item->inherits("QQuickAbstractButton")) {
         return {QAccessible::ListItem};
     }
-    if (item->objectName() == QLatin1String("usageRing")) {
+    if (item->objectName() == QLatin1String("usageRing") || item->objectName() == QLatin1String("submittedBar")) {
         return {QAccessible::ProgressBar};
     }
     if (item->objectName() == QLatin1String("connectionDot")) {
@@ -236,7 +237,8 @@ QStringList tabOrderFaults(Conversation &bar)
             && !isRow(item)
             // The input has the keys of the menu.
             && item->objectName() != QLatin1String("slashMenuRow")
-            && item->objectName() != QLatin1String("connectionDot");
+            && item->objectName() != QLatin1String("connectionDot")
+            && item->objectName() != QLatin1String("submittedBar");
     });
     for (QQuickItem *item : usable) {
         // A list is reached through its current row.
@@ -350,6 +352,28 @@ bool systemTab(Conversation &bar)
     return bar.settle();
 }
 
+bool voiceTab(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("voiceBridge.isModelLoaded = true"));
+    bar.evaluate(QStringLiteral("voiceBridge.voiceLogEnabled = true"));
+    bar.evaluate(QStringLiteral("voiceBridge.voiceLog = ['ERROR 1', 'CORRECTED 2', 'TRANSCRIPT 3']"));
+    if (!bar.openTab(QStringLiteral("Voice"))) {
+        return false;
+    }
+    QQuickItem *panel = bar.item(QStringLiteral("voiceTestPanel"));
+    if (!QTest::qWaitFor([&] { return panel->property("suiteLoaded").toBool(); }, Timeouts::Default)) {
+        return false;
+    }
+    // Two results and a transcript that is to be submitted.
+    for (int i = 0; i < 3; ++i) {
+        bar.evaluate(QStringLiteral("voiceBridge.transcriptReady('go back')"));
+        if (i < 2) {
+            QMetaObject::invokeMethod(panel, "submit");
+        }
+    }
+    return bar.settle();
+}
+
 bool sessionsTab(Conversation &bar)
 {
     if (!bar.openTab(QStringLiteral("Sessions"))) {
@@ -437,6 +461,7 @@ void addScenes()
     QTest::newRow("settings") << Scene(settings);
     QTest::newRow("models") << Scene(modelsTab);
     QTest::newRow("assistant") << Scene(assistantTab);
+    QTest::newRow("voice") << Scene(voiceTab);
     QTest::newRow("system") << Scene(systemTab);
     QTest::newRow("managed sessions") << Scene(sessionsTab);
     QTest::newRow("attached files") << Scene(attaching);

@@ -97,6 +97,11 @@ Item {
             return texts;
         }
 
+        function test_headings() {
+            const headings = Array.from(page.children).filter(child => child.isSection !== undefined);
+            compare(headings.map(heading => heading.isSection), [false, true, true, true, true]);
+        }
+
         function test_words() {
             compare(captions(), [
                 "<Voice input>",

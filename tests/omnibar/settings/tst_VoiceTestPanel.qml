@@ -87,6 +87,21 @@ Item {
             item(name).clicked();
         }
 
+        function test_words() {
+            const texts = Array.from(panel.children).filter(child => child.visible && child.textFormat !== undefined).map(child => child.text);
+            compare(texts, [
+                "<Voice test>",
+                "<Read the sentences aloud and submit what was heard. The test uses the settings above and sends nothing.>",
+                "<Accuracy log file: /state/voice-test-feedback.log>"
+            ]);
+            const labels = ["voiceTestMicBtn", "submitTestBtn", "previousSentenceBtn", "nextSentenceBtn", "clearTestResultsBtn"];
+            compare(labels.map(name => item(name).label),
+                    ["<Start listening>", "<Submit>", "<Previous sentence>", "<Next sentence>", "<Clear test results>"]);
+            compare(item("testResultList").name, "<Test results>");
+            compare(item("testResultList").scrollBarName, "<Scroll test results>");
+            compare(panel.pendingMs, 0);
+        }
+
         function test_sentences() {
             compare(panel.sentences.length, 10);
             compare(panel.currentIndex, 0);
@@ -224,11 +239,14 @@ Item {
             fakeVoice.isListening = true;
             const mic = item("voiceTestMicBtn");
             compare(mic.Accessible.description, "<Hold to cancel>");
-            mic.heldBySpace = true;
+            mic.forceActiveFocus(Qt.TabFocusReason);
+            verify(mic.spaceHolds);
+            keyPress(Qt.Key_Space);
+            mic.heldBySpace = true; // as repeated presses do
             mic.pressAndHold();
-            mic.clicked(); // the release of Space
+            keyRelease(Qt.Key_Space);
             compare(fakeVoice.calls, ["cancelListening()"]);
-            mic.clicked();
+            keyClick(Qt.Key_Space);
             compare(fakeVoice.calls, ["cancelListening()", "stopListening()"]);
             fakeVoice.isListening = false;
             compare(mic.Accessible.description, "");
@@ -328,6 +346,18 @@ Item {
             compare(row(1).rid, "v02");
         }
 
+        function test_allResultsAreInView() {
+            for (let i = 0; i < 10; ++i) {
+                hear("a", 5);
+                press("submitTestBtn");
+            }
+            verify(!item("testResultList").scrolls);
+            compare(item("submittedBar").minimumValue, 0);
+            compare(item("submittedBar").maximumValue, 10);
+            compare(item("submittedBar").value, 10);
+            compare(item("submittedBar").Accessible.name, "<10 of 10 submitted>");
+        }
+
         function test_tones() {
             const texts = ["the the the the the the the the", root.firstSentence];
             const tones = [omniTheme.warningText, omniTheme.positiveText];
@@ -360,6 +390,7 @@ Item {
             hear("a", 5);
             verify(item("clearTestResultsBtn").enabled);
             press("submitTestBtn");
+            verify(item("clearTestResultsBtn").enabled);
             hear("b", 5);
             fakeVoice.takeCalls();
             press("clearTestResultsBtn");
