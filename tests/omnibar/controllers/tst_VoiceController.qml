@@ -196,6 +196,25 @@ TestCase {
         compare(bar.inputField.text, "for the bar");
     }
 
+    function test_aLateTranscriptOfATest_data() {
+        return [{ tag: "voiceTestActive" }, { tag: "batchSttMode" }];
+    }
+
+    function test_aLateTranscriptOfATest(data) {
+        const fake = withVoice();
+        fake[data.tag] = true;
+        fake.isListening = true;
+        fake[data.tag] = false;
+        fake.isListening = false;
+        fake.transcriptReady("for the test");
+        compare(bar.inputField.text, "");
+        compare(bar.takeCalls(), []);
+        fake.isListening = true;
+        fake.isListening = false;
+        fake.transcriptReady("for the bar");
+        comparePending("for the bar", 4);
+    }
+
     function test_countdownOfATranscript() {
         const fake = withVoice();
         fake.voiceConfirmDelaySec = 3;

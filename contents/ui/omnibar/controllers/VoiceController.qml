@@ -28,6 +28,8 @@ Controller {
     property string voiceComposeBase: ""
     //! The reply to the last request to rephrase is of no use any more.
     property bool rephraseOutdated: false
+    //! The last utterance was begun by a microphone test. Its transcript may arrive after the test has ended.
+    property bool utteranceIsTest: false
     //! In characters: what a screen reader speaks of a transcript.
     readonly property int longestAnnouncement: 500
 
@@ -180,11 +182,14 @@ Controller {
         target: voice.voiceBridgeObject
 
         function onListeningChanged() {
-            if (voice.isTested())
+            const begins = voice.voiceBridgeObject.isListening;
+            if (begins)
+                voice.utteranceIsTest = voice.isTested();
+            if (voice.utteranceIsTest || voice.isTested())
                 return;
-            if (voice.voiceBridgeObject.isListening)
+            if (begins)
                 voice.beginUtterance();
-            voice.bar.announce(voice.voiceBridgeObject.isListening ? voice.bar.tr("Listening...") : voice.bar.tr("Listening ended"));
+            voice.bar.announce(begins ? voice.bar.tr("Listening...") : voice.bar.tr("Listening ended"));
         }
         function onPartialTranscriptChanged() {
             const path = voice.voiceBridgeObject;
@@ -192,7 +197,7 @@ Controller {
                 voice.takePartial(path.partialTranscript);
         }
         function onTranscriptReady(text) {
-            if (text === "" || voice.isTested())
+            if (text === "" || voice.utteranceIsTest || voice.isTested())
                 return;
             voice.bar.announce(Translatable.filled(voice.bar.tr("Understood: {text}"), { "text": LiteralText.oneLine(text.trim().replace(/\s+/g, " "), voice.longestAnnouncement) }));
             voice.takeTranscript(text);
