@@ -50,6 +50,8 @@ const QVector<Probe> s_probes = {
     {QStringLiteral("contents/ui/omnibar/controllers/ConversationController.qml"), QStringLiteral("target.sendIntent")},
     {QStringLiteral("contents/ui/omnibar/controllers/SlashCommandController.qml"),
      QStringLiteral("bar.bridge.sessionId")},
+    // Stays blank, see the file.
+    {QStringLiteral("contents/ui/VoiceValidation.qml"), QStringLiteral("validationController.voice.sttBackendLabel")},
 };
 
 //! What a fake declares for tests besides members of the real object.
@@ -118,6 +120,7 @@ void tst_QmlNames::initTestCase()
     m_check.addHandedProperty(QStringLiteral("bar"), QStringLiteral("OmniBar"));
     m_check.addHandedProperty(QStringLiteral("theme"), QStringLiteral("OmniBarTheme"));
     m_check.addHandedProperty(QStringLiteral("tray"), QStringLiteral("TrayIcon"));
+    m_check.addHandedProperty(QStringLiteral("validation"), QStringLiteral("ValidationController"));
     m_check.addBaseType(QStringLiteral("Window"), &QQuickWindow::staticMetaObject);
     m_check.addBaseType(QStringLiteral("QtObject"), &QObject::staticMetaObject);
     m_check.addBaseType(QStringLiteral("Settings"), {QStringLiteral("category"), QStringLiteral("fileName")});
@@ -155,6 +158,10 @@ void tst_QmlNames::knownTypes_data()
                            << "OmniBarTheme.qml";
     QTest::newRow("tray view") << "tray"
                                << "TrayIcon.qml";
+    QTest::newRow("voice validation") << "validation"
+                                      << "ValidationController.qml";
+    QTest::newRow("its voice") << "validation.voice"
+                               << "VoiceBridge";
     QTest::newRow("chat client") << "bar.bridge"
                                  << "AgentBridge";
     QTest::newRow("SDK client") << "bar.sdk"
