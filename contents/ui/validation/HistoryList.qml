@@ -20,7 +20,7 @@ ResultList {
         required property string text
         required property int ms
 
-        list: list
+        owner: list
         heading: ValidationText.historyHeading({ "time": time, "backend": backend, "ms": ms })
         headingColor: list.theme.uiTextCaption
         transcript: text

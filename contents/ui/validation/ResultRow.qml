@@ -11,7 +11,7 @@ Item {
     id: row
     objectName: "resultRow"
 
-    required property ResultList list
+    required property var owner
     required property int index
     required property string heading
     required property color headingColor
@@ -23,8 +23,8 @@ Item {
     readonly property bool hovered: pointer.hovered
     readonly property string line: LiteralText.oneLine(transcript, 600)
 
-    width: list.rowWidth
-    height: list.rowHeight
+    width: owner.rowWidth
+    height: owner.rowHeight
     activeFocusOnTab: ListView.isCurrentItem || activeFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: [heading, sentence, line].filter(part => part !== "").join(", ")
@@ -51,7 +51,7 @@ Item {
             width: parent.width
             visible: text !== ""
             text: row.sentence
-            color: row.list.theme.uiTextSoft
+            color: row.owner.theme.uiTextSoft
             font.pointSize: 9
             Accessible.ignored: true
         }
@@ -62,7 +62,7 @@ Item {
 
             width: parent.width
             text: row.line !== "" ? row.line : "—"
-            color: row.list.theme.uiTextStrong
+            color: row.owner.theme.uiTextStrong
             font.pointSize: 10
             horizontalAlignment: Text.AlignLeft
             maximumLineCount: 1
@@ -85,6 +85,6 @@ Item {
         control: row
         anchors.margins: 0
         radius: 6
-        border.color: row.list.theme.focusRing
+        border.color: row.owner.theme.focusRing
     }
 }

@@ -24,7 +24,7 @@ ResultList {
         required property int ms
         required property string backend
 
-        list: list
+        owner: list
         heading: ValidationText.resultHeading({ "accuracy": accuracy, "sentenceId": sentenceId, "category": category, "backend": backend, "ms": ms })
         headingColor: Scoring.isGood(accuracy) ? list.theme.positiveText : list.theme.warningText
         sentence: reference
