@@ -65,6 +65,7 @@ private Q_SLOTS:
     void init();
 
     void hearsASentenceAfterTheWakeWord();
+    void hearsASentenceInTheValidationWindow();
     void microphoneIsFreeWhenIdle();
     void endsWhileListening_data();
     void endsWhileListening();
@@ -98,6 +99,36 @@ void tst_VoiceLife::hearsASentenceAfterTheWakeWord()
     QTRY_COMPARE(readers(), 0);
     QVERIFY(run.errors().contains("SttPostProcessor: \"Open the dolphine.\" -> \"Open the Dolphin\"\n"));
     QVERIFY2(run.closeWindow(), run.errors().constData());
+}
+
+void tst_VoiceLife::hearsASentenceInTheValidationWindow()
+{
+    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    moonshine.says(QStringLiteral("Open the dolphine."));
+    Sentence sentence(QStringLiteral("Open the dolphin"));
+    QVERIFY(sentence.isMade());
+    DesktopRun run({QStringLiteral("--voice-test")});
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("MoonshineWorker: loaded"), Timeouts::Program);
+    QCOMPARE(readers(), 0);
+    // From the box of engines to the button that starts.
+    QVERIFY(run.takeKeyboard());
+    for (const char *key : {"Tab", "Tab", "space"}) {
+        run.press(key);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
+    sentence.speak();
+    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("ms: \"Open the Dolphin\"\n"), Timeouts::Program);
+    QTRY_COMPARE(readers(), 0);
+    // It is closed while it listens again.
+    run.press("space");
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
+    run.press("Escape");
+    QVERIFY(run.waitForEnd());
+    QVERIFY(!run.crashed());
+    QCOMPARE(run.exitCode(), 0);
+    QTRY_COMPARE(readers(), 0);
+    QCOMPARE(moonshine.runs(), 1);
 }
 
 void tst_VoiceLife::microphoneIsFreeWhenIdle()

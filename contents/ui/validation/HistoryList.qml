@@ -12,7 +12,7 @@ ResultList {
 
     name: validation.tr("Transcripts")
     placeholder: validation.tr("What you say appears here.")
-    rowHeight: 42
+    rowHeight: 46
     model: validation.history
     delegate: ResultRow {
         required property string time

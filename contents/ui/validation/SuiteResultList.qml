@@ -13,7 +13,7 @@ ResultList {
 
     name: validation.tr("Results")
     placeholder: validation.tr("Read the sentence aloud. Its score appears here.")
-    rowHeight: 60
+    rowHeight: 66
     model: validation.suiteResults
     delegate: ResultRow {
         required property string sentenceId
