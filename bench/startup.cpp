@@ -3,34 +3,11 @@
 
 // The time from the start of the process to the first swapped frame: the OmniBar against an empty window.
 
-#include "support/Child.h"
-#include "support/Clock.h"
-#include "support/Figures.h"
 #include "support/Peer.h"
 #include "support/Starts.h"
-#include "support/Statistics.h"
 
 #include <QCoreApplication>
 #include <QStringList>
-
-namespace
-{
-
-//! Measures until the whole idle bar is on the screen: the rest of it is built after the first frame.
-void measureWhole(const Starts &starts)
-{
-    std::vector<double> times; // ms since the start
-    for (int i = 0; i < Starts::Runs; ++i) {
-        const auto values = Child::valuesOf(Child::run(starts.command("--whole")));
-        if (!values.contains("whole")) {
-            notMeasured("the window was never complete");
-        }
-        times.push_back(Clock::milliseconds(values.value("whole").first().toLongLong()));
-    }
-    Figures::plain("startup.warm.whole", Statistics::median(times), "ms");
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -43,6 +20,6 @@ int main(int argc, char **argv)
         return 0;
     }
     starts.measure(Starts::Caches::Warm);
-    measureWhole(starts);
+    starts.measureWhole();
     starts.measure(Starts::Caches::Empty);
 }

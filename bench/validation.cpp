@@ -18,5 +18,6 @@ int main(int argc, char **argv)
         starts.printStages(Starts::Caches::Warm);
     } else {
         starts.measure(Starts::Caches::Warm);
+        starts.measureWhole();
     }
 }

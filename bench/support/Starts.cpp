@@ -19,6 +19,7 @@
 namespace
 {
 
+constexpr int s_runs = 20;
 constexpr int s_warmUps = 2;
 constexpr const char *s_program = "bench_bar";
 constexpr const char *s_bare = "bench_bare";
@@ -97,14 +98,27 @@ Starts::Starts(QByteArray figure, QByteArray window, QByteArray bareFile, QList<
 {
     for (int i = 0; i < s_warmUps; ++i) {
         for (const char *program : {s_program, s_bare}) {
-            Child::run(QList<QByteArray> {Child::beside(program), "--rest"} + m_mode);
+            Child::run(command(program, "--rest"));
         }
     }
 }
 
-QList<QByteArray> Starts::command(const char *task) const
+QList<QByteArray> Starts::command(const char *program, const char *task) const
 {
-    return QList<QByteArray> {Child::beside(s_program), task} + m_mode;
+    return QList<QByteArray> {Child::beside(program), task} + m_mode;
+}
+
+void Starts::measureWhole()
+{
+    std::vector<double> times; // ms since the start
+    for (int i = 0; i < s_runs; ++i) {
+        const auto values = Child::valuesOf(Child::run(command(s_program, "--whole")));
+        if (!values.contains("whole")) {
+            notMeasured("the window was never complete");
+        }
+        times.push_back(Clock::milliseconds(values.value("whole").first().toLongLong()));
+    }
+    Figures::plain(m_figure + ".warm.whole", Statistics::median(times), "ms");
 }
 
 void Starts::measure(Caches caches)
@@ -122,9 +136,9 @@ void Starts::compare(Caches caches, bool wantsStages)
     if (caches == Caches::Empty && qmlCaches().isEmpty()) {
         notMeasured("there is no cache of compiled QML in the expected place");
     }
-    Series window {command("--first-frame"), {}, {}};
-    Series bare {QList<QByteArray> {Child::beside(s_bare), "--first-frame"} + m_mode, {}, {}};
-    for (int i = 0; i < Runs; ++i) {
+    Series window {command(s_program, "--first-frame"), {}, {}};
+    Series bare {command(s_bare, "--first-frame"), {}, {}};
+    for (int i = 0; i < s_runs; ++i) {
         // In alternating order, so that other load on the machine affects both equally.
         for (Series *series : {i % 2 == 0 ? &window : &bare, i % 2 == 0 ? &bare : &window}) {
             if (caches == Caches::Empty) {

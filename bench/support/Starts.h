@@ -29,13 +29,13 @@ public:
     //! The same, but prints the median time of each stage of the start.
     void printStages(Caches caches);
 
-    //! The program with these arguments.
-    QList<QByteArray> command(const char *task) const;
-
-    static constexpr int Runs = 20;
+    //! Measures until the whole window is on the screen: the rest of it is built after the first frame.
+    void measureWhole();
 
 private:
     struct Series;
+
+    QList<QByteArray> command(const char *program, const char *task) const;
 
     void compare(Caches caches, bool wantsStages);
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import QtQuick.Templates 2.15
 import QtQuick.Window 2.15
 
 //! An empty window like the voice validation window, with the imports that it needs for the first frame.

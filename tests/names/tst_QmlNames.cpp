@@ -51,7 +51,8 @@ const QVector<Probe> s_probes = {
     {QStringLiteral("contents/ui/omnibar/controllers/SlashCommandController.qml"),
      QStringLiteral("bar.bridge.sessionId")},
     // Stays blank, see the file.
-    {QStringLiteral("contents/ui/VoiceValidation.qml"), QStringLiteral("validationController.voice.sttBackendLabel")},
+    {QStringLiteral("contents/ui/validation/ValidationView.qml"),
+     QStringLiteral("pane.validation.voice.sttBackendLabel")},
 };
 
 //! What a fake declares for tests besides members of the real object.

@@ -66,7 +66,7 @@ private Q_SLOTS:
     void cleanup();
 
     void fixedValues();
-    void firstFrameBeforeTheModel();
+    void framesBeforeTheModel();
     void withoutVoice();
     void states_data();
     void states();
@@ -90,7 +90,7 @@ private Q_SLOTS:
     void announcements();
 
 private:
-    bool open() { return m_fixture->open(QStringLiteral("VoiceValidation.qml")) && m_fixture->settle(); }
+    bool open();
     void understand(const QString &text, double ms = 100);
     void enterSuite();
     bool resize(const QSize &size);
@@ -112,6 +112,13 @@ void tst_VoiceValidation::cleanup()
 {
     m_voice.reset();
     m_fixture.reset();
+}
+
+bool tst_VoiceValidation::open()
+{
+    return m_fixture->open(QStringLiteral("VoiceValidation.qml"))
+        && QTest::qWaitFor([this] { return m_fixture->property("contentShown").toBool(); }, Timeouts::Default)
+        && m_fixture->settle();
 }
 
 void tst_VoiceValidation::understand(const QString &text, double ms)
@@ -169,14 +176,23 @@ void tst_VoiceValidation::fixedValues()
     QCOMPARE(shown(m_fixture->item("captureLine")), text("Live partials enabled (Nemotron streaming)"));
 }
 
-//! Loading a model blocks, and an empty window would look broken meanwhile.
-void tst_VoiceValidation::firstFrameBeforeTheModel()
+//! The frame is soon there, and loading a model blocks.
+void tst_VoiceValidation::framesBeforeTheModel()
 {
     const QObject *window = m_fixture->load(QStringLiteral("VoiceValidation.qml"));
     QVERIFY(window);
     QCOMPARE(m_voice->object()->property("batchSttMode").toBool(), true);
-    QCOMPARE(m_voice->calls(), QStringList());
-    QTRY_VERIFY(window->property("firstFrameShown").toBool());
+    QVERIFY(!window->findChild<QQuickItem *>(text("validationPane")));
+    int framesWithContent = 0;
+    QStringList callsBefore;
+    connect(qobject_cast<const QQuickWindow *>(window), &QQuickWindow::frameSwapped, this, [&] {
+        if (window->property("firstFrameShown").toBool() && ++framesWithContent == 1) {
+            callsBefore = m_voice->calls();
+        }
+    });
+    QTRY_VERIFY(window->property("contentShown").toBool());
+    QCOMPARE(callsBefore, QStringList());
+    QVERIFY(framesWithContent > 0);
     QCOMPARE(m_voice->calls(), QStringList(text("loadModel()")));
 }
 

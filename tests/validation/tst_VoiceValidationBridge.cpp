@@ -5,6 +5,7 @@
 #include "OmniBarFixture.h"
 
 #include "TestRegistry.h"
+#include "Timeouts.h"
 #include "VoiceFixture.h"
 #include "WhisperStandIn.h"
 
@@ -87,7 +88,9 @@ bool tst_VoiceValidationBridge::open(VoiceParts parts)
 {
     m_voice = std::make_unique<VoiceBridge>(std::move(parts), nullptr);
     m_window->provide("voiceBridge", m_voice.get());
-    return m_window->open(QStringLiteral("VoiceValidation.qml")) && m_window->settle();
+    return m_window->open(QStringLiteral("VoiceValidation.qml"))
+        && QTest::qWaitFor([this] { return m_window->property("contentShown").toBool(); }, Timeouts::Default)
+        && m_window->settle();
 }
 
 bool tst_VoiceValidationBridge::open(ScriptedMicrophone &microphone)
