@@ -84,6 +84,7 @@ private Q_SLOTS:
     void runAll();
     void reachableAtMinimumSize_data();
     void reachableAtMinimumSize();
+    void longTranslations();
     void tabOrder();
     void escapeCloses();
     void escapeClosesTheListFirst();
@@ -515,6 +516,32 @@ void tst_VoiceValidation::reachableAtMinimumSize()
         QVERIFY2(hasRing(stop), qPrintable(described(stop)));
     }
     m_fixture->screenshot(suite ? "validation-minimum-suite-end" : "validation-minimum-free-end");
+}
+
+//! Texts of twice the length stay inside the smallest window, except for the title.
+void tst_VoiceValidation::longTranslations()
+{
+    m_fixture->provide("i18n", m_fixture->fake("QtObject { function tr(text) { return text + ' ' + text; } }"));
+    QVERIFY(open());
+    m_fixture->click("suiteSwitch");
+    m_voice->emitSignal("errorOccurred", text("No speech detected"));
+    m_voice->set("isListening", true);
+    QVERIFY(resize(s_minimumSize));
+    m_fixture->screenshot("validation-long-texts");
+    const auto items = OmniBarFixture::itemsWhere(m_fixture->item("validationPane"), [](QQuickItem *item) {
+        return OmniBarFixture::isSeen(item) && (item->inherits("QQuickText") || item->inherits("QQuickAbstractButton"));
+    });
+    QVERIFY(items.size() > 15);
+    for (QQuickItem *item : items) {
+        const QRectF place = m_fixture->place(item);
+        QVERIFY2(place.left() >= 0 && place.right() <= s_minimumSize.width(), qPrintable(described(item)));
+        if (item->property("truncated").toBool() && shown(item) != text("Voice STT Validation Voice STT Validation")) {
+            // Only the engine, which is whole in a tooltip.
+            QVERIFY2(shown(item).startsWith(text("whisper-small-q5 is not")), qPrintable(described(item)));
+            m_fixture->hover(item);
+            QTRY_COMPARE(tipsOf(*m_fixture), QStringList(shown(item)));
+        }
+    }
 }
 
 void tst_VoiceValidation::tabOrder()

@@ -47,6 +47,12 @@ Column {
         onWantedIndexChanged: currentIndex = wantedIndex
         onModelChanged: currentIndex = wantedIndex
         Component.onCompleted: currentIndex = wantedIndex
+
+        HoverTip {
+            control: engines
+            text: engines.displayText
+            enabledHere: engines.contentItem.truncated
+        }
     }
 
     SettingsCaption {
