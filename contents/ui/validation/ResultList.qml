@@ -15,10 +15,8 @@ SettingsList {
 
     //! Shows the newest row, unless the user is in the list.
     function showNewest() {
-        if (view.activeFocus)
-            return;
-        currentIndex = 0;
-        view.positionViewAtBeginning();
+        if (!view.activeFocus)
+            currentIndex = 0;
     }
 
     scrollBarName: validation.tr("Scroll results")
