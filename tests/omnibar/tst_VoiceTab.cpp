@@ -211,7 +211,7 @@ void tst_VoiceTab::transcriptsStayInTheTest()
     m_bar->type("typed");
     QVERIFY(openTab());
     hear(text("go back"), 12);
-    QCOMPARE(textOf(*m_bar, "pendingText"), text("Heard: go back"));
+    QCOMPARE(textOf(*m_bar, "pendingText"), text("Understood: go back"));
     QCOMPARE(m_bar->property("inputField.text").toString(), text("typed"));
     QCOMPARE(m_bar->count(), 0);
 }
@@ -480,7 +480,7 @@ void tst_VoiceTab::sentenceThroughTheRealVoicePath()
     };
     // The corrections come before the score.
     say(" ask lumra to refactor this function");
-    QCOMPARE(textOf(bar, "pendingText"), text("Heard: ask Loomra to refactor this function"));
+    QCOMPARE(textOf(bar, "pendingText"), text("Understood: ask Loomra to refactor this function"));
     const double firstMs = voice.lastTranscriptionMs();
     bar.focus(bar.item("submitTestBtn"));
     bar.key(Qt::Key_Return);

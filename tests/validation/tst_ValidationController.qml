@@ -182,11 +182,11 @@ TestCase {
 
     function test_announcements() {
         hear();
-        compare(announcements, ["Listening", "Listening ended"]);
+        compare(announcements, ["Listening...", "Listening ended"]);
         // The end of a cancelled capture is reported twice.
         voice.listeningChanged();
         understand("go\nback");
-        compare(announcements, ["Listening", "Listening ended", "Understood: go\ufffdback"]);
+        compare(announcements, ["Listening...", "Listening ended", "Understood: go back"]);
         initSuite();
         understand("open browser");
         compare(announcements.slice(3), ["Understood: open browser 67%"]);

@@ -622,7 +622,7 @@ void tst_VoiceValidation::announcements()
     QQuickItem *announcer = m_fixture->item("announcer");
     QVERIFY(!announcer->isVisible());
     m_voice->set("isListening", true);
-    QCOMPARE(described(announcer), described("Listening", QAccessible::AlertMessage));
+    QCOMPARE(described(announcer), described("Listening...", QAccessible::AlertMessage));
     QVERIFY(announcer->isVisible());
     m_voice->set("isListening", false);
     QCOMPARE(described(announcer), described("Listening ended", QAccessible::AlertMessage));

@@ -10,6 +10,7 @@ import "logic/LiteralText.js" as LiteralText
 import "logic/Native.js" as Native
 import "logic/Translatable.js" as Translatable
 import "logic/VoiceTabText.js" as VoiceTabText
+import "logic/VoiceText.js" as VoiceText
 import "common"
 import "settings/common"
 import "settings/voice"
@@ -139,7 +140,7 @@ Column {
             return;
         if (listening)
             problem = "";
-        announcer.announce(listening ? bar.tr("Listening...") : bar.tr("Listening ended."));
+        announcer.announce(VoiceText.listening(listening, bar.tr));
     }
     onProblemChanged: {
         if (problem !== "")
@@ -155,7 +156,7 @@ Column {
             panel.problem = "";
             panel.pendingHypothesis = text;
             panel.pendingMs = panel.voice.lastTranscriptionMs;
-            announcer.announce(Translatable.filled(panel.bar.tr("Heard: {text}"), { "text": LiteralText.oneLine(text) }));
+            announcer.announce(VoiceText.understood(text, panel.bar.tr));
         }
         function onPartialTranscriptChanged() {
             if (panel.isEntered && panel.voice.isListening)

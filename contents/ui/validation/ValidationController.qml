@@ -6,7 +6,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../omnibar/logic/LiteralText.js" as LiteralText
 import "../omnibar/logic/Native.js" as Native
-import "../omnibar/logic/Translatable.js" as Translatable
+import "../omnibar/logic/VoiceText.js" as VoiceText
 import "qrc:/org/kde/loomra/voice/sentenceSuite.js" as SentenceSuite
 import "qrc:/org/kde/loomra/voice/sttSentenceScoring.js" as Scoring
 import "ValidationText.js" as ValidationText
@@ -187,7 +187,7 @@ QtObject {
     }
 
     function understood(text) {
-        return Translatable.filled(tr("Understood: {text}"), { "text": LiteralText.oneLine(text) });
+        return VoiceText.understood(text, tr);
     }
 
     function updateLastError() {
@@ -207,7 +207,7 @@ QtObject {
             validation.wasListening = validation.voice.isListening;
             if (validation.wasListening)
                 validation.utterance = null;
-            validation.announced(validation.wasListening ? validation.tr("Listening") : validation.tr("Listening ended"));
+            validation.announced(VoiceText.listening(validation.wasListening, validation.tr));
         }
         function onTranscribingChanged() {
             if (validation.voice.isTranscribing)

@@ -32,4 +32,14 @@ TestCase {
     function test_isCancellation(data) {
         compare(VoiceText.isCancellation(data.tag), data.expected);
     }
+
+    function tr(text) { return "<" + text + ">"; }
+
+    function test_spoken() {
+        compare(VoiceText.listening(true, tr), "<Listening...>");
+        compare(VoiceText.listening(false, tr), "<Listening ended>");
+        compare(VoiceText.understood(" go\n <b>back</b> {text} ", tr), "<Understood: go <b>back</b> {text}>");
+        const cut = VoiceText.understood("word ".repeat(1000), tr);
+        verify(cut.startsWith("<Understood: word word ") && cut.length < 550);
+    }
 }

@@ -271,7 +271,7 @@ Item {
             hear("go %1 <b>back</b>", 123.4);
             compare(panel.pendingHypothesis, "go %1 <b>back</b>");
             compare(panel.pendingMs, 123.4);
-            compare(item("pendingText").text, "<Heard: go %1 <b>back</b>>");
+            compare(item("pendingText").text, "<Understood: go %1 <b>back</b>>");
             compare(item("pendingText").textFormat, Text.PlainText);
             verify(item("submitTestBtn").enabled);
             hear("", 9);
@@ -445,9 +445,9 @@ Item {
             fakeVoice.isListening = true;
             compare(announced(), "<Listening...>");
             fakeVoice.isListening = false;
-            compare(announced(), "<Listening ended.>");
+            compare(announced(), "<Listening ended>");
             hear("go back", 5);
-            compare(announced(), "<Heard: go back>");
+            compare(announced(), "<Understood: go back>");
         }
 
         // ---- The focus

@@ -3,9 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/LiteralText.js" as LiteralText
 import "../logic/Native.js" as Native
-import "../logic/Translatable.js" as Translatable
 import "../logic/VoiceText.js" as VoiceText
 
 //! The voice functions of the bar: puts transcripts into the input, asks for confirmation and speaks replies.
@@ -30,8 +28,6 @@ Controller {
     property bool rephraseOutdated: false
     //! The last utterance was begun by a microphone test. Its transcript may arrive after the test has ended.
     property bool utteranceIsTest: false
-    //! In characters: what a screen reader speaks of a transcript.
-    readonly property int longestAnnouncement: 500
 
     property Timer voiceConfirmTimer: Timer {
         objectName: "voiceConfirmTimer"
@@ -189,7 +185,7 @@ Controller {
                 return;
             if (begins)
                 voice.beginUtterance();
-            voice.bar.announce(begins ? voice.bar.tr("Listening...") : voice.bar.tr("Listening ended"));
+            voice.bar.announce(VoiceText.listening(begins, voice.bar.tr));
         }
         function onPartialTranscriptChanged() {
             const path = voice.voiceBridgeObject;
@@ -199,7 +195,7 @@ Controller {
         function onTranscriptReady(text) {
             if (text === "" || voice.utteranceIsTest || voice.isTested())
                 return;
-            voice.bar.announce(Translatable.filled(voice.bar.tr("Understood: {text}"), { "text": LiteralText.oneLine(text.trim().replace(/\s+/g, " "), voice.longestAnnouncement) }));
+            voice.bar.announce(VoiceText.understood(text, voice.bar.tr));
             voice.takeTranscript(text);
         }
         //! Only logged: the user sees that the microphone button is idle again.

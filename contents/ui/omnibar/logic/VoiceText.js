@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
+.import "LiteralText.js" as LiteralText
+.import "Translatable.js" as Translatable
+
+const mark = Translatable.mark;
 
 const cancellations = ["cancel that", "cancel", "stop", "never mind", "nevermind", "no"];
 
@@ -13,4 +17,19 @@ function joined(base, segment) {
 /** Whether an utterance says that the previous one should not be sent. */
 function isCancellation(utterance) {
     return cancellations.includes(utterance.trim().toLowerCase());
+}
+
+// What screen readers speak. Each function takes the translating function last.
+
+const longestSpoken = 500; // in characters
+
+/** That listening began or ended. */
+function listening(begins, tr) {
+    return Translatable.translated(begins ? mark("Listening...") : mark("Listening ended"), tr);
+}
+
+/** What was understood; a long transcript is cut. */
+function understood(transcript, tr) {
+    const line = LiteralText.oneLine(transcript.trim().replace(/\s+/g, " "), longestSpoken);
+    return Translatable.filled(Translatable.translated(mark("Understood: {text}"), tr), { text: line });
 }

@@ -70,7 +70,7 @@ Column {
                 theme: card.theme
                 color: card.test.pendingHypothesis === "" ? card.theme.uiTextCaption : card.theme.accentText
                 message: card.test.pendingHypothesis === "" ? card.bar.tr("Nothing heard yet.")
-                    : Translatable.filled(card.bar.tr("Heard: {text}"), { "text": card.test.pendingHypothesis })
+                    : Translatable.filled(card.bar.tr("Understood: {text}"), { "text": card.test.pendingHypothesis })
             }
         }
     }
