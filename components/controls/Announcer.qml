@@ -3,17 +3,29 @@
 
 import QtQuick 2.15
 
-//! Tells screen readers about a change that has no focus, such as the end of a recording. Not visible. Screen readers
-//! speak an alert when it appears.
+//! Tells screen readers about a change that has no focus, such as the end of a recording. Not visible.
+//!
+//! Screen readers speak a notification when it appears. It isn't an alert, because Orca ignores those of Qt programs.
 Item {
-    id: announcer
+    property int latest: 0
 
     function announce(text) {
-        visible = false;
-        Accessible.name = text;
-        visible = text !== "";
+        announcements.itemAt(latest).visible = false;
+        latest = (latest + 1) % announcements.count;
+        const announcement = announcements.itemAt(latest);
+        announcement.Accessible.name = text;
+        announcement.visible = text !== "";
     }
 
-    visible: false
-    Accessible.role: Accessible.AlertMessage
+    // Several, because screen readers ask for the name a while after the event, when there may be a newer announcement.
+    Repeater {
+        id: announcements
+        model: 3
+
+        Item {
+            objectName: "announcement"
+            visible: false
+            Accessible.role: Accessible.Notification
+        }
+    }
 }

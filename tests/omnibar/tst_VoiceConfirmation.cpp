@@ -538,10 +538,14 @@ void tst_VoiceConfirmation::announcements()
     Conversation &bar = open();
     QVERIFY(bar.begin());
     const auto announced = [&bar] {
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(bar.item("announcer"));
-        return accessible && accessible->role() == QAccessible::AlertMessage && bar.item("announcer")->isVisible()
-            ? accessible->text(QAccessible::Name)
-            : QString();
+        QStringList names;
+        const QList<QQuickItem *> announcements = bar.items("announcement");
+        for (QQuickItem *announcement : announcements) {
+            if (announcement->isVisible()) {
+                names += QAccessible::queryAccessibleInterface(announcement)->text(QAccessible::Name);
+            }
+        }
+        return names.join(QLatin1Char('|'));
     };
     m_voice->set("isListening", true);
     QCOMPARE(announced(), text("Listening..."));
