@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "DesktopRun.h"
+#include "ScreenReader.h"
 
 #include "Sentence.h"
 #include "SherpaStandIn.h"
@@ -66,6 +67,7 @@ private Q_SLOTS:
 
     void hearsASentenceAfterTheWakeWord();
     void hearsASentenceInTheValidationWindow();
+    void announcesToScreenReaders();
     void microphoneIsFreeWhenIdle();
     void endsWhileListening_data();
     void endsWhileListening();
@@ -129,6 +131,24 @@ void tst_VoiceLife::hearsASentenceInTheValidationWindow()
     QCOMPARE(run.exitCode(), 0);
     QTRY_COMPARE(readers(), 0);
     QCOMPARE(moonshine.runs(), 1);
+}
+
+void tst_VoiceLife::announcesToScreenReaders()
+{
+    const ScreenReader reader;
+    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
+    moonshine.says(QStringLiteral("Open the dolphine."));
+    Sentence sentence(QStringLiteral("Open the dolphin"));
+    QVERIFY(sentence.isMade());
+    DesktopRun run;
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(wake());
+    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
+    sentence.speak();
+    const QStringList expected {QStringLiteral("Listening..."), QStringLiteral("Listening ended"),
+                                QStringLiteral("Understood: Open the Dolphin")};
+    QTRY_COMPARE_WITH_TIMEOUT(reader.spoken(), expected, Timeouts::Program);
+    QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
 void tst_VoiceLife::microphoneIsFreeWhenIdle()

@@ -79,8 +79,8 @@ Item {
             return view.itemAtIndex(index);
         }
         function announced() {
-            const announcer = item("voiceTestAnnouncer");
-            return announcer.visible ? announcer.Accessible.name : "";
+            const announcement = Array.from(item("voiceTestAnnouncer").children).find(child => child.visible);
+            return announcement ? announcement.Accessible.name : "";
         }
         function press(name) {
             verify(item(name).enabled, name);

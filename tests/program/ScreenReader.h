@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QDBusVirtualObject>
+#include <QStringList>
+
+class QDBusMessage;
+
+//! A stand-in for the accessibility bus and a screen reader on it. It uses the session bus and the display of the test:
+//! programs that start while it lives turn their accessibility on. It records the notifications that become visible,
+//! which a screen reader speaks.
+//!
+//! Programs call it while they start, so wait for them with the event loop running.
+class ScreenReader : public QDBusVirtualObject
+{
+    Q_OBJECT
+
+public:
+    //! Errors fail the running test.
+    ScreenReader();
+    //! Makes the display forget the accessibility bus.
+    ~ScreenReader() override;
+    Q_DISABLE_COPY_MOVE(ScreenReader)
+
+    //! The names of the notifications so far.
+    QStringList spoken() const { return m_spoken; }
+
+    QString introspect(const QString &path) const override;
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
+
+private Q_SLOTS:
+    void onStateChanged(const QDBusMessage &signal);
+
+private:
+    QStringList m_spoken;
+};
