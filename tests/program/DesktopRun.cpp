@@ -24,6 +24,7 @@ constexpr const char *s_expectedLines[] = {
     R"(^SttPostProcessor: loaded )",
     // An utterance.
     R"(^(VoiceBridge: loading moonshine model|MoonshineWorker: loaded|VoiceBridge: transcribed in) )",
+    R"(^SttPostProcessor: ".*" -> ".*"$)",
     R"(^VoiceBridge: wake word activated: )",
     R"(^Connect-only mode: connecting to existing bridge on port 8765$)",
     R"(^Checking for stale processes on port 8765$)",
@@ -148,6 +149,16 @@ bool DesktopRun::takeKeyboard()
 void DesktopRun::press(const QByteArray &keys) const
 {
     xdotool({QStringLiteral("key"), QString::fromLatin1(keys)});
+}
+
+void DesktopRun::pressDown(const QByteArray &key) const
+{
+    xdotool({QStringLiteral("keydown"), QString::fromLatin1(key)});
+}
+
+void DesktopRun::letGo(const QByteArray &key) const
+{
+    xdotool({QStringLiteral("keyup"), QString::fromLatin1(key)});
 }
 
 void DesktopRun::click(const QPoint &position) const

@@ -32,6 +32,9 @@ public:
     bool takeKeyboard();
     //! Presses a key or a combination joined by "+", with the key names of xdotool.
     void press(const QByteArray &keys) const;
+    //! Holds a key down, which then repeats as on a real keyboard, until it is let go.
+    void pressDown(const QByteArray &key) const;
+    void letGo(const QByteArray &key) const;
     //! Moves the pointer to a position in screen pixels and clicks.
     void click(const QPoint &position) const;
 

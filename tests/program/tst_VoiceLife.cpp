@@ -1,63 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "DesktopRun.h"
 #include "ScreenReader.h"
+#include "VoiceRun.h"
 
-#include "Sentence.h"
-#include "SherpaStandIn.h"
 #include "TestRegistry.h"
 #include "Timeouts.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 
-namespace
-{
+using VoiceUser::readers;
+using VoiceUser::wake;
 
-//! Long enough for a busy machine, in ms.
-const QByteArray s_transcribed = QByteArrayLiteral("VoiceBridge: transcribed in ");
-
-//! Stores the settings of a user who has chosen the engine.
-void chooseEngine()
-{
-    const QString directory = QDir::homePath() + QStringLiteral("/.config/kde.org");
-    QVERIFY(QDir().mkpath(directory));
-    QFile settings(directory + QStringLiteral("/loomra-kde.conf"));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[voice]\nsttBackend=moonshine\nsilenceTimeoutMs=500\n");
-}
-
-//! Emits the signal of the wake word detector.
-bool wake()
-{
-    QDBusMessage signal =
-        QDBusMessage::createSignal(QStringLiteral("/org/kde/loomra/WakeWord"),
-                                   QStringLiteral("org.kde.loomra.WakeWord"), QStringLiteral("Activated"));
-    signal << QStringLiteral("hey");
-    return QDBusConnection::sessionBus().send(signal);
-}
-
-//! The number of programs that are reading the microphone.
-int readers()
-{
-    QList<QByteArray> lines =
-        Program::run({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("source-outputs")},
-                     QProcessEnvironment::systemEnvironment(), QStringLiteral("pactl"))
-            .output.split('\n');
-    lines.removeAll({});
-    return lines.size();
-}
-
-} // namespace
-
-//! The built program with a null microphone, a wake word and a stand-in for an engine.
+//! When the built program opens the microphone and frees it again, and why it can't.
 class tst_VoiceLife : public QObject
 {
     Q_OBJECT
@@ -65,7 +24,6 @@ class tst_VoiceLife : public QObject
 private Q_SLOTS:
     void init();
 
-    void hearsASentenceAfterTheWakeWord();
     void hearsASentenceInTheValidationWindow();
     void announcesToScreenReaders();
     void microphoneIsFreeWhenIdle();
@@ -81,26 +39,7 @@ private:
 
 void tst_VoiceLife::init()
 {
-    chooseEngine();
-}
-
-void tst_VoiceLife::hearsASentenceAfterTheWakeWord()
-{
-    SherpaStandIn moonshine(SherpaStandIn::Engine::Moonshine);
-    moonshine.says(QStringLiteral("Open the dolphine."));
-    Sentence sentence(QStringLiteral("Open the dolphin"));
-    QVERIFY(sentence.isMade());
-    DesktopRun run;
-    QVERIFY2(run.waitForWindow(), run.errors().constData());
-    QVERIFY(wake());
-    QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
-    sentence.speak();
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains(s_transcribed), Timeouts::Program);
-    QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("ms: \"Open the Dolphin\"\n"), Timeouts::Program);
-    QCOMPARE(moonshine.runs(), 1);
-    QTRY_COMPARE(readers(), 0);
-    QVERIFY(run.errors().contains("SttPostProcessor: \"Open the dolphine.\" -> \"Open the Dolphin\"\n"));
-    QVERIFY2(run.closeWindow(), run.errors().constData());
+    VoiceUser::chooseEngine("silenceTimeoutMs=500\n");
 }
 
 void tst_VoiceLife::hearsASentenceInTheValidationWindow()

@@ -27,6 +27,8 @@ PulseDaemon::PulseDaemon()
     const QString socket = m_directory.filePath(QStringLiteral("native"));
     const QString configuration = m_directory.filePath(QStringLiteral("daemon.pa"));
     QVERIFY(writeFile(configuration,
+                      "load-module module-null-sink sink_name=spk norewinds=1\n"
+                      "set-default-sink spk\n"
                       "load-module module-null-sink sink_name=mic norewinds=1 rate=16000 channels=1\n"
                       "set-default-source mic.monitor\n"
                       "load-module module-native-protocol-unix auth-anonymous=1 socket="
@@ -39,19 +41,26 @@ PulseDaemon::PulseDaemon()
     environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
     m_process.setProcessEnvironment(environment);
-    m_process.start(QStringLiteral("pulseaudio"),
-                    {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--exit-idle-time=-1"),
-                     QStringLiteral("--use-pid-file=no"), QStringLiteral("--log-target=stderr"),
-                     QStringLiteral("--log-level=error"), QStringLiteral("-F"), configuration});
-    QVERIFY(m_process.waitForStarted());
+    m_process.setProgram(QStringLiteral("pulseaudio"));
+    m_process.setArguments({QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+                            QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
+                            QStringLiteral("--log-target=stderr"), QStringLiteral("--log-level=error"),
+                            QStringLiteral("-F"), configuration});
     qputenv("PULSE_SERVER", "unix:" + socket.toUtf8());
-    QTRY_VERIFY(answers());
+    start();
 }
 
 PulseDaemon::~PulseDaemon()
 {
     kill();
     qputenv("PULSE_SERVER", m_serverBefore);
+}
+
+void PulseDaemon::start()
+{
+    m_process.start();
+    QVERIFY(m_process.waitForStarted());
+    QTRY_VERIFY(answers());
 }
 
 void PulseDaemon::freeze()

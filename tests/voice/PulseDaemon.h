@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 
 //! A second PulseAudio daemon besides the one of the test environment, which a test can freeze and kill. PULSE_SERVER
-//! is set to it until this object is deleted. Its default source is the monitor of the null sink "mic".
+//! is set to it until this object is deleted. Its null sinks are those of the test environment.
 //!
 //! Errors in its set-up fail the running test.
 class PulseDaemon
@@ -22,6 +22,8 @@ public:
     void freeze();
     void thaw();
     void kill();
+    //! Starts it again after kill(), with the same socket.
+    void start();
 
 private:
     const QTemporaryDir m_directory;

@@ -74,6 +74,12 @@ void PiperStandIn::speaks()
               "    exec sox -t wav - -t raw -r 22050 -e signed -b 16 -c 1 -");
 }
 
+void PiperStandIn::sounds(int frequency, int seconds)
+{
+    behaves(s_readText + "exec sox -n -t raw -r 22050 -e signed -b 16 -c 1 - synth " + QByteArray::number(seconds)
+            + " sine " + QByteArray::number(frequency) + " vol 0.5");
+}
+
 void PiperStandIn::exits(int code)
 {
     behaves(s_readText + "exit " + QByteArray::number(code));

@@ -31,6 +31,8 @@ public:
 
     //! Outputs real speech: 22050 Hz, mono, signed 16 bit.
     void speaks();
+    //! Outputs a pure tone in the same format.
+    void sounds(int frequency, int seconds);
     //! Reads its text and exits without output.
     void exits(int code);
     //! Reads its text and is killed by a signal.

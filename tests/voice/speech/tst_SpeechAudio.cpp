@@ -2,77 +2,15 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "PiperStandIn.h"
+#include "SoundMonitor.h"
 #include "SpeechFixture.h"
 #include "TestRegistry.h"
 
-#include <QProcess>
 #include <QTest>
 
-#include <cmath>
 #include <numeric>
 
 using namespace SpeechEvents;
-
-namespace
-{
-
-constexpr int s_chunkBytes = 2206; // 50 ms
-constexpr int s_chunksPerSecond = 20;
-constexpr double s_audibleLevel = 0.008;
-
-//! Records what is played.
-class Monitor
-{
-public:
-    Monitor()
-    {
-        m_parec.start(QStringLiteral("parec"),
-                      {QStringLiteral("--device=spk.monitor"), QStringLiteral("--raw"), QStringLiteral("--rate=22050"),
-                       QStringLiteral("--channels=1"), QStringLiteral("--format=s16le"),
-                       QStringLiteral("--latency-msec=50")});
-    }
-    ~Monitor()
-    {
-        m_parec.kill();
-        m_parec.waitForFinished();
-    }
-    Q_DISABLE_COPY_MOVE(Monitor)
-
-    //! The number of recorded chunks, including silent ones.
-    int chunks()
-    {
-        m_recorded += m_parec.readAllStandardOutput();
-        return m_recorded.size() / s_chunkBytes;
-    }
-    bool isListening() { return chunks() > 0; }
-
-    //! The levels of all chunks that aren't silent, 0 to 1.
-    QVector<double> levels()
-    {
-        QVector<double> values;
-        const int end = chunks() * s_chunkBytes;
-        for (int start = 0; start < end; start += s_chunkBytes) {
-            double sum = 0;
-            for (int at = start; at + 1 < start + s_chunkBytes; at += 2) {
-                const int low = static_cast<uchar>(m_recorded.at(at));
-                const int high = static_cast<signed char>(m_recorded.at(at + 1));
-                const double sample = (high * 256 + low) / 32768.0;
-                sum += sample * sample;
-            }
-            const double value = std::sqrt(sum / (s_chunkBytes / 2));
-            if (value > s_audibleLevel) {
-                values.append(value);
-            }
-        }
-        return values;
-    }
-
-private:
-    QProcess m_parec;
-    QByteArray m_recorded;
-};
-
-} // namespace
 
 //! Audible speech through the real paplay.
 class tst_SpeechAudio : public QObject
@@ -88,7 +26,7 @@ void tst_SpeechAudio::isAudible()
 {
     PiperStandIn piper;
     piper.speaks();
-    Monitor monitor;
+    SoundMonitor monitor;
     QTRY_VERIFY(monitor.isListening());
     QCOMPARE(monitor.levels().size(), 0);
     SpeechFixture speech;
@@ -106,7 +44,7 @@ void tst_SpeechAudio::isSilentWhenStopped()
 {
     PiperStandIn piper;
     piper.speaks();
-    Monitor monitor;
+    SoundMonitor monitor;
     QTRY_VERIFY(monitor.isListening());
     SpeechFixture speech;
     speech->speak(QStringLiteral("one two three four five six seven eight nine ten ").repeated(10));
@@ -117,8 +55,8 @@ void tst_SpeechAudio::isSilentWhenStopped()
     // A minute of speech was left. Only what the server had buffered may still be played.
     const int played = monitor.chunks();
     const int loud = monitor.levels().size();
-    QTRY_VERIFY_WITH_TIMEOUT(monitor.chunks() >= played + 5 * s_chunksPerSecond, 30000);
-    QVERIFY(monitor.levels().size() - loud < s_chunksPerSecond);
+    QTRY_VERIFY_WITH_TIMEOUT(monitor.chunks() >= played + 5 * SoundMonitor::ChunksPerSecond, 30000);
+    QVERIFY(monitor.levels().size() - loud < SoundMonitor::ChunksPerSecond);
 }
 
 REGISTER_TEST(tst_SpeechAudio, QCoreApplication)
