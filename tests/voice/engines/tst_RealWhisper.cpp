@@ -30,6 +30,7 @@ private Q_SLOTS:
     void refusesFiles_data();
     void refusesFiles();
     void worksInVoiceBridge();
+    void transcribesUtterances();
 
 private:
     QString path(const QString &name) const { return m_directory.filePath(name); }
@@ -65,6 +66,8 @@ QString outcome(WhisperWorker &worker, const QByteArray &pcm)
 }
 
 const QString s_nothing = QStringLiteral("transcriptionFailed(\"No speech detected in audio\")");
+//! Of the default engine.
+const QString s_modelName = QStringLiteral("ggml-small.en-q5_1.bin");
 
 } // namespace
 
@@ -73,6 +76,7 @@ void tst_RealWhisper::initTestCase()
     QCoreApplication::setOrganizationDomain(QStringLiteral("kde.org"));
     QCoreApplication::setApplicationName(QStringLiteral("loomra-kde"));
     m_file = TinyModel::write(path(QStringLiteral("ggml-tiny.bin")), m_model);
+    TinyModel::write(QDir::homePath() + QLatin1String("/.local/share/tovi-forkeldaos/models/") + s_modelName, m_model);
 }
 
 void tst_RealWhisper::saysItsWords_data()
@@ -152,14 +156,12 @@ void tst_RealWhisper::refusesFiles()
 void tst_RealWhisper::worksInVoiceBridge()
 {
     const MessageLog log;
-    const QString name = QStringLiteral("ggml-small.en-q5_1.bin");
-    TinyModel::write(QDir::homePath() + QLatin1String("/.local/share/tovi-forkeldaos/models/") + name, m_model);
     VoiceBridge bridge(VoiceFixture::parts());
     QVERIFY(bridge.whisperSmallQ5Available());
     bridge.setSttBackend(QStringLiteral("whisper-small-q5"));
     QVERIFY(bridge.loadModel());
     QVERIFY(bridge.isModelLoaded());
-    QCOMPARE(bridge.modelName(), name);
+    QCOMPARE(bridge.modelName(), s_modelName);
 
     QSignalSpy ready(&bridge, &VoiceBridge::transcriptReady);
     QSignalSpy failed(&bridge, &VoiceBridge::errorOccurred);
@@ -181,6 +183,27 @@ void tst_RealWhisper::worksInVoiceBridge()
     // This test has no session bus.
     QCOMPARE(log.warnings(),
              QStringList {QStringLiteral("VoiceBridge: cannot connect to D-Bus session bus for wake word")});
+}
+
+void tst_RealWhisper::transcribesUtterances()
+{
+    ScriptedMicrophone microphone;
+    VoiceBridge bridge(VoiceFixture::parts(microphone));
+    bridge.setSilenceTimeoutMs(200);
+    QSignalSpy ready(&bridge, &VoiceBridge::transcriptReady);
+    QSignalSpy failed(&bridge, &VoiceBridge::errorOccurred);
+    for (int utterance = 1; utterance <= 2; ++utterance) {
+        microphone.hear(20, ScriptedMicrophone::Loud);
+        microphone.hear(4, ScriptedMicrophone::Quiet);
+        bridge.startListening(); // loads the model the first time
+        QVERIFY(bridge.isListening());
+        QTRY_COMPARE(ready.size() + failed.size(), utterance);
+        QCOMPARE(ready.size(), utterance);
+        QCOMPARE(ready.last(), QVariantList {QStringLiteral("open the Dolphin")});
+        QVERIFY(!bridge.isListening());
+        QVERIFY(!bridge.isTranscribing());
+        QCOMPARE(microphone.openStreams(), 0);
+    }
 }
 
 REGISTER_TEST(tst_RealWhisper, QCoreApplication)
