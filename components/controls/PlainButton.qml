@@ -15,6 +15,10 @@ T.AbstractButton {
     //! heldBySpace set, which onClicked has to ignore.
     property bool spaceHolds: false
     property bool heldBySpace: false
+    //! When a hold of Space ended, in ms since the epoch.
+    property real holdEnded: 0
+    //! In ms; less than anybody needs to press the key again.
+    readonly property int shortestPause: 50
 
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
@@ -31,7 +35,13 @@ T.AbstractButton {
         console.warn("PlainButton: use label instead of text");
         text = "";
     }
-    onPressed: heldBySpace = false
+    // Qt recognises a repeat under X11 only if it reads its release and its press at once. Otherwise they look like the
+    // end of the hold and a new press, whose release would be a click.
+    onPressed: heldBySpace = Date.now() - holdEnded < shortestPause
+    onReleased: {
+        if (heldBySpace)
+            holdEnded = Date.now();
+    }
     onCanceled: heldBySpace = false
 
     //! Hides the auto-repeat of Space from AbstractButton, which would emit a click each time.

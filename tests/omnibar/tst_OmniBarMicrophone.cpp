@@ -73,6 +73,7 @@ private Q_SLOTS:
     void hold();
     void heldKeyCountsOnce_data();
     void heldKeyCountsOnce();
+    void repeatThatLooksLikeAPress();
     void comesToRest();
     void levelRing_data();
     void levelRing();
@@ -278,10 +279,26 @@ void tst_OmniBarMicrophone::heldKeyCountsOnce()
     QTest::keyRelease(m_bar->window(), key);
     QTEST(m_voice->takeCalls().join(QLatin1Char(' ')), "call");
     // The next press is a click again, with any key.
+    button()->setProperty("holdEnded", 0);
     for (const Qt::Key next : {Qt::Key_Return, key}) {
         QTest::keyClick(m_bar->window(), next);
         QCOMPARE(m_voice->takeCalls(), QStringList(text("startListening()")));
     }
+}
+
+void tst_OmniBarMicrophone::repeatThatLooksLikeAPress()
+{
+    m_bar->focus(button());
+    QTest::keyPress(m_bar->window(), Qt::Key_Space);
+    QKeyEvent repeat(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(m_bar->window(), &repeat);
+    QCOMPARE(m_voice->takeCalls(), QStringList(text("cancelListening()")));
+    // Qt didn't recognise this repeat.
+    QTest::keyRelease(m_bar->window(), Qt::Key_Space);
+    QTest::keyPress(m_bar->window(), Qt::Key_Space);
+    QCoreApplication::sendEvent(m_bar->window(), &repeat);
+    QTest::keyRelease(m_bar->window(), Qt::Key_Space);
+    QCOMPARE(m_voice->takeCalls(), QStringList());
 }
 
 void tst_OmniBarMicrophone::comesToRest()
