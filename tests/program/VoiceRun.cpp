@@ -44,6 +44,8 @@ int readers()
 namespace
 {
 
+constexpr int s_looks = 5;
+
 bool waitForReaders(int count)
 {
     return QTest::qWaitFor([count] { return VoiceUser::readers() == count; }, Timeouts::Program);
@@ -51,9 +53,9 @@ bool waitForReaders(int count)
 
 } // namespace
 
-VoiceRun::VoiceRun(std::chrono::seconds confirmDelay)
+VoiceRun::VoiceRun(std::chrono::seconds confirmDelay, const QString &words)
     : moonshine(SherpaStandIn::Engine::Moonshine)
-    , sentence(QStringLiteral("Open the dolphin"))
+    , sentence(words)
 {
     QVERIFY(sentence.isMade());
     VoiceUser::chooseEngine("ttsEnabled=true\nsilenceTimeoutMs=200\nvoiceConfirmDelaySec="
@@ -104,7 +106,14 @@ bool VoiceRun::pressAndListen() const
 bool VoiceRun::holdUntilSilent() const
 {
     m_program->pressDown("space");
-    const bool isSilent = waitForReaders(0);
+    // Several looks: the first repeat may look like a click, which ends the recording too.
+    int looks = 0;
+    const bool isSilent = QTest::qWaitFor(
+        [&looks] {
+            looks = VoiceUser::readers() == 0 ? looks + 1 : 0;
+            return looks == s_looks;
+        },
+        Timeouts::Program);
     m_program->letGo("space");
     return isSilent;
 }

@@ -40,7 +40,8 @@ class VoiceRun
 {
 public:
     //! @param confirmDelay duration of the countdown before a transcript is sent
-    explicit VoiceRun(std::chrono::seconds confirmDelay);
+    //!  words what the user says. The engine doesn't understand it, so that short words do.
+    explicit VoiceRun(std::chrono::seconds confirmDelay, const QString &words = QStringLiteral("Yes"));
     Q_DISABLE_COPY_MOVE(VoiceRun)
 
     //! Starts the program and waits for its window. @return false on timeout, or if it ends before

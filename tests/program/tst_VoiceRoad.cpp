@@ -37,7 +37,7 @@ private Q_SLOTS:
 
 void tst_VoiceRoad::fromTheWakeWordToTheSpokenReply()
 {
-    VoiceRun voice(1s);
+    VoiceRun voice(1s, QStringLiteral("Open the dolphin"));
     voice.piper.sounds(440, 1);
     QVERIFY2(voice.start(), voice.program().errors().constData());
     QVERIFY(voice.waitForConnection());
