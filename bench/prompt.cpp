@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The time that the program adds to a prompt and its reply.
+// The time that the program adds to a typed prompt, a spoken one, and a reply.
 
 #include "AgentBridge.h"
+#include "VoiceBridge.h"
 #include "support/Clock.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"
@@ -46,6 +47,34 @@ Sending send(QWebSocket *socket, Peer &peer, Action action)
     return {Clock::milliseconds(written - begun), Clock::milliseconds(peer.lastReceivedAt() - begun)};
 }
 
+//! The times of all frames of a kind.
+struct Series
+{
+    std::vector<double> toWire;
+    std::vector<double> toPeer;
+
+    void add(const Sending &sending)
+    {
+        toWire.push_back(sending.toWire);
+        toPeer.push_back(sending.toPeer);
+    }
+};
+
+//! Prints the medians of a series, those of a bare socket, and the differences, which are the program's share.
+void print(const char *name, const Series &program, const Series &raw)
+{
+    const auto printOne = [](const QByteArray &name, const std::vector<double> &times,
+                             const std::vector<double> &bare) {
+        const double median = Statistics::median(times);
+        const double bareMedian = Statistics::median(bare);
+        Figures::plain(name, median, "ms");
+        Figures::plain(name + ".raw-socket", bareMedian, "ms");
+        Figures::plain(name + ".own", median - bareMedian, "ms");
+    };
+    printOne(QByteArray("prompt.") + name + "-to-wire", program.toWire, raw.toWire);
+    printOne(QByteArray("prompt.") + name + "-to-peer", program.toPeer, raw.toPeer);
+}
+
 //! The time from the arrival of the reply at the socket to the swapped frame that shows its row, in ms.
 double showReply(Bar &bar, QWebSocket *socket, Peer &peer, const QString &text)
 {
@@ -75,38 +104,39 @@ int main(int argc, char **argv)
     if (!EventLoop::until([&raw] { return raw.isValid(); })) {
         notMeasured("a bare socket could not be opened");
     }
-
-    std::vector<double> promptToWire;
-    std::vector<double> promptToPeer;
-    std::vector<double> rawToWire;
-    std::vector<double> rawToPeer;
     std::vector<double> replyToFrame;
     QString frame = QStringLiteral("{}"); // from the second run on, the frame of the previous prompt
-    for (int i = -s_warmUps; i < s_prompts; ++i) {
-        bar.item("inputField")->setProperty("text", QStringLiteral("Prompt number %1, if you please").arg(i));
-        bar.frames().waitUntilStill(); // or drawing would count as waiting, in both measurements
-        const Sending bare = send(&raw, peer, [&] { raw.sendTextMessage(frame); });
-        const Sending prompt = send(socket, peer, [&] { QTest::keyClick(bar.window(), Qt::Key_Return); });
-        frame = peer.lastReceived();
-        // The prompt's own row first, so that only the reply is measured.
-        bar.waitForLastRow();
-        const double reply = showReply(bar, socket, peer, QStringLiteral("Reply number **%1** of many.").arg(i));
-        if (i < 0) {
-            continue;
+    // Sends prompts by an action and replies to them. Prints the times of the prompts.
+    const auto measure = [&](const char *name, const auto &prepare, const auto &act) {
+        Series program;
+        Series bare;
+        replyToFrame.clear();
+        for (int i = -s_warmUps; i < s_prompts; ++i) {
+            const QString text = QStringLiteral("Prompt number %1, if you please").arg(i);
+            prepare(text);
+            bar.frames().waitUntilStill(); // or drawing would count as waiting, in both measurements
+            const Sending rawFrame = send(&raw, peer, [&] { raw.sendTextMessage(frame); });
+            const Sending prompt = send(socket, peer, [&] { act(text); });
+            frame = peer.lastReceived();
+            // The prompt's own row first, so that only the reply is measured.
+            bar.waitForLastRow();
+            const double reply = showReply(bar, socket, peer, QStringLiteral("Reply number **%1** of many.").arg(i));
+            if (i >= 0) {
+                program.add(prompt);
+                bare.add(rawFrame);
+                replyToFrame.push_back(reply);
+            }
         }
-        promptToWire.push_back(prompt.toWire);
-        promptToPeer.push_back(prompt.toPeer);
-        rawToWire.push_back(bare.toWire);
-        rawToPeer.push_back(bare.toPeer);
-        replyToFrame.push_back(reply);
-    }
+        print(name, program, bare);
+    };
 
-    using Statistics::median;
-    Figures::plain("prompt.enter-to-wire", median(promptToWire), "ms");
-    Figures::plain("prompt.enter-to-wire.raw-socket", median(rawToWire), "ms");
-    Figures::plain("prompt.enter-to-wire.own", median(promptToWire) - median(rawToWire), "ms");
-    Figures::plain("prompt.enter-to-peer", median(promptToPeer), "ms");
-    Figures::plain("prompt.enter-to-peer.raw-socket", median(rawToPeer), "ms");
-    Figures::plain("prompt.enter-to-peer.own", median(promptToPeer) - median(rawToPeer), "ms");
-    Figures::plain("prompt.reply-to-frame", median(replyToFrame), "ms");
+    measure(
+        "enter", [&](const QString &text) { bar.item("inputField")->setProperty("text", text); },
+        [&](const QString &) { QTest::keyClick(bar.window(), Qt::Key_Return); });
+    Figures::plain("prompt.reply-to-frame", Statistics::median(replyToFrame), "ms");
+
+    VoiceBridge *voice = bar.voice();
+    voice->setVoiceConfirmDelaySec(0);
+    measure(
+        "transcript", [](const QString &) {}, [&](const QString &text) { Q_EMIT voice->transcriptReady(text); });
 }

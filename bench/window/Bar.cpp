@@ -5,6 +5,7 @@
 
 #include "AgentBridge.h"
 #include "ResourceTree.h"
+#include "VoiceBridge.h"
 #include "WindowTask.h"
 #include "support/EventLoop.h"
 #include "support/Figures.h"
@@ -42,6 +43,18 @@ qreal shownOpacity(const QQuickItem *item)
     return opacity;
 }
 
+//! Ends the benchmark if QML doesn't know an object of this type by the name.
+template<typename Object>
+Object *nativeObject(QQuickWindow *window, const char *name)
+{
+    auto *object =
+        qobject_cast<Object *>(qmlContext(window)->contextProperty(QLatin1String(name)).template value<QObject *>());
+    if (!object) {
+        notMeasured(QByteArray("the window has no ") + name);
+    }
+    return object;
+}
+
 } // namespace
 
 Bar::Bar(int &argc, char **argv)
@@ -62,12 +75,12 @@ Bar::~Bar() = default;
 
 AgentBridge *Bar::agent() const
 {
-    auto *agent = qobject_cast<AgentBridge *>(
-        qmlContext(m_window)->contextProperty(QStringLiteral("agentBridge")).value<QObject *>());
-    if (!agent) {
-        notMeasured("the window has no chat client");
-    }
-    return agent;
+    return nativeObject<AgentBridge>(m_window, "agentBridge");
+}
+
+VoiceBridge *Bar::voice() const
+{
+    return nativeObject<VoiceBridge>(m_window, "voiceBridge");
 }
 
 QQuickItem *Bar::item(const char *name) const

@@ -12,6 +12,7 @@
 #include <memory>
 
 class AgentBridge;
+class VoiceBridge;
 class QQuickItem;
 class QQuickWindow;
 
@@ -28,6 +29,7 @@ public:
     Peer &peer() { return m_peer; }
     FrameWatch &frames() { return *m_frames; }
     AgentBridge *agent() const;
+    VoiceBridge *voice() const;
 
     //! An item of the window by its objectName. Ends the benchmark if there is none.
     QQuickItem *item(const char *name) const;
