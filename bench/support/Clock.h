@@ -27,6 +27,14 @@ inline qint64 work()
     return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
 }
 
+//! The processor time of all threads of this process in ns.
+inline qint64 processWork()
+{
+    timespec time {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return qint64(time.tv_sec) * 1000000000 + time.tv_nsec;
+}
+
 //! Converts ns to ms.
 constexpr double milliseconds(qint64 nanoseconds)
 {
