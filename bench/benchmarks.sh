@@ -5,7 +5,7 @@
 # Functions that bench/run and bench/profile share. Source this file after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup validation prompt menu sheet requests rows table markdown idle voice countdown whisper)
+readonly benchmarks=(version startup validation prompt menu sheet requests rows table markdown idle voice countdown level whisper)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
@@ -25,6 +25,7 @@ in_environment() {
     version | whisper) needs=(home) ;;
     requests) needs=(net) ;;
     voice) needs=(bus audio) ;;
+    level) needs=(display net audio) ;;
     esac
     shift
     # shellcheck disable=SC2016 # expanded by the inner shell

@@ -5,6 +5,7 @@
 
 #include "Figures.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <malloc.h>
@@ -15,9 +16,9 @@
 namespace
 {
 
-QByteArray contents(const char *path)
+QByteArray contents(const QString &path)
 {
-    QFile file(QString::fromLatin1(path));
+    QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         notMeasured("/proc can't be read");
     }
@@ -31,7 +32,7 @@ namespace Process
 
 double residentMemory()
 {
-    const QList<QByteArray> pages = contents("/proc/self/statm").split(' ');
+    const QList<QByteArray> pages = contents(QStringLiteral("/proc/self/statm")).split(' ');
     return pages.at(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
@@ -39,7 +40,7 @@ QMap<QByteArray, double> residentMappings()
 {
     QMap<QByteArray, double> mappings;
     QByteArray name;
-    const QList<QByteArray> lines = contents("/proc/self/smaps").split('\n');
+    const QList<QByteArray> lines = contents(QStringLiteral("/proc/self/smaps")).split('\n');
     for (const QByteArray &line : lines) {
         const QList<QByteArray> words = line.simplified().split(' ');
         if (words.first() == "Rss:") {
@@ -56,10 +57,23 @@ void giveBackMemory()
     malloc_trim(0);
 }
 
+qint64 rendererWork()
+{
+    qint64 work = 0;
+    const QDir threads(QStringLiteral("/proc/self/task"));
+    const QStringList ids = threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &id : ids) {
+        if (contents(threads.filePath(id + QStringLiteral("/comm"))).startsWith("llvmpipe-")) {
+            work += contents(threads.filePath(id + QStringLiteral("/schedstat"))).split(' ').first().toLongLong();
+        }
+    }
+    return work;
+}
+
 QList<QByteArray> qmlPlugins()
 {
     QList<QByteArray> plugins;
-    const QList<QByteArray> mappings = contents("/proc/self/maps").split('\n');
+    const QList<QByteArray> mappings = contents(QStringLiteral("/proc/self/maps")).split('\n');
     for (const QByteArray &mapping : mappings) {
         const QByteArray path = mapping.mid(mapping.indexOf('/'));
         if (path.contains("/qml/") && path.endsWith(".so") && !plugins.contains(path)) {

@@ -7,7 +7,7 @@
 #include <QList>
 #include <QMap>
 
-//! Memory and plugins of this process. Linux only.
+//! Memory, threads and plugins of this process. Linux only.
 namespace Process
 {
 
@@ -19,6 +19,9 @@ QMap<QByteArray, double> residentMappings();
 
 //! Returns the allocator's free memory to the system, so that two figures can be compared.
 void giveBackMemory();
+
+//! The processor time in ns of the threads with which software rendering takes the place of a graphics card.
+qint64 rendererWork();
 
 //! The sorted paths of the loaded QML plugins, one per imported module.
 QList<QByteArray> qmlPlugins();

@@ -4,7 +4,6 @@
 // Measures the voice path: its construction, the start and end of a capture, the load during one, and the corrections.
 
 #include "Endpointer.h"
-#include "SherpaEngine.h"
 #include "SttPostProcessor.h"
 #include "VoiceBridge.h"
 #include "WakeWord.h"
@@ -13,14 +12,13 @@
 #include "support/EventLoop.h"
 #include "support/Figures.h"
 #include "support/Statistics.h"
+#include "voice/Engine.h"
 
 #include <KAboutData>
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDir>
-#include <QFile>
 #include <QLoggingCategory>
 #include <QSet>
 
@@ -28,7 +26,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -98,29 +95,6 @@ private:
     const std::unique_ptr<Microphone> m_microphone;
     Watch &m_watch;
 };
-
-void touch(const QString &path)
-{
-    QFile file(path);
-    if (!QDir().mkpath(path.section(QLatin1Char('/'), 0, -2)) || !file.open(QIODevice::WriteOnly)
-        || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
-        notMeasured("cannot install an engine in the home");
-    }
-}
-
-//! Installs an engine that does nothing: it is never run.
-void installEngine()
-{
-    const SherpaEngine &engine = SherpaEngine::moonshine();
-    const QString root = QDir::homePath() + QStringLiteral("/experiments/sherpa-onnx-prebuilt-v1.12.28/");
-    const QString model = QDir::homePath()
-        + QStringLiteral("/.local/share/tovi-forkeldaos/models/sherpa-onnx-moonshine-tiny-en-quantized-2026-02-27/");
-    touch(root + engine.program);
-    touch(root + QStringLiteral("lib/library"));
-    for (const SherpaEngine::ModelFile &file : engine.modelFiles) {
-        touch(model + file.name);
-    }
-}
 
 //! A VoiceBridge that is ready to listen.
 class Listener
@@ -277,21 +251,16 @@ void measureWakeWord()
 //! Processor time of all threads during a capture of silence.
 void measureListening()
 {
-    const auto work = [] {
-        timespec time {};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-    };
     WatchedMicrophone::Watch watch;
     Listener voice(watch);
     voice->startListening();
     if (!EventLoop::until([&watch] { return watch.chunks >= 3; })) {
         notMeasured("no audio is read");
     }
-    const double before = work();
+    const qint64 before = Clock::processWork();
     const qint64 begun = Clock::now();
     EventLoop::run(s_listenTime);
-    const double spent = work() - before;
+    const auto spent = static_cast<double>(Clock::processWork() - before);
     const auto lasted = static_cast<double>(Clock::now() - begun);
     if (!voice->isListening()) {
         notMeasured("the capture ended too early");
@@ -410,7 +379,7 @@ int main(int argc, char *argv[])
     }
     measureConstruction();
     measureCorrections();
-    installEngine();
+    Engine::install();
     measureStop();
     measureWakeWord();
     measureListening();
