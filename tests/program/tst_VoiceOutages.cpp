@@ -111,7 +111,7 @@ void tst_VoiceOutages::audioDaemon()
     QTRY_VERIFY_WITH_TIMEOUT(voice.program().errors().contains("voice: No speech detected\n"), Timeouts::Program);
     QTRY_COMPARE(voice.openStreams(), 0);
 
-    // Killed while the user speaks: what was recorded is transcribed. Not needed while the engine works.
+    // Killed while the user speaks: what was recorded is transcribed.
     daemon.start();
     QVERIFY(voice.wakeAndListen());
     QCOMPARE(voice.openStreams(), 1);
@@ -135,11 +135,19 @@ void tst_VoiceOutages::audioDaemon()
     QTRY_COMPARE_WITH_TIMEOUT(voice.piper.runs(), 1, Timeouts::Program);
     QTRY_COMPARE_WITH_TIMEOUT(voice.children(), 0, Timeouts::Program);
 
-    // Killed while the reply is spoken.
+    // Killed while transcribing.
     daemon.start();
     QVERIFY(voice.wakeAndListen());
-    QVERIFY(voice.speak(QStringLiteral("Undo that")));
+    voice.moonshine.says(QStringLiteral("Undo that"));
+    voice.moonshine.hold();
+    voice.sentence.speak();
+    QTRY_COMPARE_WITH_TIMEOUT(voice.moonshine.runs(), 2, Timeouts::Program);
+    daemon.kill();
+    voice.moonshine.releaseAll();
     prompt = voice.bridge.takeRequest(QStringLiteral("chat"));
+
+    // Killed while the reply is spoken.
+    daemon.start();
     {
         SoundMonitor monitor;
         voice.bridge.reply(prompt, reply);
