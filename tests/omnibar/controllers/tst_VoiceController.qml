@@ -463,6 +463,7 @@ TestCase {
         compare(bar.bridge.takeCalls(), []);
         bar.bridge.rephraseReady("open it", "Open the browser");
         comparePending("Open the browser", 4);
+        compare(bar.takeCalls(), []); // the focus stays
         compare([voice.voiceConfirmText, voice.voiceRephrasing, bar.inputField.cursorPosition], ["Open the browser", false, 16]);
         voice.voiceRephrase();
         compare(bar.bridge.takeCalls(), ["rephraseText(Open the browser)"]);

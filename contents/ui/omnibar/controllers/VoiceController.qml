@@ -67,7 +67,6 @@ Controller {
         abandonRephrase();
         voiceConfirmTimer.stop();
         writeInput(text);
-        focusInput();
         if (voiceConfirmTotal <= 0) {
             voiceConfirmSend();
             return;
@@ -125,7 +124,8 @@ Controller {
         voiceRephrasing = false;
     }
 
-    //! Without a usable result the countdown stays halted, so that the user decides.
+    //! Without a usable result the countdown stays halted, so that the user decides. The focus stays where it is: the
+    //! user may have moved it meanwhile, such as to Cancel.
     function takeRephrased(text) {
         voiceRephrasing = false;
         if (!rephraseOutdated && voiceConfirmPending && text.trim() !== "")
@@ -165,6 +165,7 @@ Controller {
         } else if (voiceConfirmPending && VoiceText.isCancellation(text)) {
             voiceConfirmCancel();
         } else {
+            focusInput();
             beginConfirmation(text);
         }
     }
