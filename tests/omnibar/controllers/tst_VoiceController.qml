@@ -312,6 +312,15 @@ TestCase {
         compare(bar.takeCalls(), data.test ? [] : ["announce(<Listening ended>)"]);
     }
 
+    function test_aCancelledCaptureEndsOnce() {
+        const fake = withVoice();
+        fake.isListening = true;
+        fake.isListening = false;
+        bar.takeCalls();
+        fake.listeningChanged();
+        compare(bar.takeCalls(), []);
+    }
+
     function test_theCursorIsBehindTheBase() {
         const fake = withVoice();
         fake.voiceSubmitMode = "manual";

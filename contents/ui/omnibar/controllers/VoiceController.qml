@@ -26,6 +26,8 @@ Controller {
     property string voiceComposeBase: ""
     //! The reply to the last request to rephrase is of no use any more.
     property bool rephraseOutdated: false
+    //! The state before the last change signal.
+    property bool wasListening: false
     //! The last utterance was begun by a microphone test. Its transcript may arrive after the test has ended.
     property bool utteranceIsTest: false
 
@@ -180,6 +182,10 @@ Controller {
 
         function onListeningChanged() {
             const begins = voice.voiceBridgeObject.isListening;
+            // The end of a cancelled capture is reported twice.
+            if (begins === voice.wasListening)
+                return;
+            voice.wasListening = begins;
             if (begins)
                 voice.utteranceIsTest = voice.isTested();
             if (voice.utteranceIsTest || voice.isTested())
