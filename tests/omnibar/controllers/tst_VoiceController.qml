@@ -540,15 +540,27 @@ TestCase {
     }
 
     function test_lateResults(data) {
-        const fake = withRephrasing("open");
-        data.act(fake);
-        compare(voice.voiceRephrasing, false);
+        // The error may be that of another request.
+        for (const isAfterAnError of [false, true]) {
+            const fake = withRephrasing("open");
+            if (isAfterAnError)
+                bar.bridge.errorOccurred("no model");
+            data.act(fake);
+            compare(voice.voiceRephrasing, false);
+            bar.bridge.rephraseReady("open", "Open the browser");
+            if (data.countdown === undefined)
+                compareEnded();
+            else
+                comparePending(data.text, data.countdown, Boolean(data.running));
+            compare(voice.voiceRephrasing, false);
+        }
+    }
+
+    function test_resultAfterAnError() {
+        withRephrasing("open");
+        bar.bridge.errorOccurred("of another request");
         bar.bridge.rephraseReady("open", "Open the browser");
-        if (data.countdown === undefined)
-            compareEnded();
-        else
-            comparePending(data.text, data.countdown, Boolean(data.running));
-        compare(voice.voiceRephrasing, false);
+        comparePending("Open the browser", 4);
     }
 
     function test_aSecondRequestAfterALateResult() {

@@ -24,6 +24,8 @@ Controller {
     property bool voiceRephrasing: false
     //! Manual mode: the text before the next utterance.
     property string voiceComposeBase: ""
+    //! A request to rephrase may still be answered. Outlives voiceRephrasing, which an unrelated error ends.
+    property bool rephraseAwaited: false
     //! The reply to the last request to rephrase is of no use any more.
     property bool rephraseOutdated: false
     //! The state before the last change signal.
@@ -113,6 +115,7 @@ Controller {
             return;
         voiceConfirmTimer.stop();
         rephraseOutdated = false;
+        rephraseAwaited = true;
         voiceRephrasing = true;
         if (Native.offers(bar.bridge, "rephraseText"))
             bar.bridge.rephraseText(bar.inputField.text.trim());
@@ -122,13 +125,14 @@ Controller {
 
     //! Call when the text that is being rephrased changes: the reply would overwrite the new one.
     function abandonRephrase() {
-        rephraseOutdated = rephraseOutdated || voiceRephrasing;
+        rephraseOutdated = rephraseOutdated || rephraseAwaited;
         voiceRephrasing = false;
     }
 
     //! Without a usable result the countdown stays halted, so that the user decides. The focus stays where it is: the
     //! user may have moved it meanwhile, such as to Cancel.
     function takeRephrased(text) {
+        rephraseAwaited = false;
         voiceRephrasing = false;
         if (!rephraseOutdated && voiceConfirmPending && text.trim() !== "")
             beginConfirmation(text);
