@@ -502,6 +502,18 @@ TestCase {
         compare(voice.voiceConfirmPending, false);
     }
 
+    function test_anErasedPromptIsNotRephrased() {
+        const fake = withVoice();
+        bar.bridge = createTemporaryObject(bridges, test);
+        pendBySpeech(fake, "open");
+        bar.inputField.text = " ";
+        bar.inputEdited();
+        voice.voiceRephrase();
+        compare(bar.bridge.takeCalls(), []);
+        comparePending(" ", 0, false);
+        compare(voice.voiceRephrasing, false);
+    }
+
     function test_rephraseWithoutABridge_data() {
         return [{ tag: "no bridge" }, { tag: "no such function" }];
     }

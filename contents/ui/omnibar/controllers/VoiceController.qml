@@ -114,13 +114,14 @@ Controller {
         if (!voiceConfirmPending || voiceRephrasing)
             return;
         voiceConfirmTimer.stop();
+        const text = bar.inputField.text.trim();
+        // An empty text would get no reply.
+        if (text === "" || !Native.offers(bar.bridge, "rephraseText"))
+            return;
         rephraseOutdated = false;
         rephraseAwaited = true;
         voiceRephrasing = true;
-        if (Native.offers(bar.bridge, "rephraseText"))
-            bar.bridge.rephraseText(bar.inputField.text.trim());
-        else
-            voiceRephrasing = false;
+        bar.bridge.rephraseText(text);
     }
 
     //! Call when the text that is being rephrased changes: the reply would overwrite the new one.
