@@ -42,7 +42,7 @@ QtObject {
     property bool suiteRunPaused: false
     //! Newest first: sentenceId, category, reference, hypothesis, accuracy, ms, backend.
     readonly property ListModel suiteResults: ListModel {}
-    property string scoresLine: scored()
+    readonly property string scoresLine: ValidationText.scoresLine(engineRows, results())
 
     //! What belongs to the audio that an engine has: { backend, suite, index }. The user may move on before its transcript.
     property var utterance: null
@@ -141,10 +141,6 @@ QtObject {
         return Array.from({ length: suiteResults.count }, (unused, i) => suiteResults.get(i));
     }
 
-    function scored() {
-        return ValidationText.scoresLine(engineRows, results());
-    }
-
     function currentUtterance() {
         return { "backend": backend, "suite": suiteMode && sentence !== null, "index": suiteIndex };
     }
@@ -178,7 +174,6 @@ QtObject {
             "ms": ms,
             "backend": spoken.backend
         });
-        scoresLine = scored();
         announced(understood(text) + " " + Scoring.formatPercent(accuracy));
         if (spoken.index === suiteIndex)
             advanceSuite();
@@ -194,7 +189,6 @@ QtObject {
         lastError = voice ? voice.lastError : "";
     }
 
-    onEngineRowsChanged: scoresLine = scored()
     Component.onCompleted: updateLastError()
 
     readonly property Connections voiceSignals: Connections {
