@@ -66,9 +66,6 @@ TestCase {
     }
 
     function test_lines() {
-        compare(ValidationText.quoted("go back"), "“go back”");
-        compare(ValidationText.sentencePosition(2, 18, "command"), "Sentence 3 / 18 · command");
-        compare(ValidationText.sentencePosition(0, 1, "{total}"), "Sentence 1 / 1 · {total}");
         compare(ValidationText.missingEngine("foo"), "foo is not installed");
         compare(ValidationText.missingEngine("a\n" + "b".repeat(50)), "a\ufffd" + "b".repeat(38) + "… is not installed");
         compare(ValidationText.historyHeading({ time: "14:03:22", backend: "moonshine", text: "x", ms: 340 }), "14:03:22 · moonshine · 340 ms");

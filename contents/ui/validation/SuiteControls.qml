@@ -4,8 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../omnibar/logic/VoiceText.js" as VoiceText
 import "../omnibar/settings/common"
-import "ValidationText.js" as ValidationText
 
 //! The sentence to read aloud, and the way through the suite.
 Column {
@@ -25,8 +25,8 @@ Column {
 
         theme: controls.theme
         text: controls.hasSentences
-              ? ValidationText.sentencePosition(controls.validation.suiteIndex, controls.validation.suiteSentences.length,
-                                                controls.validation.sentence.category, controls.validation.tr)
+              ? VoiceText.sentencePlace(controls.validation.suiteIndex, controls.validation.suiteSentences.length,
+                                        controls.validation.sentence.category, controls.validation.tr)
               : controls.validation.tr("There are no sentences.")
     }
 
@@ -35,7 +35,7 @@ Column {
 
         width: parent.width
         visible: controls.hasSentences
-        text: controls.hasSentences ? ValidationText.quoted(controls.validation.sentence.text) : ""
+        text: controls.hasSentences ? VoiceText.quoted(controls.validation.sentence.text) : ""
         color: controls.theme.uiTextStrong
         font.pointSize: 13
         wrapMode: Text.Wrap

@@ -75,17 +75,6 @@ function levelShare(level) {
     return Math.min(level * 25, 1);
 }
 
-/** A sentence in quotes. */
-function quoted(text) {
-    return "“" + text + "”";
-}
-
-/** Such as "Sentence 3 / 18 · command". @param index from 0 */
-function sentencePosition(index, total, category, tr) {
-    return Translatable.filled(Translatable.translated(mark("Sentence {number} / {total} · {category}"), tr),
-                               { number: index + 1, total: total, category: category });
-}
-
 /** The first line of a row of the history. */
 function historyHeading(row) {
     return row.time + " · " + row.backend + " · " + row.ms + " ms";

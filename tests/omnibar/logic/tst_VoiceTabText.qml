@@ -60,10 +60,6 @@ TestCase {
         compare(VoiceTabText.logRows(["b", "a"]), [{ line: "b" }, { line: "a" }]);
     }
 
-    function test_sentencePlace() {
-        compare(VoiceTabText.sentencePlace(0, 10, "command", tr), "<Sentence 1 / 10 · command>");
-    }
-
     function test_testState_data() {
         const ready = { available: true, problem: "", listening: false, transcribing: false, modelLoaded: true };
         const row = (tag, state, text) => ({ tag: tag, state: Object.assign({}, ready, state), text: text });

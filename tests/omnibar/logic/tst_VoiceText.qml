@@ -35,6 +35,12 @@ TestCase {
 
     function tr(text) { return "<" + text + ">"; }
 
+    function test_sentences() {
+        compare(VoiceText.sentencePlace(2, 18, "command", tr), "<Sentence 3 / 18 · command>");
+        compare(VoiceText.sentencePlace(0, 1, "{total}"), "Sentence 1 / 1 · {total}");
+        compare(VoiceText.quoted("go back"), "“go back”");
+    }
+
     function test_spoken() {
         compare(VoiceText.listening(true, tr), "<Listening...>");
         compare(VoiceText.listening(false, tr), "<Listening ended>");

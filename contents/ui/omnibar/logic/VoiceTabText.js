@@ -55,11 +55,6 @@ function logRows(lines) {
 
 // ---- The voice test
 
-/** Which sentence is to be read. index: of the sentence, 0 for the first */
-function sentencePlace(index, total, category, tr) {
-    return text(mark("Sentence {number} / {total} · {category}"), { number: index + 1, total: total, category: category }, tr);
-}
-
 // The first row that applies counts. A problem is reported while the voice path still listens, if there is no
 // microphone.
 const testStates = [

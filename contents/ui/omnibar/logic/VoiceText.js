@@ -19,7 +19,20 @@ function isCancellation(utterance) {
     return cancellations.includes(utterance.trim().toLowerCase());
 }
 
-// What screen readers speak. Each function takes the translating function last.
+// ---- Sentences to read aloud
+
+/** Which sentence, such as "Sentence 3 / 18 · command". @param index from 0 */
+function sentencePlace(index, total, category, tr) {
+    return Translatable.filled(Translatable.translated(mark("Sentence {number} / {total} · {category}"), tr),
+                               { number: index + 1, total: total, category: category });
+}
+
+/** A sentence in quotation marks. */
+function quoted(sentence) {
+    return "“" + sentence + "”";
+}
+
+// ---- What screen readers speak. Each function takes the translating function last.
 
 const longestSpoken = 500; // in characters
 

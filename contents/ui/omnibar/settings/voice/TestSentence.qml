@@ -8,6 +8,7 @@ import "../../logic/LiteralText.js" as LiteralText
 import "../../logic/Native.js" as Native
 import "../../logic/Translatable.js" as Translatable
 import "../../logic/VoiceTabText.js" as VoiceTabText
+import "../../logic/VoiceText.js" as VoiceText
 import "../common"
 
 //! The sentence to be read, what was heard, and the buttons of the voice test.
@@ -50,14 +51,14 @@ Column {
                 objectName: "sentencePlace"
 
                 theme: card.theme
-                text: card.test.sentence ? VoiceTabText.sentencePlace(card.test.currentIndex, card.test.sentences.length, card.test.sentence.category, card.bar.tr) : ""
+                text: card.test.sentence ? VoiceText.sentencePlace(card.test.currentIndex, card.test.sentences.length, card.test.sentence.category, card.bar.tr) : ""
             }
 
             PlainText {
                 objectName: "sentenceText"
 
                 width: parent.width
-                text: card.test.sentence ? "\u201c" + card.test.sentence.text + "\u201d" : ""
+                text: card.test.sentence ? VoiceText.quoted(card.test.sentence.text) : ""
                 color: card.theme.uiTextStrong
                 font.pointSize: 12
                 wrapMode: Text.Wrap
