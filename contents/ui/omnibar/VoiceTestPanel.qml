@@ -33,13 +33,13 @@ Column {
     property int currentIndex: 0
     readonly property var sentence: suiteLoaded ? sentences[currentIndex] : null
 
-    //! What was understood, and is to be submitted.
+    //! The transcript to be submitted.
     property string pendingHypothesis: ""
     //! Engine time in ms.
     property real pendingMs: 0
     //! Objects with id, category, reference, hypothesis, accuracy and latencyMs, one for each submitted sentence.
     property var testResults: []
-    //! The last error since the panel became active or an utterance began.
+    //! The last error, also that of an engine before the panel became active. The next utterance clears it.
     property string problem: ""
 
     readonly property var voice: bar.voice

@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../omnibar/settings/common"
 
-//! What was understood, newest first.
+//! Transcripts, newest first.
 SettingsList {
     id: list
 

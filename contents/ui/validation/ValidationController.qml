@@ -11,8 +11,8 @@ import "qrc:/org/kde/loomra/voice/sentenceSuite.js" as SentenceSuite
 import "qrc:/org/kde/loomra/voice/sttSentenceScoring.js" as Scoring
 import "ValidationText.js" as ValidationText
 
-//! The state and logic of the voice validation window: records what the engines understand, in the free mode, or
-//! compares it with sentences that the user reads aloud, in the suite mode.
+//! The state and logic of the voice validation window. The free mode lists the transcripts of the engines; the suite
+//! mode compares them with sentences that the user reads aloud.
 QtObject {
     id: validation
 
@@ -36,7 +36,7 @@ QtObject {
     property var suiteSentences: []
     property int suiteIndex: 0
     readonly property var sentence: suiteIndex < suiteSentences.length ? suiteSentences[suiteIndex] : null
-    //! Whether the next sentence begins by itself after each result.
+    //! Whether listening starts again after each result, for the next sentence.
     property bool suiteRunAll: false
     //! Whether the run waits for the user because a sentence was not recorded.
     property bool suiteRunPaused: false
@@ -44,7 +44,8 @@ QtObject {
     readonly property ListModel suiteResults: ListModel {}
     readonly property string scoresLine: ValidationText.scoresLine(engineRows, results())
 
-    //! What belongs to the audio that an engine has: { backend, suite, index }. The user may move on before its transcript.
+    //! The utterance that is being transcribed: { backend, suite, index }. The user may move on before its transcript
+    //! arrives.
     property var utterance: null
     property bool wasListening: false
 

@@ -30,7 +30,7 @@ Controller {
     property bool rephraseOutdated: false
     //! The state before the last change signal.
     property bool wasListening: false
-    //! The last utterance was begun by a microphone test. Its transcript may arrive after the test has ended.
+    //! The last utterance was begun by a voice test. Its transcript may arrive after the test has ended.
     property bool utteranceIsTest: false
 
     property Timer voiceConfirmTimer: Timer {
@@ -141,7 +141,7 @@ Controller {
 
     // ---- The voice path
 
-    //! Whether a microphone test is running, whose transcripts are no prompts.
+    //! Whether a voice test is running, whose transcripts are no prompts.
     function isTested() {
         return voiceBridgeObject.batchSttMode || voiceBridgeObject.voiceTestActive;
     }
@@ -226,7 +226,7 @@ Controller {
         function onRephraseReady(original, rephrased) {
             voice.takeRephrased(rephrased);
         }
-        //! Maybe of the request to rephrase, which then gets no reply. If it does, that is still used.
+        //! It may be the error of the request to rephrase, which then gets no reply. A reply that comes anyway is used.
         function onErrorOccurred() {
             voice.voiceRephrasing = false;
         }
@@ -256,7 +256,7 @@ Controller {
     Connections {
         target: voice.bar.inputField
 
-        //! What was sent or cleared doesn't come back with the next utterance.
+        //! A text that was sent or cleared doesn't come back with the next utterance.
         function onTextChanged() {
             if (voice.bar.inputField.text === "")
                 voice.voiceComposeBase = "";

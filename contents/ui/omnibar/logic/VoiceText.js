@@ -41,7 +41,7 @@ function listening(begins, tr) {
     return Translatable.translated(begins ? mark("Listening...") : mark("Listening ended"), tr);
 }
 
-/** What was understood; a long transcript is cut. */
+/** The transcript; a long one is cut. */
 function understood(transcript, tr) {
     const line = LiteralText.oneLine(transcript.trim().replace(/\s+/g, " "), longestSpoken);
     return Translatable.filled(Translatable.translated(mark("Understood: {text}"), tr), { text: line });

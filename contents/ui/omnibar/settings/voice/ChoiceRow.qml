@@ -18,7 +18,7 @@ Item {
     required property string current
     property alias control: box
 
-    //! The user has chosen a row. @param value what they want
+    //! The user has chosen a row. @param value the wanted value
     signal chosen(string value)
 
     width: parent.width

@@ -19,7 +19,7 @@ Item {
     required property string valueText
     property alias control: slider
 
-    //! The user has moved the slider. @param value what they want
+    //! The user has moved the slider. @param value the wanted value
     signal moved(real value)
 
     width: parent.width

@@ -11,7 +11,7 @@ import "../../logic/VoiceTabText.js" as VoiceTabText
 import "../../logic/VoiceText.js" as VoiceText
 import "../common"
 
-//! The sentence to be read, what was heard, and the buttons of the voice test.
+//! The sentence to read aloud, its transcript, and the buttons of the voice test.
 Column {
     id: card
 
