@@ -9,6 +9,8 @@ import "qrc:/org/kde/loomra/contents/ui/validation/ValidationText.js" as Validat
 TestCase {
     name: "ValidationText"
 
+    function tr(text) { return "<" + text + ">"; }
+
     readonly property var allFlags: ({ "whisperSmallAvailable": true, "whisperSmallQ5Available": true, "moonshineAvailable": true, "nemotronAvailable": true })
 
     function test_offeredEngines_data() {
@@ -71,6 +73,9 @@ TestCase {
         compare(ValidationText.historyHeading({ time: "14:03:22", backend: "moonshine", text: "x", ms: 340 }), "14:03:22 · moonshine · 340 ms");
         compare(ValidationText.resultHeading({ accuracy: 0.75, sentenceId: "s02", category: "command", backend: "whisper", ms: 12 }),
                 "75% · s02 · command · whisper · 12 ms");
+        compare(ValidationText.historyHeading({ time: "14:03:22", backend: "moonshine", ms: 340 }, tr), "14:03:22 · moonshine · <340 ms>");
+        compare(ValidationText.resultHeading({ accuracy: 0.75, sentenceId: "s02", category: "command", backend: "whisper", ms: 12 }, tr),
+                "75% · s02 · command · whisper · <12 ms>");
     }
 
     function test_scoresLine() {
@@ -84,5 +89,6 @@ TestCase {
         const rows = [{ value: "whisper" }, { value: "moonshine" }, { value: "nemotron" }];
         compare(ValidationText.scoresLine(rows, results), "Scores · whisper 88% avg · 151 ms  |  moonshine 50% avg · 40 ms  |  nemotron —");
         compare(ValidationText.scoresLine(rows.slice(0, 1), []), "Scores · whisper —");
+        compare(ValidationText.scoresLine(rows.slice(0, 1), results, tr), "<Scores · whisper <88% avg · 151 ms>>");
     }
 }

@@ -21,7 +21,7 @@ ResultList {
         required property int ms
 
         owner: list
-        heading: ValidationText.historyHeading({ "time": time, "backend": backend, "ms": ms })
+        heading: ValidationText.historyHeading({ "time": time, "backend": backend, "ms": ms }, list.validation.tr)
         headingColor: list.theme.uiTextCaption
         transcript: text
     }

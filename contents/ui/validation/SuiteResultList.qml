@@ -25,7 +25,7 @@ ResultList {
         required property string backend
 
         owner: list
-        heading: ValidationText.resultHeading({ "accuracy": accuracy, "sentenceId": sentenceId, "category": category, "backend": backend, "ms": ms })
+        heading: ValidationText.resultHeading({ "accuracy": accuracy, "sentenceId": sentenceId, "category": category, "backend": backend, "ms": ms }, list.validation.tr)
         headingColor: Scoring.isGood(accuracy) ? list.theme.positiveText : list.theme.warningText
         sentence: reference
         transcript: hypothesis

@@ -42,7 +42,7 @@ QtObject {
     property bool suiteRunPaused: false
     //! Newest first: sentenceId, category, reference, hypothesis, accuracy, ms, backend.
     readonly property ListModel suiteResults: ListModel {}
-    readonly property string scoresLine: ValidationText.scoresLine(engineRows, results())
+    readonly property string scoresLine: ValidationText.scoresLine(engineRows, results(), tr)
 
     //! The utterance that is being transcribed: { backend, suite, index }. The user may move on before its transcript
     //! arrives.
@@ -135,7 +135,7 @@ QtObject {
     }
 
     function suiteSummaryForBackend(id) {
-        return ValidationText.summary(results(), id);
+        return ValidationText.summary(results(), id, tr);
     }
 
     function results() {

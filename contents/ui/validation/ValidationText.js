@@ -75,28 +75,33 @@ function levelShare(level) {
     return Math.min(level * 25, 1);
 }
 
+function duration(ms, tr) {
+    return Translatable.filled(Translatable.translated(mark("{count} ms"), tr), { count: ms });
+}
+
 /** The first line of a row of the history. */
-function historyHeading(row) {
-    return row.time + " · " + row.backend + " · " + row.ms + " ms";
+function historyHeading(row, tr) {
+    return [row.time, row.backend, duration(row.ms, tr)].join(" · ");
 }
 
 /** The first line of a result. */
-function resultHeading(row) {
-    return Scoring.formatPercent(row.accuracy) + " · " + row.sentenceId + " · " + row.category + " · " + row.backend + " · " + row.ms
-        + " ms";
+function resultHeading(row, tr) {
+    return [Scoring.formatPercent(row.accuracy), row.sentenceId, row.category, row.backend, duration(row.ms, tr)].join(" · ");
 }
 
 /** The mean accuracy and time of an engine's results, "—" without results. */
-function summary(results, backend) {
+function summary(results, backend, tr) {
     const own = results.filter(result => result.backend === backend);
     if (own.length === 0) {
         return "—";
     }
     const mean = key => own.reduce((sum, result) => sum + result[key], 0) / own.length;
-    return Scoring.formatPercent(mean("accuracy")) + " avg · " + Math.round(mean("ms")) + " ms";
+    return Translatable.filled(Translatable.translated(mark("{accuracy} avg · {ms} ms"), tr),
+                               { accuracy: Scoring.formatPercent(mean("accuracy")), ms: Math.round(mean("ms")) });
 }
 
 /** The summaries of all offered engines in one line. @param rows of offeredEngines() */
-function scoresLine(rows, results) {
-    return "Scores · " + rows.map(row => row.value + " " + summary(results, row.value)).join("  |  ");
+function scoresLine(rows, results, tr) {
+    const scores = rows.map(row => row.value + " " + summary(results, row.value, tr)).join("  |  ");
+    return Translatable.filled(Translatable.translated(mark("Scores · {scores}"), tr), { scores: scores });
 }
