@@ -123,6 +123,7 @@ void tst_VoiceConfirmation::strip()
     QCOMPARE(colourOf(strip), rgba(0.15, 0.10, 0.22, 0.92));
     QCOMPARE(colourOf(strip, "border.color"), rgba(0.9, 0.5, 1.0, 0.25));
     QVERIFY(!bar.isSeen(bar.item("idleCards")));
+    QCOMPARE(QAccessible::queryAccessibleInterface(strip)->text(QAccessible::Name), text("Voice prompt"));
     QCOMPARE(bar.property("shortcutHintHeight").toInt(), 62);
 
     // From left to right, in the middle of the strip.
@@ -266,6 +267,7 @@ void tst_VoiceConfirmation::buttons()
     QVERIFY(!content->property("truncated").toBool());
     QCOMPARE(colourOf(content), rgb(text("white")));
     QCOMPARE(content->property("font").value<QFont>().bold(), label == text("Send"));
+    QCOMPARE(content->property("font").value<QFont>().pointSizeF(), 9.0);
     QCOMPARE(colourOf(backgroundOf(button)), fill);
     bar.hover(button);
     QTRY_COMPARE(colourOf(backgroundOf(button)), hoverFill);

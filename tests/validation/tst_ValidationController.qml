@@ -340,7 +340,6 @@ TestCase {
 
     function test_runEnds_data() {
         return [
-            { tag: "stop", act: () => controller.stopListening() },
             { tag: "cancel", act: () => controller.cancelListening() },
             { tag: "engine", act: () => controller.chooseBackend("whisper") },
             { tag: "free mode", act: () => controller.chooseMode(false) },
@@ -359,6 +358,19 @@ TestCase {
         wait(0);
         compare(controller.suiteRunAll, false);
         compare(voice.takeCalls(), []);
+    }
+
+    function test_stopEndsOnlyTheUtterance() {
+        initSuite();
+        controller.runAllSentences();
+        voice.isListening = true;
+        controller.stopListening();
+        compare(controller.suiteRunAll, true);
+        voice.isListening = false;
+        voice.takeCalls();
+        understand("open the");
+        compare(controller.suiteIndex, 1);
+        tryCompare(voice, "calls", ["startListening()"]);
     }
 
     function test_nothingIsLogged() {

@@ -479,7 +479,7 @@ void tst_VoiceValidation::runAll()
     QVERIFY(m_fixture->settle());
     QCOMPARE(shown(m_fixture->item("scoresLine")),
              text("Scores · whisper —  |  whisper-small-q5 77% avg · 140 ms  |  moonshine —"));
-    QCOMPARE(shown(m_fixture->item("runLine")), text("Running all sentences. Stop or Cancel ends the run."));
+    QCOMPARE(shown(m_fixture->item("runLine")), text("Running all sentences. Cancel ends the run."));
     m_fixture->screenshot("validation-run");
     m_voice->set("isListening", false);
     m_voice->emitSignal("errorOccurred", text("No speech detected"));

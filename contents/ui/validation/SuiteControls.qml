@@ -80,6 +80,6 @@ Column {
         theme: controls.theme
         text: !controls.validation.suiteRunAll ? ""
             : controls.validation.suiteRunPaused ? controls.validation.tr("The run waits. Start listening to go on with this sentence.")
-            : controls.validation.tr("Running all sentences. Stop or Cancel ends the run.")
+            : controls.validation.tr("Running all sentences. Cancel ends the run.")
     }
 }

@@ -81,12 +81,12 @@ QtObject {
         Native.call(voice, "startListening");
     }
 
-    //! Stop and Cancel end a run too: there is no other way out of it.
+    //! Ends the utterance. A run goes on with the next sentence.
     function stopListening() {
-        suiteRunAll = false;
         Native.call(voice, "stopListening");
     }
 
+    //! Ends a run too: there is no other way out of it.
     function cancelListening() {
         suiteRunAll = false;
         Native.call(voice, "cancelListening");

@@ -16,7 +16,7 @@ TestCase {
     Component { id: bars; FakeBar {} }
     Component { id: silent; VoiceController {} }
     Component { id: bridges; FakeBridge {} }
-    Component { id: mutes; QtObject { property string status: "idle"; signal rephraseReady(string original, string rephrased); signal errorOccurred(string error) } }
+    Component { id: mutes; QtObject { property string status: "idle" } }
     Component { id: spies; SignalSpy {} }
 
     // Gives each instance its own fake, with the id that VoiceController expects as a context property.

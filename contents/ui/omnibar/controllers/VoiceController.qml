@@ -222,6 +222,7 @@ Controller {
 
     Connections {
         target: voice.bar.bridge
+        ignoreUnknownSignals: true // a chat client that can't rephrase
 
         function onRephraseReady(original, rephrased) {
             voice.takeRephrased(rephrased);
