@@ -314,6 +314,10 @@ void tst_OmniBarObjects::everyListedTypeCanBeMade()
          {{text("bar"), QVariant::fromValue(bar.window())},
           {text("theme"), bar.evaluate("omniTheme")},
           {text("barCardItem"), QVariant::fromValue(bar.item("barCard"))}}},
+        {text("VoiceTestPanel"),
+         {{text("bar"), QVariant::fromValue(bar.window())},
+          {text("theme"), bar.evaluate("omniTheme")},
+          {text("active"), false}}},
     };
     // As a file of contents/ui would.
     QQmlComponent component(bar.engine());

@@ -246,7 +246,7 @@ Item {
             mic.pressAndHold();
             keyRelease(Qt.Key_Space);
             compare(fakeVoice.calls, ["cancelListening()"]);
-            keyClick(Qt.Key_Space);
+            keyClick(Qt.Key_Return); // Space right after a hold still belongs to it
             compare(fakeVoice.calls, ["cancelListening()", "stopListening()"]);
             fakeVoice.isListening = false;
             compare(mic.Accessible.description, "");
