@@ -4,10 +4,14 @@
 #include "NativeObjects.h"
 
 #include "AgentBridge.h"
+#include "ChatModel.h"
 #include "ConfigManager.h"
 #include "FileCheck.h"
+#include "FileService.h"
 #include "I18nHelper.h"
 #include "LoomraSDK.h"
+#include "ProjectModel.h"
+#include "TokenUsageService.h"
 #include "VoiceBridge.h"
 
 #include <QQmlContext>
@@ -16,10 +20,12 @@
 namespace
 {
 
-//! The types of the module that are written in C++. ChatModel and ProjectModel join here.
+//! The types of the module that are written in C++.
 void registerTypes()
 {
+    qmlRegisterType<ChatModel>("org.kde.loomra", 1, 0, "ChatModel");
     qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
+    qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
 }
 
 } // namespace
@@ -37,18 +43,22 @@ LoomraSDK *create(QObject *parent, QQmlEngine *engine)
     registerTypes();
     QQmlContext *context = engine->rootContext();
 
-    // The whole order is I18nHelper, ConfigManager, LoomraSDK, FileService, AgentBridge, TokenUsageService,
-    // VoiceBridge. Keep this order, here and for the context properties below, when an object is added.
+    // The order of creation and of the context properties is fixed, because it is that of the parent's children, in
+    // which they are destroyed.
     context->setContextProperty(QStringLiteral("i18n"), new I18nHelper(parent));
     auto *configManager = new ConfigManager(parent);
     auto *loomraSDK = new LoomraSDK(configManager, parent);
+    auto *fileService = new FileService(parent);
     auto *agentBridge = new AgentBridge(parent);
+    auto *tokenUsageService = new TokenUsageService(parent);
     auto *voiceBridge = new VoiceBridge(parent);
 
     context->setContextProperty(QStringLiteral("toviWiAdvancedUiDefault"), advancedWorkspaceInterface());
     context->setContextProperty(QStringLiteral("configManager"), configManager);
     context->setContextProperty(QStringLiteral("loomraSDK"), loomraSDK);
+    context->setContextProperty(QStringLiteral("fileService"), fileService);
     context->setContextProperty(QStringLiteral("agentBridge"), agentBridge);
+    context->setContextProperty(QStringLiteral("tokenUsageService"), tokenUsageService);
     context->setContextProperty(QStringLiteral("voiceBridge"), voiceBridge);
     return loomraSDK;
 }

@@ -5,19 +5,24 @@
 #include "Application.h"
 #include "ConfigManager.h"
 #include "DataDirectories.h"
+#include "FileService.h"
 #include "I18nHelper.h"
 #include "LaunchMode.h"
 #include "LoomraSDK.h"
 #include "NativeObjects.h"
 #include "TerminalRequests.h"
 #include "TestRegistry.h"
+#include "TokenUsageService.h"
 #include "VoiceBridge.h"
 
 #include <QGuiApplication>
 #include <QPointer>
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QTest>
+
+#include <memory>
 
 using TerminalRequests::Request;
 
@@ -44,6 +49,8 @@ private Q_SLOTS:
     void describesItself();
     void passesTextsOn();
     void objectsOfQml();
+    void typesOfQml_data();
+    void typesOfQml();
     void objectsOutliveTheEngine();
 
 private:
@@ -224,13 +231,40 @@ void tst_Startup::objectsOfQml()
     QVERIFY(qobject_cast<I18nHelper *>(named("i18n")));
     QVERIFY(qobject_cast<ConfigManager *>(named("configManager")));
     QVERIFY(qobject_cast<LoomraSDK *>(named("loomraSDK")));
+    QVERIFY(qobject_cast<FileService *>(named("fileService")));
     QVERIFY(qobject_cast<AgentBridge *>(named("agentBridge")));
+    QVERIFY(qobject_cast<TokenUsageService *>(named("tokenUsageService")));
     QVERIFY(qobject_cast<VoiceBridge *>(named("voiceBridge")));
 
     // In the order of their creation.
-    const QObjectList inOrder = {named("i18n"), named("configManager"), named("loomraSDK"), named("agentBridge"),
+    const QObjectList inOrder = {named("i18n"),        named("configManager"), named("loomraSDK"),
+                                 named("fileService"), named("agentBridge"),   named("tokenUsageService"),
                                  named("voiceBridge")};
     QCOMPARE(parent.children(), inOrder);
+}
+
+void tst_Startup::typesOfQml_data()
+{
+    QTest::addColumn<QByteArray>("type");
+
+    for (const char *type : {"ChatModel", "FileCheck", "ProjectModel"}) {
+        QTest::newRow(type) << QByteArray(type);
+    }
+}
+
+void tst_Startup::typesOfQml()
+{
+    QFETCH(QByteArray, type);
+
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/"));
+    QObject parent;
+    NativeObjects::create(&parent, &engine);
+    QQmlComponent component(&engine);
+    component.setData("import org.kde.loomra 1.0\n" + type + " {}", QUrl());
+    const std::unique_ptr<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QCOMPARE(object->metaObject()->className(), type.constData());
 }
 
 void tst_Startup::objectsOutliveTheEngine()

@@ -6,8 +6,10 @@
 
 #include "AgentBridge.h"
 #include "ConfigManager.h"
+#include "FileService.h"
 #include "I18nHelper.h"
 #include "LoomraSDK.h"
+#include "TokenUsageService.h"
 #include "VoiceBridge.h"
 
 #include <QDirIterator>
@@ -31,7 +33,9 @@ const QVector<NativeObject> s_nativeObjects = {
     {QStringLiteral("toviWiAdvancedUiDefault"), nullptr}, // a bool
     {QStringLiteral("configManager"), &ConfigManager::staticMetaObject},
     {QStringLiteral("loomraSDK"), &LoomraSDK::staticMetaObject},
+    {QStringLiteral("fileService"), &FileService::staticMetaObject},
     {QStringLiteral("agentBridge"), &AgentBridge::staticMetaObject},
+    {QStringLiteral("tokenUsageService"), &TokenUsageService::staticMetaObject},
     {QStringLiteral("voiceBridge"), &VoiceBridge::staticMetaObject},
 };
 
