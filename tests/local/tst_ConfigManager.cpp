@@ -109,6 +109,21 @@ void tst_ConfigManager::offersItsMembersToQml()
                  QStringLiteral("void save()"),
                  QStringLiteral("bool isWorkspaceTemplateSlugEnabled(QString)"),
                  QStringLiteral("void setWorkspaceTemplateSlugEnabled(QString,bool)"),
+                 QStringLiteral("QJsonObject getLoomraConfig()"),
+                 QStringLiteral("void setLoomraConfig(QJsonObject)"),
+                 QStringLiteral("QJsonObject getAgents()"),
+                 QStringLiteral("QJsonObject getTools()"),
+                 QStringLiteral("QJsonObject getPermissions()"),
+                 QStringLiteral("QJsonObject getMcp()"),
+                 QStringLiteral("QJsonObject getProviders()"),
+                 QStringLiteral("void updateAgents(QJsonObject)"),
+                 QStringLiteral("void updateTools(QJsonObject)"),
+                 QStringLiteral("void updatePermissions(QJsonObject)"),
+                 QStringLiteral("void updateMcp(QJsonObject)"),
+                 QStringLiteral("void updateProviders(QJsonObject)"),
+                 QStringLiteral("bool saveLoomraConfig()"),
+                 QStringLiteral("QString getLoomraConfigPath()"),
+                 QStringLiteral("QString getLoomraConfigAsString()"),
              }));
 }
 

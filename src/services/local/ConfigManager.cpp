@@ -21,6 +21,14 @@ constexpr char s_reminderEnabled[] = "WorkspaceSuggestionReminderEnabled";
 constexpr char s_reminderMinutes[] = "WorkspaceSuggestionReminderMinutes";
 constexpr char s_templateSlugs[] = "EnabledWorkspaceTemplateSlugs";
 
+// Sections of the agent tool's file.
+const QString s_agents = QStringLiteral("agent");
+const QString s_modes = QStringLiteral("mode");
+const QString s_tools = QStringLiteral("tools");
+const QString s_permissions = QStringLiteral("permission");
+const QString s_mcp = QStringLiteral("mcp");
+const QString s_providers = QStringLiteral("provider");
+
 } // namespace
 
 ConfigManager::ConfigManager(QObject *parent)
@@ -123,4 +131,55 @@ void ConfigManager::setWorkspaceTemplateSlugEnabled(const QString &slug, bool en
     } else if (!m_values.templateSlugs.contains(slug)) {
         m_values.templateSlugs.append(slug);
     }
+}
+
+QJsonObject ConfigManager::getAgents() const
+{
+    const QJsonObject agents = m_toolConfig.section(s_agents);
+    return agents.isEmpty() ? m_toolConfig.section(s_modes) : agents;
+}
+
+QJsonObject ConfigManager::getTools() const
+{
+    return m_toolConfig.section(s_tools);
+}
+
+QJsonObject ConfigManager::getPermissions() const
+{
+    return m_toolConfig.section(s_permissions);
+}
+
+QJsonObject ConfigManager::getMcp() const
+{
+    return m_toolConfig.section(s_mcp);
+}
+
+QJsonObject ConfigManager::getProviders() const
+{
+    return m_toolConfig.section(s_providers);
+}
+
+void ConfigManager::updateAgents(const QJsonObject &agents)
+{
+    m_toolConfig.setSection(s_agents, agents);
+}
+
+void ConfigManager::updateTools(const QJsonObject &tools)
+{
+    m_toolConfig.setSection(s_tools, tools);
+}
+
+void ConfigManager::updatePermissions(const QJsonObject &permissions)
+{
+    m_toolConfig.setSection(s_permissions, permissions);
+}
+
+void ConfigManager::updateMcp(const QJsonObject &mcp)
+{
+    m_toolConfig.setSection(s_mcp, mcp);
+}
+
+void ConfigManager::updateProviders(const QJsonObject &providers)
+{
+    m_toolConfig.setSection(s_providers, providers);
 }

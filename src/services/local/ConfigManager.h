@@ -3,17 +3,21 @@
 
 #pragma once
 
+#include "ToolConfig.h"
+
 #include <KConfigGroup>
 #include <KSharedConfig>
 
+#include <QJsonObject>
 #include <QObject>
 #include <QStringList>
 
-//! The application's own settings, known to QML as configManager: API key, projects, workspace preferences.
+//! The application's own settings, known to QML as configManager: API key, projects, workspace preferences; and the
+//! configuration file of the agent tool.
 //!
-//! They are stored in the application's KConfig file, loomra-kderc, which other processes of the application write too.
-//! Changes stay in memory until the caller, or the destructor, calls save(). Errors are not reported: values that can't
-//! be written are lost. Main thread only.
+//! The settings are stored in the application's KConfig file, loomra-kderc, which other processes of the application
+//! write too. Changes stay in memory until the caller, or the destructor, calls save(). Errors are not reported: values
+//! that can't be written are lost. Main thread only.
 class ConfigManager : public QObject
 {
     Q_OBJECT
@@ -59,11 +63,35 @@ public:
     int workspaceSuggestionReminderMinutes() const { return m_values.reminderMinutes; }
     void setWorkspaceSuggestionReminderMinutes(int minutes) { m_values.reminderMinutes = minutes; }
 
+    // ---- The agent tool's file, see ToolConfig
+
+    //! Reads the file again; sections that were updated but not saved are lost.
+    Q_INVOKABLE QJsonObject getLoomraConfig() { return m_toolConfig.load(); }
+    Q_INVOKABLE void setLoomraConfig(const QJsonObject &config) { m_toolConfig.set(config); }
+    //! The agents, which older files call modes.
+    Q_INVOKABLE QJsonObject getAgents() const;
+    Q_INVOKABLE QJsonObject getTools() const;
+    Q_INVOKABLE QJsonObject getPermissions() const;
+    Q_INVOKABLE QJsonObject getMcp() const;
+    Q_INVOKABLE QJsonObject getProviders() const;
+    //! These replace a whole section in memory.
+    Q_INVOKABLE void updateAgents(const QJsonObject &agents);
+    Q_INVOKABLE void updateTools(const QJsonObject &tools);
+    Q_INVOKABLE void updatePermissions(const QJsonObject &permissions);
+    Q_INVOKABLE void updateMcp(const QJsonObject &mcp);
+    Q_INVOKABLE void updateProviders(const QJsonObject &providers);
+    //! @return whether the file was written
+    Q_INVOKABLE bool saveLoomraConfig() { return m_toolConfig.save(); }
+    //! Creates the directory of the file.
+    Q_INVOKABLE QString getLoomraConfigPath() const { return ToolConfig::path(); }
+    Q_INVOKABLE QString getLoomraConfigAsString() const { return m_toolConfig.asString(); }
+
 Q_SIGNALS:
     void apiKeyChanged();
     void currentProjectChanged();
     void recentProjectsChanged();
-    //! The configuration of the agent tool has changed.
+    //! The configuration of the agent tool was changed here, or saved. Connect to it with a queued connection only: it
+    //! is emitted with a mutex locked that the functions of the configuration need.
     void loomraConfigChanged();
 
 private:
@@ -84,4 +112,6 @@ private:
     Values m_values;
     //! As last loaded or saved. Values that differ from these were changed by this process.
     Values m_savedValues;
+
+    ToolConfig m_toolConfig {[this] { Q_EMIT loomraConfigChanged(); }};
 };

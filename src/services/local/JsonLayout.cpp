@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "JsonLayout.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cstring>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+constexpr char s_indent[] = "    ";
+
+//! A value as the text spells it.
+struct Spelling
+{
+    QByteArray text; //!< of a number, string or literal; empty otherwise
+    std::vector<QString> keys; //!< of an object, each once
+    QHash<QString, std::size_t> places; //!< of the keys
+    std::vector<Spelling> values; //!< of an object or array
+
+    const Spelling *member(const QString &key) const
+    {
+        const auto place = places.constFind(key);
+        return place == places.constEnd() ? nullptr : &values[*place];
+    }
+    const Spelling *element(int index) const
+    {
+        const auto position = static_cast<std::size_t>(index);
+        return keys.empty() && position < values.size() ? &values[position] : nullptr;
+    }
+};
+
+//! The value of a JSON text that isn't an object or array.
+QJsonValue scalar(const QByteArray &text)
+{
+    return QJsonDocument::fromJson('[' + text + ']').array().at(0);
+}
+
+//! Reads the spelling of a text that QJsonDocument has accepted, which also limits the depth.
+class Reader
+{
+public:
+    explicit Reader(const QByteArray &text)
+        : m_text(text)
+    {
+    }
+
+    Spelling read()
+    {
+        skipWhitespace();
+        switch (current()) {
+        case '{':
+            return readObject();
+        case '[':
+            return readArray();
+        default:
+            return {readScalar(), {}, {}, {}};
+        }
+    }
+
+private:
+    char current() const { return m_position < m_text.size() ? m_text.at(m_position) : '\0'; }
+    bool skip(char sign)
+    {
+        skipWhitespace();
+        if (current() != sign) {
+            return false;
+        }
+        ++m_position;
+        return true;
+    }
+    void skipWhitespace()
+    {
+        while (m_position < m_text.size() && std::strchr(" \t\n\r", current())) {
+            ++m_position;
+        }
+    }
+
+    Spelling readObject()
+    {
+        Spelling object;
+        for (++m_position; !skip('}') && m_position < m_text.size(); skip(',')) {
+            skipWhitespace();
+            const QString key = scalar(readScalar()).toString();
+            skip(':');
+            Spelling value = read();
+            // Of a repeated key, the last value counts.
+            if (const auto known = object.places.constFind(key); known != object.places.constEnd()) {
+                object.values[*known] = std::move(value);
+                continue;
+            }
+            object.places.insert(key, object.keys.size());
+            object.keys.push_back(key);
+            object.values.push_back(std::move(value));
+        }
+        return object;
+    }
+
+    Spelling readArray()
+    {
+        Spelling array;
+        for (++m_position; !skip(']') && m_position < m_text.size(); skip(',')) {
+            array.values.push_back(read());
+        }
+        return array;
+    }
+
+    QByteArray readScalar()
+    {
+        const int begin = m_position;
+        if (current() == '"') {
+            for (++m_position; m_position < m_text.size() && current() != '"'; ++m_position) {
+                if (current() == '\\') {
+                    ++m_position;
+                }
+            }
+            ++m_position;
+        } else {
+            while (m_position < m_text.size() && !std::strchr(",:]} \t\n\r", current())) {
+                ++m_position;
+            }
+        }
+        return m_text.mid(begin, m_position - begin);
+    }
+
+    const QByteArray m_text;
+    int m_position = 0;
+};
+
+class Writer
+{
+public:
+    QByteArray write(const QJsonObject &object, const Spelling *spelling)
+    {
+        writeObject(object, spelling);
+        return m_text + '\n';
+    }
+
+private:
+    void beginLine() { m_text += '\n' + QByteArray(s_indent).repeated(m_depth); }
+
+    void writeValue(const QJsonValue &value, const Spelling *spelling)
+    {
+        if (value.isObject()) {
+            writeObject(value.toObject(), spelling);
+        } else if (value.isArray()) {
+            writeArray(value.toArray(), spelling);
+        } else {
+            m_text += spelled(value, spelling);
+        }
+    }
+
+    static QByteArray spelled(const QJsonValue &value, const Spelling *spelling)
+    {
+        if (spelling && !spelling->text.isEmpty() && scalar(spelling->text) == value) {
+            return spelling->text;
+        }
+        const QByteArray list = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
+        return list.mid(1, list.size() - 2);
+    }
+
+    void writeObject(const QJsonObject &object, const Spelling *spelling)
+    {
+        std::vector<QString> keys;
+        if (spelling) {
+            for (const QString &key : spelling->keys) {
+                if (object.contains(key)) {
+                    keys.push_back(key);
+                }
+            }
+        }
+        for (auto member = object.begin(); member != object.end(); ++member) {
+            if (!spelling || !spelling->member(member.key())) {
+                keys.push_back(member.key());
+            }
+        }
+        m_text += '{';
+        ++m_depth;
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            m_text += i > 0 ? "," : "";
+            beginLine();
+            m_text += spelled(keys[i], nullptr) + ": ";
+            writeValue(object.value(keys[i]), spelling ? spelling->member(keys[i]) : nullptr);
+        }
+        --m_depth;
+        beginLine();
+        m_text += '}';
+    }
+
+    void writeArray(const QJsonArray &array, const Spelling *spelling)
+    {
+        m_text += '[';
+        ++m_depth;
+        for (int i = 0; i < array.size(); ++i) {
+            m_text += i > 0 ? "," : "";
+            beginLine();
+            writeValue(array.at(i), spelling ? spelling->element(i) : nullptr);
+        }
+        --m_depth;
+        beginLine();
+        m_text += ']';
+    }
+
+    QByteArray m_text;
+    int m_depth = 0;
+};
+
+} // namespace
+
+QByteArray JsonLayout::write(const QJsonObject &object, const QByteArray &original)
+{
+    std::optional<Spelling> spelling;
+    if (QJsonDocument::fromJson(original).isObject()) {
+        spelling = Reader(original).read();
+    }
+    return Writer().write(object, spelling ? &*spelling : nullptr);
+}
