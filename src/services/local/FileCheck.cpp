@@ -3,10 +3,17 @@
 
 #include "FileCheck.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
+#include <QTextStream>
+
+#include <algorithm>
 
 namespace
 {
+
+const QByteArray s_byteOrderMark = QByteArrayLiteral("\xEF\xBB\xBF");
 
 QString kindOf(const QFileInfo &file)
 {
@@ -22,6 +29,32 @@ QString kindOf(const QFileInfo &file)
     return file.isReadable() ? QStringLiteral("file") : QStringLiteral("unreadable");
 }
 
+//! Whether reading the bytes as text and writing that again gives the same bytes. FileService reads in this way.
+bool isText(const QByteArray &bytes, const QString &text)
+{
+    if (bytes.contains('\0')) {
+        return false;
+    }
+    QByteArray written;
+    QTextStream(&written) << text;
+    return written == bytes;
+}
+
+//! Whether a text document returns something else for this character, such as a space for a no-break space.
+bool isChangedByDocuments(QChar character)
+{
+    switch (character.unicode()) {
+    case 0x00A0: // no-break space
+    case 0x2028: // line separator
+    case 0x2029: // paragraph separator
+    case 0xFDD0: // QTextBeginningOfFrame
+    case 0xFDD1: // QTextEndOfFrame
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 QVariantMap FileCheck::examine(const QString &path) const
@@ -31,4 +64,59 @@ QVariantMap FileCheck::examine(const QString &path) const
     // A double, because QML has no 64-bit integers.
     const double size = kind == QLatin1String("file") ? static_cast<double>(file.size()) : 0;
     return {{QStringLiteral("kind"), kind}, {QStringLiteral("size"), size}};
+}
+
+QVariantMap FileCheck::examineText(const QString &path, double maximumSize) const
+{
+    QVariantMap found = examine(path);
+    const auto ofKind = [&found](const char *kind) {
+        found.insert(QStringLiteral("kind"), QString::fromLatin1(kind));
+        return found;
+    };
+    if (found.value(QStringLiteral("kind")) != QLatin1String("file")) {
+        return found;
+    }
+    const double size = found.value(QStringLiteral("size")).toDouble();
+    if (size > maximumSize) {
+        return ofKind("large");
+    }
+    QByteArray bytes;
+    // Files of the kernel that seem empty may block.
+    if (size > 0) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            return ofKind("unreadable");
+        }
+        bytes = file.read(static_cast<qint64>(maximumSize) + 1);
+    }
+    if (bytes.size() > maximumSize) {
+        return ofKind("large"); // it has grown
+    }
+
+    const bool hasMark = bytes.startsWith(s_byteOrderMark);
+    if (hasMark) {
+        bytes.remove(0, s_byteOrderMark.size());
+    }
+    const int breaks = bytes.count('\n');
+    const int returns = bytes.count('\r');
+    const bool isWindowsText = returns > 0 && returns == breaks && bytes.count("\r\n") == breaks;
+    const QString text = QTextStream(bytes).readAll();
+    if (!isText(bytes, text)) {
+        return ofKind("binary");
+    }
+    if ((returns > 0 && !isWindowsText) || std::any_of(text.cbegin(), text.cend(), isChangedByDocuments)) {
+        return ofKind("unsuitable");
+    }
+    found.insert(QStringLiteral("lineBreak"), isWindowsText ? QStringLiteral("\r\n") : QStringLiteral("\n"));
+    found.insert(QStringLiteral("byteOrderMark"), hasMark);
+    return found;
+}
+
+QString FileCheck::stamp(const QString &path) const
+{
+    const QFileInfo file(path);
+    if (!file.exists()) {
+        return {};
+    }
+    return QStringLiteral("%1 %2").arg(file.lastModified().toMSecsSinceEpoch()).arg(file.size());
 }
