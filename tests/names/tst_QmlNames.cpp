@@ -115,7 +115,8 @@ void tst_QmlNames::initTestCase()
 {
     m_files = filesIn(QStringLiteral("contents")) + filesIn(QStringLiteral("components"));
     QVERIFY(m_files.contains(QStringLiteral("contents/ui/OmniBar.qml")));
-    const QStringList fakes = filesIn(QStringLiteral("tests/omnibar/controllers"));
+    const QStringList fakes =
+        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow"));
     for (const QString &path : m_files + fakes) {
         m_check.addFile(path, contentOf(path));
     }
@@ -199,6 +200,8 @@ void tst_QmlNames::fakes_data()
                             << "agentBridge";
     QTest::newRow("SDK") << "FakeSdk"
                          << "loomraSDK";
+    QTest::newRow("SDK of the panels") << "FakePanelSdk"
+                                       << "loomraSDK";
     QTest::newRow("settings") << "FakeConfig"
                               << "configManager";
     QTest::newRow("voice bridge") << "FakeVoiceBridge"

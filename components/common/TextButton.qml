@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtQuick.Controls 2.15 as QQC2
+
+//! A button in the desktop's style. Set "label" instead of "text", in which an ampersand becomes a shortcut. Return
+//! clicks like Space.
+QQC2.Button {
+    property string label
+
+    text: label.replace(/&/g, "&&")
+    Accessible.name: label
+    Keys.onReturnPressed: if (!event.isAutoRepeat) clicked()
+    Keys.onEnterPressed: if (!event.isAutoRepeat) clicked()
+}
