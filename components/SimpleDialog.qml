@@ -97,10 +97,12 @@ FocusScope {
         objectName: "dialogBox"
 
         readonly property real padding: Kirigami.Units.largeSpacing
+        //! Height of the whole content. No binding: when a wrapped text appears, the layout reports its height twice.
+        property real contentLength: 0
 
         anchors.centerIn: parent
         width: Math.min(dialog.maximumWidth, dialog.width * dialog.widthShare)
-        height: Math.min(heading.implicitHeight + contentColumn.implicitHeight + buttonRow.implicitHeight + 4 * padding,
+        height: Math.min(heading.implicitHeight + contentLength + buttonRow.implicitHeight + 4 * padding,
                          dialog.height * dialog.heightShare)
         radius: Kirigami.Units.smallSpacing
         color: Kirigami.Theme.backgroundColor
@@ -132,7 +134,7 @@ FocusScope {
             anchors.top: heading.bottom
             anchors.bottom: buttonRow.top
             anchors.margins: box.padding
-            contentHeight: contentColumn.implicitHeight
+            contentHeight: box.contentLength
             thumbColor: Qt.rgba(Kirigami.Theme.textColor.r, Kirigami.Theme.textColor.g, Kirigami.Theme.textColor.b, 0.35)
             scrollBarName: Translation.tr("Scroll dialog")
 
@@ -141,6 +143,7 @@ FocusScope {
 
                 width: parent.width
                 spacing: Kirigami.Units.smallSpacing
+                onImplicitHeightChanged: box.contentLength = implicitHeight
             }
         }
 

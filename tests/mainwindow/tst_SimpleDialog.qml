@@ -3,9 +3,11 @@
 
 import QtQuick 2.15
 import QtQuick.Controls 2.15 as QQC2
+import QtQuick.Layouts 1.15
 import QtTest 1.15
 
 import org.kde.loomra 1.0
+import org.kde.loomra.components.controls 1.0
 
 Item {
     id: root
@@ -29,6 +31,12 @@ Item {
         }
         QQC2.TextField {
             id: second
+        }
+        PlainText {
+            id: wrapped
+            Layout.fillWidth: true
+            visible: text !== ""
+            wrapMode: Text.Wrap
         }
         buttons: QQC2.Button {
             id: button
@@ -121,6 +129,15 @@ Item {
                 keyClick(Qt.Key_Tab, Qt.ShiftModifier);
                 tryVerify(() => item.activeFocus);
             }
+        }
+
+        //! A message that appears later. A binding loop would fail the test.
+        function test_theBoxGrowsWithItsContent() {
+            const before = child("dialogBox").height;
+            wrapped.text = "a long text ".repeat(20);
+            tryVerify(() => child("dialogBox").height > before + wrapped.font.pixelSize);
+            wrapped.text = "";
+            tryCompare(child("dialogBox"), "height", before);
         }
 
         function test_aTallDialogScrolls() {
