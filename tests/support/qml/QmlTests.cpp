@@ -3,20 +3,29 @@
 
 #include "LoopbackListener.h"
 #include "QmlWarnings.h"
+#include "TestFiles.h"
 
 #include "Application.h"
+#include "ConfigManager.h"
+#include "FileCheck.h"
+#include "FileService.h"
+#include "ProjectModel.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QtQuickTest>
 
+#include <memory>
+
 //! The runner of all tst_*.qml. It imports the program's resources, sets the program's environment and about data, and
 //! turns warnings of the QML engine into failures. (The engine reports errors in bindings when the outermost object is
 //! complete. Without "when: windowShown" that is after the last test, to which the failure is then attributed.)
 //!
-//! Tests have two context properties:
+//! Types and services for files are those of the program. Tests have these context properties:
 //!   qmlWarnings       see QmlWarnings; expect(start) for a warning that must occur
 //!   loopbackListener  see LoopbackListener; address, connections
+//!   testFiles         see TestFiles; a temporary directory
+//!   realFileService, realConfigManager  to be passed to a component
 class QmlTests : public QObject
 {
     Q_OBJECT
@@ -26,6 +35,9 @@ public Q_SLOTS:
     {
         Application::prepareEnvironment();
         Application::describe();
+        m_configManager = std::make_unique<ConfigManager>();
+        qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
+        qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
     }
 
     void qmlEngineAvailable(QQmlEngine *engine)
@@ -34,7 +46,11 @@ public Q_SLOTS:
         m_warnings.watch(engine);
         engine->rootContext()->setContextProperty(QStringLiteral("qmlWarnings"), &m_warnings);
         m_listener.listen();
-        engine->rootContext()->setContextProperty(QStringLiteral("loopbackListener"), &m_listener);
+        QQmlContext *context = engine->rootContext();
+        context->setContextProperty(QStringLiteral("loopbackListener"), &m_listener);
+        context->setContextProperty(QStringLiteral("testFiles"), &m_files);
+        context->setContextProperty(QStringLiteral("realFileService"), &m_fileService);
+        context->setContextProperty(QStringLiteral("realConfigManager"), m_configManager.get());
     }
 
     void cleanupTestCase() { m_warnings.reportMissing(); }
@@ -42,6 +58,9 @@ public Q_SLOTS:
 private:
     QmlWarnings m_warnings;
     LoopbackListener m_listener;
+    TestFiles m_files;
+    FileService m_fileService;
+    std::unique_ptr<ConfigManager> m_configManager; // after the about data
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(QmlTests, QmlTests)
