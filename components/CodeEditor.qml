@@ -96,6 +96,7 @@ FocusScope {
 
             Flow {
                 Layout.fillWidth: true
+                Layout.preferredWidth: toolWidth
                 Layout.maximumWidth: toolWidth
                 spacing: Kirigami.Units.smallSpacing
 
@@ -144,6 +145,7 @@ FocusScope {
 
             RowLayout {
                 Layout.fillWidth: true
+                Layout.preferredWidth: Kirigami.Units.gridUnit * 8 // whatever the length of the path
                 spacing: Kirigami.Units.smallSpacing
 
                 PlainText {
@@ -226,6 +228,7 @@ FocusScope {
                     wrapMode: TextEdit.NoWrap
                     font.family: "monospace"
                     font.pointSize: Kirigami.Theme.defaultFont.pointSize
+                    tabStopDistance: 4 * metrics.averageCharacterWidth
                     color: Kirigami.Theme.textColor
                     selectionColor: Kirigami.Theme.highlightColor
                     selectedTextColor: Kirigami.Theme.highlightedTextColor
@@ -233,6 +236,12 @@ FocusScope {
                     background: null
                     Accessible.name: Translation.tr("Code")
                     Accessible.description: Translation.tr("Tab is part of the text. Ctrl+Tab or Escape leaves the editor.")
+
+                    FontMetrics {
+                        id: metrics
+                        font: area.font
+                    }
+
                     Keys.priority: Keys.BeforeItem
                     Keys.onEscapePressed: editor.leaveText(true)
                     Keys.onPressed: {

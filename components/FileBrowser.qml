@@ -64,6 +64,7 @@ ColumnLayout {
             Layout.fillWidth: true
             level: 2
             text: Translation.tr("Files")
+            color: Kirigami.Theme.textColor // in every style
             textFormat: Text.PlainText
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading
@@ -74,6 +75,7 @@ ColumnLayout {
             id: refreshButton
             objectName: "refreshButton"
 
+            Layout.preferredWidth: implicitHeight
             label: Translation.tr("Refresh")
             display: QQC2.AbstractButton.IconOnly
             icon.name: "view-refresh"
@@ -137,6 +139,7 @@ ColumnLayout {
         Layout.fillWidth: true
         level: 3
         text: Translation.tr("Recent Projects")
+        color: Kirigami.Theme.textColor // in every style
         textFormat: Text.PlainText
         elide: Text.ElideRight
         Accessible.role: Accessible.Heading

@@ -32,6 +32,7 @@ ColumnLayout {
             Layout.fillWidth: true
             level: panel.headingLevel
             text: panel.title
+            color: Kirigami.Theme.textColor // in every style
             textFormat: Text.PlainText
             elide: Text.ElideRight
             Accessible.role: Accessible.Heading

@@ -10,6 +10,7 @@ Kirigami.Heading {
     Layout.fillWidth: true
     Layout.topMargin: Kirigami.Units.largeSpacing
     level: 3
+    color: Kirigami.Theme.textColor // in every style
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
     Accessible.role: Accessible.Heading

@@ -5,6 +5,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import QtQuick.Window 2.15
 import QtTest 1.15
+import org.kde.kirigami 2.20 as Kirigami
 
 import org.kde.loomra 1.0
 
@@ -75,7 +76,9 @@ Item {
         function test_headings(data) {
             open(data.component);
             verify(panel instanceof ColumnLayout);
-            compare(findChild(panel, "panelHeading").text, data.heading);
+            const heading = findChild(panel, "panelHeading");
+            compare(heading.text, data.heading);
+            verify(Qt.colorEqual(heading.color, heading.Kirigami.Theme.textColor)); // also on dark windows
             compare(findChild(panel, "refreshButton").visible, data.refreshes);
         }
 
