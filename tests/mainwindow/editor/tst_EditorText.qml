@@ -12,6 +12,7 @@ TestCase {
     function test_messages() {
         compare(EditorText.message("folder", "/a {path} & <b>", text => text), "/a {path} & <b> is a folder.");
         compare(EditorText.message("folder", "/a", text => "«" + text + "»"), "«/a is a folder.»");
+        compare(EditorText.message("unreadable", "/a", text => text), "You have no permission to read /a.");
         for (const key of EditorText.refusedKinds)
             verify(EditorText.messages[key].includes("{path}"), key);
     }

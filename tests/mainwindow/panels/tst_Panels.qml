@@ -187,6 +187,22 @@ Item {
             tryVerify(() => texts("recordName").join() === "c");
         }
 
+        function test_accessibility() {
+            open(undo);
+            sdk.auditRecentListed([{ id: "R&D", at: someTime }]);
+            const list = findChild(panel, "actionList");
+            compare(list.Accessible.role, Accessible.List);
+            compare(list.Accessible.name, "Undo Center");
+            const row = list.itemAtIndex(0);
+            compare(row.Accessible.role, Accessible.ListItem);
+            compare(row.Accessible.name, "R&D");
+            compare(row.Accessible.description, someText);
+            const revert = findChild(row, "revertButton");
+            compare(revert.Accessible.name, "Revert");
+            compare(revert.Accessible.description, "R&D");
+            compare(findChild(panel, "panelHeading").Accessible.role, Accessible.Heading);
+        }
+
         function test_hostileActions() {
             open(undo);
             for (const actions of [null, undefined, "x", 7, {}, [null, 7, "x", [], {}, { id: {}, at: {} }]])
