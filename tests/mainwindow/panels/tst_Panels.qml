@@ -283,6 +283,19 @@ Item {
             compare(root.Window.activeFocusItem.objectName, "deleteButton");
             keyClick(Qt.Key_Tab);
             verify(!list.activeFocus);
+            // The last row too.
+            keyClick(Qt.Key_Tab, Qt.ShiftModifier);
+            compare(root.Window.activeFocusItem.objectName, "deleteButton");
+            sdk.automationListed([rows[0]]);
+            verify(list.currentItem.activeFocus);
+            compare(list.currentIndex, 0);
+            sdk.automationListed([]);
+            compare(list.count, 0);
+            keyClick(Qt.Key_Tab, Qt.ShiftModifier);
+            verify(findChild(panel, "refreshButton").activeFocus);
+            sdk.automationListed(rows);
+            keyClick(Qt.Key_Tab);
+            verify(list.currentItem.activeFocus);
         }
 
         // ---- Desktop Inspector
