@@ -116,7 +116,7 @@ void tst_QmlNames::initTestCase()
     m_files = filesIn(QStringLiteral("contents")) + filesIn(QStringLiteral("components"));
     QVERIFY(m_files.contains(QStringLiteral("contents/ui/OmniBar.qml")));
     const QStringList fakes =
-        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow"));
+        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow/panels"));
     for (const QString &path : m_files + fakes) {
         m_check.addFile(path, contentOf(path));
     }
