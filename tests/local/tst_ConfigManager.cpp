@@ -124,6 +124,9 @@ void tst_ConfigManager::offersItsMembersToQml()
                  QStringLiteral("bool saveLoomraConfig()"),
                  QStringLiteral("QString getLoomraConfigPath()"),
                  QStringLiteral("QString getLoomraConfigAsString()"),
+                 QStringLiteral("QString getLoomraConfigSchema()"),
+                 QStringLiteral("bool isLoomraConfigValid()"),
+                 QStringLiteral("bool isLoomraConfigChangedOnDisk()"),
              }));
 }
 

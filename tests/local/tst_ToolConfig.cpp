@@ -14,7 +14,9 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <csignal>
 #include <functional>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -52,6 +54,8 @@ private Q_SLOTS:
     void unusableFiles_data();
     void unusableFiles();
     void brokenFileIsOverwritten();
+    void changedOnDisk();
+    void cutShortByAFailedSave();
     void sections_data();
     void sections();
     void agentsOrModes_data();
@@ -154,6 +158,8 @@ void tst_ToolConfig::unusableFiles()
     }
     ConfigManager config;
     QCOMPARE(config.getLoomraConfig(), QJsonObject());
+    QCOMPARE(config.isLoomraConfigValid(), false);
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
     QCOMPARE(this->content(), content);
 }
 
@@ -164,6 +170,59 @@ void tst_ToolConfig::brokenFileIsOverwritten()
     ConfigManager config;
     QVERIFY(config.saveLoomraConfig());
     QCOMPARE(content(), QByteArray("{\n}\n"));
+    QCOMPARE(config.isLoomraConfigValid(), true);
+}
+
+void tst_ToolConfig::changedOnDisk()
+{
+    ConfigManager config;
+    QCOMPARE(config.getLoomraConfigSchema(), config.getLoomraConfig().value(text("$schema")).toString());
+    QCOMPARE(config.isLoomraConfigValid(), true);
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false); // no file, and none before
+
+    write(R"({"theme":"dark"})");
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), true);
+    config.getLoomraConfig();
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+    write("{\r\n}");
+    config.getLoomraConfig();
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+
+    config.updateTools(objectOf(R"({"bash":true})"));
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false); // the change is in memory
+    QVERIFY(config.saveLoomraConfig());
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+    write(content() + ' ');
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), true);
+    QVERIFY(config.saveLoomraConfig()); // the caller has decided
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+    QVERIFY(QFile::remove(m_path));
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), true);
+}
+
+void tst_ToolConfig::cutShortByAFailedSave()
+{
+    // Writing fails when the file is full: no file of this process may be longer than this.
+    write(R"({"theme":"dark"})");
+    ConfigManager config;
+    config.updateTools(objectOf(R"({"bash":true})"));
+    struct rlimit before
+    {
+    };
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    struct rlimit limit = before;
+    limit.rlim_cur = 4;
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    const bool isSaved = config.saveLoomraConfig();
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
+    signal(SIGXFSZ, handler);
+    QVERIFY(!isSaved);
+    QVERIFY(content().size() <= 4);
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+    QVERIFY(config.saveLoomraConfig());
+    QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
+    QCOMPARE(objectOf(content()), objectOf(R"({"theme":"dark","tools":{"bash":true}})"));
 }
 
 void tst_ToolConfig::sections_data()

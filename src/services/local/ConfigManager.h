@@ -85,6 +85,12 @@ public:
     //! Creates the directory of the file.
     Q_INVOKABLE QString getLoomraConfigPath() const { return ToolConfig::path(); }
     Q_INVOKABLE QString getLoomraConfigAsString() const { return m_toolConfig.asString(); }
+    //! The address of the schema of a new file.
+    Q_INVOKABLE QString getLoomraConfigSchema() const { return ToolConfig::schema(); }
+    //! False if the file could not be read or parsed: the configuration is empty, and saving it replaces the file.
+    Q_INVOKABLE bool isLoomraConfigValid() const { return m_toolConfig.isValid(); }
+    //! Whether somebody else has written the file since it was read or saved here. Reads the file.
+    Q_INVOKABLE bool isLoomraConfigChangedOnDisk() const { return m_toolConfig.isChangedOnDisk(); }
 
 Q_SIGNALS:
     void apiKeyChanged();

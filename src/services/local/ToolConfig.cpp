@@ -34,6 +34,7 @@ ToolConfig::ToolConfig(std::function<void()> changed)
     const File file = read();
     m_config = file.config;
     m_text = file.text;
+    m_isValid = file.isValid;
 }
 
 QString ToolConfig::path()
@@ -44,25 +45,34 @@ QString ToolConfig::path()
     return directory + QLatin1String("/loomra.json");
 }
 
+bool ToolConfig::readText(const QString &path, QByteArray &text)
+{
+    QFile file(path);
+    if (isSpecial(path) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return false;
+    }
+    text = file.readAll();
+    return true;
+}
+
 ToolConfig::File ToolConfig::read()
 {
     const QString path = ToolConfig::path();
     if (!QFileInfo::exists(path)) {
-        return {{{s_schemaKey, s_schema}}, {}};
+        return {{{s_schemaKey, s_schema}}, {}, true};
     }
-    QFile file(path);
-    if (isSpecial(path) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    QByteArray text;
+    if (!readText(path, text)) {
         qWarning() << "Failed to open Loomra config file:" << path;
-        return {};
+        return {{}, {}, false};
     }
-    const QByteArray text = file.readAll();
     QJsonParseError error {};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError) {
         qWarning() << "Failed to parse Loomra config JSON:" << error.errorString();
-        return {};
+        return {{}, text, false};
     }
-    return {document.object(), text};
+    return {document.object(), text, document.isObject()};
 }
 
 QJsonObject ToolConfig::load()
@@ -71,6 +81,8 @@ QJsonObject ToolConfig::load()
     const QMutexLocker locker(&m_mutex);
     m_config = file.config;
     m_text = file.text;
+    m_isValid = file.isValid;
+    m_isCutShort = false;
     qDebug() << "getLoomraConfig: Loaded config with" << m_config.size() << "top-level keys";
     qDebug() << "getLoomraConfig: agent keys:" << m_config.value(QLatin1String("agent")).toObject().keys();
     return m_config;
@@ -120,9 +132,13 @@ bool ToolConfig::save()
     };
     if (!write()) {
         qWarning() << "Failed to save Loomra config to:" << path;
+        // What is left there is no change by somebody else. The old text still has the layout.
+        m_isCutShort = file.openMode() != QIODevice::NotOpen;
         return false;
     }
     m_text = text;
+    m_isValid = true;
+    m_isCutShort = false;
     qDebug() << "Loomra config saved successfully";
     m_changed();
     return true;
@@ -132,4 +148,23 @@ QString ToolConfig::asString() const
 {
     const QMutexLocker locker(&m_mutex);
     return QString::fromUtf8(JsonLayout::write(m_config, m_text));
+}
+
+QString ToolConfig::schema()
+{
+    return s_schema;
+}
+
+bool ToolConfig::isValid() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_isValid;
+}
+
+bool ToolConfig::isChangedOnDisk() const
+{
+    const QMutexLocker locker(&m_mutex);
+    QByteArray text;
+    readText(path(), text);
+    return text != m_text && !m_isCutShort;
 }

@@ -41,12 +41,22 @@ public:
     //! The content that save() would write.
     QString asString() const;
 
+    //! The address of the schema in the default configuration.
+    static QString schema();
+    //! Whether the file, as it was read last, was a readable JSON object, or there was none.
+    bool isValid() const;
+    //! Whether the file has other content than it had when it was last read or written here. Reads the file.
+    bool isChangedOnDisk() const;
+
 private:
     struct File
     {
         QJsonObject config;
-        QByteArray text; //!< empty if it was not usable
+        QByteArray text; //!< whatever it is; empty if there is no file or it can't be read
+        bool isValid = true;
     };
+    //! Returns whether the file could be read.
+    static bool readText(const QString &path, QByteArray &text);
     static File read();
 
     const std::function<void()> m_changed;
@@ -54,4 +64,7 @@ private:
     QJsonObject m_config;
     //! The text that was last read or written.
     QByteArray m_text;
+    bool m_isValid = true;
+    //! A failed save() has left a part of the text in the file.
+    bool m_isCutShort = false;
 };
