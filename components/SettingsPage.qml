@@ -44,6 +44,8 @@ Kirigami.Page {
             window.showPassiveNotification(text, duration);
     }
 
+    // Styles without a platform theme are light by default, whatever the colours of the window.
+    palette: Kirigami.Theme.palette
     title: Translation.tr("Loomra Settings")
     padding: 0
     Component.onCompleted: controller.reload()
@@ -131,6 +133,7 @@ Kirigami.Page {
 
                     text: Translation.tr(modelData.title)
                     icon.name: modelData.icon
+                    icon.color: Kirigami.Theme.textColor
                     Accessible.name: text
                 }
             }
