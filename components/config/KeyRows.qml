@@ -26,7 +26,8 @@ ColumnLayout {
     property bool isComplete: false
 
     function update() {
-        if (!isComplete)
+        // A deferred call may come after the end of these rows, when ids are null.
+        if (!isComplete || !rowModel)
             return;
         const before = shownKeys;
         shownKeys = pane ? keys.slice(0, wantedCount) : keys.slice();
@@ -36,7 +37,7 @@ ColumnLayout {
 
     //! Adds rows until there is a whole page below the view.
     function grow() {
-        if (!pane || wantedCount >= keys.length || !visible)
+        if (!rowModel || !pane || wantedCount >= keys.length || !visible)
             return;
         const end = rows.mapToItem(pane.contentItem, 0, rows.height).y;
         if (end < pane.contentY + 2 * pane.height) {
@@ -46,8 +47,9 @@ ColumnLayout {
     }
 
     spacing: Kirigami.Units.largeSpacing
+    // Deferred, because a row may be the caller.
     onKeysChanged: {
-        update();
+        Qt.callLater(update);
         Qt.callLater(grow);
     }
     onWantedCountChanged: update()

@@ -45,10 +45,19 @@ QtObject {
     }
 
     function readBack() {
-        const config = copyOf(call("getLoomraConfig", {}));
+        const config = copyOf(load());
         configData = ConfigObject.has(config, "agent") ? config : ConfigObject.withValue(config, "agent", {});
         hasUnsavedChanges = false;
         problem = call("isLoomraConfigValid", true) ? "" : "invalid";
+    }
+
+    function load() {
+        try {
+            return call("getLoomraConfig", {});
+        } catch (error) {
+            // A key "__proto__" that is no object. The file is read nevertheless.
+            return {};
+        }
     }
 
     //! The text is preferred, because a key "__proto__" gets lost when an object comes from C++.
