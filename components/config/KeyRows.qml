@@ -26,8 +26,7 @@ ColumnLayout {
     property bool isComplete: false
 
     function update() {
-        // A deferred call may come after the end of these rows, when ids are null.
-        if (!isComplete || !rowModel)
+        if (!isComplete)
             return;
         const before = shownKeys;
         shownKeys = pane ? keys.slice(0, wantedCount) : keys.slice();
@@ -37,7 +36,7 @@ ColumnLayout {
 
     //! Adds rows until there is a whole page below the view.
     function grow() {
-        if (!rowModel || !pane || wantedCount >= keys.length || !visible)
+        if (!isComplete || !pane || wantedCount >= keys.length || !visible)
             return;
         const end = rows.mapToItem(pane.contentItem, 0, rows.height).y;
         if (end < pane.contentY + 2 * pane.height) {
@@ -59,6 +58,9 @@ ColumnLayout {
         Qt.callLater(grow);
     }
     onVisibleChanged: Qt.callLater(grow)
+
+    // Deferred calls still come then.
+    Component.onDestruction: isComplete = false
 
     Connections {
         target: rows.pane
