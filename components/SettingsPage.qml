@@ -31,6 +31,11 @@ Kirigami.Page {
         changed: Translation.tr("Another program has changed the configuration file. \"Reload\" shows its changes; \"Save Configuration\" replaces them.")
     })
 
+    //! A colour between background and text.
+    function shade(share) {
+        return Kirigami.ColorUtils.linearInterpolation(Kirigami.Theme.backgroundColor, Kirigami.Theme.textColor, share);
+    }
+
     //! Leaves the page, if the window has others.
     function back() {
         const window = typeof applicationWindow === "function" ? applicationWindow() : null;
@@ -44,11 +49,30 @@ Kirigami.Page {
             window.showPassiveNotification(text, duration);
     }
 
-    // Styles without a platform theme are light by default, whatever the colours of the window.
-    palette: Kirigami.Theme.palette
+    // Styles that don't follow the desktop's colours are light, whatever the colours of the window.
+    palette.window: Kirigami.Theme.backgroundColor
+    palette.windowText: Kirigami.Theme.textColor
+    palette.base: fieldColors.Kirigami.Theme.backgroundColor
+    palette.text: Kirigami.Theme.textColor
+    palette.button: shade(0.08)
+    palette.buttonText: Kirigami.Theme.textColor
+    palette.brightText: Kirigami.Theme.textColor
+    palette.light: shade(0.04)
+    palette.midlight: shade(0.12)
+    palette.mid: shade(0.3)
+    palette.dark: shade(0.2)
+    palette.highlight: Kirigami.Theme.highlightColor
+    palette.highlightedText: Kirigami.Theme.highlightedTextColor
     title: Translation.tr("Loomra Settings")
     padding: 0
     Component.onCompleted: controller.reload()
+
+    Item {
+        id: fieldColors
+
+        Kirigami.Theme.inherit: false
+        Kirigami.Theme.colorSet: Kirigami.Theme.View
+    }
 
     ConfigController {
         id: controller
@@ -120,7 +144,7 @@ Kirigami.Page {
             text: visible ? page.problems[controller.problem] : ""
         }
         QQC2.TabBar {
-            id: bar
+            id: tabBar
             objectName: "settingsTabs"
 
             Layout.fillWidth: true
@@ -141,7 +165,7 @@ Kirigami.Page {
         StackLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            currentIndex: bar.currentIndex
+            currentIndex: tabBar.currentIndex
 
             Repeater {
                 model: page.tabs
@@ -153,7 +177,7 @@ Kirigami.Page {
                     required property int index
 
                     file: Qt.resolvedUrl(modelData.file)
-                    wanted: bar.currentIndex === index
+                    wanted: tabBar.currentIndex === index
                     properties: ({ controller: controller })
 
                     Connections {

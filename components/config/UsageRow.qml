@@ -27,8 +27,8 @@ RowLayout {
             required property string modelData
             required property int index
 
-            Layout.fillWidth: false
             Layout.preferredWidth: Kirigami.Units.gridUnit * (index === 5 ? 8 : 5)
+            Layout.maximumWidth: Layout.preferredWidth
             horizontalAlignment: index === 0 ? Text.AlignLeft : Text.AlignRight
             text: modelData
             font.bold: row.isHeader
@@ -40,6 +40,7 @@ RowLayout {
     Item {
         Layout.fillWidth: true
         Layout.fillHeight: true
+        Layout.preferredWidth: Kirigami.Units.gridUnit * 5
 
         Rectangle {
             objectName: "usageBar"

@@ -51,12 +51,18 @@ ConfigWindow::~ConfigWindow()
     m_root.reset();
     m_engine.reset();
     m_manager.reset();
-    // No desktop's style is installed with the tests.
-    QStringList warnings = log.takeWarnings();
-    warnings.removeAll(QStringLiteral("Failed to find a Kirigami platform plugin"));
+    const QStringList warnings = takeWarnings();
     if (!warnings.isEmpty()) {
         fail(QStringLiteral("unexpected warning: ") + warnings.join(QStringLiteral(" | ")));
     }
+}
+
+QStringList ConfigWindow::takeWarnings()
+{
+    QStringList warnings = log.takeWarnings();
+    // No desktop's style is installed with the tests.
+    warnings.removeAll(QStringLiteral("Failed to find a Kirigami platform plugin"));
+    return warnings;
 }
 
 QString ConfigWindow::path()

@@ -65,6 +65,8 @@ public:
     void choose(QQuickItem *box, const QString &word);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
 
+    //! The unexpected warnings so far. They don't fail the test any more.
+    QStringList takeWarnings();
     //! Writes the window's picture to NAME.png in the directory that TOVICTL_SCREENSHOTS names, if there is one.
     void screenshot(const QString &name) const;
 

@@ -259,7 +259,7 @@ void tst_AgentsConfigPage::failedSave()
     QVERIFY(window.open());
     QVERIFY(QFile::remove(window.path()));
     QVERIFY(QDir().mkpath(window.path())); // can't be written
-    window.log.takeWarnings();
+    window.takeWarnings();
     window.edit(window.control("model"), text("m"));
     // The file has changed on disk.
     QTRY_COMPARE(window.settings()->property("hasUnsavedChanges").toBool(), true);
@@ -268,7 +268,7 @@ void tst_AgentsConfigPage::failedSave()
     QTRY_COMPARE(window.notices(), QStringList(text("Failed to save configuration 3000")));
     QCOMPARE(window.settings()->property("hasUnsavedChanges").toBool(), true);
     QCOMPARE(window.control("model")->property("text").toString(), text("m"));
-    QCOMPARE(window.log.takeWarnings().size(), 2);
+    QCOMPARE(window.takeWarnings().size(), 2);
     QVERIFY(QDir(window.path()).removeRecursively());
     window.click("settingsSave");
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"a":{"model":"m","mode":"all"}}})"));
@@ -356,13 +356,13 @@ void tst_AgentsConfigPage::dialogStaysIfSavingFails()
     ConfigWindow window;
     QVERIFY(QDir().mkpath(window.path())); // can't be written
     QVERIFY(window.open());
-    window.log.takeWarnings();
+    window.takeWarnings();
     window.click("addAgent");
     window.type(window.item("dialogName"), text("new"));
     window.click("dialogAdd");
     QTRY_COMPARE(window.notices(), QStringList(text("Failed to save configuration 3000")));
     QVERIFY(window.item("addAgentDialog"));
-    QCOMPARE(window.log.takeWarnings().size(), 2);
+    QCOMPARE(window.takeWarnings().size(), 2);
 }
 
 void tst_AgentsConfigPage::optionsOfANewAgent()
