@@ -46,7 +46,14 @@ ConfigPage {
             addDialog.returnToName();
             return false;
         }
-        return store(ConfigObject.withValue(AgentConfig.cleaned(agents), name, agent));
+        const before = ConfigObject.section(configData, "agent");
+        const wasUnsaved = controller.hasUnsavedChanges;
+        if (store(ConfigObject.withValue(AgentConfig.cleaned(agents), name, agent)))
+            return true;
+        // The dialog keeps it. Here its name would no longer be new.
+        controller.push("agent", before);
+        controller.hasUnsavedChanges = wasUnsaved;
+        return false;
     }
 
     //! @return whether the agents were saved
@@ -83,6 +90,7 @@ ConfigPage {
 
             text: Translation.tr("Form Editor")
             checkable: true
+            autoExclusive: true
             checked: !page.showsJson
             onClicked: page.showsJson = false
         }
@@ -91,6 +99,7 @@ ConfigPage {
 
             text: Translation.tr("JSON Editor")
             checkable: true
+            autoExclusive: true
             checked: page.showsJson
             onClicked: page.showsJson = true
         }

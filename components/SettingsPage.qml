@@ -4,6 +4,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15 as QQC2
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
@@ -18,6 +19,7 @@ Kirigami.Page {
     property alias hasUnsavedChanges: controller.hasUnsavedChanges
     readonly property alias controller: controller
 
+    readonly property bool isInActiveWindow: Window.active
     readonly property var tabs: [
         { title: "Agents", icon: "user-identity", file: "AgentsConfigPage.qml" },
         { title: "Tools", icon: "configure", file: "ToolsConfigPage.qml" },
@@ -63,6 +65,8 @@ Kirigami.Page {
     palette.dark: shade(0.2)
     palette.highlight: Kirigami.Theme.highlightColor
     palette.highlightedText: Kirigami.Theme.highlightedTextColor
+    // The user may come from an editor.
+    onIsInActiveWindowChanged: if (isInActiveWindow) controller.checkFile()
     title: Translation.tr("Loomra Settings")
     padding: 0
     Component.onCompleted: controller.reload()
@@ -78,15 +82,6 @@ Kirigami.Page {
         id: controller
 
         onNotified: page.notify(text, duration)
-    }
-
-    // The user returns from another window, in which they may have edited the file.
-    Connections {
-        target: Qt.application
-        function onStateChanged() {
-            if (Qt.application.state === Qt.ApplicationActive)
-                controller.checkFile();
-        }
     }
 
     ColumnLayout {

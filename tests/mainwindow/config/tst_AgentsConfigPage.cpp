@@ -363,6 +363,11 @@ void tst_AgentsConfigPage::dialogStaysIfSavingFails()
     QTRY_COMPARE(window.notices(), QStringList(text("Failed to save configuration 3000")));
     QVERIFY(window.item("addAgentDialog"));
     QCOMPARE(window.takeWarnings().size(), 2);
+    // The user can try again.
+    QVERIFY(QDir(window.path()).removeRecursively());
+    window.click("dialogAdd");
+    QTRY_VERIFY(!window.item("addAgentDialog"));
+    QCOMPARE(window.saved().value(text("agent")).toObject(), window.objectOf(R"({"new":{}})"));
 }
 
 void tst_AgentsConfigPage::optionsOfANewAgent()
@@ -411,7 +416,11 @@ void tst_AgentsConfigPage::editor()
     QTRY_COMPARE(window.saved(),
                  window.objectOf(R"({"theme":"dark","agent":{"b":{"model":"m"}},"tools":{"bash":true}})"));
     QCOMPARE(window.notices(), QStringList(text("Configuration saved successfully 2000")));
-    window.click("formEditor");
+    for (int time = 0; time < 2; ++time) {
+        window.click("formEditor");
+        QCOMPARE(window.item("formEditor")->property("checked").toBool(), true);
+        QCOMPARE(window.item("jsonEditor")->property("checked").toBool(), false);
+    }
     QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("B Agent")));
 }
 

@@ -36,6 +36,7 @@ private Q_SLOTS:
     void savesAndReloads();
     void failedSaveKeepsChanges();
     void changedOnDisk();
+    void changedInAnotherWindow();
     void changedOnDiskBeforeAnAgent();
     void invalidFile_data();
     void invalidFile();
@@ -148,6 +149,25 @@ void tst_SettingsPage::changedOnDisk()
     window.click("settingsSave");
     QCOMPARE(problem(window), QString());
     QCOMPARE(window.saved(), window.objectOf(R"({"tools":{"edit":true,"bash":true}})"));
+}
+
+//! The user learns it when they return, and before they change anything.
+void tst_SettingsPage::changedInAnotherWindow()
+{
+    ConfigWindow window;
+    QVERIFY(window.write(R"({"tools":{"read":true}})"));
+    QVERIFY(window.open(1));
+    QQuickWindow editor;
+    editor.resize(100, 100);
+    editor.show();
+    editor.requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(&editor));
+    QVERIFY(window.write(R"({"tools":{}})"));
+    window.window()->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(window.window()));
+    QTRY_VERIFY(!problem(window).isEmpty());
+    window.click("settingsReload");
+    QCOMPARE(problem(window), QString());
 }
 
 void tst_SettingsPage::changedOnDiskBeforeAnAgent()
