@@ -24,7 +24,7 @@ Kirigami.Page {
         { title: "Agents", icon: "user-identity", file: "AgentsConfigPage.qml" },
         { title: "Tools", icon: "configure", file: "ToolsConfigPage.qml" },
         { title: "Permissions", icon: "security-high", file: "PermissionsConfigPage.qml" },
-        { title: "MCP", icon: "network-server", file: "McpConfigPage.qml" },
+        { title: "MCP", icon: "plugins", file: "McpConfigPage.qml" },
         { title: "Providers", icon: "network-connect", file: "ProvidersConfigPage.qml" },
         { title: "Usage", icon: "view-statistics", file: "UsageConfigPage.qml" }
     ]
