@@ -48,6 +48,7 @@ private Q_SLOTS:
     void withoutNativeObjects();
     void keyboard_data();
     void keyboard();
+    void tabsByKey();
     void focusStaysWhileTyping();
     void fitsTheWindow_data();
     void fitsTheWindow();
@@ -431,11 +432,24 @@ void tst_SettingsPage::keyboard()
         };
         QVERIFY2(QTest::qWaitFor(isInView, 1000), qPrintable(name));
     }
-    for (const QString &name : names) {
+    names += {text("Reload"), text("Agents"), text("Usage")};
+    for (const QString &name : qAsConst(names)) {
         QVERIFY2(reached.contains(name),
                  qPrintable(name + text(" in ") + QStringList(reached.values()).join(text(", "))));
     }
     QCOMPARE(window.content(), s_realFile);
+}
+
+void tst_SettingsPage::tabsByKey()
+{
+    ConfigWindow window;
+    QVERIFY(window.open());
+    const QList<QQuickItem *> tabs = OmniBarFixture::itemsWhere(
+        window.item("settingsTabs"), [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
+    tabs.at(1)->forceActiveFocus(Qt::TabFocusReason);
+    window.key(Qt::Key_Space);
+    QTRY_VERIFY(window.item("tool-read"));
+    QVERIFY(!window.item("addAgent"));
 }
 
 //! A change doesn't rebuild the form in which the user works.
