@@ -57,6 +57,9 @@ ColumnLayout {
                 return own === undefined && row.alias ? ConfigObject.get(root.values, row.alias) : own;
             }
 
+            // The label is beside its first line.
+            readonly property bool isTall: ["area", "pairs"].includes(row.control)
+
             function edit(value) {
                 root.edited(row.key, value);
             }
@@ -69,8 +72,8 @@ ColumnLayout {
             ConfigText {
                 Layout.fillWidth: false
                 Layout.preferredWidth: Kirigami.Units.gridUnit * 10
-                Layout.alignment: Qt.AlignTop
-                Layout.topMargin: Kirigami.Units.smallSpacing
+                Layout.alignment: field.isTall ? Qt.AlignTop : Qt.AlignVCenter
+                Layout.topMargin: field.isTall ? Kirigami.Units.smallSpacing : 0
                 text: field.label
                 Accessible.ignored: true
             }
