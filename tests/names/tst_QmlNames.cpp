@@ -14,6 +14,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>
 #include <QtTest>
@@ -113,10 +114,12 @@ private:
 
 void tst_QmlNames::initTestCase()
 {
-    m_files = filesIn(QStringLiteral("contents")) + filesIn(QStringLiteral("components"));
+    m_files = filesIn(QStringLiteral("contents")) + filesIn(QStringLiteral("components"))
+        + QStringList {QStringLiteral("MainWindow.qml")};
     QVERIFY(m_files.contains(QStringLiteral("contents/ui/OmniBar.qml")));
     const QStringList fakes =
-        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow/panels"));
+        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow/panels"))
+        + filesIn(QStringLiteral("tests/mainwindow/controllers"));
     for (const QString &path : m_files + fakes) {
         m_check.addFile(path, contentOf(path));
     }
@@ -127,7 +130,10 @@ void tst_QmlNames::initTestCase()
     m_check.addHandedProperty(QStringLiteral("theme"), QStringLiteral("OmniBarTheme"));
     m_check.addHandedProperty(QStringLiteral("tray"), QStringLiteral("TrayIcon"));
     m_check.addHandedProperty(QStringLiteral("validation"), QStringLiteral("ValidationController"));
+    m_check.addHandedProperty(QStringLiteral("chatView"), QStringLiteral("ChatView"));
+    m_check.addHandedProperty(QStringLiteral("sidebar"), QStringLiteral("SessionSidebar"));
     m_check.addBaseType(QStringLiteral("Window"), &QQuickWindow::staticMetaObject);
+    m_check.addBaseType(QStringLiteral("FocusScope"), &QQuickItem::staticMetaObject);
     m_check.addBaseType(QStringLiteral("QtObject"), &QObject::staticMetaObject);
     m_check.addBaseType(QStringLiteral("Settings"), {QStringLiteral("category"), QStringLiteral("fileName")});
 }
@@ -174,6 +180,12 @@ void tst_QmlNames::knownTypes_data()
                                 << "LoomraSDK";
     QTest::newRow("voice") << "bar.voice"
                            << "VoiceBridge";
+    QTest::newRow("chat of the main window") << "chatView"
+                                             << "ChatView.qml";
+    QTest::newRow("its SDK client") << "chatView.sdk"
+                                    << "LoomraSDK";
+    QTest::newRow("sidebar") << "sidebar"
+                             << "SessionSidebar.qml";
     QTest::newRow("stored appearance") << "bar.appearanceStore"
                                        << "omniUiStore in OmniBar.qml";
 }
@@ -202,6 +214,12 @@ void tst_QmlNames::fakes_data()
                          << "loomraSDK";
     QTest::newRow("SDK of the panels") << "FakePanelSdk"
                                        << "loomraSDK";
+    QTest::newRow("SDK of the main window") << "FakeMainSdk"
+                                            << "loomraSDK";
+    QTest::newRow("chat view") << "FakeChatView"
+                               << "ChatView";
+    QTest::newRow("sidebar") << "FakeSidebar"
+                             << "SessionSidebar";
     QTest::newRow("settings") << "FakeConfig"
                               << "configManager";
     QTest::newRow("voice bridge") << "FakeVoiceBridge"
