@@ -81,7 +81,16 @@ Kirigami.ApplicationWindow {
     globalDrawer: Kirigami.GlobalDrawer {
         title: "Loomra KDE"
         titleIcon: "loomra-kde"
-        bannerVisible: true
+        // The drawer shows its title only on phones.
+        topContent: [
+            Kirigami.Heading {
+                Layout.fillWidth: true
+                Layout.margins: Kirigami.Units.smallSpacing
+                text: "Loomra KDE"
+                textFormat: Text.PlainText
+                level: 2
+            }
+        ]
         actions: [
             Kirigami.Action {
                 text: Translation.tr("Settings")

@@ -92,6 +92,7 @@ FocusScope {
         }
 
         QQC2.TextField {
+            id: pathField
             objectName: "projectPathField"
             Layout.fillWidth: true
             placeholderText: Translation.tr("Enter project path...")
@@ -106,7 +107,7 @@ FocusScope {
             // Typing ends the binding.
             Connections {
                 target: sidebar.projectModel
-                function onRootPathChanged() { parent.text = sidebar.projectModel.rootPath; }
+                function onRootPathChanged() { pathField.text = sidebar.projectModel.rootPath; }
             }
         }
 

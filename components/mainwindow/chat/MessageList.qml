@@ -60,6 +60,7 @@ ListView {
 
     delegate: Loader {
         id: loader
+        objectName: "messageRow"
 
         required property int index
         required property var model

@@ -56,7 +56,7 @@ ListView {
 
     delegate: SessionRow {
         width: list.width
-        list: list
+        view: list
         sessions: list.sessions
     }
 

@@ -13,7 +13,7 @@ Rectangle {
     id: row
     objectName: "sessionRow"
 
-    required property ListView list
+    required property ListView view
     required property var sessions
     required property int index
     required property var model
@@ -21,7 +21,7 @@ Rectangle {
     readonly property string sessionId: model.id
     readonly property bool selected: sessionId === sessions.selectedSessionId
     readonly property bool editing: sessionId === sessions.editedSessionId
-    readonly property bool visualFocus: list.visualFocus && ListView.isCurrentItem
+    readonly property bool visualFocus: view.visualFocus && ListView.isCurrentItem
     readonly property string shownName: LiteralText.oneLine(model.name)
 
     height: Math.max(nameText.implicitHeight + 2 * Kirigami.Units.smallSpacing, Kirigami.Units.gridUnit * 1.8)
@@ -59,9 +59,9 @@ Rectangle {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         Accessible.ignored: true
         onClicked: {
-            row.list.currentIndex = row.index;
+            row.view.currentIndex = row.index;
             if (mouse.button === Qt.RightButton)
-                row.list.openMenu(row, Qt.point(mouse.x, mouse.y));
+                row.view.openMenu(row, Qt.point(mouse.x, mouse.y));
             else
                 row.sessions.choose(row.sessionId);
         }
@@ -91,7 +91,7 @@ Rectangle {
             Keys.onEscapePressed: stop()
             onAccepted: {
                 row.sessions.saveName(text);
-                row.list.forceActiveFocus(Qt.OtherFocusReason);
+                row.view.forceActiveFocus(Qt.OtherFocusReason);
             }
             onActiveFocusChanged: {
                 // Leaving the field discards the change.
@@ -107,7 +107,7 @@ Rectangle {
 
             function stop() {
                 row.sessions.stopEditing();
-                row.list.forceActiveFocus(Qt.OtherFocusReason);
+                row.view.forceActiveFocus(Qt.OtherFocusReason);
             }
         }
     }
