@@ -8,7 +8,6 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
-import "components/mainwindow"
 import "contents/ui/omnibar/logic/Native.js" as Native
 
 //! The main window: sessions and files at the side, chat and code editor beside them, and the configuration pages.
@@ -34,6 +33,14 @@ Kirigami.ApplicationWindow {
     function openSettings() {
         if (pageStack.depth === 1)
             pageStack.push(Qt.resolvedUrl("components/SettingsPage.qml"));
+    }
+
+    function openProjectSettings() { openSheet(projectSettings); }
+    function openAbout() { openSheet(about); }
+
+    function openSheet(loader) {
+        loader.wanted = true;
+        loader.item.open();
     }
 
     //! Shows a file in the editor, or a directory in the sidebar.
@@ -100,12 +107,12 @@ Kirigami.ApplicationWindow {
             Kirigami.Action {
                 text: Translation.tr("Project Settings")
                 icon.name: "project-development"
-                onTriggered: projectSettings.open()
+                onTriggered: mainWindow.openProjectSettings()
             },
             Kirigami.Action {
                 text: Translation.tr("About")
                 icon.name: "help-about"
-                onTriggered: about.open()
+                onTriggered: mainWindow.openAbout()
             }
         ]
     }
@@ -121,13 +128,20 @@ Kirigami.ApplicationWindow {
             anchors.fill: parent
             spacing: 0
 
-            SessionSidebar {
+            LateLoader {
+                id: sidebarLoader
                 Layout.fillHeight: true
                 Layout.preferredWidth: 280
                 Layout.minimumWidth: 250
                 Layout.maximumWidth: 400
-                projectModel: mainWindow.projectModel
-                onFileSelected: mainWindow.openPath(path)
+                file: Qt.resolvedUrl("components/SessionSidebar.qml")
+                properties: ({ "projectModel": mainWindow.projectModel })
+                wanted: mainWindow.firstFrameShown
+
+                Connections {
+                    target: sidebarLoader.item
+                    function onFileSelected(path) { mainWindow.openPath(path); }
+                }
             }
             Kirigami.Separator {
                 Layout.fillHeight: true
@@ -169,14 +183,18 @@ Kirigami.ApplicationWindow {
         }
     }
 
-    ProjectSettingsSheet {
+    LateLoader {
         id: projectSettings
         parent: mainWindow.overlay
-        config: mainWindow.config
+        anchors.fill: parent
+        file: Qt.resolvedUrl("components/mainwindow/ProjectSettingsSheet.qml")
+        properties: ({ "config": () => mainWindow.config })
     }
 
-    AboutSheet {
+    LateLoader {
         id: about
         parent: mainWindow.overlay
+        anchors.fill: parent
+        file: Qt.resolvedUrl("components/mainwindow/AboutSheet.qml")
     }
 }

@@ -402,8 +402,9 @@ void tst_MainWindow::projectSettings()
                                   " function save() { saves += 1 } function getAgents() { return ({}) } }");
     window.provide("configManager", config);
     QVERIFY(window.openReady());
+    window.invoke("openProjectSettings");
     QObject *sheet = window.item("projectSettingsSheet");
-    QVERIFY(QMetaObject::invokeMethod(sheet, "open"));
+    QVERIFY(sheet);
     QTRY_VERIFY(window.item("apiKeyField")->hasActiveFocus());
     QCOMPARE(sheet->property("title").toString(), QStringLiteral("Project Settings"));
     QCOMPARE(window.of("apiKeyField", "text").toString(), QStringLiteral("old"));
@@ -422,8 +423,9 @@ void tst_MainWindow::about()
 {
     MainWindowFixture window;
     QVERIFY(window.openReady());
+    window.invoke("openAbout");
     QObject *sheet = window.item("aboutSheet");
-    QVERIFY(QMetaObject::invokeMethod(sheet, "open"));
+    QVERIFY(sheet);
     QCOMPARE(sheet->property("title").toString(), QStringLiteral("About Loomra KDE"));
     QCOMPARE(window.of("aboutVersion", "text").toString(), QStringLiteral("Version 0.2.0"));
     window.settle();
@@ -496,7 +498,7 @@ void tst_MainWindow::withoutObjects()
     QCOMPARE(window.property("chatModel.count").toInt(), 0);
     QVERIFY(!window.item("sendButton")->isEnabled());
     window.invoke("openPath", {QStringLiteral("/nowhere")});
-    QVERIFY(QMetaObject::invokeMethod(window.item("projectSettingsSheet"), "open"));
+    window.invoke("openProjectSettings");
     window.type("key");
     window.click("saveProjectButton");
 }

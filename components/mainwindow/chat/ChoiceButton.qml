@@ -6,10 +6,7 @@ import QtQuick.Controls 2.15 as QQC2
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
-import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
-
-//! A button that opens a list to choose from. The rows are untrusted and may be thousands, so that a menu, which creates
-//! all its entries, won't do.
+//! A button that opens a list to choose from. The rows are untrusted.
 QQC2.Button {
     id: button
 
@@ -22,15 +19,23 @@ QQC2.Button {
     required property int currentIndex
     required property int menuWidth
 
-    readonly property alias menu: menu
-
     signal chosen(int index)
+
+    function openMenu() {
+        menu.wanted = true;
+        menu.item.open();
+    }
 
     enabled: rows.length > 0
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: name + ": " + caption
-    Keys.onDownPressed: menu.open()
-    onClicked: menu.visible ? menu.close() : menu.open()
+    Keys.onDownPressed: openMenu()
+    onClicked: {
+        if (menu.item && menu.item.visible)
+            menu.item.close();
+        else
+            openMenu();
+    }
 
     // Not "text", in which "&" marks a shortcut.
     contentItem: PlainText {
@@ -43,106 +48,18 @@ QQC2.Button {
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
 
-        PlainText {
+        FallbackIcon {
             id: arrow
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: "\u25be"
+            name: "arrow-down"
             color: parent.color
-            Accessible.ignored: true
         }
     }
 
-    QQC2.Popup {
+    LateLoader {
         id: menu
-
-        y: button.height
-        width: button.menuWidth
-        height: Math.min(list.contentHeight + topPadding + bottomPadding, 400)
-        margins: Kirigami.Units.smallSpacing
-        padding: 1
-        focus: true
-        closePolicy: QQC2.Popup.CloseOnEscape | QQC2.Popup.CloseOnPressOutsideParent
-        onAboutToShow: {
-            list.currentIndex = button.currentIndex;
-            list.positionViewAtIndex(button.currentIndex, ListView.Center);
-        }
-        onOpened: list.forceActiveFocus(Qt.TabFocusReason)
-        onClosed: button.forceActiveFocus(Qt.PopupFocusReason)
-
-        contentItem: ListView {
-            id: list
-            objectName: "choiceList"
-
-            // Created when the menu is first opened.
-            model: menu.visible ? button.rows : []
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            keyNavigationEnabled: true
-            Kirigami.Theme.inherit: false
-            Kirigami.Theme.colorSet: Kirigami.Theme.View
-            QQC2.ScrollBar.vertical: QQC2.ScrollBar {}
-            Accessible.role: Accessible.List
-            Accessible.name: button.name
-            Keys.onReturnPressed: choose(currentIndex)
-            Keys.onEnterPressed: choose(currentIndex)
-            Keys.onSpacePressed: choose(currentIndex)
-            Keys.onPressed: {
-                const last = count - 1;
-                const page = Math.max(1, Math.floor(height / Kirigami.Units.gridUnit / 2));
-                const steps = ({});
-                steps[Qt.Key_Home] = 0;
-                steps[Qt.Key_End] = last;
-                steps[Qt.Key_PageUp] = currentIndex - page;
-                steps[Qt.Key_PageDown] = currentIndex + page;
-                if (steps.hasOwnProperty(event.key)) {
-                    currentIndex = Math.max(0, Math.min(last, steps[event.key]));
-                    event.accepted = true;
-                }
-            }
-
-            function choose(index) {
-                menu.close();
-                if (index >= 0)
-                    button.chosen(index);
-            }
-
-            delegate: Rectangle {
-                id: row
-                objectName: "choiceRow"
-
-                required property int index
-                required property var modelData
-                readonly property bool current: ListView.isCurrentItem
-
-                width: list.width
-                height: Math.max(rowText.implicitHeight + 2 * Kirigami.Units.smallSpacing, Kirigami.Units.gridUnit * 1.5)
-                color: current ? Kirigami.Theme.highlightColor : Kirigami.Theme.backgroundColor
-                Accessible.role: Accessible.MenuItem
-                Accessible.name: rowText.text
-                Accessible.onPressAction: list.choose(index)
-
-                PlainText {
-                    id: rowText
-                    objectName: "choiceName"
-
-                    anchors.fill: parent
-                    anchors.leftMargin: Kirigami.Units.smallSpacing
-                    anchors.rightMargin: Kirigami.Units.smallSpacing
-                    verticalAlignment: Text.AlignVCenter
-                    text: LiteralText.oneLine(row.modelData.name)
-                    color: row.current ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.textColor
-                    font.bold: row.index === button.currentIndex
-                    Accessible.ignored: true
-                }
-                MouseArea {
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    onPositionChanged: list.currentIndex = row.index
-                    onClicked: list.choose(row.index)
-                    Accessible.ignored: true
-                }
-            }
-        }
+        file: Qt.resolvedUrl("ChoiceMenu.qml")
+        properties: ({ "button": button })
     }
 }
