@@ -5,7 +5,7 @@
 # Functions that bench/run and bench/profile share. Source this file after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup validation prompt menu sheet requests files rows table markdown idle voice countdown level whisper)
+readonly benchmarks=(version startup validation mainwindow prompt menu sheet requests files rows table markdown idle voice countdown level whisper)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// The smallest program with a window like the OmniBar's, or with --voice-test like the voice validation window, to
-// compare with bench_bar.
+// The smallest program with a window like the OmniBar's, with --voice-test like the voice validation window or with
+// --main like the main window, to compare with bench_bar.
 
 #include "Marks.h"
 #include "WindowTask.h"
@@ -11,13 +11,27 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
+namespace
+{
+
+QUrl bareWindow(const QStringList &arguments)
+{
+    if (arguments.contains(QLatin1String("--voice-test"))) {
+        return QUrl(QStringLiteral("qrc:/bench/BareValidationWindow.qml"));
+    }
+    if (arguments.contains(QLatin1String("--main"))) {
+        return QUrl(QStringLiteral("qrc:/bench/BareMainWindow.qml"));
+    }
+    return QUrl(QStringLiteral("qrc:/bench/BareWindow.qml"));
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     Marks::note("linked");
     QGuiApplication application(argc, argv);
-    const bool isVoiceTest = QCoreApplication::arguments().contains(QLatin1String("--voice-test"));
-    QQmlApplicationEngine engine(isVoiceTest ? QUrl(QStringLiteral("qrc:/bench/BareValidationWindow.qml"))
-                                             : QUrl(QStringLiteral("qrc:/bench/BareWindow.qml")));
+    QQmlApplicationEngine engine(bareWindow(QCoreApplication::arguments()));
     Marks::note("loaded");
     return WindowTask::run(WindowTask::openedWindow(), [] { return true; });
 }
