@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "BrokenModule.h"
 #include "DesktopRun.h"
 #include "Files.h"
 
@@ -272,9 +273,11 @@ void tst_BridgeLife::trayLeavesOtherProgramsAlone()
     QVERIFY(isListening());
 }
 
-//! The main window doesn't exist yet, so its file fails to load when the bridge already runs.
+//! The window's file fails to load when the bridge already runs.
 void tst_BridgeLife::failedLoadEndsTheBridge()
 {
+    QVERIFY(BrokenModule::write(m_home->filePath(QStringLiteral("modules"))));
+    m_environment.insert(QStringLiteral("QML2_IMPORT_PATH"), inHome("modules"));
     const Program::Result result = Program::run({QStringLiteral("--main")}, m_environment);
 
     QVERIFY(result.finished);

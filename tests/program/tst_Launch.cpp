@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "BrokenModule.h"
 #include "DesktopRun.h"
 
 #include "PrivateNetwork.h"
@@ -37,8 +38,8 @@ class tst_Launch : public QObject
 private Q_SLOTS:
     void opensTheOmniBar_data();
     void opensTheOmniBar();
-    void otherModesFailToLoad_data();
-    void otherModesFailToLoad();
+    void failedLoad_data();
+    void failedLoad();
     void opensTheTrayView_data();
     void opensTheTrayView();
     void opensTheVoiceValidation_data();
@@ -79,7 +80,7 @@ void tst_Launch::opensTheOmniBar()
     QCOMPARE(run.output(), QByteArray());
 }
 
-void tst_Launch::otherModesFailToLoad_data()
+void tst_Launch::failedLoad_data()
 {
     QTest::addColumn<QStringList>("arguments");
 
@@ -89,15 +90,19 @@ void tst_Launch::otherModesFailToLoad_data()
     }
 }
 
-//! This window doesn't exist yet. When it is added, its rows move to its own test.
-void tst_Launch::otherModesFailToLoad()
+//! The main window is chosen, but a module that it needs is broken.
+void tst_Launch::failedLoad()
 {
     QFETCH(QStringList, arguments);
     if (!PrivateNetwork::isAvailable()) {
         QSKIP(PrivateNetwork::SkipReason);
     }
 
-    const Program::Result result = Program::run(arguments, QProcessEnvironment::systemEnvironment());
+    const QTemporaryDir modules;
+    QVERIFY(BrokenModule::write(modules.path()));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QML2_IMPORT_PATH"), modules.path());
+    const Program::Result result = Program::run(arguments, environment);
 
     QVERIFY(result.finished);
     QVERIFY(!result.crashed);

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+//! The sessions of the running demo bridge, through a client of the test's own.
+namespace BridgeSessions
+{
+
+//! The folder of the demo bridge.
+QString demoBridge();
+
+//! Performs requests, each a JSON array of method and params, and returns the names of all sessions as "[A,B]", the one
+//! that was used last first. In params, "last" is the session that was created last. Empty if no bridge listens.
+QByteArray names(const QStringList &requests = {});
+
+} // namespace BridgeSessions
