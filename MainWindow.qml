@@ -156,10 +156,10 @@ Kirigami.ApplicationWindow {
                     objectName: "tabBar"
                     Layout.fillWidth: true
 
-                    QQC2.TabButton {
+                    PageTab {
                         text: Translation.tr("Chat")
                     }
-                    QQC2.TabButton {
+                    PageTab {
                         text: Translation.tr("Code Editor")
                     }
                 }
@@ -196,5 +196,17 @@ Kirigami.ApplicationWindow {
         parent: mainWindow.overlay
         anchors.fill: parent
         file: Qt.resolvedUrl("components/mainwindow/AboutSheet.qml")
+    }
+
+    // Not every style shows which tab has the focus.
+    component PageTab: QQC2.TabButton {
+        id: tab
+
+        FocusRing {
+            control: tab
+            anchors.margins: 0
+            radius: 2
+            border.color: Kirigami.Theme.focusColor
+        }
     }
 }

@@ -46,8 +46,6 @@ FocusScope {
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap
                 selectByMouse: true
-                KeyNavigation.priority: KeyNavigation.BeforeItem
-                KeyNavigation.tab: sendButton.enabled ? sendButton : sendButton.nextItemInFocusChain()
                 color: Kirigami.Theme.textColor
                 background: Rectangle {
                     radius: 3
@@ -58,6 +56,7 @@ FocusScope {
                 }
                 Accessible.name: Translation.tr("Message")
                 Accessible.description: Translation.tr("Ctrl+Return sends")
+                Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
                 // Intentional: without Control, Return does nothing and begins no new line.
                 Keys.onReturnPressed: if (event.modifiers & Qt.ControlModifier) row.send()
                 Keys.onEnterPressed: if (event.modifiers & Qt.ControlModifier) row.send()

@@ -114,8 +114,8 @@ Rectangle {
 
     FocusRing {
         control: row
-        anchors.margins: 0
+        anchors.margins: 1
         radius: 2
-        border.color: Kirigami.Theme.focusColor
+        border.color: row.selected ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.focusColor
     }
 }
