@@ -3,6 +3,7 @@
 
 #include "BridgeSessions.h"
 #include "DesktopRun.h"
+#include "Files.h"
 
 #include "PrivateNetwork.h"
 #include "Timeouts.h"
@@ -44,9 +45,11 @@ class tst_MainWindowLife : public QObject
 
 private Q_SLOTS:
     void init();
+    void cleanup();
 
     void runsItsBridge();
     void closesWhileTheBridgeHangs();
+    void sharesSessionsWithTheOmniBar();
 
 private:
     bool start(DesktopRun &run);
@@ -69,6 +72,20 @@ void tst_MainWindowLife::init()
     m_environment.insert(QStringLiteral("HOME"), m_home->path());
     m_environment.insert(QStringLiteral("LOOMRA_BRIDGE_PATH"), BridgeSessions::demoBridge());
     m_environment.insert(QStringLiteral("LOOMRA_DEMO_SESSIONS"), QStringLiteral("0"));
+}
+
+void tst_MainWindowLife::cleanup()
+{
+    // A failed test has killed its program, whose bridge is left.
+    const QList<QByteArray> pids =
+        Program::run({QStringLiteral("-ti"), QStringLiteral(":8765"), QStringLiteral("-sTCP:LISTEN")},
+                     QProcessEnvironment::systemEnvironment(), QStringLiteral("lsof"))
+            .output.split('\n');
+    for (const QByteArray &pid : pids) {
+        if (pid.toInt() > 0) {
+            kill(pid.toInt(), SIGKILL);
+        }
+    }
 }
 
 bool tst_MainWindowLife::start(DesktopRun &run)
@@ -111,6 +128,49 @@ void tst_MainWindowLife::closesWhileTheBridgeHangs()
     QVERIFY(!run.crashed());
     QCOMPARE(run.exitCode(), 0);
     QVERIFY(!isAlive(bridge));
+}
+
+void tst_MainWindowLife::sharesSessionsWithTheOmniBar()
+{
+    m_environment.insert(QStringLiteral("LOOMRA_DEMO_DELAY_MS"), QStringLiteral("0"));
+    DesktopRun window({QStringLiteral("--main")}, m_environment);
+    QVERIFY2(start(window), window.errors().constData());
+    const QByteArray toNewButton = "Tab Tab";
+
+    // Past the button of the drawer.
+    press(window, toNewButton + " space");
+    QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[New session]"), Timeouts::Program);
+    press(window, "Tab F2 A t t i c Return");
+    QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[Attic]"), Timeouts::Program);
+    press(window, "shift+Tab space");
+    QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[New session,Attic]"), Timeouts::Program);
+
+    // The other window deletes the current session of this one.
+    const QTemporaryDir home;
+    m_environment.insert(QStringLiteral("HOME"), home.path());
+    m_environment.insert(QStringLiteral("LOOMRA_DEBUG"), QStringLiteral("1"));
+    const auto isListed = [&home] {
+        return contentOf(home.filePath(QStringLiteral(".local/share/loomra-kde/loomra-debug.log")))
+            .contains("listSessions response");
+    };
+    DesktopRun bar({}, m_environment);
+    QVERIFY2(bar.waitForWindow(), bar.errors().constData());
+    QTRY_VERIFY_WITH_TIMEOUT(bar.errors().contains("Bridge is ready, sdkInitialized: true\n"), Timeouts::Program);
+    QVERIFY(bar.takeKeyboard());
+    // The menu completes the command. In the popup, the last stop is the button of the first row.
+    press(bar, "slash s e Return");
+    QTRY_VERIFY_WITH_TIMEOUT(isListed(), Timeouts::Program);
+    press(bar, "shift+Tab Return");
+    QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[Attic]"), Timeouts::Program);
+    QVERIFY2(bar.closeWindow(), bar.errors().constData());
+
+    // The row is still shown here: deleting it again is refused, and the window goes on.
+    QVERIFY(window.takeKeyboard());
+    press(window, "Tab Up Delete");
+    QTRY_VERIFY_WITH_TIMEOUT(window.errors().contains("[MainWindow] There is no session"), Timeouts::Program);
+    press(window, "Down Delete");
+    QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[]"), Timeouts::Program);
+    QVERIFY2(window.closeWindow(), window.errors().constData());
 }
 
 REGISTER_PRIVATE_NETWORK_TEST(tst_MainWindowLife, QCoreApplication)
