@@ -108,9 +108,8 @@ void tst_Launch::failedLoad()
     QVERIFY(!result.crashed);
     QCOMPARE(result.exitCode, s_exitFailedLoad);
     QVERIFY2(result.errors.contains("QQmlApplicationEngine failed to load component\n"
-                                    "qrc:/org/kde/loomra/MainWindow.qml: "),
+                                    "qrc:/org/kde/loomra/MainWindow.qml:"),
              result.errors.constData());
-    QCOMPARE(result.errors.count("qrc:"), 1);
     // It runs a bridge of its own.
     QVERIFY(result.errors.contains("LoomraSDK::initialize() called, connectOnly: false\n"));
     QCOMPARE(result.errors.count("LoomraSDK::initialize()"), 1);
