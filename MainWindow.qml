@@ -27,6 +27,8 @@ Kirigami.ApplicationWindow {
     property string currentFilePath: ""
     //! The code editor; null for a moment after the start.
     readonly property var codeEditor: editorLoader.item
+    //! The user has agreed to lose what was not saved.
+    property bool isClosing: false
     //! What the first frame doesn't show is built after it.
     property bool firstFrameShown: false
 
@@ -51,7 +53,20 @@ Kirigami.ApplicationWindow {
             return;
         }
         tabBar.currentIndex = 1;
-        Native.call(codeEditor, "loadFile", path);
+        // Asks first if there are unsaved changes.
+        Native.call(codeEditor, "openFile", path);
+    }
+
+    //! Asks about unsaved changes before the window closes.
+    function confirmClosing(event) {
+        if (isClosing || !codeEditor || !codeEditor.modified)
+            return;
+        event.accepted = false;
+        tabBar.currentIndex = 1;
+        codeEditor.afterQuestion(() => {
+            isClosing = true;
+            mainWindow.close();
+        });
     }
 
     title: "Loomra KDE"
@@ -63,6 +78,7 @@ Kirigami.ApplicationWindow {
     // One page at a time.
     pageStack.columnView.columnResizeMode: Kirigami.ColumnView.SingleColumn
     onFrameSwapped: firstFrameShown = true
+    onClosing: confirmClosing(close)
     // Does nothing if the program has already done it.
     Component.onCompleted: {
         Native.call(sdk, "initialize");

@@ -14,8 +14,11 @@ Rectangle {
 
     readonly property color tone: isWarning ? Kirigami.Theme.neutralTextColor : Kirigami.Theme.activeTextColor
 
+    readonly property real padding: Kirigami.Units.smallSpacing
+
     Layout.fillWidth: true
-    implicitHeight: row.implicitHeight + 2 * row.anchors.margins
+    // Not the height of a layout, which changes only after that of the text in it.
+    implicitHeight: Math.max(icon.height, label.implicitHeight) + 2 * padding
     radius: Kirigami.Units.smallSpacing
     color: Qt.rgba(tone.r, tone.g, tone.b, 0.15)
     border.width: 1
@@ -23,24 +26,26 @@ Rectangle {
     Accessible.role: isWarning ? Accessible.AlertMessage : Accessible.StaticText
     Accessible.name: text
 
-    RowLayout {
-        id: row
+    Kirigami.Icon {
+        id: icon
 
         anchors.left: parent.left
-        anchors.right: parent.right
         anchors.top: parent.top
-        anchors.margins: Kirigami.Units.smallSpacing
-        spacing: Kirigami.Units.smallSpacing
+        anchors.margins: message.padding
+        width: Kirigami.Units.iconSizes.smallMedium
+        height: width
+        source: message.isWarning ? "dialog-warning" : "dialog-information"
+        Accessible.ignored: true
+    }
 
-        Kirigami.Icon {
-            implicitWidth: Kirigami.Units.iconSizes.smallMedium
-            implicitHeight: implicitWidth
-            source: message.isWarning ? "dialog-warning" : "dialog-information"
-            Accessible.ignored: true
-        }
-        ConfigText {
-            text: message.text
-            Accessible.ignored: true
-        }
+    ConfigText {
+        id: label
+
+        anchors.left: icon.right
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.margins: message.padding
+        text: message.text
+        Accessible.ignored: true
     }
 }

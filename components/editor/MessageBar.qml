@@ -44,7 +44,7 @@ Rectangle {
         }
 
         PlainText {
-            objectName: "messageText"
+            objectName: "editorMessage"
 
             Layout.fillWidth: true
             text: messageBar.text

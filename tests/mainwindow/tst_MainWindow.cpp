@@ -35,6 +35,7 @@ private Q_SLOTS:
     void clearedWhileScrolled();
     void files();
     void generatedCodeArrives();
+    void asksBeforeClosing();
     void projectSettings();
     void about();
     void settingsPage();
@@ -392,7 +393,26 @@ void tst_MainWindow::generatedCodeArrives()
     MainWindowFixture window;
     QVERIFY(window.openReady());
     Q_EMIT window.sdk.codeGenerated(QStringLiteral("int x;"));
-    QVERIFY(window.property("codeEditor.fileContent").toString().contains(QLatin1String("int x;")));
+    // Intentional: the editor and the window both insert it.
+    QCOMPARE(window.property("codeEditor.fileContent").toString(), QStringLiteral("int x;int x;"));
+}
+
+void tst_MainWindow::asksBeforeClosing()
+{
+    MainWindowFixture window;
+    QVERIFY(window.openReady());
+    Q_EMIT window.sdk.codeGenerated(QStringLiteral("int x;"));
+    QVERIFY(!window.window()->close());
+    QVERIFY(window.window()->isVisible());
+    QCOMPARE(window.property("codeEditor.modified").toBool(), true);
+    QTRY_VERIFY(window.isSeen(window.item("unsavedDialog")));
+    window.key(Qt::Key_Escape);
+    QTRY_VERIFY(!window.isSeen(window.item("unsavedDialog")));
+    QVERIFY(window.window()->isVisible());
+    QVERIFY(!window.window()->close());
+    QTRY_VERIFY(window.isSeen(window.item("unsavedDialog")));
+    window.key(Qt::Key_Return); // "Discard", because the text has no path
+    QTRY_VERIFY(!window.window()->isVisible());
 }
 
 void tst_MainWindow::projectSettings()
@@ -488,6 +508,7 @@ void tst_MainWindow::withoutObjects()
     QFETCH(QString, name);
     OmniBarFixture window;
     window.expectWarning("Failed to find a Kirigami platform plugin");
+    window.expectWarning("Failed to open file: \"/nowhere\"");
     window.omit("agentBridge");
     window.omit("loomraSDK"); // it would start a bridge
     window.omit(name);

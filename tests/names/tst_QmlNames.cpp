@@ -117,9 +117,8 @@ void tst_QmlNames::initTestCase()
     m_files = filesIn(QStringLiteral("contents")) + filesIn(QStringLiteral("components"))
         + QStringList {QStringLiteral("MainWindow.qml")};
     QVERIFY(m_files.contains(QStringLiteral("contents/ui/OmniBar.qml")));
-    const QStringList fakes =
-        filesIn(QStringLiteral("tests/omnibar/controllers")) + filesIn(QStringLiteral("tests/mainwindow/panels"))
-        + filesIn(QStringLiteral("tests/mainwindow/controllers"));
+    const QStringList fakes = filesIn(QStringLiteral("tests/omnibar/controllers"))
+        + filesIn(QStringLiteral("tests/mainwindow/panels")) + filesIn(QStringLiteral("tests/mainwindow/controllers"));
     for (const QString &path : m_files + fakes) {
         m_check.addFile(path, contentOf(path));
     }

@@ -75,7 +75,7 @@ Item {
         }
 
         function part(name) { return findChild(scene, name); }
-        function message() { return part("messageBar").visible ? part("messageText").text : ""; }
+        function message() { return part("messageBar").visible ? part("editorMessage").text : ""; }
         function isOpen(name) { return part(name).visible; }
         function focused() { return root.Window.activeFocusItem; }
         function type(text) {
@@ -216,7 +216,7 @@ Item {
             compare(editor.filePath, shown);
             compare(editor.modified, true);
             compare(message(), data.message.replace("%1", path));
-            compare(part("messageText").textFormat, Text.PlainText);
+            compare(part("editorMessage").textFormat, Text.PlainText);
             mouseClick(part("dismissButton"));
             compare(message(), "");
             verify(part("codeArea").activeFocus);
