@@ -8,6 +8,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
+import "components/common"
 import "contents/ui/omnibar/logic/Native.js" as Native
 
 //! The main window: sessions and files at the side, chat and code editor beside them, and the configuration pages.
@@ -74,6 +75,7 @@ Kirigami.ApplicationWindow {
     height: Kirigami.Units.gridUnit * 40
     minimumWidth: Kirigami.Units.gridUnit * 40
     minimumHeight: Kirigami.Units.gridUnit * 30
+    palette: themePalette.palette
     pageStack.initialPage: mainPage
     // One page at a time.
     pageStack.columnView.columnResizeMode: Kirigami.ColumnView.SingleColumn
@@ -131,6 +133,10 @@ Kirigami.ApplicationWindow {
                 onTriggered: mainWindow.openAbout()
             }
         ]
+    }
+
+    ThemePalette {
+        id: themePalette
     }
 
     Kirigami.Page {

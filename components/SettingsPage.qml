@@ -8,6 +8,7 @@ import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "common"
 import "config"
 import "config/controllers"
 
@@ -33,11 +34,6 @@ Kirigami.Page {
         changed: Translation.tr("Another program has changed the configuration file. \"Reload\" shows its changes; \"Save Configuration\" replaces them.")
     })
 
-    //! A colour between background and text.
-    function shade(share) {
-        return Kirigami.ColorUtils.linearInterpolation(Kirigami.Theme.backgroundColor, Kirigami.Theme.textColor, share);
-    }
-
     //! Leaves the page, if the window has others.
     function back() {
         const window = typeof applicationWindow === "function" ? applicationWindow() : null;
@@ -51,31 +47,15 @@ Kirigami.Page {
             window.showPassiveNotification(text, duration);
     }
 
-    // Styles that don't follow the desktop's colours are light, whatever the colours of the window.
-    palette.window: Kirigami.Theme.backgroundColor
-    palette.windowText: Kirigami.Theme.textColor
-    palette.base: fieldColors.Kirigami.Theme.backgroundColor
-    palette.text: Kirigami.Theme.textColor
-    palette.button: shade(0.08)
-    palette.buttonText: Kirigami.Theme.textColor
-    palette.brightText: Kirigami.Theme.textColor
-    palette.light: shade(0.04)
-    palette.midlight: shade(0.12)
-    palette.mid: shade(0.3)
-    palette.dark: shade(0.2)
-    palette.highlight: Kirigami.Theme.highlightColor
-    palette.highlightedText: Kirigami.Theme.highlightedTextColor
+    palette: themePalette.palette
     // The user may come from an editor.
     onIsInActiveWindowChanged: if (isInActiveWindow) controller.checkFile()
     title: Translation.tr("Loomra Settings")
     padding: 0
     Component.onCompleted: controller.reload()
 
-    Item {
-        id: fieldColors
-
-        Kirigami.Theme.inherit: false
-        Kirigami.Theme.colorSet: Kirigami.Theme.View
+    ThemePalette {
+        id: themePalette
     }
 
     ConfigController {
