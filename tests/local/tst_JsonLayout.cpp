@@ -35,6 +35,7 @@ private Q_SLOTS:
     void keepsTheText();
     void changes_data();
     void changes();
+    void roundedIntegers();
     void manyKeys();
 };
 
@@ -109,6 +110,7 @@ void tst_JsonLayout::changes_data()
     add("a shorter list", R"({"a":[1]})", R"({"a":[1.0,2.0]})", R"({"a":[1.0]})");
     add("a number in place of a string", R"({"a":1})", R"({"a":"1"})", R"({"a":1})");
     add("a repeated key", R"({"a":2,"b":3})", R"({"a":1.0,"b":3.0,"a":2.0})", R"({"a":2.0,"b":3.0})");
+    add("after a byte order mark", R"({"a":1,"b":2})", "\xEF\xBB\xBF{\"b\":2.0,\"a\":1}", R"({"b":2.0,"a":1})");
     add("an empty key", R"({"":1,"a":1})", R"({"a":1.0,"":1.0})", R"({"a":1.0,"":1.0})");
 }
 
@@ -124,6 +126,15 @@ void tst_JsonLayout::changes()
     QTEST(compact, "compact");
     // Nothing is left to do for a second write.
     QCOMPARE(JsonLayout::write(objectOf(object), written), written);
+}
+
+//! QML, which only has doubles, has changed nothing.
+void tst_JsonLayout::roundedIntegers()
+{
+    const QByteArray original = "{\n    \"a\": 9007199254740993\n}\n";
+    QCOMPARE(JsonLayout::write({{QStringLiteral("a"), 9007199254740992.0}}, original), original);
+    QCOMPARE(JsonLayout::write({{QStringLiteral("a"), 9007199254740994.0}}, original),
+             QByteArray("{\n    \"a\": 9007199254740994\n}\n"));
 }
 
 //! Hangs if a key is searched for in a list.

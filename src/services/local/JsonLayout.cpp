@@ -43,6 +43,12 @@ QJsonValue scalar(const QByteArray &text)
     return QJsonDocument::fromJson('[' + text + ']').array().at(0);
 }
 
+//! Whether a value is unchanged. QML, where the values come from, rounds integers beyond 2^53.
+bool isSame(const QJsonValue &value, const QJsonValue &other)
+{
+    return value.isDouble() && other.isDouble() ? value.toDouble() == other.toDouble() : value == other;
+}
+
 //! Reads the spelling of a text that QJsonDocument has accepted, which also limits the depth.
 class Reader
 {
@@ -52,6 +58,17 @@ public:
     {
     }
 
+    //! Reads the whole text.
+    Spelling readDocument()
+    {
+        // QJsonDocument accepts a byte order mark.
+        if (m_text.startsWith("\xEF\xBB\xBF")) {
+            m_position = 3;
+        }
+        return read();
+    }
+
+private:
     Spelling read()
     {
         skipWhitespace();
@@ -65,7 +82,6 @@ public:
         }
     }
 
-private:
     char current() const { return m_position < m_text.size() ? m_text.at(m_position) : '\0'; }
     bool skip(char sign)
     {
@@ -159,7 +175,7 @@ private:
 
     static QByteArray spelled(const QJsonValue &value, const Spelling *spelling)
     {
-        if (spelling && !spelling->text.isEmpty() && scalar(spelling->text) == value) {
+        if (spelling && !spelling->text.isEmpty() && isSame(scalar(spelling->text), value)) {
             return spelling->text;
         }
         const QByteArray list = QJsonDocument(QJsonArray {value}).toJson(QJsonDocument::Compact);
@@ -218,7 +234,7 @@ QByteArray JsonLayout::write(const QJsonObject &object, const QByteArray &origin
 {
     std::optional<Spelling> spelling;
     if (QJsonDocument::fromJson(original).isObject()) {
-        spelling = Reader(original).read();
+        spelling = Reader(original).readDocument();
     }
     return Writer().write(object, spelling ? &*spelling : nullptr);
 }
