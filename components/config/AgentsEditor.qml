@@ -17,28 +17,44 @@ ColumnLayout {
     property int revision: 0
     property string error: ""
     property bool isTooLong: false
+    //! The agents that the text stands for, as JSON. An older text would remove agents that were added since.
+    property string shownAgents
+    property bool isApplying: false
 
     // A text area would be busy with more for seconds.
     readonly property int longestText: 1000000
 
     signal edited(var agents)
 
+    function agentsAsText() {
+        return JSON.stringify(AgentConfig.agentsOf(configData));
+    }
+
     function reload() {
         const text = AgentConfig.editorText(configData, schema);
         isTooLong = text.length > longestText;
         area.text = isTooLong ? "" : text;
         error = "";
+        shownAgents = agentsAsText();
     }
 
     function apply() {
         const parsed = AgentConfig.fromEditor(area.text);
         error = parsed.error === "object" ? Translation.tr("not an object") : parsed.error;
-        if (parsed.agents && JSON.stringify(parsed.agents) !== JSON.stringify(AgentConfig.agentsOf(configData)))
-            edited(parsed.agents);
+        if (!parsed.agents || JSON.stringify(parsed.agents) === shownAgents)
+            return;
+        isApplying = true;
+        edited(parsed.agents);
+        isApplying = false;
+        shownAgents = agentsAsText();
     }
 
     spacing: Kirigami.Units.smallSpacing
     onRevisionChanged: reload()
+    onConfigDataChanged: {
+        if (!isApplying && agentsAsText() !== shownAgents)
+            reload();
+    }
     Component.onCompleted: reload()
 
     RowLayout {

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void editor();
     void editorErrors();
     void editorReloads();
+    void editorShowsAnAddedAgent();
     void documentation();
 
 public Q_SLOTS:
@@ -457,6 +458,26 @@ void tst_AgentsConfigPage::editorReloads()
     window.key(Qt::Key_Tab);
     QVERIFY(!window.item("agentsJson")->hasActiveFocus());
     QCOMPARE(window.item("agentsJson")->property("text").toString(), before);
+}
+
+//! Otherwise the next edit of the older text would remove the agent again.
+void tst_AgentsConfigPage::editorShowsAnAddedAgent()
+{
+    ConfigWindow window;
+    QVERIFY(window.write(R"({"agent":{"a":{}}})"));
+    QVERIFY(window.open());
+    window.click("jsonEditor");
+    QTRY_VERIFY(window.item("agentsJson"));
+    window.click("addAgent");
+    window.type(window.item("dialogName"), text("b"));
+    window.click("dialogAdd");
+    QTRY_VERIFY(!window.item("addAgentDialog"));
+    QQuickItem *editor = window.item("agentsJson");
+    QVERIFY(editor->property("text").toString().contains(text("\"b\": {}")));
+    editor->forceActiveFocus(Qt::TabFocusReason);
+    window.key(Qt::Key_End, Qt::ControlModifier);
+    window.key(Qt::Key_Space);
+    QCOMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"a":{},"b":{}})")));
 }
 
 void tst_AgentsConfigPage::documentation()
