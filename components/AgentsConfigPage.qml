@@ -38,7 +38,7 @@ ConfigPage {
         return store(ConfigObject.without(AgentConfig.agentsOf(configData), name));
     }
 
-    //! @return whether the agent was added and saved
+    //! @return whether the agent was added, and saved unless the user has to do that
     function addAgent(name, agent) {
         const agents = AgentConfig.agentsOf(configData);
         if (!AgentConfig.isValidName(name) || ConfigObject.has(agents, name)) {
@@ -48,7 +48,7 @@ ConfigPage {
         }
         const before = ConfigObject.section(configData, "agent");
         const wasUnsaved = controller.hasUnsavedChanges;
-        if (store(ConfigObject.withValue(AgentConfig.cleaned(agents), name, agent)))
+        if (store(ConfigObject.withValue(AgentConfig.cleaned(agents), name, agent)) || controller.problem !== "")
             return true;
         // The dialog keeps it. Here its name would no longer be new.
         controller.push("agent", before);

@@ -48,7 +48,12 @@ QtObject {
         const config = copyOf(load());
         configData = ConfigObject.has(config, "agent") ? config : ConfigObject.withValue(config, "agent", {});
         hasUnsavedChanges = false;
-        problem = call("isLoomraConfigValid", true) ? "" : "invalid";
+        problem = lastingProblem();
+    }
+
+    //! The problem of the file as it was read.
+    function lastingProblem() {
+        return call("isLoomraConfigValid", true) ? "" : "invalid";
     }
 
     function load() {
@@ -90,7 +95,7 @@ QtObject {
         if (isChanged)
             problem = "changed";
         else if (problem === "changed")
-            problem = "";
+            problem = lastingProblem();
         return isChanged;
     }
 
@@ -106,14 +111,20 @@ QtObject {
         return true;
     }
 
-    //! Saves a change at once, unless that replaces changes of somebody else: then it stays unsaved.
+    //! Saves a change at once, unless that replaces a file that could not be parsed, or changes of somebody else: then
+    //! it stays unsaved until the user saves.
     //! @return whether it was saved
     function saveAtOnce() {
-        if (checkFile() || !write()) {
+        if (mustAsk() || !write()) {
             hasUnsavedChanges = true;
             return false;
         }
         return true;
+    }
+
+    //! Whether only the user may replace the file.
+    function mustAsk() {
+        return checkFile() || problem !== "";
     }
 
     function write() {

@@ -50,6 +50,7 @@ private Q_SLOTS:
     void refusedNames_data();
     void refusedNames();
     void dialogStaysIfSavingFails();
+    void brokenFileIsReplacedByTheButtonOnly();
     void optionsOfANewAgent();
     void editor();
     void editorErrors();
@@ -355,9 +356,8 @@ void tst_AgentsConfigPage::refusedNames()
 void tst_AgentsConfigPage::dialogStaysIfSavingFails()
 {
     ConfigWindow window;
-    QVERIFY(QDir().mkpath(window.path())); // can't be written
     QVERIFY(window.open());
-    window.takeWarnings();
+    QVERIFY(QDir().mkpath(window.path())); // can't be written
     window.click("addAgent");
     window.type(window.item("dialogName"), text("new"));
     window.click("dialogAdd");
@@ -369,6 +369,29 @@ void tst_AgentsConfigPage::dialogStaysIfSavingFails()
     window.click("dialogAdd");
     QTRY_VERIFY(!window.item("addAgentDialog"));
     QCOMPARE(window.saved().value(text("agent")).toObject(), window.objectOf(R"({"new":{}})"));
+}
+
+//! The user may have a comma too many in a long file.
+void tst_AgentsConfigPage::brokenFileIsReplacedByTheButtonOnly()
+{
+    ConfigWindow window;
+    const QByteArray broken = R"({"agent":{"a":{}},})";
+    QVERIFY(window.write(broken));
+    QVERIFY(window.open());
+    window.takeWarnings();
+    window.click("addAgent");
+    window.type(window.item("dialogName"), text("new"));
+    window.click("dialogAdd");
+    QTRY_VERIFY(!window.item("addAgentDialog"));
+    QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("New Agent")));
+    window.edit(window.control("model"), text("m"));
+    QTRY_COMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"new":{"model":"m"}})")));
+    QCOMPARE(window.content(), broken);
+    QVERIFY(window.item("settingsProblem"));
+    QCOMPARE(window.settings()->property("hasUnsavedChanges").toBool(), true);
+    window.click("settingsSave");
+    QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"new":{"model":"m"}}})"));
+    QVERIFY(!window.item("settingsProblem"));
 }
 
 void tst_AgentsConfigPage::optionsOfANewAgent()
