@@ -34,7 +34,6 @@ ConfigPage {
     }
 
     function removeAgent(name) {
-        addButton.forceActiveFocus(Qt.OtherFocusReason);
         return store(ConfigObject.without(AgentConfig.agentsOf(configData), name));
     }
 
@@ -124,6 +123,7 @@ ConfigPage {
 
         visible: !page.showsJson
         pane: page.pane
+        focusAfterRemoval: addButton
         entries: page.getEnabledAgents()
         fields: AgentConfig.fields
         revision: page.controller ? page.controller.revision : 0

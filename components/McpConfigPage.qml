@@ -19,15 +19,13 @@ ConfigPage {
         objectName: "cards"
 
         pane: page.pane
+        focusAfterRemoval: addButton
         immediate: true
         entries: ConfigObject.filtered(page.servers, (name, server) => ConfigObject.isObject(server))
         fields: ServerRules.serverFields
         revision: page.controller ? page.controller.revision : 0
         onEdited: page.push("mcp", ServerRules.withField(page.servers, name, key, value))
-        onRemoved: {
-            addButton.forceActiveFocus(Qt.OtherFocusReason);
-            page.push("mcp", ConfigObject.without(page.servers, name));
-        }
+        onRemoved: page.push("mcp", ConfigObject.without(page.servers, name))
     }
     ConfigButton {
         id: addButton

@@ -41,6 +41,7 @@ ConfigPage {
 
         Layout.fillWidth: true
         pane: page.pane
+        focusAfterRemoval: addButton
         step: 20
         spacing: Kirigami.Units.smallSpacing
         keys: PermissionRules.pathRows(page.permissions).map(row => JSON.stringify([row.action, row.path]))
@@ -64,12 +65,7 @@ ConfigPage {
 
                 words: PermissionRules.choices
                 word: ConfigObject.get(ConfigObject.section(page.permissions, row.action), row.path)
-                onChosen: {
-                    // Its row vanishes.
-                    if (word === "ask")
-                        addButton.forceActiveFocus(Qt.OtherFocusReason);
-                    page.setPath(row.action, row.path, word);
-                }
+                onChosen: page.setPath(row.action, row.path, word)
                 Accessible.name: row.title
             }
         }

@@ -18,15 +18,13 @@ ConfigPage {
         objectName: "cards"
 
         pane: page.pane
+        focusAfterRemoval: addButton
         immediate: true
         entries: ConfigObject.filtered(page.providers, (name, provider) => ConfigObject.isObject(provider))
         fields: ServerRules.providerFields
         revision: page.controller ? page.controller.revision : 0
         onEdited: page.push("provider", ServerRules.withField(page.providers, name, key, value))
-        onRemoved: {
-            addButton.forceActiveFocus(Qt.OtherFocusReason);
-            page.push("provider", ConfigObject.without(page.providers, name));
-        }
+        onRemoved: page.push("provider", ConfigObject.without(page.providers, name))
     }
     ConfigButton {
         id: addButton

@@ -53,6 +53,7 @@ ConfigPage {
 
         Layout.fillWidth: true
         pane: page.pane
+        focusAfterRemoval: addButton
         step: 20
         spacing: Kirigami.Units.smallSpacing
         keys: ToolRules.customTools(page.tools)
@@ -73,10 +74,7 @@ ConfigPage {
 
                 text: Translation.tr("Remove")
                 icon.name: "edit-delete"
-                onClicked: {
-                    addButton.forceActiveFocus(Qt.OtherFocusReason);
-                    page.setTool(row.key, false);
-                }
+                onClicked: page.setTool(row.key, false)
                 Accessible.name: Translation.tr("Remove %1").replace("%1", () => ConfigObject.shortened(row.key))
             }
         }

@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
+import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 
 import "../../contents/ui/omnibar/logic/ListSync.js" as ListSync
@@ -20,6 +21,8 @@ ColumnLayout {
     //! How many rows are added at once.
     property int step: 5
     property int wantedCount: step
+    //! Gets the focus when a row with the focus is removed.
+    property Item focusAfterRemoval: null
 
     property var shownKeys: []
     // A repeater that is not complete would show rows twice.
@@ -30,8 +33,17 @@ ColumnLayout {
             return;
         const before = shownKeys;
         shownKeys = pane ? keys.slice(0, wantedCount) : keys.slice();
+        keepFocus();
         const asRow = key => ({ key: key });
         ListSync.update(rowModel, before.map(asRow), shownKeys.map(asRow), "key");
+    }
+
+    function keepFocus() {
+        let item = Window.activeFocusItem;
+        while (item && item.parent !== rows)
+            item = item.parent;
+        if (item && focusAfterRemoval && !shownKeys.includes(item.key))
+            focusAfterRemoval.forceActiveFocus(Qt.OtherFocusReason);
     }
 
     //! Adds rows until there is a whole page below the view.

@@ -23,6 +23,7 @@ ColumnLayout {
 
     KeyRows {
         keys: Object.keys(column.pairs)
+        focusAfterRemoval: addButton
         Layout.fillWidth: true
 
         delegate: RowLayout {
@@ -61,6 +62,7 @@ ColumnLayout {
         }
     }
     ConfigButton {
+        id: addButton
         objectName: "addOption"
 
         text: Translation.tr("Add Option")

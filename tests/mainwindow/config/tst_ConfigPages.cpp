@@ -132,6 +132,7 @@ void tst_ConfigPages::customTools()
     QTRY_COMPARE(window.items("removeTool").size(), 3);
     window.click(window.items("removeTool").at(0));
     QTRY_COMPARE(window.items("removeTool").size(), 2);
+    QVERIFY(window.item("addTool")->hasActiveFocus());
     save(window);
     QCOMPARE(window.saved(), window.objectOf(R"({"tools":{"read":true,"__proto__":true,"toString":true}})"));
 }
@@ -164,6 +165,7 @@ void tst_ConfigPages::paths()
     window.choose(window.items("pathPermission").at(0), text("deny"));
     window.choose(window.items("pathPermission").at(1), text("ask"));
     QTRY_COMPARE(window.items("pathPermission").size(), 1);
+    QVERIFY(window.item("addPath")->hasActiveFocus());
     window.click("addPath");
     QQuickItem *dialog = window.item("addPathDialog");
     QVERIFY(dialog);
@@ -200,6 +202,7 @@ void tst_ConfigPages::servers()
     QCOMPARE(window.control("enabled", 1)->property("checked").toBool(), false);
     QCOMPARE(window.control("timeout", 1)->property("value").toInt(), 7000);
     window.click(window.items("removeCard").at(0));
+    QTRY_VERIFY(window.item("addServer")->hasActiveFocus());
     save(window);
     QCOMPARE(window.saved(), window.objectOf(R"({"mcp":{"web":{"type":"remote","url":"u","headers":{"H":"2"},
         "enabled":false,"timeout":7000},"text":"x"}})"));
@@ -296,6 +299,7 @@ void tst_ConfigPages::providers()
     QCOMPARE(window.saved(), window.objectOf(R"({"provider":{"p":{"models":{"m":{}},"api":"b","id":"i","npm":"x",
         "env":["C","D"],"options":{"k":2},"blacklist":["v"]}}})"));
     window.click("removeCard");
+    QTRY_VERIFY(window.item("addProvider")->hasActiveFocus());
     save(window);
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"provider":{}})"));
 }
