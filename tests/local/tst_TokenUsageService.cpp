@@ -165,6 +165,8 @@ void tst_TokenUsageService::whichFiles()
     writeMessage(QStringLiteral("message_1.json"), 100);
     writeMessage(QStringLiteral("msg_1.json.bak"), 200);
     writeMessage(QStringLiteral("msg_1.jsonl"), 400);
+    writeMessage(QStringLiteral("MSG_1.json"), 800);
+    writeMessage(QStringLiteral(".hidden/msg_4.json"), 8);
     QVERIFY(QFile::link(path(QStringLiteral("msg_1.json")), path(QStringLiteral("msg_link.json"))));
     QVERIFY(QFile::link(m_storage, path(QStringLiteral("a/loop"))));
     QVERIFY(QDir().mkpath(path(QStringLiteral("msg_directory.json"))));
@@ -173,7 +175,7 @@ void tst_TokenUsageService::whichFiles()
     QCOMPARE(::link(QFile::encodeName(path(QStringLiteral("msg_1.json"))).constData(), name.constData()), 0);
     TokenUsageService service(clock());
     // Qt can't open that file, so it is skipped.
-    QCOMPARE(service.dailyUsage().first().toMap().value(QStringLiteral("input")).toLongLong(), 7);
+    QCOMPARE(service.dailyUsage().first().toMap().value(QStringLiteral("input")).toLongLong(), 15);
     QCOMPARE(::unlink(name.constData()), 0); // nor delete it
 }
 
@@ -204,6 +206,7 @@ void tst_TokenUsageService::manyFiles()
     }
     TokenUsageService service(clock());
     const QVariantList usage = service.dailyUsage();
+    QCOMPARE(usage.size(), 30);
     qint64 input = 0;
     for (int age = 0; age < 3; ++age) {
         QCOMPARE(usage.at(age).toMap().value(QStringLiteral("messages")).toInt(), count / 3);

@@ -97,7 +97,8 @@ void TokenUsageService::scan()
         return;
     }
     // The threads share the walk, and take only some paths at once, so that memory doesn't grow with their number.
-    QDirIterator walk(m_storagePath, {QStringLiteral("msg_*.json")}, QDir::Files | QDir::NoSymLinks | QDir::Hidden,
+    QDirIterator walk(m_storagePath, {QStringLiteral("msg_*.json")},
+                      QDir::Files | QDir::NoSymLinks | QDir::Hidden | QDir::CaseSensitive,
                       QDirIterator::Subdirectories);
     QMutex walkMutex;
     const auto take = [&walk, &walkMutex] {
