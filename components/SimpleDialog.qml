@@ -134,6 +134,7 @@ FocusScope {
             anchors.top: heading.bottom
             anchors.bottom: buttonRow.top
             anchors.margins: box.padding
+            anchors.rightMargin: 0 // the scroll bar is beside the content
             contentHeight: box.contentLength
             thumbColor: Qt.rgba(Kirigami.Theme.textColor.r, Kirigami.Theme.textColor.g, Kirigami.Theme.textColor.b, 0.35)
             scrollBarName: Translation.tr("Scroll dialog")
@@ -141,7 +142,7 @@ FocusScope {
             ColumnLayout {
                 id: contentColumn
 
-                width: parent.width
+                width: parent.width - box.padding
                 spacing: Kirigami.Units.smallSpacing
                 onImplicitHeightChanged: box.contentLength = implicitHeight
             }

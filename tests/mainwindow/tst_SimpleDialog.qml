@@ -148,6 +148,9 @@ Item {
             const place = tallButton.mapToItem(root, 0, 0);
             verify(place.y + tallButton.height < 570 && place.y > 450);
             verify(tallButton.activeFocus);
+            const bar = findChild(tall, "paneScrollBar");
+            verify(bar.visible);
+            verify(bar.mapToItem(root, 0, 0).x >= place.x + tallButton.width);
         }
     }
 }
