@@ -6,6 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.loomra.components.controls 1.0
 
 import ".."
+import "../ConfigObject.js" as ConfigObject
 
 //! A choice of one of a few words in a form. Nothing is chosen if the value is none of them.
 RowLayout {
@@ -15,7 +16,7 @@ RowLayout {
     readonly property var value: field.value === undefined ? field.row.fallback : field.value
 
     // Rules for single paths would be lost.
-    readonly property bool isSplit: typeof value === "object"
+    readonly property bool isSplit: ConfigObject.isObject(value)
 
     WordBox {
         objectName: "control-" + holder.field.row.key

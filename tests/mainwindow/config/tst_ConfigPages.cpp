@@ -140,19 +140,23 @@ void tst_ConfigPages::customTools()
 void tst_ConfigPages::permissions()
 {
     ConfigWindow window;
-    QVERIFY(window.write(R"({"permission":{"edit":"deny","webfetch":"odd","custom":"allow","doom_loop":"allow"}})"));
+    QVERIFY(window.write(R"({"permission":{"edit":"deny","webfetch":"odd","custom":"allow","doom_loop":"allow",
+        "task":null,"lsp":[1]}})"));
     QVERIFY(window.open(Permissions));
     const auto shown = [&](const char *key) { return window.control(key)->property("displayText").toString(); };
     QCOMPARE(shown("read"), text("ask"));
     QCOMPARE(shown("edit"), text("deny"));
     QCOMPARE(shown("webfetch"), QString());
     QCOMPARE(shown("doom_loop"), text("allow"));
+    // Values of the wrong type can be replaced.
+    QCOMPARE(window.control("lsp")->isEnabled(), true);
+    window.choose(window.control("task"), text("deny"));
     window.choose(window.control("read"), text("allow"));
     window.choose(window.control("edit"), text("ask"));
     save(window);
-    QCOMPARE(
-        window.saved(),
-        window.objectOf(R"({"permission":{"read":"allow","webfetch":"odd","custom":"allow","doom_loop":"allow"}})"));
+    QCOMPARE(window.saved(),
+             window.objectOf(R"({"permission":{"read":"allow","webfetch":"odd","custom":"allow","doom_loop":"allow",
+        "task":"deny","lsp":[1]}})"));
 }
 
 void tst_ConfigPages::paths()
