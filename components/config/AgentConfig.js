@@ -118,7 +118,7 @@ function editorText(config, schema) {
     if (!ConfigObject.isEmpty(agents))
         otherSections.filter(key => ConfigObject.has(config, key))
             .forEach(key => ConfigObject.define(shown, key, config[key]));
-    return JSON.stringify(shown, null, 2);
+    return ConfigObject.asJson(shown);
 }
 
 /**

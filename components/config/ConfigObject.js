@@ -85,6 +85,12 @@ function asText(value, separator) {
     return typeof value === "string" ? value : JSON.stringify(value);
 }
 
+/** JSON for a text area. The characters that text areas replace, see FileCheck, are escaped. */
+function asJson(value) {
+    return JSON.stringify(value, null, 2).replace(/[\u00a0\u2028\u2029\ufdd0\ufdd1]/g, character =>
+        "\\u" + ("000" + character.charCodeAt(0).toString(16)).slice(-4));
+}
+
 /** Longer texts are not edited in a field. */
 const longestText = 50000;
 

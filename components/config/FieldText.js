@@ -44,7 +44,7 @@ const formats = {
         parse: text => ({ valid: true, value: words(text) })
     },
     json: {
-        shown: value => value === undefined || value === null ? "" : JSON.stringify(value, null, 2),
+        shown: value => value === undefined || value === null ? "" : ConfigObject.asJson(value),
         parse: parsedObject
     }
 };

@@ -18,21 +18,27 @@ QtObject {
     readonly property string shown: format.shown(field.value)
     //! A text field would be busy with such a value for seconds. Its start is shown, and can't be edited.
     readonly property bool isTooLong: shown.length > ConfigObject.longestText
+    //! The control's text when it was last shown or applied. Not what was assigned: controls change some characters, such
+    //! as line breaks of other systems, which the user has not edited.
+    property string knownText
     readonly property bool isValid: isTooLong || format.parse(control.text).valid
 
     function reset() {
         const text = ConfigObject.shortened(shown, ConfigObject.longestText);
         if (control.text !== text)
             control.text = text;
+        knownText = control.text;
     }
 
     //! Applies the text if the user has changed it.
     function apply() {
-        if (isTooLong)
+        if (isTooLong || control.text === knownText)
             return;
         const parsed = format.parse(control.text);
-        if (parsed.valid && control.text !== shown)
-            field.edit(parsed.value);
+        if (!parsed.valid)
+            return;
+        knownText = control.text;
+        field.edit(parsed.value);
     }
 
     function finish() {

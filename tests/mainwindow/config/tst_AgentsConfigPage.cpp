@@ -39,6 +39,7 @@ private Q_SLOTS:
     void edits_data();
     void edits();
     void untouchedFieldsStay();
+    void charactersThatControlsReplaceStay();
     void emptiedAgent();
     void options();
     void removes();
@@ -167,6 +168,25 @@ void tst_AgentsConfigPage::untouchedFieldsStay()
     QTRY_COMPARE(
         window.saved().value(text("agent")).toObject().value(text("build")).toObject(),
         window.objectOf(R"({"temperature":7,"steps":"many","mode":"odd","model":["m"],"prompt":{},"color":"red"})"));
+}
+
+void tst_AgentsConfigPage::charactersThatControlsReplaceStay()
+{
+    ConfigWindow window;
+    const QByteArray content = R"({"agent":{"build":{"model":"a\nb\u2028c","prompt":"a\r\nb\u00a0c\u2028d\ufdd0",
+        "description":"a\r\nb\tc\u00a0","options":{"x":"a\nb\u00a0"}}}})";
+    QVERIFY(window.write(content));
+    QVERIFY(window.open());
+    for (int i = 0; i < 30; ++i) {
+        window.key(Qt::Key_Tab);
+    }
+    QCOMPARE(window.content(), content);
+    // Typing and taking it back isn't a change of these characters either.
+    window.control("prompt")->forceActiveFocus(Qt::TabFocusReason);
+    window.key(Qt::Key_X);
+    window.key(Qt::Key_Backspace);
+    window.key(Qt::Key_Tab);
+    QCOMPARE(window.content(), content);
 }
 
 void tst_AgentsConfigPage::emptiedAgent()

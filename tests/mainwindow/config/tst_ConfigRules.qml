@@ -63,6 +63,13 @@ TestCase {
         same(ConfigObject.section(data.config, "x"), {});
     }
 
+    function test_json() {
+        compare(ConfigObject.asJson({ a: "\u00a0\u2028\u2029\ufdd0\ufdd1\r\n\u00e4" }),
+                '{\n  "a": "\\u00a0\\u2028\\u2029\\ufdd0\\ufdd1\\r\\n\u00e4"\n}');
+        compare(FieldText.formatOf({ format: "json" }).shown({ a: "\u00a0" }), '{\n  "a": "\\u00a0"\n}');
+        verify(AgentConfig.editorText({ agent: { a: { prompt: "\u00a0" } } }, "").includes('"prompt": "\\u00a0"'));
+    }
+
     function test_changesDontTouchTheOriginal() {
         const object = { a: { b: 1 } };
         AgentConfig.withField(object, "a", "b", 2);
