@@ -85,12 +85,10 @@ ColumnLayout {
         onTextChanged: if (activeFocus && !readOnly) editor.apply()
         Accessible.name: Translation.tr("Edit Agents Configuration (JSON):")
     }
-    ConfigText {
+    ErrorText {
         objectName: "jsonError"
 
         visible: editor.error !== ""
         text: Translation.tr("JSON Error: ") + editor.error
-        color: Kirigami.Theme.negativeTextColor
-        Accessible.role: Accessible.AlertMessage
     }
 }

@@ -4,8 +4,9 @@
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
+import org.kde.loomra.components.controls 1.0
 
-//! A message inside a page. Kirigami's shows markup, which a path may contain.
+//! A message inside a page. Screen readers speak warnings when they appear. Kirigami's shows markup, which a path may contain.
 Rectangle {
     id: message
 
@@ -23,8 +24,13 @@ Rectangle {
     color: Qt.rgba(tone.r, tone.g, tone.b, 0.15)
     border.width: 1
     border.color: tone
-    Accessible.role: isWarning ? Accessible.AlertMessage : Accessible.StaticText
+    Accessible.role: Accessible.StaticText
     Accessible.name: text
+    onTextChanged: if (isWarning) announcer.announce(text)
+
+    Announcer {
+        id: announcer
+    }
 
     Kirigami.Icon {
         id: icon

@@ -29,12 +29,10 @@ ColumnLayout {
         font.family: column.field.row.format === "json" ? "monospace" : Kirigami.Theme.defaultFont.family
         Accessible.name: column.field.accessibleName
     }
-    ConfigText {
+    ErrorText {
         objectName: "invalidText"
 
         visible: !area.textState.isValid
         text: Translation.tr("This is not a JSON object. The last valid value is kept.")
-        color: Kirigami.Theme.negativeTextColor
-        Accessible.role: Accessible.AlertMessage
     }
 }

@@ -7,6 +7,7 @@
 #include "Files.h"
 #include "OmniBarFixture.h"
 
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QPointer>
@@ -130,6 +131,16 @@ QQuickItem *ConfigWindow::page() const
 QStringList ConfigWindow::notices() const
 {
     return m_root->property("notices").toStringList();
+}
+
+QStringList ConfigWindow::announcements() const
+{
+    QStringList texts;
+    const QList<QQuickItem *> announced = items("announcement");
+    for (QQuickItem *item : announced) {
+        texts.append(QAccessible::queryAccessibleInterface(item)->text(QAccessible::Name));
+    }
+    return texts;
 }
 
 QList<QQuickItem *> ConfigWindow::items(const char *objectName, QQuickItem *root) const

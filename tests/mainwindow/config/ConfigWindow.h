@@ -48,6 +48,8 @@ public:
     //! The page of the current tab.
     QQuickItem *page() const;
     QStringList notices() const;
+    //! What screen readers speak without a change of the focus.
+    QStringList announcements() const;
 
     //! The items of this name, only visible ones, in drawing order.
     QList<QQuickItem *> items(const char *objectName, QQuickItem *root = nullptr) const;

@@ -410,6 +410,7 @@ void tst_AgentsConfigPage::brokenFileIsReplacedByTheButtonOnly()
     QTRY_COMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"new":{"model":"m"}})")));
     QCOMPARE(window.content(), broken);
     QVERIFY(window.item("settingsProblem"));
+    QCOMPARE(window.announcements(), QStringList(window.item("settingsProblem")->property("text").toString()));
     QCOMPARE(window.settings()->property("hasUnsavedChanges").toBool(), true);
     window.click("settingsSave");
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"new":{"model":"m"}}})"));
@@ -480,10 +481,14 @@ void tst_AgentsConfigPage::editorErrors()
     QVERIFY(!window.item("jsonError"));
     window.type(window.item("agentsJson"), text("{\"agent\":{\"b\":{}}"));
     QVERIFY(window.item("jsonError")->property("text").toString().startsWith(text("JSON Error: ")));
+    QTRY_COMPARE(window.announcements(), QStringList(window.item("jsonError")->property("text").toString()));
     QCOMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"a":{}})")));
     window.type(window.item("agentsJson"), text("{\"agent\":{\"b\":{}}}"));
     QVERIFY(!window.item("jsonError"));
     QCOMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"b":{}})")));
+    window.type(window.item("agentsJson"), text("{"));
+    window.click("formEditor");
+    QTRY_VERIFY(!window.item("agentsJson"));
 }
 
 void tst_AgentsConfigPage::editorReloads()

@@ -256,6 +256,7 @@ void tst_ConfigPages::invalidJsonKeepsTheLastValue()
     QVERIFY(!window.item("invalidText"));
     window.key(Qt::Key_Backspace);
     QVERIFY(window.item("invalidText"));
+    QTRY_COMPARE(window.announcements(), QStringList(window.item("invalidText")->property("text").toString()));
     window.key(Qt::Key_Tab);
     // The text stays for the user to mend.
     QCOMPARE(window.control("environment")->property("text").toString(), text("{\"A\":\"2\""));
