@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ChatModel.h"
+#include "MessageLog.h"
 #include "TestRegistry.h"
 
 #include <QAbstractItemModelTester>
@@ -169,6 +170,7 @@ void tst_ChatModel::roles()
 void tst_ChatModel::noData()
 {
     ChatModel model;
+    const MessageLog log;
     model.addUserMessage(QStringLiteral("hello"));
     const QModelIndex index = model.index(0);
     QVERIFY(index.data(257).isValid());
@@ -179,6 +181,7 @@ void tst_ChatModel::noData()
     QCOMPARE(model.rowCount(index), 0);
     model.clear();
     QVERIFY(!model.data(index, 257).isValid()); // a row that is gone
+    QCOMPARE(log.count(QString()), 0);
 }
 
 void tst_ChatModel::lastAssistantMessage_data()

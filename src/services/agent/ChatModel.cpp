@@ -25,7 +25,7 @@ int ChatModel::rowCount(const QModelIndex &parent) const
 
 QVariant ChatModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+    if (index.row() < 0 || index.row() >= m_messages.size()) {
         return {};
     }
     const ChatMessage &message = m_messages.at(index.row());

@@ -37,7 +37,7 @@ int ProjectModel::rowCount(const QModelIndex &parent) const
 
 QVariant ProjectModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+    if (!hasRow(index.row())) {
         return {};
     }
     const QFileInfo &entry = m_entries.at(index.row());
