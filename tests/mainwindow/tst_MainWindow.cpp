@@ -13,7 +13,7 @@
 
 using Request = ScriptedBridge::Request;
 
-//! The main window with its real client and a scripted bridge.
+//! The main window with its real client and a scripted bridge. One long file: a test for each part of the window.
 class tst_MainWindow : public QObject
 {
     Q_OBJECT

@@ -44,6 +44,7 @@ void pressKey(Conversation &bar, Qt::Key key)
 Q_DECLARE_METATYPE(std::function<void(Conversation &)>)
 
 //! The strip below the bar while a transcript waits to be sent. The timer is stopped or driven by the tests.
+//! One long file, because the tests share the window.
 class tst_VoiceConfirmation : public QObject
 {
     Q_OBJECT

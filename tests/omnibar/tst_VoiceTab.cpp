@@ -74,7 +74,7 @@ const Leaving s_leavings[] = {
 } // namespace
 
 //! The Voice tab in the window: when its test takes the transcripts, the keyboard, and how it looks. Its controls alone
-//! are in tests/omnibar/settings.
+//! are in tests/omnibar/settings. One long file, because the tests share the window and the voice path.
 class tst_VoiceTab : public QObject
 {
     Q_OBJECT

@@ -57,7 +57,8 @@ QString described(const char *name, QAccessible::Role role)
 
 } // namespace
 
-//! The voice validation window, with a voice path that does what a test says.
+//! The voice validation window, with a voice path that does what a test says. One long file, because the tests share
+//! the walk through the window and its voice path.
 class tst_VoiceValidation : public QObject
 {
     Q_OBJECT

@@ -28,7 +28,8 @@ QStringList texts(const QList<QQuickItem *> &items)
 
 } // namespace
 
-//! The page of the agents: forms that save at once, and the JSON editor.
+//! The page of the agents: forms that save at once, and the JSON editor. One long file, because the tests share the
+//! files that they compare with the disk.
 class tst_AgentsConfigPage : public QObject
 {
     Q_OBJECT

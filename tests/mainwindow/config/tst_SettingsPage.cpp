@@ -23,7 +23,8 @@ QString text(const char *utf8)
 
 } // namespace
 
-//! The page around the tabs: header, messages, saving and reloading.
+//! The page around the tabs: header, messages, saving and reloading. One long file, because the tests share the hostile
+//! files and the walks through the page.
 class tst_SettingsPage : public QObject
 {
     Q_OBJECT

@@ -58,6 +58,7 @@ Item {
         }
     }
 
+    // One long file, because the tests share the editor and its fakes.
     TestCase {
         id: test
         name: "CodeEditor"

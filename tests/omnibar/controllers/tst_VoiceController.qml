@@ -6,6 +6,7 @@ import QtTest 1.15
 
 import "qrc:/org/kde/loomra/contents/ui/omnibar/controllers"
 
+// One long file, because the tests share the fakes and what they compare.
 TestCase {
     id: test
     name: "VoiceController"
