@@ -155,6 +155,15 @@ QQuickItem *ConfigWindow::item(const char *objectName, QQuickItem *root) const
     return items(objectName, root).value(0);
 }
 
+QStringList ConfigWindow::texts(const QList<QQuickItem *> &items)
+{
+    QStringList result;
+    for (const QQuickItem *item : items) {
+        result.append(item->property("text").toString());
+    }
+    return result;
+}
+
 QQuickItem *ConfigWindow::control(const char *key, int card) const
 {
     const QList<QQuickItem *> cards = items("card");

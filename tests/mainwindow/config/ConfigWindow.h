@@ -54,6 +54,8 @@ public:
     //! The items of this name, only visible ones, in drawing order.
     QList<QQuickItem *> items(const char *objectName, QQuickItem *root = nullptr) const;
     QQuickItem *item(const char *objectName, QQuickItem *root = nullptr) const;
+    //! The texts of items.
+    static QStringList texts(const QList<QQuickItem *> &items);
     //! The control of a field in a card, or in the page if there are no cards.
     QQuickItem *control(const char *key, int card = 0) const;
 

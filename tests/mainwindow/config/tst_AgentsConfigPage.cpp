@@ -17,15 +17,6 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-QStringList texts(const QList<QQuickItem *> &items)
-{
-    QStringList result;
-    for (const QQuickItem *item : items) {
-        result.append(item->property("text").toString());
-    }
-    return result;
-}
-
 } // namespace
 
 //! The page of the agents: forms that save at once, and the JSON editor. One long file, because the tests share the
@@ -74,7 +65,7 @@ void tst_AgentsConfigPage::shows()
         window.write(R"({"agent":{"build":{"model":"m","temperature":0.25,"top_p":0.5,"prompt":"p","description":"d",
         "mode":"all","maxSteps":7,"color":"#fff","options":{"x":true}},"review":{},"off":{"disable":true},"text":"x"}})"));
     QVERIFY(window.open());
-    QCOMPARE(texts(window.items("cardTitle")), (QStringList {text("Build Agent"), text("Review Agent")}));
+    QCOMPARE(ConfigWindow::texts(window.items("cardTitle")), (QStringList {text("Build Agent"), text("Review Agent")}));
     const auto shown = [&](const char *key, int card) {
         QQuickItem *control = window.control(key, card);
         const char *property =
@@ -98,7 +89,7 @@ void tst_AgentsConfigPage::shows()
         QCOMPARE(shown(field.key(), 0), field.value().at(0));
         QCOMPARE(shown(field.key(), 1), field.value().at(1));
     }
-    QCOMPARE(texts(window.items("pairText")), QStringList(text("true")));
+    QCOMPARE(ConfigWindow::texts(window.items("pairText")), QStringList(text("true")));
     QVERIFY(!window.item("noAgents"));
 }
 
@@ -199,7 +190,7 @@ void tst_AgentsConfigPage::emptiedAgent()
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"build":{"model":"m"},"plan":{"mode":"all"}}})"));
     window.edit(window.control("model", 0), {});
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"plan":{"mode":"all"}}})"));
-    QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("Plan Agent")));
+    QTRY_COMPARE(ConfigWindow::texts(window.items("cardTitle")), QStringList(text("Plan Agent")));
     window.choose(window.control("mode"), text("subagent"));
     QTRY_COMPARE(window.saved(), window.objectOf(R"({"agent":{"plan":{"mode":"subagent"}}})"));
     window.click(window.control("disable"));
@@ -253,7 +244,7 @@ void tst_AgentsConfigPage::modesBecomeAgents()
     ConfigWindow window;
     QVERIFY(window.write(R"({"mode":{"build":{"model":"m"}}})"));
     QVERIFY(window.open());
-    QCOMPARE(texts(window.items("cardTitle")), QStringList(text("Build Agent")));
+    QCOMPARE(ConfigWindow::texts(window.items("cardTitle")), QStringList(text("Build Agent")));
     window.edit(window.control("model"), text("n"));
     QTRY_COMPARE(window.saved(),
                  window.objectOf(R"({"mode":{"build":{"model":"m"}},"agent":{"build":{"model":"n"}}})"));
@@ -406,7 +397,7 @@ void tst_AgentsConfigPage::brokenFileIsReplacedByTheButtonOnly()
     window.type(window.item("dialogName"), text("new"));
     window.click("dialogAdd");
     QTRY_VERIFY(!window.item("addAgentDialog"));
-    QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("New Agent")));
+    QTRY_COMPARE(ConfigWindow::texts(window.items("cardTitle")), QStringList(text("New Agent")));
     window.edit(window.control("model"), text("m"));
     QTRY_COMPARE(QJsonValue(window.manager()->getAgents()), QJsonValue(window.objectOf(R"({"new":{"model":"m"}})")));
     QCOMPARE(window.content(), broken);
@@ -469,7 +460,7 @@ void tst_AgentsConfigPage::editor()
         QCOMPARE(window.item("formEditor")->property("checked").toBool(), true);
         QCOMPARE(window.item("jsonEditor")->property("checked").toBool(), false);
     }
-    QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("B Agent")));
+    QTRY_COMPARE(ConfigWindow::texts(window.items("cardTitle")), QStringList(text("B Agent")));
 }
 
 void tst_AgentsConfigPage::editorErrors()

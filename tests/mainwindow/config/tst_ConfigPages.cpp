@@ -29,15 +29,6 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-QStringList texts(const QList<QQuickItem *> &items)
-{
-    QStringList result;
-    for (const QQuickItem *item : items) {
-        result.append(item->property("text").toString());
-    }
-    return result;
-}
-
 } // namespace
 
 //! A service whose answers are known.
@@ -195,7 +186,7 @@ void tst_ConfigPages::servers()
     QVERIFY(window.write(R"({"mcp":{"files":{"type":"local","command":["npx","-y","s"],"environment":{"A":"1"},"x":1},
         "web":{"type":"remote","url":"u","headers":{"H":"2"},"enabled":false,"timeout":7000},"text":"x"}})"));
     QVERIFY(window.open(Mcp));
-    QCOMPARE(texts(window.items("cardTitle")), (QStringList {text("files"), text("web")}));
+    QCOMPARE(ConfigWindow::texts(window.items("cardTitle")), (QStringList {text("files"), text("web")}));
     QCOMPARE(window.control("command", 0)->property("text").toString(), text("npx -y s"));
     QCOMPARE(window.control("environment", 0)->property("text").toString(), text("{\n  \"A\": \"1\"\n}"));
     QVERIFY(!window.control("url", 0));
@@ -317,7 +308,7 @@ void tst_ConfigPages::newProviders()
     window.type(window.item("dialogName"), text("constructor"));
     window.key(Qt::Key_Return);
     QVERIFY(!window.item("addProviderDialog"));
-    QTRY_COMPARE(texts(window.items("cardTitle")), QStringList(text("constructor")));
+    QTRY_COMPARE(ConfigWindow::texts(window.items("cardTitle")), QStringList(text("constructor")));
     window.type(window.control("api"), text("a"));
     save(window);
     QCOMPARE(window.saved().value(text("provider")).toObject(), window.objectOf(R"({"constructor":{"api":"a"}})"));
