@@ -49,6 +49,7 @@ void tst_JsonLayout::withoutAnOriginal_data()
     QTest::newRow("all types") << all << QByteArray();
     QTest::newRow("broken original") << all << QByteArray("{\"b\":");
     QTest::newRow("a list as original") << all << QByteArray("[1]");
+    QTest::newRow("a key with a byte order mark") << QByteArray("{\"\xef\xbb\xbf key\":3}") << QByteArray("{}");
     QTest::newRow("original without the keys") << all << QByteArray("{\"x\":{\"c\":1.0}}");
 }
 

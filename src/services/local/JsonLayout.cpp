@@ -7,7 +7,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -184,26 +186,29 @@ private:
 
     void writeObject(const QJsonObject &object, const Spelling *spelling)
     {
+        // By iteration, because QJsonObject doesn't find a key that begins with a byte order mark.
+        QHash<QString, QJsonValue> members;
+        std::vector<QString> added;
+        for (auto member = object.begin(); member != object.end(); ++member) {
+            const QString key = member.key();
+            if (!members.contains(key) && !(spelling && spelling->member(key))) {
+                added.push_back(key);
+            }
+            members.insert(key, member.value());
+        }
         std::vector<QString> keys;
         if (spelling) {
-            for (const QString &key : spelling->keys) {
-                if (object.contains(key)) {
-                    keys.push_back(key);
-                }
-            }
+            std::copy_if(spelling->keys.cbegin(), spelling->keys.cend(), std::back_inserter(keys),
+                         [&members](const QString &key) { return members.contains(key); });
         }
-        for (auto member = object.begin(); member != object.end(); ++member) {
-            if (!spelling || !spelling->member(member.key())) {
-                keys.push_back(member.key());
-            }
-        }
+        keys.insert(keys.end(), added.cbegin(), added.cend());
         m_text += '{';
         ++m_depth;
         for (std::size_t i = 0; i < keys.size(); ++i) {
             m_text += i > 0 ? "," : "";
             beginLine();
             m_text += spelled(keys[i], nullptr) + ": ";
-            writeValue(object.value(keys[i]), spelling ? spelling->member(keys[i]) : nullptr);
+            writeValue(members.value(keys[i]), spelling ? spelling->member(keys[i]) : nullptr);
         }
         --m_depth;
         beginLine();
