@@ -8,10 +8,19 @@
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QPalette>
 #include <QTemporaryDir>
 #include <QTest>
 
 using Request = ScriptedBridge::Request;
+
+namespace
+{
+
+//! Set for a process of its own, see CMakeLists.txt.
+const bool s_isDark = qEnvironmentVariableIsSet("TEST_DARK");
+
+} // namespace
 
 //! The main window with its real client and a scripted bridge. One long file: a test for each part of the window.
 class tst_MainWindow : public QObject
@@ -19,6 +28,7 @@ class tst_MainWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void layout();
     void withoutData();
     void promptAndReply();
@@ -36,6 +46,8 @@ private Q_SLOTS:
     void files();
     void generatedCodeArrives();
     void asksBeforeClosing();
+    void looks_data();
+    void looks();
     void projectSettings();
     void about();
     void settingsPage();
@@ -44,6 +56,14 @@ private Q_SLOTS:
     void withoutObjects();
     void unreachableBridge();
 };
+
+void tst_MainWindow::initTestCase()
+{
+    if (s_isDark) {
+        QGuiApplication::setPalette(QPalette(QColor(49, 54, 59), QColor(35, 38, 41)));
+        QVERIFY(qGray(QGuiApplication::palette().color(QPalette::Text).rgb()) > 200);
+    }
+}
 
 void tst_MainWindow::layout()
 {
@@ -413,6 +433,42 @@ void tst_MainWindow::asksBeforeClosing()
     QTRY_VERIFY(window.isSeen(window.item("unsavedDialog")));
     window.key(Qt::Key_Return); // "Discard", because the text has no path
     QTRY_VERIFY(!window.window()->isVisible());
+}
+
+void tst_MainWindow::looks_data()
+{
+    QTest::addColumn<bool>("hasLongNames");
+
+    QTest::newRow("names") << false;
+    QTest::newRow("long names") << true;
+}
+
+//! Texts can be read and stay in the window; screenshots on request. Also run with a dark colour scheme, in its own
+//! process, because Kirigami reads the colours once.
+void tst_MainWindow::looks()
+{
+    QFETCH(bool, hasLongNames);
+
+    const QByteArray title = hasLongNames ? QByteArray("Refactoring_of_everything ").repeated(12) : "Refactoring";
+    MainWindowFixture window;
+    QVERIFY(window.openReady({MainWindowFixture::session("ses_1", title.constData()),
+                              MainWindowFixture::session("ses_2", "Holiday plans")}));
+    window.answerSwitch(QStringLiteral("ses_1"),
+                        {MainWindowFixture::message("user", QString::fromUtf8(title)),
+                         MainWindowFixture::message("assistant", QString::fromUtf8(title.repeated(3)))});
+    QTRY_COMPARE(window.rowCount(), 2);
+    QVERIFY(window.settle());
+    QTRY_COMPARE(window.of("messageText", "color").value<QColor>(), QGuiApplication::palette().color(QPalette::Text));
+    for (const char *item : {"messageText", "sendButton", "sessionSidebar"}) {
+        QVERIFY2(QRectF(QPointF(), window.window()->size()).contains(OmniBarFixture::place(window.item(item))), item);
+    }
+    const QString name =
+        QString::fromUtf8(QTest::currentDataTag()) + (s_isDark ? QStringLiteral("-dark") : QStringLiteral("-light"));
+    window.screenshot(QStringLiteral("main-looks-") + name);
+    window.evaluateInWindow(QStringLiteral("tabBar.currentIndex = 1"));
+    Q_EMIT window.sdk.codeGenerated(QStringLiteral("int x;\n").repeated(4));
+    QVERIFY(window.settle());
+    window.screenshot(QStringLiteral("main-looks-editor-") + name);
 }
 
 void tst_MainWindow::projectSettings()
