@@ -27,6 +27,7 @@ QQC2.Button {
     }
 
     enabled: rows.length > 0
+    opacity: enabled ? 1 : 0.5 // the palette has no colours for disabled controls
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: name + ": " + caption
     Keys.onDownPressed: openMenu()

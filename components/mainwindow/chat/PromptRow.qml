@@ -7,6 +7,8 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../../common"
+
 //! The input of the chat. Ctrl+Return sends; Tab leaves the input.
 FocusScope {
     id: row
@@ -63,16 +65,14 @@ FocusScope {
             }
         }
 
-        QQC2.Button {
+        TextButton {
             id: sendButton
             objectName: "sendButton"
 
             Layout.alignment: Qt.AlignBottom
             Layout.preferredHeight: 40
-            text: Translation.tr("Send")
+            label: Translation.tr("Send")
             enabled: row.canSend
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
             onClicked: {
                 row.send();
                 // The button is disabled now.
