@@ -114,8 +114,18 @@ QtObject {
             chatView.sdk.currentModel = row.id;
     }
 
+    //! The agents of the tool's file; none if it has keys that Qt can't pass to QML, such as "__proto__".
+    function agentsOfConfig() {
+        try {
+            return Native.call(chatView.config, "getAgents");
+        } catch (error) {
+            console.warn("[ChatView] The agents of the configuration can't be used:", error);
+            return ({});
+        }
+    }
+
     Component.onCompleted: {
-        convertConfigAgents(Native.call(chatView.config, "getAgents"));
+        convertConfigAgents(agentsOfConfig());
         load();
     }
 }

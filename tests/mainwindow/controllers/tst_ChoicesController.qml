@@ -133,4 +133,15 @@ TestCase {
         choices.chooseAgent(0);
         compare([choices.modelText, choices.agentText, choices.configAgentsList], ["B", "a", []]);
     }
+
+    //! The models and the agents of the bridge are loaded all the same.
+    function test_unusableConfiguration() {
+        const config = { getAgents: () => { throw new TypeError("no such key"); } };
+        view = createTemporaryObject(viewComponent, test, { sdk: sdk, config: config });
+        sdk.takeCalls();
+        ignoreWarning("[ChatView] The agents of the configuration can't be used: TypeError: no such key");
+        choices = createTemporaryObject(controllerComponent, test, { chatView: view });
+        compare(choices.configAgentsList, []);
+        compare(sdk.takeCalls(), ["listModels()", "listAgents()"]);
+    }
 }
