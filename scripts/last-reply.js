@@ -7,7 +7,7 @@
 'use strict';
 
 const path = require('path');
-const WebSocket = require(path.join(__dirname, '../tools/demo-bridge/node_modules/ws'));
+const WebSocket = require(path.join(__dirname, '../tools/sdk-bridge/node_modules/ws'));
 
 const POLL_INTERVAL = 100; // ms
 

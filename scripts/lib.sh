@@ -13,7 +13,7 @@ readonly source_dir
 cd "$source_dir" || exit
 readonly log_dir=$source_dir/build/logs
 readonly bridge_port=8765
-readonly bridge_dir=$source_dir/tools/demo-bridge
+readonly bridge_dir=$source_dir/tools/sdk-bridge
 
 stage() { printf '==> %s\n' "$*" >&2; }
 note() { printf '    %s\n' "$*" >&2; }
@@ -127,9 +127,9 @@ bridge_listens() {
 }
 
 # Starts the demo bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends
-# it with stop_demo_bridge; tests/support/environment ends it in any case.
-start_demo_bridge() {
-    local log=$log_dir/demo-bridge.log silence
+# it with stop_bridge; tests/support/environment ends it in any case.
+start_bridge() {
+    local log=$log_dir/sdk-bridge.log silence
     mkdir -p "$log_dir"
     # The bridge ends with this shell, even if the shell is killed.
     LOOMRA_BRIDGE_PORT=$bridge_port LOOMRA_DEMO_SESSIONS=${LOOMRA_DEMO_SESSIONS:-40} \
@@ -146,7 +146,7 @@ start_demo_bridge() {
     exec {silence}<&-
 }
 
-stop_demo_bridge() {
+stop_bridge() {
     [[ -n ${bridge_pid:-} ]] || return 0
     kill -TERM "$bridge_pid" 2> /dev/null || true
     wait "$bridge_pid" 2> /dev/null || true

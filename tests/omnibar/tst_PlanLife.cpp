@@ -33,7 +33,7 @@ void tst_PlanLife::fromRequestToUndo()
     environment.insert(QStringLiteral("LOOMRA_DEMO_DELAY_MS"), QStringLiteral("200"));
     demo.setProcessEnvironment(environment);
     demo.start(QStringLiteral("node"),
-               {qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge/bridge.js")});
+               {qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge/bridge.js")});
     QVERIFY(demo.waitForReadyRead(Timeouts::Program));
     QVERIFY(bar.begin());
     QTRY_COMPARE_WITH_TIMEOUT(bar.property("bridgeStatus").toString(), QStringLiteral("idle"), Timeouts::Program);

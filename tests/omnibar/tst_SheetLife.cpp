@@ -72,7 +72,7 @@ void tst_SheetLife::startBridge()
     environment.insert(text("LOOMRA_WORKSPACE_INTEL"), text("1"));
     environment.insert(text("LOOMRA_AI_RUNTIME"), text("1"));
     m_demo->setProcessEnvironment(environment);
-    m_demo->start(text("node"), {qEnvironmentVariable("TOVICTL_SOURCE_DIR") + text("/tools/demo-bridge/bridge.js")});
+    m_demo->start(text("node"), {qEnvironmentVariable("TOVICTL_SOURCE_DIR") + text("/tools/sdk-bridge/bridge.js")});
     QVERIFY(m_demo->waitForReadyRead(Timeouts::Program));
 }
 

@@ -40,7 +40,7 @@ namespace BridgeSessions
 
 QString demoBridge()
 {
-    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge");
+    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
 
 QByteArray names(const QStringList &requests)

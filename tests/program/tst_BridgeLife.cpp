@@ -33,7 +33,7 @@ const QString s_listen =
 
 QString demoBridge()
 {
-    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge");
+    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
 
 QList<QByteArray> linesOf(const QString &program, const QStringList &arguments)

@@ -33,7 +33,7 @@ const QString s_client = QStringLiteral(R"(
 
 QString demoBridge()
 {
-    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/demo-bridge");
+    return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
 
 //! What the client prints; empty if there is no bridge.

@@ -128,7 +128,7 @@ void tst_LoomraSDKProcess::make()
 
 void tst_LoomraSDKProcess::startDemoBridge()
 {
-    qputenv("LOOMRA_BRIDGE_PATH", qgetenv("TOVICTL_SOURCE_DIR") + "/tools/demo-bridge");
+    qputenv("LOOMRA_BRIDGE_PATH", qgetenv("TOVICTL_SOURCE_DIR") + "/tools/sdk-bridge");
     make();
     m_sdk->initialize();
 }
