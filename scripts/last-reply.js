@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-// node last-reply.js PROMPT SECONDS: waits until the demo bridge has replied to the prompt and prints the reply, which
+// node last-reply.js PROMPT SECONDS: waits until the bridge has replied to the prompt and prints the reply, which
 // the window must then show.
 
 'use strict';

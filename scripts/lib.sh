@@ -112,11 +112,11 @@ build_preset() {
     run_stage "Building ($1)" "build-$1" cmake --build --preset "$1"
 }
 
-# Installs the demo bridge's one dependency from the registry that npm is configured to use.
+# Installs the bridge's dependencies from the registry that npm is configured to use.
 install_bridge_modules() {
     local installed=$bridge_dir/node_modules/.package-lock.json
     [[ $installed -nt $bridge_dir/package-lock.json ]] && return
-    run_stage 'Fetching the packages of the demo bridge' npm \
+    run_stage 'Fetching the packages of the bridge' npm \
         npm ci --prefix "$bridge_dir" --no-audit --no-fund --no-update-notifier
     touch "$installed"
 }
@@ -126,7 +126,7 @@ bridge_listens() {
     (: < "/dev/tcp/127.0.0.1/$bridge_port") 2> /dev/null || (: < "/dev/tcp/::1/$bridge_port") 2> /dev/null
 }
 
-# Starts the demo bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends
+# Starts the bridge, waits until it accepts connections and stores its process id in $bridge_pid. The caller ends
 # it with stop_bridge; tests/support/environment ends it in any case.
 start_bridge() {
     local log=$log_dir/sdk-bridge.log silence
@@ -139,7 +139,7 @@ start_bridge() {
     until bridge_listens; do
         if ! kill -0 "$bridge_pid" 2> /dev/null; then
             tail -n 5 "$log" >&2
-            die "the demo bridge did not start: ${log#"$source_dir"/}"
+            die "the bridge did not start: ${log#"$source_dir"/}"
         fi
         read -rt 0.05 -u "$silence" || true
     done

@@ -14,7 +14,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-//! A plan from the request to its undo: the real window, the real clients and the demo bridge.
+//! A plan from the request to its undo: the real window, the real clients and the bundled bridge.
 class tst_PlanLife : public QObject
 {
     Q_OBJECT

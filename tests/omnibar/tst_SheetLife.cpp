@@ -21,7 +21,7 @@ constexpr int s_sessions = 40;
 
 } // namespace
 
-//! The settings sheet with data of the demo bridge: the real window and the real clients.
+//! The settings sheet with data of the bundled bridge: the real window and the real clients.
 class tst_SheetLife : public QObject
 {
     Q_OBJECT

@@ -38,14 +38,14 @@ const QString s_client = QStringLiteral(R"(
 namespace BridgeSessions
 {
 
-QString demoBridge()
+QString bundledBridge()
 {
     return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
 
 QByteArray names(const QStringList &requests)
 {
-    return Program::run(QStringList {QStringLiteral("-e"), s_client, demoBridge()} + requests,
+    return Program::run(QStringList {QStringLiteral("-e"), s_client, bundledBridge()} + requests,
                         QProcessEnvironment::systemEnvironment(), QStringLiteral("node"))
         .output.trimmed();
 }

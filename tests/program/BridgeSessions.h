@@ -6,12 +6,12 @@
 #include <QByteArray>
 #include <QStringList>
 
-//! The sessions of the running demo bridge, through a client of the test's own.
+//! The sessions of the running bridge, through a client of the test's own.
 namespace BridgeSessions
 {
 
-//! The folder of the demo bridge.
-QString demoBridge();
+//! The folder of the bundled bridge.
+QString bundledBridge();
 
 //! Performs requests, each a JSON array of method and params, and returns the names of all sessions as "[A,B]", the one
 //! that was used last first. In params, "last" is the session that was created last. Empty if no bridge listens.

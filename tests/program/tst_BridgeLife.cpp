@@ -31,7 +31,7 @@ constexpr mode_t s_privateFile = 0600;
 const QString s_listen =
     QStringLiteral("require('net').createServer().listen(8765, '127.0.0.1', () => console.log('listening'))");
 
-QString demoBridge()
+QString bundledBridge()
 {
     return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
@@ -119,7 +119,7 @@ void tst_BridgeLife::init()
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert(QStringLiteral("HOME"), m_home->path());
     m_environment.insert(QStringLiteral("TOVICTL_SYSTEMCTL_LOG"), inHome("systemctl.log"));
-    m_environment.insert(QStringLiteral("LOOMRA_BRIDGE_PATH"), demoBridge());
+    m_environment.insert(QStringLiteral("LOOMRA_BRIDGE_PATH"), bundledBridge());
     QVERIFY(!isListening());
 }
 
@@ -295,7 +295,7 @@ void tst_BridgeLife::omniBarFindsAService()
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().count("\nWebSocket error: ") >= 2, Timeouts::Program);
 
     QProcess service;
-    service.start(QStringLiteral("node"), {demoBridge() + QStringLiteral("/bridge.js")});
+    service.start(QStringLiteral("node"), {bundledBridge() + QStringLiteral("/bridge.js")});
     QTRY_COMPARE_WITH_TIMEOUT(connectionCount(), s_clients, Timeouts::Program);
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), Timeouts::Program);
     QCOMPARE(contentOf(inHome("systemctl.log")), QByteArray("--user start tovi-bridge.service\n"));
@@ -310,7 +310,7 @@ void tst_BridgeLife::omniBarFindsAService()
 void tst_BridgeLife::omniBarLeavesARunningBridge()
 {
     QProcess service;
-    service.start(QStringLiteral("node"), {demoBridge() + QStringLiteral("/bridge.js")});
+    service.start(QStringLiteral("node"), {bundledBridge() + QStringLiteral("/bridge.js")});
     QTRY_VERIFY_WITH_TIMEOUT(isListening(), Timeouts::Program);
 
     DesktopRun run({}, m_environment);

@@ -70,7 +70,7 @@ void tst_MainWindowLife::init()
     m_home = std::make_unique<QTemporaryDir>();
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert(QStringLiteral("HOME"), m_home->path());
-    m_environment.insert(QStringLiteral("LOOMRA_BRIDGE_PATH"), BridgeSessions::demoBridge());
+    m_environment.insert(QStringLiteral("LOOMRA_BRIDGE_PATH"), BridgeSessions::bundledBridge());
     m_environment.insert(QStringLiteral("LOOMRA_DEMO_SESSIONS"), QStringLiteral("0"));
 }
 

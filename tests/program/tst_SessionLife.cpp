@@ -45,7 +45,7 @@ void tst_SessionLife::createsSwitchesAndDeletes()
 {
     const QTemporaryDir home;
     QProcess bridge;
-    bridge.start(QStringLiteral("node"), {BridgeSessions::demoBridge() + QStringLiteral("/bridge.js")});
+    bridge.start(QStringLiteral("node"), {BridgeSessions::bundledBridge() + QStringLiteral("/bridge.js")});
     QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[]"), Timeouts::Program);
     QCOMPARE(BridgeSessions::names(creation("Garden") + creation("Kitchen") + creation("Attic")),
              QByteArray("[Attic,Kitchen,Garden]"));

@@ -31,7 +31,7 @@ const QString s_client = QStringLiteral(R"(
     });
 )");
 
-QString demoBridge()
+QString bundledBridge()
 {
     return qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QStringLiteral("/tools/sdk-bridge");
 }
@@ -39,7 +39,7 @@ QString demoBridge()
 //! What the client prints; empty if there is no bridge.
 QByteArray workspaces()
 {
-    return Program::run({QStringLiteral("-e"), s_client, demoBridge()}, QProcessEnvironment::systemEnvironment(),
+    return Program::run({QStringLiteral("-e"), s_client, bundledBridge()}, QProcessEnvironment::systemEnvironment(),
                         QStringLiteral("node"))
         .output;
 }
@@ -69,7 +69,7 @@ void tst_WorkspaceLife::preferenceAndSuggestion()
     environment.insert(QStringLiteral("LOOMRA_DEMO_DELAY_MS"), QStringLiteral("0"));
     QProcess bridge;
     bridge.setProcessEnvironment(environment);
-    bridge.start(QStringLiteral("node"), {demoBridge() + QStringLiteral("/bridge.js")});
+    bridge.start(QStringLiteral("node"), {bundledBridge() + QStringLiteral("/bridge.js")});
     QTRY_COMPARE_WITH_TIMEOUT(workspaces(), QByteArray("\n\n"), Timeouts::Program);
 
     // What the user wants on is turned on.

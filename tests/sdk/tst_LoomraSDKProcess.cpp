@@ -71,8 +71,8 @@ private:
     //! Writes the bridge.js that the next client starts.
     void write(const char *script);
     void make();
-    //! Starts a client with the demo bridge.
-    void startDemoBridge();
+    //! Starts a client with the bundled bridge.
+    void startBundledBridge();
     //! Waits until the client is ready. Ends the delay before its first attempt to connect as soon as the bridge
     //! listens.
     bool waitForReady();
@@ -126,7 +126,7 @@ void tst_LoomraSDKProcess::make()
     m_emitted = std::make_unique<SignalLog>(m_sdk.get());
 }
 
-void tst_LoomraSDKProcess::startDemoBridge()
+void tst_LoomraSDKProcess::startBundledBridge()
 {
     qputenv("LOOMRA_BRIDGE_PATH", qgetenv("TOVICTL_SOURCE_DIR") + "/tools/sdk-bridge");
     make();
@@ -135,7 +135,7 @@ void tst_LoomraSDKProcess::startDemoBridge()
 
 bool tst_LoomraSDKProcess::waitForReady()
 {
-    const auto starts = [this] { return m_log->count(QStringLiteral("Bridge output: \"Demo bridge listening on ")); };
+    const auto starts = [this] { return m_log->count(QStringLiteral("Bridge output: \"Bridge listening on ")); };
     if (!QTest::qWaitFor([&] { return starts() > m_startsSeen; }, Timeouts::Program)) {
         return false;
     }
@@ -151,7 +151,7 @@ void tst_LoomraSDKProcess::expireReconnectTimer()
 
 void tst_LoomraSDKProcess::runsTheBridge()
 {
-    startDemoBridge();
+    startBundledBridge();
     QVERIFY(isRunning());
     QTRY_VERIFY_WITH_TIMEOUT(m_sdk->isReady(), Timeouts::Program); // including the real delay
     QVERIFY(!reconnectTimer()->isActive());
@@ -242,7 +242,7 @@ void tst_LoomraSDKProcess::crashes()
 //! A graceful exit alone starts no timer, but the lost connection does.
 void tst_LoomraSDKProcess::restartsAfterAGracefulEndWithConnection()
 {
-    startDemoBridge();
+    startBundledBridge();
     QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
     ::kill(static_cast<pid_t>(pid), SIGTERM); // it exits with 0
@@ -258,7 +258,7 @@ void tst_LoomraSDKProcess::restartsAfterAGracefulEndWithConnection()
 
 void tst_LoomraSDKProcess::comesBackAfterACrash()
 {
-    startDemoBridge();
+    startBundledBridge();
     for (int i = 0; i < 2; ++i) {
         QVERIFY(waitForReady());
         ::kill(static_cast<pid_t>(child()->processId()), SIGKILL);
@@ -276,7 +276,7 @@ void tst_LoomraSDKProcess::comesBackAfterACrash()
 //! The flags are reset when the child ends, before the socket disconnects.
 void tst_LoomraSDKProcess::resetsTheFlagsWhenTheChildEnds()
 {
-    startDemoBridge();
+    startBundledBridge();
     QVERIFY(waitForReady());
     m_emitted->take();
     QMetaObject::invokeMethod(m_sdk.get(), "onBridgeProcessFinished", Q_ARG(int, 1),
@@ -348,7 +348,7 @@ void tst_LoomraSDKProcess::passesTheEnvironment()
 
 void tst_LoomraSDKProcess::closesTheConnectionFirst()
 {
-    startDemoBridge();
+    startBundledBridge();
     QVERIFY(waitForReady());
     auto *socket = m_sdk->findChild<QWebSocket *>();
     m_sdk->stopBridgeProcess(false);
@@ -421,7 +421,7 @@ void tst_LoomraSDKProcess::killsAChildThatIgnoresSigterm()
 
 void tst_LoomraSDKProcess::executorPathRestarts()
 {
-    startDemoBridge();
+    startBundledBridge();
     QVERIFY(waitForReady());
     const qint64 pid = child()->processId();
     m_emitted->take();

@@ -9,14 +9,15 @@ const { readSettings } = require('./lib/settings');
 const EXIT_FAILURE = 1;
 const EXIT_USAGE = 2;
 
-//! Loads the server. Without its one dependency, returns null and logs how to install it.
+//! Loads the server. Without its packages, returns null and logs how to install them.
 function loadServer() {
     try {
         return require('./lib/server');
     } catch (error) {
-        if (error.code !== 'MODULE_NOT_FOUND' || !/'ws'/.test(error.message))
+        const [, name] = /^Cannot find module '([^'./]+)'/.exec(error.message) ?? [];
+        if (error.code !== 'MODULE_NOT_FOUND' || !name)
             throw error;
-        log.note(`The package "ws" is missing: run "npm ci" in ${__dirname} first`);
+        log.note(`The package "${name}" is missing: run "npm ci" in ${__dirname} first`);
         return null;
     }
 }
@@ -49,11 +50,11 @@ async function main() {
             log.note(`Port ${settings.port} is taken, so there is nothing to do here`);
             return 0;
         }
-        log.note(`The demo bridge cannot listen on port ${settings.port}: ${error.message}`);
+        log.note(`The bridge cannot listen on port ${settings.port}: ${error.message}`);
         return EXIT_FAILURE;
     }
 
-    log.announce(`Demo bridge listening on ${bridge.urls.join(' and ')}`);
+    log.announce(`Bridge listening on ${bridge.urls.join(' and ')}`);
     await asked;
     await bridge.stop();
     return 0;

@@ -84,7 +84,7 @@ class Connection {
                 this.fail(id, method, error);
             } else {
                 log.note(`${log.quote(method)} failed: ${error.stack}`);
-                const failure = new frames.Failure('The demo bridge could not do that', 'INTERNAL');
+                const failure = new frames.Failure('The bridge could not do that', 'INTERNAL');
                 this.count(method, failure);
                 this.fail(id, method, failure);
             }

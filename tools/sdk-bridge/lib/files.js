@@ -15,7 +15,7 @@ const MAX_PATH = 1024;
 const MAX_SHOWN = 200;
 
 const SAMPLES = {
-    'README.md': '# A sample project\n\nIt lives in the memory of the demo bridge and ends with it.\n',
+    'README.md': '# A sample project\n\nIt lives in the memory of the bridge and ends with it.\n',
     'src/main.js': '\'use strict\';\n\nconst { greet } = require(\'./greet\');\n\nconsole.log(greet(\'world\'));\n',
     'src/greet.js': '\'use strict\';\n\nexports.greet = (name) => `Hello, ${name}!`;\n',
     'docs/notes.txt': 'Grüße — and a second line.\n',
@@ -62,7 +62,7 @@ class FileTree {
         const others = [...this.#contents].filter(([name]) => name !== inner);
         const characters = others.reduce((sum, [, text]) => sum + text.length, content.length);
         if (others.length >= MAX_FILES || characters > MAX_CHARACTERS)
-            throw new Failure('The files of the demo bridge take no more', 'FULL');
+            throw new Failure('The files of the bridge take no more', 'FULL');
         this.#contents.set(inner, content);
     }
 

@@ -41,7 +41,7 @@ function seedSessions(store, count, now = Date.now()) {
         const round = Math.floor(n / PROMPTS.length);
         session.createdAt = Math.round(createdAt);
         session.add('user', 'Again: '.repeat(round) + PROMPTS[n % PROMPTS.length]);
-        session.add('assistant', 'This conversation was made up by the demo bridge.');
+        session.add('assistant', 'This conversation was made up by the bridge.');
         return session;
     });
     sessions.reverse().forEach((session) => store.keep(session));

@@ -63,14 +63,14 @@ async function start(settings) {
     }
 
     for (const address of missing)
-        log.note(`${address} is not available on this machine, so the demo bridge does without it`);
+        log.note(`${address} is not available on this machine, so the bridge does without it`);
 
     //! Stops within GRACE_MS, whatever the clients do.
     async function stop() {
         house.close();
         const closed = servers.map((server) => new Promise((resolve) => server.close(resolve)));
         for (const client of webSockets.clients)
-            client.close(GOING_AWAY, 'The demo bridge ends');
+            client.close(GOING_AWAY, 'The bridge ends');
         const cutOff = setTimeout(() => sockets.forEach((socket) => socket.destroy()), GRACE_MS);
         await Promise.all(closed);
         clearTimeout(cutOff);

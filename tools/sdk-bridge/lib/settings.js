@@ -3,6 +3,8 @@
 
 'use strict';
 
+const { stateFolder } = require('./folders');
+
 //! The variables with an integer; an empty one counts as unset.
 const NUMBERS = [
     // 0 uses any free port, which the bridge prints.
@@ -30,10 +32,11 @@ function readSwitch(text = '') {
     return text !== '0' && text.toLowerCase() !== 'false';
 }
 
-//! Parses the environment: `port`, `beat` (milliseconds), `sessions`, `executorPathEnabled`, `workspaceIntel` and
-//! `aiRuntime`. Throws an Error with a message for the user if a number is invalid.
+//! Parses the environment: `port`, `beat` (milliseconds), `sessions`, `stateFolder` (a path, or null),
+//! `executorPathEnabled`, `workspaceIntel` and `aiRuntime`. Throws an Error with a message for the user if a number is invalid.
 function readSettings(env) {
     const settings = {
+        stateFolder: stateFolder(env),
         executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),
         workspaceIntel: env.LOOMRA_WORKSPACE_INTEL === ON,
         aiRuntime: env.LOOMRA_AI_RUNTIME === ON,

@@ -24,7 +24,7 @@ class Store {
     //! Adds a row and returns it with its id. Throws a Failure if the row is too big or the store is full.
     add(row) {
         if (this.#byId.size >= this.#facts.limit)
-            throw new Failure(`The demo bridge keeps no more than ${this.#facts.limit} of these`, 'FULL');
+            throw new Failure(`The bridge keeps no more than ${this.#facts.limit} of these`, 'FULL');
         const kept = { id: `${this.#facts.prefix}_${crypto.randomBytes(6).toString('hex')}`, ...row };
         this.#checkSize(kept);
         this.#byId.set(kept.id, kept);

@@ -34,7 +34,7 @@ class Tokens {
         if (tokenKey && !/^\w{1,128}$/.test(tokenKey))
             throw invalid('The parameter "tokenKey" is no name of a key');
         if (!this.#byProvider.has(provider) && this.#byProvider.size >= MAX_PROVIDERS)
-            throw invalid(`The demo bridge knows no more than ${MAX_PROVIDERS} providers`);
+            throw invalid(`The bridge knows no more than ${MAX_PROVIDERS} providers`);
         this.#byProvider.set(provider, { tokenKey: tokenKey || keyOf(provider), masked: mask(token) });
         return this.status(provider);
     }

@@ -154,11 +154,11 @@ test('suggestions come beside an answer or within its document', async () => {
 test('failures have their forms', async () => {
     const table = {
         error: { type: 'response', method: 'chat', payload: null,
-            error: { message: 'The demo bridge failed as you asked', code: 'DEMO' } },
-        'error notice': { type: 'error', error: { message: 'The demo bridge failed with a notice', code: 'DEMO' } },
+            error: { message: 'The bridge failed as you asked', code: 'DEMO' } },
+        'error notice': { type: 'error', error: { message: 'The bridge failed with a notice', code: 'DEMO' } },
         'error code': { type: 'error', error: { message: '', code: 'E_DEMO_ONLY_A_CODE' } },
         'silent error': { type: 'error', error: { message: '', code: '' } },
-        'old error': { error: 'The demo bridge failed the old way' },
+        'old error': { error: 'The bridge failed the old way' },
     };
     for (const [name, wanted] of Object.entries(table)) {
         const { id, reply } = await ask(name);

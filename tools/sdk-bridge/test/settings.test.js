@@ -8,7 +8,15 @@ const assert = require('assert/strict');
 const { readSettings } = require('../lib/settings');
 const { test } = require('./support/timed');
 
-const PRESET = { port: 8765, beat: 1000, sessions: 0, executorPathEnabled: true, workspaceIntel: false, aiRuntime: false };
+const PRESET = {
+    port: 8765,
+    beat: 1000,
+    sessions: 0,
+    stateFolder: null,
+    executorPathEnabled: true,
+    workspaceIntel: false,
+    aiRuntime: false,
+};
 
 test('without variables the bridge has its default port and pace', () => {
     assert.deepEqual(readSettings({}), PRESET);
@@ -46,3 +54,16 @@ for (const [variable, key] of [['LOOMRA_WORKSPACE_INTEL', 'workspaceIntel'], ['L
             assert.deepEqual(readSettings({ [variable]: text }), { ...PRESET, [key]: on }, text);
     });
 }
+
+test('the state is kept where the desktop keeps such files', () => {
+    for (const [env, folder] of [
+        [{ HOME: '/home/ann' }, '/home/ann/.local/state/loomra-bridge'],
+        [{ HOME: '/home/ann', XDG_STATE_HOME: '/state' }, '/state/loomra-bridge'],
+        [{ HOME: '/home/ann', XDG_STATE_HOME: '' }, '/home/ann/.local/state/loomra-bridge'],
+        [{ HOME: '/home/ann', XDG_STATE_HOME: 'relative' }, '/home/ann/.local/state/loomra-bridge'],
+        [{ XDG_STATE_HOME: '/state' }, '/state/loomra-bridge'],
+        [{ HOME: 'relative' }, null],
+        [{}, null],
+    ])
+        assert.equal(readSettings(env).stateFolder, folder, JSON.stringify(env));
+});

@@ -17,7 +17,7 @@ const { test } = require('./support/timed');
 
 test('one line tells where it listens, and both addresses serve', { skip: withoutIPv6 }, async (t) => {
     const bridge = await startBridge(t);
-    assert.equal(bridge.output, `Demo bridge listening on ${bridge.url()} and ${bridge.url('[::1]')}\n`);
+    assert.equal(bridge.output, `Bridge listening on ${bridge.url()} and ${bridge.url('[::1]')}\n`);
     for (const host of ['127.0.0.1', '[::1]', 'localhost']) {
         const client = await bridge.connect(host);
         assert.deepEqual(client.messages, [{ type: 'ready', sdkInitialized: true }]);

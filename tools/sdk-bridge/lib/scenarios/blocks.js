@@ -46,7 +46,7 @@ const code = {
 
 const callout = (variant, content) => ({ type: 'callout', variant, content });
 
-const info = callout('info', 'Good to know: the demo bridge changes nothing on your desktop.');
+const info = callout('info', 'Good to know: this bridge changes nothing on your desktop.');
 const warning = callout('warning', 'Careful: this warning is about nothing at all.');
 const tip = callout('tip', 'A tip: type `help` for the list.');
 

@@ -50,18 +50,18 @@ const oddResult = (payload) => ({ payload });
 module.exports = {
     title: 'Trouble',
     scenarios: [
-        { phrases: ['error'], about: 'a reply that failed', answer: fail('The demo bridge failed as you asked', 'DEMO') },
+        { phrases: ['error'], about: 'a reply that failed', answer: fail('The bridge failed as you asked', 'DEMO') },
         {
             phrases: ['error notice'],
             about: 'the same as a message of its own kind',
-            answer: fail('The demo bridge failed with a notice', 'DEMO', 'notice'),
+            answer: fail('The bridge failed with a notice', 'DEMO', 'notice'),
         },
         { phrases: ['error code'], about: 'a notice with a code alone', answer: fail('', 'E_DEMO_ONLY_A_CODE', 'notice') },
         { phrases: ['silent error'], about: 'a notice without any words', answer: fail('', '', 'notice') },
         {
             phrases: ['old error'],
             about: 'a failure in the older form',
-            answer: fail('The demo bridge failed the old way', 'DEMO', 'older'),
+            answer: fail('The bridge failed the old way', 'DEMO', 'older'),
         },
         { phrases: ['late error'], about: 'a plan that fails half-way', pace: 0, answer: errorAfterPlan },
         { phrases: ['empty'], about: 'an answer without words', answer: { response: '' } },

@@ -3,6 +3,7 @@
 
 'use strict';
 
+const fs = require('fs');
 const os = require('os');
 const path = require('path');
 const readline = require('readline');
@@ -19,6 +20,13 @@ const withoutIPv6 = hasIPv6 ? false : 'this machine has no ::1';
 
 //! The environment without the caller's variables for the bridge.
 const clean = (env) => Object.fromEntries(Object.entries(env).filter(([name]) => !name.startsWith('LOOMRA_')));
+
+//! A folder that is removed at the end of the test.
+function temporaryFolder(t) {
+    const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'sdk-bridge-'));
+    t.after(() => fs.rmSync(folder, { recursive: true, force: true }));
+    return folder;
+}
 
 //! The bridge as a real child process.
 class Child {
@@ -66,9 +74,16 @@ class Child {
     }
 }
 
-//! Starts a bridge on a free port, which ends with the test. Its scenarios have no pauses by default.
+//! Starts a bridge on a free port, which ends with the test. By default its scenarios have no pauses, its state is in a
+//! folder of its own, and it looks for no model server.
 async function startBridge(t, env = {}) {
-    const child = new Child({ LOOMRA_BRIDGE_PORT: '0', LOOMRA_DEMO_DELAY_MS: '0', ...env });
+    const child = new Child({
+        LOOMRA_BRIDGE_PORT: '0',
+        LOOMRA_DEMO_DELAY_MS: '0',
+        LOOMRA_MODEL_URL: 'none',
+        XDG_STATE_HOME: env.XDG_STATE_HOME ?? temporaryFolder(t),
+        ...env,
+    });
     t.after(() => child.stop('SIGKILL'));
     return child.listening();
 }
@@ -80,4 +95,4 @@ async function runBridge(env) {
     return { code, output: child.output, errors: child.errors };
 }
 
-module.exports = { Child, runBridge, startBridge, withoutIPv6 };
+module.exports = { Child, runBridge, startBridge, temporaryFolder, withoutIPv6 };
