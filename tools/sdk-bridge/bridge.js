@@ -31,6 +31,9 @@ async function main() {
         return EXIT_USAGE;
     }
 
+    // Programs that the bridge starts must not inherit it.
+    delete process.env.LOOMRA_MODEL_KEY;
+
     const server = loadServer();
     if (!server)
         return EXIT_FAILURE;

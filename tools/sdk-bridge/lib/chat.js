@@ -3,6 +3,7 @@
 
 'use strict';
 
+const log = require('./log');
 const rephrase = require('./rephrase');
 const scenarios = require('./scenarios');
 const { Failure } = require('./frames');
@@ -30,12 +31,14 @@ function openSession(house, sessionId) {
     return { session: known ?? house.sessions.draft(), startsSession: !known };
 }
 
-//! Runs a turn in the session of its request, and makes a reply from the result of `play(turn)`.
-async function converse({ id, params, connection, house }, prompt, play) {
+//! Runs a turn in the session of its request, and makes a reply from the result of `play(turn)`. The result is added to
+//! the session, unless it is only a draft of what the user will say.
+async function converse({ id, params, connection, house }, { prompt, isDraft = false }, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
     const { desktop, journal } = house;
     const sendToAll = (frame) => house.sendToAll(frame);
-    const request = { id, prompt, params, session, startsSession, desktop, journal, sendToAll };
+    const model = house.model.address;
+    const request = { id, prompt, params, session, startsSession, desktop, journal, model, sendToAll };
     const outcome = await connection.turns.run(request, play);
     if (outcome === NO_REPLY)
         return NO_REPLY;
@@ -43,7 +46,8 @@ async function converse({ id, params, connection, house }, prompt, play) {
     const { response, ui, followUps, form } = outcome;
     if ('payload' in outcome)
         return reply(outcome.payload, form);
-    session.add('assistant', response);
+    if (!isDraft)
+        session.add('assistant', response);
     // A session that was deleted in the meantime isn't listed again.
     if (startsSession || house.sessions.find(session.id))
         house.sessions.keep(session);
@@ -51,25 +55,40 @@ async function converse({ id, params, connection, house }, prompt, play) {
     return reply({ response, sessionId: session.id, usage, ui, followUps }, form);
 }
 
-function rewrite({ params, house }, transcript) {
-    const { session } = openSession(house, params.sessionId);
-    const response = rephrase.cleanUp(transcript);
-    house.sessions.keep(session);
-    // Not part of the conversation: the user hasn't said anything yet.
-    return reply({ response, sessionId: session.id, usage: usageOf(params.message, response) });
+//! Rephrases a transcript, by rules if no model does it.
+async function rewrite(request, transcript) {
+    const { house, params } = request;
+    return converse(request, { prompt: transcript, isDraft: true }, async (turn) => {
+        try {
+            const rewritten = await house.model.rewrite(turn, params.message);
+            if (rewritten)
+                return rewritten;
+        } catch (error) {
+            if (!(error instanceof Failure) || error.code === 'CANCELLED')
+                throw error;
+            log.note(`A transcript is rephrased by rules: ${log.quote(error.message)}`);
+            house.journal.add('warn', 'rephrase.model', error.message);
+        }
+        return { response: rephrase.cleanUp(transcript) };
+    });
 }
 
-//! Answers a prompt with its scenario.
+//! Answers a prompt: with the scenario that it asks for, else by the model, else with the scenario that its words select.
 async function chat(request) {
-    const { message } = request.params;
+    const { house, params: { message } } = request;
     if (!message.trim())
         throw new Failure('The message is empty', 'INVALID_PARAMS');
     const transcript = rephrase.transcriptOf(request.params);
     if (transcript !== null)
         return rewrite(request, transcript);
-    return converse(request, questionOf(message), (turn) => {
-        turn.session.add('user', turn.prompt);
-        return scenarios.play(turn, turn.prompt);
+    const prompt = questionOf(message);
+    return converse(request, { prompt }, async (turn) => {
+        turn.session.add('user', prompt);
+        const wanted = scenarios.wanted(prompt);
+        if (wanted !== null)
+            return scenarios.play(turn, wanted);
+        const answer = await house.model.answer(turn, message);
+        return answer ?? scenarios.play(turn, prompt);
     });
 }
 
@@ -79,19 +98,31 @@ function cancel({ params, connection }) {
     return reply({ ok: true, cancelled: connection.turns.cancel(params.sessionId) });
 }
 
+//! What the demonstration says to an action.
 const ACTIONS = new Map([
     ['option_selected', 'Your choice has arrived. A real bridge would go on from here.'],
     ['slider_submitted', 'The value has arrived. A real bridge would now set it.'],
 ]);
 
+async function acknowledge(turn, { actionType, data }) {
+    await turn.pause(ACTION_PACE);
+    const known = ACTIONS.get(actionType) ?? `The action “${actionType}” has arrived.`;
+    const carried = Object.keys(data).length;
+    return { response: carried ? `${known}\n\n\`\`\`\n${JSON.stringify(data, null, 2)}\n\`\`\`` : known };
+}
+
 //! Answers an action on a widget of a reply, like a prompt.
 async function handleStructuredUiAction(request) {
-    const { actionType, data } = request.params;
-    return converse(request, actionType, async (turn) => {
-        await turn.pause(ACTION_PACE);
-        const known = ACTIONS.get(actionType) ?? `The action “${actionType}” has arrived.`;
-        const carried = Object.keys(data).length;
-        return { response: carried ? `${known}\n\n\`\`\`\n${JSON.stringify(data, null, 2)}\n\`\`\`` : known };
+    const { house, params } = request;
+    return converse(request, { prompt: params.actionType }, async (turn) => {
+        if (!house.model.address)
+            return acknowledge(turn, params);
+        // The OmniBar sends only that something was chosen: its widgets' data is no JSON object.
+        if (Object.keys(params.data).length === 0)
+            return { response: 'I can’t see from here what you chose. Please type it.' };
+        const prompt = `${params.actionType}: ${JSON.stringify(params.data)}`;
+        turn.session.add('user', prompt);
+        return house.model.answer(turn, prompt);
     });
 }
 

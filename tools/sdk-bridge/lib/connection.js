@@ -17,16 +17,21 @@ const MAX_NAME = 100;
 //! One client: parses its requests, performs them and sends the replies. No input closes the connection or ends the
 //! process.
 class Connection {
+    #closed = new AbortController();
+
     constructor(socket, house) {
         this.socket = socket;
         this.house = house;
         this.turns = new Turns(this, house.settings.beat);
+        //! Aborted when the client disconnects.
+        this.signal = this.#closed.signal;
 
         socket.on('message', (data, isBinary) => this.receive(data, isBinary));
         socket.on('error', (error) => log.note(`A client broke the protocol: ${error.message}`));
         socket.on('close', () => {
             house.clients.delete(this);
             this.turns.closeAll();
+            this.#closed.abort();
         });
         this.send(frames.ready());
         house.clients.add(this); // after "ready", which must be the first frame

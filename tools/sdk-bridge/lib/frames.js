@@ -13,6 +13,8 @@ class Failure extends Error {
     }
 }
 
+const cancelledFailure = () => new Failure('The request was cancelled', 'CANCELLED');
+
 //! The forms of a reply. Clients accept all of them; the bridge uses "response", the others are for scenarios.
 const FORMS = {
     response: {
@@ -66,4 +68,4 @@ function readRequest(data, isBinary) {
     return { request: { id, method, params } };
 }
 
-module.exports = { Failure, event, failure, isObject, readRequest, ready, success };
+module.exports = { Failure, cancelledFailure, event, failure, isObject, readRequest, ready, success };

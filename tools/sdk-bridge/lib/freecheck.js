@@ -27,15 +27,20 @@ function tryModel({ fullId, displayName, provider }, tokens) {
     return { model: fullId, displayName, ok, responseMs: ok ? responseMs : 0, response: ok ? 'Hello!' : '', error };
 }
 
-//! Tries all free models in turn. Resolves to a row for each and, as `recommended`, the fastest one that replied.
+//! The result of a check: its rows and, as `recommended`, the fastest model that replied.
+function withFastest(results) {
+    const [fastest] = results.filter(({ ok }) => ok).sort((a, b) => a.responseMs - b.responseMs);
+    return { results, recommended: fastest ?? null };
+}
+
+//! Pretends to try all free models in turn. Resolves to their results.
 async function checkFree(models, tokens, pace) {
     const results = [];
     for (const model of models.filter(({ free }) => free)) {
         await pace.pass(BEATS_EACH);
         results.push(tryModel(model, tokens));
     }
-    const [fastest] = results.filter(({ ok }) => ok).sort((a, b) => a.responseMs - b.responseMs);
-    return { results, recommended: fastest ?? null };
+    return withFastest(results);
 }
 
-module.exports = { checkFree };
+module.exports = { checkFree, withFastest };

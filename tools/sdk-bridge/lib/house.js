@@ -14,6 +14,7 @@ const { Feedback } = require('./feedback');
 const { FileTree } = require('./files');
 const { Journal } = require('./journal');
 const { Metrics } = require('./metrics');
+const { Model } = require('./model/model');
 const { Pace } = require('./pace');
 const { Reminders } = require('./reminders');
 const { Reports } = require('./reports');
@@ -40,6 +41,7 @@ class House {
     constructor(settings) {
         this.settings = settings;
         this.pace = new Pace(settings.beat);
+        this.model = new Model(settings);
         seedSessions(this.sessions, settings.sessions ?? 0);
         this.executor = new Executor({
             enabled: settings.executorPathEnabled,
@@ -66,6 +68,7 @@ class House {
     //! Cancels everything that is running, when the bridge stops.
     close() {
         this.pace.close();
+        this.model.close();
     }
 }
 

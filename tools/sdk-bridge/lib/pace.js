@@ -5,6 +5,8 @@
 
 const timers = require('timers/promises');
 
+const { follow } = require('./signals');
+
 //! Waits in beats, for work that belongs to no connection.
 class Pace {
     #beat;
@@ -17,19 +19,14 @@ class Pace {
 
     //! Resolves to true after some beats, or to false as soon as `signal` is aborted or the bridge stops.
     async pass(beats, signal) {
-        const ends = new AbortController();
-        const end = () => ends.abort();
-        const sources = signal ? [signal, this.#closed.signal] : [this.#closed.signal];
-        sources.forEach((source) => source.addEventListener('abort', end));
-        if (sources.some((source) => source.aborted))
-            end();
+        const ends = follow(...(signal ? [signal, this.#closed.signal] : [this.#closed.signal]));
         try {
             await timers.setTimeout(beats * this.#beat, undefined, { signal: ends.signal });
         } catch (error) {
             if (error.name !== 'AbortError')
                 throw error;
         } finally {
-            sources.forEach((source) => source.removeEventListener('abort', end));
+            ends.release();
         }
         return !ends.signal.aborted;
     }

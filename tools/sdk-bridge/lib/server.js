@@ -41,6 +41,7 @@ function answerPlainRequest(request, response) {
 async function start(settings) {
     const { port, servers, shown, missing } = await openListeners(settings.port);
     const house = new House(settings);
+    house.model.search();
     const webSockets = new WebSocketServer({ noServer: true, maxPayload: MAX_FRAME_BYTES });
     const sockets = new Set();
 

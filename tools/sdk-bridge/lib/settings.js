@@ -3,6 +3,7 @@
 
 'use strict';
 
+const { readModelSettings } = require('./model/settings');
 const { stateFolder } = require('./folders');
 
 //! The variables with an integer; an empty one counts as unset.
@@ -13,6 +14,10 @@ const NUMBERS = [
     { key: 'beat', variable: 'LOOMRA_DEMO_DELAY_MS', least: 0, most: 60000, preset: 1000 },
     // Sessions at the start.
     { key: 'sessions', variable: 'LOOMRA_DEMO_SESSIONS', least: 0, most: 500, preset: 0 },
+    // Seconds without a sign of life after which a reply of the model server is given up.
+    { key: 'modelTimeout', variable: 'LOOMRA_MODEL_TIMEOUT_S', least: 1, most: 3600, preset: 120 },
+    // Tokens of the model's context; 0 for what the model server says.
+    { key: 'modelContext', variable: 'LOOMRA_MODEL_CONTEXT', least: 0, most: 10000000, preset: 0 },
 ];
 
 const ON = '1'; // enables what is disabled by default
@@ -37,6 +42,7 @@ function readSwitch(text = '') {
 function readSettings(env) {
     const settings = {
         stateFolder: stateFolder(env),
+        model: readModelSettings(env),
         executorPathEnabled: readSwitch(env.LOOMRA_EXECUTOR_PATH),
         workspaceIntel: env.LOOMRA_WORKSPACE_INTEL === ON,
         aiRuntime: env.LOOMRA_AI_RUNTIME === ON,

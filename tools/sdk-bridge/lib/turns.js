@@ -9,8 +9,6 @@ const frames = require('./frames');
 
 const MAX_OPEN = 200;
 
-const cancelledFailure = () => new frames.Failure('The request was cancelled', 'CANCELLED');
-
 //! One running prompt, as its scenario sees it: the prompt, its session, and functions to send events and to wait.
 class Turn {
     #connection;
@@ -18,7 +16,7 @@ class Turn {
     #cancelled = new AbortController();
     #closed = new AbortController();
 
-    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop, journal, sendToAll }) {
+    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop, journal, model, sendToAll }) {
         this.#connection = connection;
         this.#beat = beat;
         this.id = id;
@@ -28,6 +26,8 @@ class Turn {
         this.startsSession = startsSession;
         this.desktop = desktop;
         this.journal = journal;
+        //! The address of the model server, for people; '' without one.
+        this.model = model;
         //! Sends a frame to every client, not only to the one of this prompt.
         this.sendToAll = sendToAll;
         this.history = session.messages.slice();
@@ -43,6 +43,11 @@ class Turn {
         this.#connection.sendText(text);
     }
 
+    //! Aborted when the turn is cancelled or its client disconnects.
+    get signal() {
+        return this.#cancelled.signal;
+    }
+
     hangUp() {
         this.#connection.hangUp();
     }
@@ -51,14 +56,14 @@ class Turn {
     async pause(beats) {
         await this.#wait(beats, this.#cancelled.signal);
         if (this.#cancelled.signal.aborted)
-            throw cancelledFailure();
+            throw frames.cancelledFailure();
     }
 
     //! Waits some beats, even if the turn is cancelled. Rejects if the client disconnects.
     async pauseRegardless(beats) {
         await this.#wait(beats, this.#closed.signal);
         if (this.#closed.signal.aborted)
-            throw cancelledFailure();
+            throw frames.cancelledFailure();
     }
 
     //! Resolves when the turn is cancelled, or after some beats.

@@ -9,6 +9,9 @@ const { readSettings } = require('../lib/settings');
 const { test } = require('./support/timed');
 
 const PRESET = {
+    modelTimeout: 120,
+    modelContext: 0,
+    model: { address: null, search: true, allowRemote: false, key: '' },
     port: 8765,
     beat: 1000,
     sessions: 0,

@@ -18,6 +18,7 @@ const { checkParams } = require('../lib/params');
 const { cut } = require('../lib/text');
 const { openListeners } = require('../lib/listeners');
 const { quote } = require('../lib/log');
+const { readSettings } = require('../lib/settings');
 const { withoutIPv6 } = require('./support/child');
 const { test } = require('./support/timed');
 
@@ -129,7 +130,7 @@ test('a port that is taken at the second address is taken', { skip: withoutIPv6 
 });
 
 test('a client that has left gets no more notices', () => {
-    const house = new House({ beat: 0, executorPathEnabled: true });
+    const house = new House(readSettings({ LOOMRA_MODEL_URL: 'none' }));
     const open = () => Object.assign(new EventEmitter(), { OPEN: 1, readyState: 1, bufferedAmount: 0, sent: [],
         send(text) { this.sent.push(JSON.parse(text)); } });
     const [stays, leaves] = [open(), open()];

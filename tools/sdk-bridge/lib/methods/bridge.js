@@ -4,7 +4,7 @@
 'use strict';
 
 const catalog = require('../catalog');
-const { checkFree } = require('../freecheck');
+const { checkFree, withFastest } = require('../freecheck');
 const { reply } = require('../outcomes');
 
 const ping = ({ house }) => reply({ ok: true, executorPathEnabled: house.settings.executorPathEnabled });
@@ -19,8 +19,13 @@ function getCapabilities({ house }) {
     return reply({ workspaceIntelligence: { enabled: workspaceIntel }, aiRuntime: { enabled: aiRuntime } });
 }
 
-async function checkFreeProviders({ house }) {
-    return reply(await checkFree(catalog.models, house.tokens, house.pace));
+async function listModels({ house }) {
+    return reply({ models: await house.model.list() ?? catalog.models });
+}
+
+async function checkFreeProviders({ house, connection }) {
+    const measured = await house.model.check(connection.signal);
+    return reply(measured ? withFastest(measured) : await checkFree(catalog.models, house.tokens, house.pace));
 }
 
 function getTokenStatus({ params: { provider }, house }) {
@@ -35,7 +40,7 @@ module.exports = [
     { name: 'ping', perform: ping },
     { name: 'health', perform: health },
     { name: 'getCapabilities', perform: getCapabilities },
-    { name: 'listModels', perform: () => reply({ models: catalog.models }) },
+    { name: 'listModels', perform: listModels },
     { name: 'listAgents', perform: () => reply({ agents: catalog.agents }) },
     { name: 'checkFreeProviders', perform: checkFreeProviders },
     { name: 'getTokenStatus', params: { provider: 'text?' }, perform: getTokenStatus },

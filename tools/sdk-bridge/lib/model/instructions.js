@@ -49,15 +49,14 @@ ${fence(SUGGESTIONS)}`;
 const SPOKEN = `The user is speaking and will hear your reply: answer in one to three short, plain sentences, without \
 blocks, lists or code unless asked for them.`;
 
-//! "Sun Nov 22 2026, 11:55", in local time.
-const dateText = (date) => `${date.toDateString()}, ${date.toTimeString().slice(0, 5)}`;
 
 //! The system prompt. `inputMode` is "voice" for a spoken prompt; `now` is a Date, without which the model doesn't know
-//! the time. Both come last: servers can reuse their work on a prompt up to the first difference from the previous one.
+//! the day. Servers reuse their work on a prompt up to its first difference from the one before, and the conversation
+//! follows: with the time of day, they would read all of it again each minute.
 function instructions({ inputMode, now } = {}) {
     const parts = [ALWAYS];
     if (now)
-        parts.push(`It is ${dateText(now)}.`);
+        parts.push(`Today is ${now.toDateString()}.`);
     if (inputMode === 'voice')
         parts.push(SPOKEN);
     return parts.join('\n\n');

@@ -28,27 +28,43 @@ const GROUPS = [
 const echo = {
     answer: (turn, prompt) => ({
         response: `You said: ${cut(prompt, MAX_ECHO)}\n\n` +
-            'No model stands behind this answer: it comes from the demo bridge. Type `help` to see what it can show.',
+            'No model stands behind this answer. Type `help` to see how to get one, and what can be shown without.',
     }),
 };
 
-function helpText() {
+const WITH_MODEL = (address) => `## A model answers you
+
+Your prompts go to the model server at ${address}. Choose one of its models in the Models tab of the settings.`;
+
+const WITHOUT_MODEL = `## How to get a model
+
+No model server was found on this machine. Install one, then send your next prompt; nothing needs to be restarted:
+
+- Ollama: \`ollama pull qwen2.5:3b\` (any chat model will do); it listens on port 11434.
+- llama.cpp: \`llama-server -m MODEL.gguf -c 8192\`; it listens on port 8080.
+- Another server with \`/v1/chat/completions\`: start the bridge with \`LOOMRA_MODEL_URL=http://127.0.0.1:PORT\`.`;
+
+//! `model` is the address of the model server, or ''.
+function helpText(model) {
     const groups = GROUPS.map(({ title, scenarios }) =>
         [`### ${title}`, ...scenarios.map(({ phrases, about }) => `- \`${phrases[0]}\`: ${about}`)].join('\n'));
-    return ['## What the demo bridge can show', 'Begin a prompt with one of these; anything else is repeated to you.', ...groups]
+    const demo = model ? 'Begin a prompt with `demo` and one of these to see how the window shows it.'
+        : 'Begin a prompt with one of these; anything else is repeated to you.';
+    return [model ? WITH_MODEL(model) : WITHOUT_MODEL, '## What the demonstration can show', demo, ...groups]
         .join('\n\n');
 }
 
 const help = {
     phrases: ['help'],
-    about: 'this list',
-    answer: () => ({
-        response: helpText(),
+    real: true,
+    about: 'this list, and how to get a model',
+    answer: ({ model }) => ({
+        response: helpText(model),
         followUps: [
-            { title: 'Markdown', subtitle: 'Every form of text.', prompt: 'markdown' },
-            { title: 'Question', subtitle: 'A reply with choices.', prompt: 'options' },
-            { title: 'Plan', subtitle: 'Watch the steps go by.', prompt: 'plan' },
-            { title: 'Take your time', subtitle: 'Long enough to press Stop.', prompt: 'slow' },
+            { title: 'Markdown', subtitle: 'Every form of text.', prompt: 'demo markdown' },
+            { title: 'Question', subtitle: 'A reply with choices.', prompt: 'demo options' },
+            { title: 'Plan', subtitle: 'Watch the steps go by.', prompt: 'demo plan' },
+            { title: 'Take your time', subtitle: 'Long enough to press Stop.', prompt: 'demo slow' },
         ],
     }),
 };
@@ -61,6 +77,8 @@ const byPhrase = new Map(GROUPS.flatMap(({ scenarios }) =>
 // Longest first, so that "tool tag" doesn't match "tool".
 const phrases = [...byPhrase.keys()].sort((a, b) => b.length - a.length);
 
+const DEMO = /^\s*demo(?:\s+(\S[^]*?))?\s*$/i;
+const HAS_WORDS = /[\p{L}\p{N}]/u;
 const CONTINUES_WORD = /^[\p{L}\p{N}_-]/u;
 
 //! Selects a scenario by the beginning of the prompt, ignoring case and the amount of whitespace.
@@ -75,6 +93,16 @@ function choose(prompt) {
     return { scenario: echo, rest: prompt.trim() };
 }
 
+//! The part of a prompt that selects a scenario even if there is a model: what follows "demo", and prompts of scenarios
+//! marked `real`, which answer from this machine. Null for all others.
+function wanted(prompt) {
+    const demo = DEMO.exec(prompt);
+    if (demo)
+        return demo[1] ? (choose(demo[1]).scenario === echo ? null : demo[1]) : help.phrases[0];
+    const { scenario, rest } = choose(prompt);
+    return scenario.real && !HAS_WORDS.test(rest) ? prompt : null;
+}
+
 //! Plays the scenario of a prompt and resolves to its outcome. Rejects with a Failure if it fails or is cancelled.
 async function play(turn, prompt) {
     const { scenario, rest } = choose(prompt);
@@ -86,4 +114,4 @@ async function play(turn, prompt) {
     return scenario.answer(turn, rest, (another) => play(turn, another));
 }
 
-module.exports = { GROUPS, choose, play };
+module.exports = { GROUPS, choose, play, wanted };

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+'use strict';
+
+const assert = require('assert/strict');
+
+const { CompletionStream, MAX_REPLY } = require('../lib/model/stream');
+const { OPENING, ending, usage, words } = require('./support/modelServer');
+const { test } = require('./support/timed');
+
+const event = (data) => `data: ${typeof data === 'string' ? data : JSON.stringify(data)}\n\n`;
+const thought = (text, key = 'reasoning_content') => ({ choices: [{ delta: { [key]: text } }] });
+
+//! A stream that was fed with events.
+function fed(...events) {
+    const stream = new CompletionStream();
+    stream.feed(Buffer.from(events.map(event).join('')));
+    return stream;
+}
+
+test('a reply comes in pieces of any size', () => {
+    const bytes = Buffer.from([OPENING, words('Grüße '), words('an 👩‍👩‍👧, '), words('你好'), ending(), usage(7, 5), '[DONE]']
+        .map(event).join(''));
+    for (const size of [1, 2, 3, 7, 64, bytes.length]) {
+        const stream = new CompletionStream();
+        for (let at = 0; at < bytes.length; at += size)
+            stream.feed(bytes.subarray(at, at + size));
+        assert.equal(stream.text, 'Grüße an 👩‍👩‍👧, 你好', size);
+        assert.deepEqual(stream.usage, { inputTokens: 7, outputTokens: 5 });
+        assert.deepEqual([stream.isDone, stream.isComplete, stream.hasText, stream.finishReason], [true, true, true, 'stop']);
+    }
+});
+
+test('every form of line end and of field is read', () => {
+    for (const text of ['data:{"choices":[{"delta":{"content":"a"}}]}\r\n\r\n', ': a remark\n\ndata: {"choices":[{"delta":' +
+        '{"content":"a"}}]}\n\n', 'event: message\nid: 3\nretry: 5\ndata: {"choices":[{"delta":{"content":"a"}}]}\n\n',
+        'data: {"choices":\ndata: [{"delta":{"content":"a"}}]}\n\n', 'nonsense\ndata: {"choices":[{"delta":{"content":"a"}}]}\n\n']) {
+        const stream = new CompletionStream();
+        stream.feed(Buffer.from(text));
+        assert.equal(stream.text, 'a', text);
+    }
+});
+
+test('broken events are skipped', () => {
+    const stream = fed(words('a'), '{"choices":', '[]', '"text"', '17', 'null', '{}', { choices: 'none' }, { choices: [] },
+        { choices: [null] }, { choices: [{ delta: 'text' }] }, { choices: [{ delta: { content: 5 } }] }, words('b'),
+        { choices: [{ finish_reason: 7, delta: {} }] }, { usage: 'much' }, { usage: { prompt_tokens: -1, completion_tokens: 2 } },
+        { usage: { prompt_tokens: 1e300, completion_tokens: 2 } }, { prompt_progress: 'half' });
+    assert.deepEqual([stream.text, stream.usage, stream.isComplete, stream.readShare], ['ab', undefined, false, undefined]);
+});
+
+test('the last event may lack its blank line', () => {
+    const stream = new CompletionStream();
+    stream.feed(Buffer.from(`data: ${JSON.stringify(words('end'))}`));
+    assert.equal(stream.text, '');
+    stream.end();
+    assert.equal(stream.text, 'end');
+});
+
+test('invalid UTF-8, control characters and half surrogates do no harm', () => {
+    const stream = new CompletionStream();
+    stream.feed(Buffer.concat([Buffer.from('data: {"choices":[{"delta":{"content":"a'), Buffer.from([0xff, 0xc3]),
+        Buffer.from('b\\u0000\\u001b[31mc\\ud800d\\te\\nf"}}]}\n\n')]));
+    assert.equal(stream.text, 'a\ufffd\ufffdb[31mc\ufffdd\te\nf');
+});
+
+test('a reply ends when it is too long', () => {
+    const stream = fed(words('x'.repeat(MAX_REPLY)));
+    assert.deepEqual([stream.isDone, stream.isCut], [false, false]);
+    stream.feed(Buffer.from(event(words('y'))));
+    assert.deepEqual([stream.isDone, stream.isCut, stream.text.length], [true, true, MAX_REPLY]);
+    stream.feed(Buffer.from(event(words('z'))));
+    assert.equal(stream.text.length, MAX_REPLY);
+});
+
+test('an endless event is an error', () => {
+    const stream = new CompletionStream();
+    for (let n = 0; n < 40 && !stream.isDone; ++n)
+        stream.feed(Buffer.alloc(64 * 1024, 'x'));
+    assert.equal(stream.error, 'an event of its stream is too long');
+    stream.feed(Buffer.from(event(words('late'))));
+    stream.end();
+    assert.equal(stream.text, '');
+});
+
+test('thoughts are no part of the reply', () => {
+    for (const events of [
+        [thought('Hm.'), words('Yes.')],
+        [thought('Hm.', 'reasoning'), words('Yes.')],
+        [words('<think>Hm.</think>\n\nYes.')],
+        [words('<'), words('think'), words('>Hm'), words('. <b> </'), words('think>'), words('\n\nYes.')],
+        [words('\n<think>'), words('a > b'), words('</think>Yes.')],
+    ]) {
+        const stream = new CompletionStream();
+        const seen = events.map((each) => {
+            stream.feed(Buffer.from(event(each)));
+            return [stream.isThinking, stream.hasText];
+        });
+        assert.deepEqual([stream.text, stream.hasText, stream.isThinking], ['Yes.', true, true]);
+        seen.slice(0, -1).forEach(([, hasText]) => assert.equal(hasText, false));
+    }
+    assert.deepEqual([fed(words('<think>for ever')).text, fed(words('<think>for ever')).hasText], ['', false]);
+    assert.equal(fed(words('<b>bold</b>')).text, '<b>bold</b>');
+    assert.equal(fed(words('<thinker>')).hasText, true);
+    assert.equal(fed(words('Yes'), words(' <think>no</think>')).text, 'Yes <think>no</think>');
+});
+
+test('blank words are no text', () => {
+    const stream = fed(OPENING, words(' '), words('\n'));
+    assert.deepEqual([stream.hasText, stream.hasBegun, stream.isThinking, stream.text], [false, true, false, '']);
+});
+
+test('the part of the prompt that was read is reported', () => {
+    const progress = (processed, total) => ({ ...OPENING, prompt_progress: { total, processed } });
+    const stream = fed(progress(50, 200));
+    assert.deepEqual([stream.readShare, stream.hasWords, stream.hasBegun], [0.25, false, true]);
+    for (const [processed, total] of [[5, 4], [-1, 4], ['2', 'x'], [0, 0]])
+        assert.ok(!(fed(progress(processed, total)).readShare > 0), `${processed}/${total}`);
+});
+
+test('an error in the stream ends it', () => {
+    const stream = fed(words('a'), { error: { code: 500, message: 'out of memory' } }, words('b'));
+    assert.deepEqual([stream.text, stream.isDone, stream.isComplete], ['a', true, false]);
+    assert.equal(stream.error.message, 'out of memory');
+});
+
+test('a reply that is not streamed is read whole', () => {
+    const stream = new CompletionStream();
+    stream.readWhole(JSON.stringify({ choices: [{ finish_reason: 'stop', message: { content: ' Hello.' } }],
+        usage: { prompt_tokens: 1, completion_tokens: 2 } }));
+    assert.deepEqual([stream.text, stream.isComplete, stream.usage.outputTokens], ['Hello.', true, 2]);
+    const broken = new CompletionStream();
+    broken.readWhole('<html>');
+    assert.deepEqual([broken.text, broken.isDone, broken.hasBegun], ['', true, false]);
+});
