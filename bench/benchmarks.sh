@@ -5,7 +5,7 @@
 # Functions that bench/run and bench/profile share. Source this file after scripts/lib.sh, which sets $source_dir.
 # shellcheck disable=SC2154
 
-readonly benchmarks=(version startup validation mainwindow prompt menu sheet requests files rows table markdown idle voice countdown level whisper)
+readonly benchmarks=(version startup validation mainwindow prompt menu sheet requests files rows table markdown idle voice countdown level whisper bridge)
 readonly bench_programs=$source_dir/build/bench/bin
 
 is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
@@ -13,6 +13,7 @@ is_benchmark() { [[ " ${benchmarks[*]} " == *" $1 "* ]]; }
 prepare_benchmarks() {
     scripts/install-packages build run display test
     lock_build
+    install_bridge_modules
     build_preset bench
     unlock_build
 }
@@ -23,7 +24,7 @@ in_environment() {
     local needs=(display net)
     case $1 in
     version | files | whisper) needs=(home) ;;
-    requests) needs=(net) ;;
+    requests | bridge) needs=(net) ;;
     voice) needs=(bus audio) ;;
     level) needs=(display net audio) ;;
     esac
@@ -38,6 +39,10 @@ run_benchmark() {
     shift
     if [[ $name == whisper && ! -x $bench_programs/bench_whisper ]]; then
         scripts/test-whisper --bench
+        return
+    fi
+    if [[ $name == bridge ]]; then
+        in_environment "$name" node bench/bridge/bridge.js
         return
     fi
     in_environment "$name" "$bench_programs/bench_$name" "$@"
