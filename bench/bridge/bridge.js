@@ -55,7 +55,8 @@ async function startModelServer(times) {
 }
 
 async function startBridge(port, state) {
-    const bridge = spawn(process.execPath, [path.join(BRIDGE, 'bridge.js')], {
+    // Arguments are options of node for the bridge, such as --cpu-prof.
+    const bridge = spawn(process.execPath, [...process.argv.slice(2), path.join(BRIDGE, 'bridge.js')], {
         env: {
             ...process.env,
             LOOMRA_BRIDGE_PORT: '0',
