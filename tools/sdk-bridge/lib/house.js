@@ -26,7 +26,6 @@ const { Workspaces } = require('./workspaces');
 //! Everything that the clients share. Lives as long as the process.
 class House {
     clients = new Set();
-    sessions = new SessionStore();
     feedback = new Feedback();
     files = new FileTree();
     tokens = new Tokens(new Set(catalog.models.map(({ provider }) => provider)));
@@ -42,6 +41,7 @@ class House {
         this.settings = settings;
         this.pace = new Pace(settings.beat);
         this.model = new Model(settings);
+        this.sessions = new SessionStore({ folder: settings.stateFolder, journal: this.journal });
         seedSessions(this.sessions, settings.sessions ?? 0);
         this.executor = new Executor({
             enabled: settings.executorPathEnabled,
@@ -65,10 +65,11 @@ class House {
         this.clients.forEach((client) => client.send(frame));
     }
 
-    //! Cancels everything that is running, when the bridge stops.
+    //! Cancels everything that is running and saves what is left to save, when the bridge stops.
     close() {
         this.pace.close();
         this.model.close();
+        this.sessions.close();
     }
 }
 

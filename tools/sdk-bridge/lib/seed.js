@@ -35,16 +35,17 @@ const PROMPTS = [
 //! Adds `count` sessions, the latest first in the list.
 function seedSessions(store, count, now = Date.now()) {
     let createdAt = now;
-    const sessions = Array.from({ length: count }, (_, n) => {
+    store.addSamples(Array.from({ length: count }, (_, n) => {
         createdAt -= GAPS_HOURS[n % GAPS_HOURS.length] * HOUR_MS;
-        const session = store.draft();
         const round = Math.floor(n / PROMPTS.length);
-        session.createdAt = Math.round(createdAt);
-        session.add('user', 'Again: '.repeat(round) + PROMPTS[n % PROMPTS.length]);
-        session.add('assistant', 'This conversation was made up by the bridge.');
-        return session;
-    });
-    sessions.reverse().forEach((session) => store.keep(session));
+        return {
+            createdAt: Math.round(createdAt),
+            messages: [
+                { role: 'user', content: 'Again: '.repeat(round) + PROMPTS[n % PROMPTS.length] },
+                { role: 'assistant', content: 'This conversation was made up by the bridge.' },
+            ],
+        };
+    }));
 }
 
 module.exports = { seedSessions };

@@ -12,7 +12,6 @@ const rephrase = require('../lib/rephrase');
 const { Connection } = require('../lib/connection');
 const { House } = require('../lib/house');
 const { Pace } = require('../lib/pace');
-const { SessionStore } = require('../lib/sessions');
 const { Turns } = require('../lib/turns');
 const { checkParams } = require('../lib/params');
 const { cut } = require('../lib/text');
@@ -85,23 +84,6 @@ test('cleaning up comes to its end, whatever was said', () => {
         [many('\n'), ''],
     ])
         assert.ok(rephrase.cleanUp(said) === clean, said.slice(0, 6)); // not printed as a whole
-});
-
-test('the store forgets the least recently used session and the oldest messages', () => {
-    const store = new SessionStore();
-    const sessions = Array.from({ length: 501 }, () => store.draft());
-    sessions.slice(0, 500).forEach((session) => store.keep(session));
-    store.keep(sessions[0]);
-    store.keep(sessions[500]);
-    assert.equal(store.list().length, 500);
-    assert.equal(store.find(sessions[1].id), undefined);
-    assert.equal(store.find(sessions[0].id), sessions[0]);
-    assert.deepEqual(store.list().slice(0, 2).map(({ id }) => id), [sessions[500].id, sessions[0].id]);
-
-    for (let n = 0; n <= 1000; ++n)
-        sessions[0].add('user', `${n}`);
-    assert.equal(sessions[0].messages.length, 1000);
-    assert.equal(sessions[0].messages[0].content, '1');
 });
 
 const closeAll = (servers) => Promise.all(servers.map((server) => new Promise((resolve) => server.close(resolve))));
