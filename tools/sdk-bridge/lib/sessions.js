@@ -171,7 +171,6 @@ class SessionStore {
         const unknown = rows.filter(({ id }) => !this.#byId.has(id))
             .map((row) => [row.id, this.#sessionOf(row, { isStored: true, isNew: false })]);
         this.#byId = new Map([...unknown, ...this.#byId]);
-        this.#lastUse = Math.max(this.#lastUse, ...rows.slice(-1).map(({ usedAt }) => usedAt));
     }
 
     #changed(session, isNamed) {

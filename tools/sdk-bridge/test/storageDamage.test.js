@@ -11,6 +11,7 @@ const net = require('net');
 const path = require('path');
 const { execFileSync } = require('child_process');
 
+const { SPARE_LINES } = require('../lib/storage/indexFile');
 const { Stored, contents, mode, names } = require('./support/stored');
 const { test } = require('./support/timed');
 
@@ -184,6 +185,13 @@ test('a conversation that can\'t be removed is reported, and not listed', (t) =>
     store.delete(ID);
     assert.match(stored.warnings().at(-1), /^A deleted conversation is still on disk: ".*" is not a regular file/);
     assert.deepEqual(stored.open().list(), []);
+
+    // Its deletion outlives the replacing of the index.
+    const id = stored.converse(store, 'music');
+    const moves = t.mock.method(fs, 'renameSync');
+    for (let n = 0; n < 2 * SPARE_LINES && moves.mock.callCount() === 0; ++n)
+        store.keep(store.get(id));
+    assert.deepEqual(stored.rows().map((row) => [row.id, row.deleted]), [[id, undefined], [ID, true]]);
 });
 
 test('the folder of conversations may not be a symbolic link, the state folder may', (t) => {

@@ -121,13 +121,16 @@ test('a file in the place of the folder', (t) => {
 test('a folder that the user may not write', { skip: process.getuid() === 0 && 'root may write everywhere' }, (t) => {
     const stored = new Stored(t);
     stored.converse(stored.open(), 'tea');
-    const inner = path.dirname(stored.folder);
-    fs.chmodSync(inner, 0o500);
-    t.after(() => fs.chmodSync(inner, 0o700));
-    const store = stored.open({ folder: path.join(inner, 'new') });
-    assert.match(store.trouble, /the bridge is not allowed to use ".*". Check its owner and permissions\.$/);
-    stored.converse(store, 'music');
-    assert.deepEqual(names(store), ['music']);
+    const parent = path.dirname(stored.folder);
+    fs.chmodSync(parent, 0o500);
+    try {
+        const store = stored.open({ folder: path.join(parent, 'new') });
+        assert.match(store.trouble, /the bridge is not allowed to use ".*". Check its owner and permissions\.$/);
+        stored.converse(store, 'music');
+        assert.deepEqual(names(store), ['music']);
+    } finally {
+        fs.chmodSync(parent, 0o700); // before the folder is removed
+    }
 });
 
 test('a file system that became read-only', (t) => {
