@@ -8,7 +8,7 @@ const crypto = require('crypto');
 const log = require('./log');
 const { Archive } = require('./storage/archive');
 const { Failure } = require('./frames');
-const { Loaded, Stored, Unstored } = require('./storage/conversation');
+const { Loaded, MemoryConversation, StoredConversation } = require('./storage/conversation');
 const { MAX_CONTENT, UNNAMED, nameOf, tidyName } = require('./storage/rows');
 const { Trouble } = require('./storage/trouble');
 const { cut } = require('./text');
@@ -159,8 +159,8 @@ class SessionStore {
 
     #sessionOf(row, { isStored, isNew }) {
         const conversation = this.#archive
-            ? new Stored({ file: this.#archive.fileOf(row), loaded: this.#loaded, now: this.#now, isNew })
-            : new Unstored();
+            ? new StoredConversation({ file: this.#archive.fileOf(row), loaded: this.#loaded, now: this.#now, isNew })
+            : new MemoryConversation();
         const changed = (session, isNamed) => this.#changed(session, isNamed);
         const session = new Session(row, { conversation, isStored, changed });
         this.#conversations.set(session, conversation);

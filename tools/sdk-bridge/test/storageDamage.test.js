@@ -106,7 +106,8 @@ test('bad rows of the index are skipped, and no id becomes a path', (t) => {
 
 test('other files in the folder are left alone', (t) => {
     const stored = new Stored(t);
-    const others = ['notes.txt', `${ID}.jsonl~`, `.${ID}.jsonl.swp`].map((name) => path.join(stored.folder, 'sessions', name));
+    const others = ['notes.txt', `${ID}.jsonl~`, `.${ID}.jsonl.swp`]
+        .map((name) => path.join(stored.folder, 'sessions', name));
     others.forEach((file) => stored.write(file, LINE));
     assert.deepEqual(stored.open().list(), []);
     others.forEach((file) => assert.equal(fs.readFileSync(file, 'utf8'), LINE));
@@ -133,7 +134,8 @@ for (const [what, put] of Object.entries(NO_FILES)) {
         const store = stored.open();
         const session = store.get(ID);
         assert.deepEqual(session.messages, []);
-        assert.match(stored.warnings()[0], /^A conversation can't be read: ".*ses_0123456789abcdef.jsonl" is (not a regular file|a symbolic link)/);
+        assert.match(stored.warnings()[0],
+            /^A conversation can't be read: ".*ses_0123456789abcdef.jsonl" is (not a regular file|a symbolic link)/);
         session.add('user', 'milk');
         assert.deepEqual(contents(session), ['milk'], 'it stays in memory');
         assert.match(store.trouble, /^New messages are not saved: ".*" is (not a regular file|a symbolic link)/);

@@ -61,7 +61,8 @@ test('rows of the index are checked', () => {
 });
 
 test('lines of a conversation are checked', () => {
-    assert.deepEqual(readLine({ role: 'user', content: '', at: 'x' }, 9), { message: { role: 'user', content: '' }, bytes: 9 });
+    assert.deepEqual(readLine({ role: 'user', content: '', at: 'x' }, 9),
+        { message: { role: 'user', content: '' }, bytes: 9 });
     assert.deepEqual(readLine({ format: 1, id: 'x', createdAt: 5 }, 9), { head: { createdAt: 5 } });
     assert.equal(readLine({ role: 'assistant', content: 'x'.repeat(200000) }, 9).message.content.length, 100001);
     const polluted = JSON.parse('{"role":"user","content":"x","__proto__":{"a":1}}');

@@ -40,7 +40,8 @@ test('on a full disk sessions go on in memory, and everything is written once th
     const music = stored.converse(store, 'music');
     store.rename(tea, 'hot tea');
 
-    const full = 'New messages are not saved: the disk is full. Free some space. Until then they are lost when the bridge ends.';
+    const full = 'New messages are not saved: the disk is full. Free some space. ' +
+        'Until then they are lost when the bridge ends.';
     assert.equal(store.trouble, full);
     assert.deepEqual(stored.warnings(), [full], 'once');
     assert.deepEqual(stored.notes, [full]);
@@ -103,10 +104,13 @@ test('a file in the place of the folder', (t) => {
     stored.write(stored.folder, '');
     const store = stored.open();
     const id = stored.converse(store, 'tea');
-    const text = `Conversations are neither loaded nor saved: a file is in the place of the folder "${stored.folder}". Move it away.`;
+    const text = 'Conversations are neither loaded nor saved: a file is in the place of the folder ' +
+        `"${stored.folder}". Move it away.`;
     assert.equal(store.trouble, text);
     assert.deepEqual(stored.notes, [text]);
     assert.deepEqual(contents(store.get(id)), ['tea', 're: tea']);
+    store.delete(stored.converse(store, 'gone'));
+    assert.equal(stored.notes.length, 1);
 
     // The folder appears while the bridge runs, with sessions.
     fs.rmSync(stored.folder);

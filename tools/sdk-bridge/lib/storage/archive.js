@@ -84,7 +84,8 @@ class Archive {
     delete(id, conversation) {
         this.#unsaved.delete(conversation);
         this.#writeRows([{ id, deleted: true }]);
-        this.#removeFile(id);
+        if (this.#isOpen)
+            this.#removeFile(id);
         this.#trouble.worked(id);
     }
 

@@ -11,7 +11,7 @@ const MAX_BYTES = 16 * 1024 * 1024;
 const MAX_LOADED = 50;
 const MAX_LOADED_BYTES = 64 * 1024 * 1024;
 
-//! The newest entries up to a limit in bytes, and always the last one.
+//! The newest entries up to MAX_BYTES, and always the last one.
 class Newest {
     entries = [];
     bytes = 0;
@@ -55,7 +55,7 @@ class Loaded {
 }
 
 //! The messages of one session, in memory only.
-class Unstored {
+class MemoryConversation {
     #newest = new Newest();
 
     get messages() {
@@ -63,19 +63,20 @@ class Unstored {
     }
 
     add(role, content) {
-        this.prepare(role, content);
-    }
-
-    prepare(role, content) {
         const message = { role, content };
         this.#newest.add(message, encodeLine(message).length);
+    }
+
+    //! The same as `add`, because nothing is written.
+    prepare(role, content) {
+        this.add(role, content);
     }
 
     drop() {}
 }
 
 //! The messages of one session in a file. They are loaded when they are needed, and written at once.
-class Stored {
+class StoredConversation {
     #file;
     #loaded;
     #now;
@@ -163,4 +164,4 @@ class Stored {
     }
 }
 
-module.exports = { Loaded, MAX_BYTES, Newest, Stored, Unstored };
+module.exports = { Loaded, MAX_BYTES, MemoryConversation, Newest, StoredConversation };
