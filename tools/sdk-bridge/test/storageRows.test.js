@@ -5,7 +5,7 @@
 
 const assert = require('assert/strict');
 
-const { MAX_BYTES, Newest } = require('../lib/storage/conversation');
+const { Loaded, MAX_BYTES, Newest } = require('../lib/storage/conversation');
 const { MAX_LINE, encodeLine, parseLines } = require('../lib/storage/lines');
 const { idOfFile, mergeIndex, nameOf, readIndexRow, readLine } = require('../lib/storage/rows');
 const { test } = require('./support/timed');
@@ -112,4 +112,21 @@ test('the newest messages are kept, within the limit', () => {
     assert.deepEqual(entries, ['d']);
     newest.add('e', 1);
     assert.deepEqual(entries, ['e']);
+});
+
+test('the conversations in memory are bounded in number and size', () => {
+    const unloadedOf = (count, bytes) => {
+        const unloaded = [];
+        const loaded = new Loaded();
+        const all = Array.from({ length: count }, (_, n) => ({ bytes, unload: () => unloaded.push(n) }));
+        all.forEach((conversation) => {
+            loaded.touch(all[0]);
+            loaded.touch(conversation);
+        });
+        return unloaded;
+    };
+    assert.deepEqual(unloadedOf(50, 1), []);
+    assert.deepEqual(unloadedOf(52, 1), [1, 2]);
+    assert.deepEqual(unloadedOf(5, MAX_BYTES), [1]);
+    assert.deepEqual(unloadedOf(1, 10 * MAX_BYTES), []);
 });
