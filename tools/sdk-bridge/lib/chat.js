@@ -31,6 +31,29 @@ function openSession(house, sessionId) {
     return { session: known ?? house.sessions.draft(), startsSession: !known };
 }
 
+//! Decides what becomes of a session whose first prompt has no reply. Does nothing with a listed session. A prompt that
+//! the user stopped is forgotten. One that a model server failed to answer is kept; so is that of a client that has left,
+//! which is listed after the next start.
+function endDraft(house, session, { failure: { code }, hasLeft }) {
+    if (house.sessions.find(session.id) || hasLeft)
+        return;
+    if (String(code).startsWith('MODEL_'))
+        house.sessions.keep(session);
+    else
+        house.sessions.discard(session);
+}
+
+//! A reply with a warning at its end; clients show the blocks instead of the response, if there are any.
+function withWarning({ response, ui }, warning) {
+    if (!warning)
+        return { response, ui };
+    const content = `_${warning}_`;
+    return {
+        response: `${response}\n\n${content}`,
+        ui: Array.isArray(ui?.blocks) ? { ...ui, blocks: [...ui.blocks, { type: 'text', content }] } : ui,
+    };
+}
+
 //! Runs a turn in the session of its request, and makes a reply from the result of `play(turn)`. The result is added to
 //! the session, unless it is only a draft of what the user will say.
 async function converse({ id, params, connection, house }, { prompt, isDraft = false }, play) {
@@ -39,20 +62,27 @@ async function converse({ id, params, connection, house }, { prompt, isDraft = f
     const sendToAll = (frame) => house.sendToAll(frame);
     const model = house.model.address;
     const request = { id, prompt, params, session, startsSession, desktop, journal, model, sendToAll };
-    const outcome = await connection.turns.run(request, play);
-    if (outcome === NO_REPLY)
-        return NO_REPLY;
+    let outcome;
+    try {
+        outcome = await connection.turns.run(request, play);
+    } catch (error) {
+        endDraft(house, session, { failure: error, hasLeft: connection.signal.aborted });
+        throw error;
+    }
+    if (outcome === NO_REPLY || 'payload' in outcome) {
+        house.sessions.discard(session);
+        return outcome === NO_REPLY ? NO_REPLY : reply(outcome.payload, outcome.form);
+    }
 
-    const { response, ui, followUps, form } = outcome;
-    if ('payload' in outcome)
-        return reply(outcome.payload, form);
+    const { response, ui, followUps, sent, form } = outcome;
     if (!isDraft)
-        session.add('assistant', response);
+        session.add('assistant', response, sent);
     // A session that was deleted in the meantime isn't listed again.
     if (startsSession || house.sessions.find(session.id))
         house.sessions.keep(session);
     const usage = outcome.usage ?? usageOf(params.message ?? prompt, response);
-    return reply({ response, sessionId: session.id, usage, ui, followUps }, form);
+    const shown = withWarning({ response, ui }, connection.warningOnce(house.sessions.trouble));
+    return reply({ ...shown, sessionId: session.id, usage, followUps }, form);
 }
 
 //! Rephrases a transcript, by rules if no model does it.
@@ -83,7 +113,7 @@ async function chat(request) {
         return rewrite(request, transcript);
     const prompt = questionOf(message);
     return converse(request, { prompt }, async (turn) => {
-        turn.session.add('user', prompt);
+        turn.session.add('user', prompt, message);
         const wanted = scenarios.wanted(prompt);
         if (wanted !== null)
             return scenarios.play(turn, wanted);

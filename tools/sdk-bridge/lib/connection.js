@@ -18,6 +18,7 @@ const MAX_NAME = 100;
 //! process.
 class Connection {
     #closed = new AbortController();
+    #warned = '';
 
     constructor(socket, house) {
         this.socket = socket;
@@ -51,6 +52,14 @@ class Connection {
             return;
         }
         this.socket.send(text);
+    }
+
+    //! A warning for the user, unless this client has already had it; else ''.
+    warningOnce(warning) {
+        if (warning === this.#warned)
+            return '';
+        this.#warned = warning;
+        return warning;
     }
 
     //! Closes the connection without the closing handshake.

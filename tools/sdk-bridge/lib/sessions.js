@@ -9,7 +9,7 @@ const log = require('./log');
 const { Archive } = require('./storage/archive');
 const { Failure } = require('./frames');
 const { Loaded, MemoryConversation, StoredConversation } = require('./storage/conversation');
-const { MAX_CONTENT, UNNAMED, nameOf, tidyName } = require('./storage/rows');
+const { UNNAMED, messageOf, nameOf, tidyName } = require('./storage/rows');
 const { Trouble } = require('./storage/trouble');
 const { cut } = require('./text');
 
@@ -35,14 +35,15 @@ class Session {
         this.#changed = changed;
     }
 
-    //! The newest messages, {role, content}, oldest first.
+    //! The newest messages, {role, content, sent}, oldest first. `sent` is what the model sees of it, if that is more than
+    //! the user does, such as attached files.
     get messages() {
         return this.#conversation.messages;
     }
 
     //! Adds a message of the role "user" or "assistant". It is on disk when this returns, unless the store has trouble.
-    add(role, content) {
-        this.#conversation.add(role, cut(content, MAX_CONTENT));
+    add(role, content, sent = content) {
+        this.#conversation.add(messageOf({ role, content, sent }));
         const isNamed = role === 'user' && this.name === UNNAMED;
         if (isNamed)
             this.name = nameOf(content);
@@ -106,7 +107,7 @@ class SessionStore {
         for (const { createdAt, messages } of samples) {
             const session = this.#newSession({ createdAt, isStored: false });
             const conversation = this.#conversations.get(session);
-            messages.forEach(({ role, content }) => conversation.prepare(role, content));
+            messages.forEach(({ role, content }) => conversation.prepare({ role, content }));
             session.name = nameOf(messages[0].content);
             this.#byId.set(session.id, session);
         }

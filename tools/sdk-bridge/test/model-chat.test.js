@@ -4,8 +4,10 @@
 'use strict';
 
 const assert = require('assert/strict');
+const fs = require('fs');
+const path = require('path');
 
-const { startBridge } = require('./support/child');
+const { startBridge, temporaryFolder } = require('./support/child');
 const { ModelServer, OPENING, json } = require('./support/modelServer');
 const { test } = require('./support/timed');
 
@@ -277,4 +279,72 @@ test('many prompts at once are answered by their ids', async (t) => {
     const { client } = await start(t, { reply: (exchange) => exchange.answer(`To ${exchange.prompt}`) });
     const replies = await Promise.all(Array.from({ length: 50 }, (_, n) => client.chat(`prompt ${n}`)));
     replies.forEach(({ response }, n) => assert.equal(response, `To prompt ${n}`));
+});
+
+//! The names of the listed sessions.
+const listed = async (client) => (await client.result('listSessions')).sessions.map(({ name }) => name);
+
+test('a first prompt that the server failed to answer is listed, a stopped one is forgotten', async (t) => {
+    const { model, client, bridge } = await start(t);
+    const stopped = client.post('chat', { message: 'Stop me' });
+    await model.next();
+    await client.result('cancel');
+    await client.reply(stopped);
+    assert.deepEqual(await listed(client), []);
+
+    model.reply = (exchange) => exchange.fail(500, {});
+    await client.request('chat', { message: 'Fail' });
+    await client.request('chat', { message: 'demo error' });
+    await client.request('chat', { message: 'demo odd result' });
+    assert.deepEqual(await listed(client), ['Fail']);
+
+    // The client leaves: its prompt is found again at the next start.
+    model.reply = null;
+    const leaving = await bridge.connect();
+    leaving.post('chat', { message: 'Lost' });
+    const exchange = await model.next();
+    leaving.socket.terminate();
+    await exchange.closed;
+    assert.deepEqual(await listed(client), ['Fail']);
+    await bridge.stop();
+    const again = await (await startBridge(t, { ...model.env, XDG_STATE_HOME: bridge.state })).connect();
+    assert.deepEqual((await listed(again)).sort(), ['Fail', 'Lost']);
+});
+
+test('the model sees its own words again, and the user the reply', async (t) => {
+    const raw = 'Look:\n\n```tovi-ui\n{"blocks":[{"type":"table","columns":["A","B"],"rows":[["x",1]]}]}\n```';
+    const { model, client } = await start(t, { reply: (exchange) => exchange.answer(raw) });
+    const { response, ui, sessionId } = await client.chat('One');
+    assert.deepEqual(ui.blocks.map(({ type }) => type), ['text', 'table']);
+    assert.doesNotMatch(response, /tovi-ui/);
+    await client.chat('Two', { sessionId });
+    assert.deepEqual(texts(model.exchanges[1]), ['One', raw, 'Two']);
+    const { messages } = await client.result('loadMessages', { sessionId });
+    assert.deepEqual(messages[1], { role: 'assistant', content: response });
+});
+
+test('suggestions of a model are passed on', async (t) => {
+    const { client } = await start(t, {
+        reply: (exchange) => exchange.answer('Yes.\n```tovi-ui\n', '{"followUps":[{"prompt":"More"}]}', '\n```'),
+    });
+    const { response, ui, followUps } = await client.chat('One');
+    assert.deepEqual([response, ui, followUps], ['Yes.', undefined, [{ prompt: 'More' }]]);
+});
+
+test('a spoken prompt asks for a short reply', async (t) => {
+    const { model, client } = await start(t, { reply: (exchange) => exchange.answer('Yes.') });
+    await client.chat('One', { inputMode: 'voice' });
+    await client.chat('One', { inputMode: 'text' });
+    assert.deepEqual(model.exchanges.map(({ body }) => /will hear your reply/.test(body.messages[0].content)), [true, false]);
+});
+
+test('conversations that cannot be saved are reported once to each client', async (t) => {
+    const folder = temporaryFolder(t);
+    fs.writeFileSync(path.join(folder, 'loomra-bridge'), 'in the way');
+    const { client, bridge } = await start(t, { reply: (exchange) => exchange.answer('Yes.'), XDG_STATE_HOME: folder });
+    assert.match((await client.chat('One')).response, /^Yes\.\n\n_Conversations are neither loaded nor saved: .*_$/);
+    assert.equal((await client.chat('Two')).response, 'Yes.');
+    const other = await bridge.connect();
+    const { ui } = await other.chat('demo list');
+    assert.match(ui.blocks.at(-1).content, /^_Conversations are neither loaded nor saved/);
 });

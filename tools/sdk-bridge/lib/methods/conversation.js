@@ -12,6 +12,11 @@ function createSession({ house }) {
     return reply({ sessionId: session.id });
 }
 
+function loadMessages({ params, house }) {
+    const { messages } = house.sessions.get(params.sessionId);
+    return reply({ messages: messages.map(({ role, content }) => ({ role, content })) });
+}
+
 function switchSession({ params, house }) {
     house.sessions.keep(house.sessions.get(params.sessionId));
     return reply({ sessionId: params.sessionId });
@@ -60,6 +65,6 @@ module.exports = [
     {
         name: 'loadMessages',
         params: { sessionId: 'string' },
-        perform: ({ params, house }) => reply({ messages: house.sessions.get(params.sessionId).messages }),
+        perform: loadMessages,
     },
 ];

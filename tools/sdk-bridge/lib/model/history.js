@@ -16,6 +16,8 @@ const estimate = (content) => Math.ceil(Buffer.byteLength(content) / BYTES_PER_T
 //! The tokens of a context that are kept free for the reply.
 const roomForReply = (contextTokens) => Math.min(MAX_ROOM, Math.max(MIN_ROOM, Math.floor(contextTokens / 4)));
 
+const seen = ({ role, content, sent }) => ({ role, content: sent ?? content });
+
 //! Joins neighbours of the same role, which some models' templates refuse. They occur where a reply was cancelled.
 function alternate(messages) {
     const joined = [];
@@ -49,7 +51,7 @@ function latest(history, tokens) {
 //! tokens than estimated.
 function messagesFor({ instructions, history, prompt, contextTokens, share = 1 }) {
     const free = contextTokens - roomForReply(contextTokens) - estimate(instructions) - estimate(prompt);
-    const kept = latest(history, Math.floor(Math.max(0, free) * share));
+    const kept = latest(history.map(seen), Math.floor(Math.max(0, free) * share));
     const system = instructions ? [{ role: 'system', content: instructions }] : [];
     return [...system, ...alternate([...kept, { role: 'user', content: prompt }])];
 }

@@ -86,8 +86,8 @@ class Model {
         return server ? server.models.map(listed) : null;
     }
 
-    //! Answers a prompt in its session. Resolves to {response, ui, followUps, usage}, or to null if there never was a
-    //! server.
+    //! Answers a prompt in its session. Resolves to {response, ui, followUps, usage, sent}, or to null if there never was a
+    //! server. `sent` is the reply as it came, in which later prompts show the model its own words.
     async answer(turn, prompt) {
         const { model, inputMode } = turn.params;
         const system = instructions({ inputMode, now: new Date() });
@@ -98,7 +98,7 @@ class Model {
             if (!reply)
                 return null;
             const ending = reply.ending && `\n\n_${ENDINGS[reply.ending]}_`;
-            return { ...readReply(reply.text + ending), usage: reply.usage };
+            return { ...readReply(reply.text + ending), usage: reply.usage, sent: reply.text };
         } finally {
             phases.show('');
         }

@@ -62,14 +62,13 @@ class MemoryConversation {
         return this.#newest.entries;
     }
 
-    add(role, content) {
-        const message = { role, content };
+    add(message) {
         this.#newest.add(message, encodeLine(message).length);
     }
 
     //! The same as `add`, because nothing is written.
-    prepare(role, content) {
-        this.add(role, content);
+    prepare(message) {
+        this.add(message);
     }
 
     drop() {}
@@ -107,14 +106,13 @@ class StoredConversation {
     }
 
     //! Adds a message, on disk first. If that fails, it stays in memory and is written with the next one.
-    add(role, content) {
-        this.prepare(role, content);
+    add(message) {
+        this.prepare(message);
         this.save();
     }
 
     //! Adds a message that is only written together with the next one.
-    prepare(role, content) {
-        const message = { role, content };
+    prepare(message) {
         const line = encodeLine({ ...message, at: this.#now() });
         if (!this.#isDropped)
             this.#unsaved.add({ message, line }, line.length);

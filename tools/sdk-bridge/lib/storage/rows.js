@@ -64,17 +64,24 @@ function mergeIndex(indexRows) {
 //! The first line of a conversation's file.
 const headRow = ({ id, createdAt }) => ({ format: FORMAT, id, createdAt });
 
+//! A message as it is kept: {role, content}, and `sent` if it differs from the content.
+function messageOf({ role, content, sent = content }) {
+    const message = { role, content: cut(content, MAX_CONTENT) };
+    return sent === content ? message : { ...message, sent: cut(sent, MAX_CONTENT) };
+}
+
 //! A line of a conversation: {head} with `createdAt`, or {message, bytes}. Null if it is neither.
 function readLine(value, bytes) {
     if (!isObject(value))
         return null;
     if (value.format === FORMAT && isTime(value.createdAt))
         return { head: { createdAt: value.createdAt } };
-    if (!ROLES.has(value.role) || typeof value.content !== 'string')
+    const { role, content, sent } = value;
+    if (!ROLES.has(role) || typeof content !== 'string')
         return null;
-    return { message: { role: value.role, content: cut(value.content, MAX_CONTENT) }, bytes };
+    return { message: messageOf({ role, content, sent: typeof sent === 'string' ? sent : content }), bytes };
 }
 
 module.exports = {
-    MAX_CONTENT, UNNAMED, fileOf, headRow, idOfFile, isId, mergeIndex, nameOf, readIndexRow, readLine, tidyName,
+    MAX_CONTENT, UNNAMED, fileOf, headRow, idOfFile, isId, mergeIndex, messageOf, nameOf, readIndexRow, readLine, tidyName,
 };

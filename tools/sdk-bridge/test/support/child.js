@@ -77,13 +77,15 @@ class Child {
 //! Starts a bridge on a free port, which ends with the test. By default its scenarios have no pauses, its state is in a
 //! folder of its own, and it looks for no model server.
 async function startBridge(t, env = {}) {
+    const state = env.XDG_STATE_HOME ?? temporaryFolder(t);
     const child = new Child({
         LOOMRA_BRIDGE_PORT: '0',
         LOOMRA_DEMO_DELAY_MS: '0',
         LOOMRA_MODEL_URL: 'none',
-        XDG_STATE_HOME: env.XDG_STATE_HOME ?? temporaryFolder(t),
+        XDG_STATE_HOME: state,
         ...env,
     });
+    child.state = state;
     t.after(() => child.stop('SIGKILL'));
     return child.listening();
 }
