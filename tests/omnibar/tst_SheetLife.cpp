@@ -140,6 +140,8 @@ void tst_SheetLife::everyTabHasData()
     QTRY_VERIFY(m_bar->property("dashBridgeRssMb").toReal() > 0);
     QTRY_VERIFY(!m_bar->property("powerProfileActive").toString().isEmpty());
     QTRY_VERIFY(m_bar->property("runtimeConnected").toBool());
+    // The environment of tests has no user services.
+    QTRY_COMPARE(textIn("serviceLabel"), text("running (standalone)"));
     QVERIFY(m_bar->settle());
     m_bar->screenshot("demo-system");
 }

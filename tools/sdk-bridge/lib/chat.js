@@ -58,10 +58,10 @@ function withWarning({ response, ui }, warning) {
 //! the session, unless it is only a draft of what the user will say.
 async function converse({ id, params, connection, house }, { prompt, isDraft = false }, play) {
     const { session, startsSession } = openSession(house, params.sessionId);
-    const { desktop, journal } = house;
+    const { desktop, journal, reports } = house;
     const sendToAll = (frame) => house.sendToAll(frame);
     const model = house.model.address;
-    const request = { id, prompt, params, session, startsSession, desktop, journal, model, sendToAll };
+    const request = { id, prompt, params, session, startsSession, desktop, journal, reports, model, sendToAll };
     let outcome;
     try {
         outcome = await connection.turns.run(request, play);

@@ -68,9 +68,10 @@ class Desktop {
         return () => { this.windows = [...this.windows, window].sort((a, b) => a.id - b.id); };
     }
 
-    //! The state as clients see it.
+    //! The state that plans leave behind, as clients see it.
     report() {
-        return { windows: { windows: this.windows }, panels: { panels: this.panels }, theme: this.theme };
+        const { windows, panels, theme, powerProfile } = this;
+        return { windows: { windows }, panels: { panels }, theme, powerProfile };
     }
 }
 

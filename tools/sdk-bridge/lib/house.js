@@ -70,6 +70,7 @@ class House {
         this.pace.close();
         this.model.close();
         this.sessions.close();
+        this.reports.close();
     }
 }
 

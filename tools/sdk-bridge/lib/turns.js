@@ -16,7 +16,8 @@ class Turn {
     #cancelled = new AbortController();
     #closed = new AbortController();
 
-    constructor(connection, beat, { id, prompt, params, session, startsSession, desktop, journal, model, sendToAll }) {
+    constructor(connection, beat,
+        { id, prompt, params, session, startsSession, desktop, journal, reports, model, sendToAll }) {
         this.#connection = connection;
         this.#beat = beat;
         this.id = id;
@@ -26,6 +27,7 @@ class Turn {
         this.startsSession = startsSession;
         this.desktop = desktop;
         this.journal = journal;
+        this.reports = reports;
         //! The address of the model server, for people; '' without one.
         this.model = model;
         //! Sends a frame to every client, not only to the one of this prompt.
@@ -69,6 +71,18 @@ class Turn {
     //! Resolves when the turn is cancelled, or after some beats.
     async untilCancelled(beats) {
         await this.#wait(beats, this.#cancelled.signal);
+    }
+
+    //! Resolves like a promise. Rejects with a Failure as soon as the turn is cancelled.
+    orCancelled(promise) {
+        const { signal } = this.#cancelled;
+        return new Promise((resolve, reject) => {
+            const stop = () => reject(cancelledFailure());
+            if (signal.aborted)
+                stop();
+            signal.addEventListener('abort', stop, { once: true });
+            promise.then(resolve, reject).finally(() => signal.removeEventListener('abort', stop));
+        });
     }
 
     cancel() {

@@ -40,7 +40,7 @@ test('phrases are found in any case, with any whitespace, the longest first', as
         assert.equal((await client.chat(prompt)).response, 'This is a plain answer.', prompt);
     assert.match((await client.chat('Tool \n TAG now')).response, /^This is lost\. \[TOOL: kde_launch_app\]/);
     assert.match((await client.chat('tool')).response, /^The setting reads/);
-    assert.match((await client.chat('LIST MY open windows')).response, /^Three windows/);
+    assert.match((await client.chat('LIST MY open windows')).response, /window/);
 });
 
 test('the answers of several prompts find their requests', async (t) => {

@@ -9,7 +9,8 @@ const path = require('path');
 const { after, before } = require('node:test');
 
 const { GROUPS, choose } = require('../lib/scenarios');
-const { Child, startBridge } = require('./support/child');
+const { Child, startBridge, temporaryFolder } = require('./support/child');
+const { StandIns } = require('./support/standins');
 const { test } = require('./support/timed');
 
 const scenarios = GROUPS.flatMap((group) => group.scenarios);
@@ -224,6 +225,42 @@ test('hostile words point where the prompt says, and nowhere else', async () => 
             assert.deepEqual([...new Set(sent.match(/https?:\/\/[^"\s)]+/g))], [wanted]);
         }
     }
+});
+
+test('prompts for reports are answered from the real ones', async (t) => {
+    assert.deepEqual(scenarios.filter(({ real }) => real).map(({ phrases }) => phrases[0]),
+        ['Show my current system status', 'Show top processes by CPU and memory', 'List my open windows']);
+    const standIns = new StandIns(temporaryFolder(t));
+    standIns.add('xprop', `case "$*" in
+        "-root "*) echo "_NET_CLIENT_LIST(WINDOW): window id # 0x1";;
+        *) echo '_NET_WM_NAME(UTF8_STRING) = "A <b>window</b>"';;
+    esac`);
+    const environment = { PATH: standIns.folder, DISPLAY: ':0', WAYLAND_DISPLAY: '' };
+    const client = await (await startBridge(t, environment)).connect();
+
+    const windows = await client.chat('List my open windows');
+    assert.equal(windows.response, '1 window open.');
+    assert.deepEqual(windows.ui.blocks, [{ type: 'list', title: 'Open windows', items: ['A <b>window</b>'] }]);
+    const status = await client.chat('Show my current system status');
+    assert.match(status.response, /^- Memory: [\d.]+% of [\d.]+ GB$/m);
+    assert.equal(status.followUps.length, 1);
+    const { ui: { blocks } } = await client.chat('Show top processes by CPU and memory');
+    assert.deepEqual(blocks.map(({ type }) => type), ['text', 'table', 'text', 'table']);
+    assert.ok(blocks[1].rows.length > 0);
+
+    const other = await (await startBridge(t, { ...environment, DISPLAY: '' })).connect();
+    assert.match((await other.chat('List my open windows')).response, /^The list of your windows is unavailable/);
+});
+
+test('a prompt for a report can be cancelled', async (t) => {
+    const standIns = new StandIns(temporaryFolder(t)).hanging('xprop');
+    const client = await (await startBridge(t, { PATH: standIns.folder, DISPLAY: ':0' })).connect();
+    const id = client.post('chat', { message: 'List my open windows' });
+    await standIns.pids();
+    const report = client.post('getDesktopState');
+    await client.result('cancel');
+    assert.equal((await client.reply(id)).error.code, 'CANCELLED');
+    assert.ok(!client.messages.some((message) => message.id === report), 'the program still runs');
 });
 
 test('the window\'s own suggestions look back', async (t) => {

@@ -14,7 +14,8 @@ const step = (capabilityId, params) => ({ capabilityId, params });
 const dark = step('theme.apply', { name: 'Breeze Dark' });
 const quiet = step('audio.volume.set', { level: 20 });
 
-const desktop = (client) => client.result('getDesktopState');
+//! The simulated desktop.
+const desktop = async (client) => (await client.result('getDesktopState')).demonstration;
 const titles = async (client) => (await desktop(client)).windows.windows.map(({ title }) => title);
 const volume = async (client) =>
     (await client.result('executePlan', { steps: [step('audio.volume.get')] })).results[0].result.level;

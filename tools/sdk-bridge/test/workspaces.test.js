@@ -85,7 +85,8 @@ for (const [which, expected] of SWITCHES) {
     });
 }
 
-const titles = async (client) => (await client.result('getDesktopState')).windows.windows.map(({ title }) => title);
+const titles = async (client) =>
+    (await client.result('getDesktopState')).demonstration.windows.windows.map(({ title }) => title);
 
 test('an enabled template is prepared, counted, listed as a job and can be taken back', async (t) => {
     const client = await (await startBridge(t, ALL_ON)).connect();

@@ -5,10 +5,10 @@
 
 const { reply } = require('../outcomes');
 
-const report = (name, read) => ({ name, perform: ({ house }) => reply(read(house)) });
+const report = (name, read) => ({ name, perform: async ({ house }) => reply(await read(house)) });
 
 module.exports = [
-    report('getDesktopState', ({ desktop }) => desktop.report()),
+    report('getDesktopState', ({ reports }) => reports.desktop()),
     report('getSystemReport', ({ reports }) => reports.system()),
     report('getQuickStatus', ({ reports }) => reports.quick()),
     report('getPowerProfile', ({ reports }) => reports.power()),

@@ -4,9 +4,10 @@
 'use strict';
 
 // A scenario is a row: `phrases` (a prompt that begins with one of them selects the scenario; help shows the first),
-// `about` (for help), `pace` (beats before the reply) and `answer`, which is the outcome or a function of the turn and of
-// the text after the phrase. An outcome is {response, ui, followUps, usage}, of which only `response` is required;
-// `form` selects another reply form and `payload` replaces the whole result.
+// `about` (for help), `pace` (beats before the reply), `real` (true if the answer is no demonstration) and `answer`, which
+// is the outcome or a function of the turn and of the text after the phrase. An outcome is
+// {response, ui, followUps, usage}, of which only `response` is required; `form` selects another reply form and `payload`
+// replaces the whole result.
 
 const { cut } = require('../text');
 

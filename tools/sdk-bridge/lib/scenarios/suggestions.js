@@ -3,9 +3,12 @@
 
 'use strict';
 
-// The prompts that the window offers on its cards and as next steps. Their reports are made up.
+// The prompts that the window offers on its cards and as next steps. A row with `real` answers from real reports; the
+// others are demonstrations.
 
+const { NOTE } = require('../demonstration');
 const { POWER_PROFILES } = require('../desktop');
+const { processesReply, statusReply, windowsReply } = require('../reports/replies');
 const { oneLine } = require('../text');
 
 const NOTHING_YET = 'There is nothing to look back at yet: this is where our conversation begins.';
@@ -35,35 +38,8 @@ function shorter(turn) {
     return { response: `In short: ${sentence}` };
 }
 
-const status = {
-    response: 'All is well on this made-up desktop:\n\n' +
-        '- Processor: 12%\n- Memory: 48%\n- Disk: 71%\n- Battery: **18%**',
-    followUps: [{
-        title: 'Top processes',
-        subtitle: 'CPU and memory usage.',
-        prompt: 'Show top processes by CPU and memory',
-        iconName: 'utilities-system-monitor',
-    }],
-};
-
-const processes = {
-    response: 'The busiest of five made-up programs.',
-    ui: {
-        blocks: [{
-            type: 'table',
-            columns: ['Program', 'CPU', 'Memory'],
-            rows: [['browser', '31%', '22%'], ['compiler', '97%', '8%'], ['mail', '2%', '6%'], ['player', '4%', '3%'],
-                ['editor', '1%', '2%']],
-        }],
-    },
-};
-
-const windows = {
-    response: 'Three windows are open: the **text editor**, the **terminal** and the **file manager**.',
-    ui: {
-        blocks: [{ type: 'list', title: 'Open windows', items: ['Text editor', 'Terminal', 'File manager'] }],
-    },
-};
+//! Answers with a real report: `read(reports)` resolves to it, and `words(report)` makes the reply.
+const real = (read, words) => async (turn) => words(await turn.orCancelled(read(turn.reports)));
 
 async function focus(turn) {
     turn.event('agent.routed', { agent: 'kde-desktop-agent' });
@@ -75,9 +51,9 @@ async function focus(turn) {
 function switchProfile(turn, rest) {
     const profile = POWER_PROFILES.find((name) => rest.toLowerCase() === `${name} power profile`);
     if (!profile)
-        return { response: `There are these power profiles: ${POWER_PROFILES.join(', ')}.` };
+        return { response: `${NOTE} The simulated desktop has these power profiles: ${POWER_PROFILES.join(', ')}.` };
     turn.desktop.put('powerProfile', profile);
-    return { response: `The made-up desktop has the power profile “${profile}” now.` };
+    return { response: `${NOTE} The simulated desktop has the power profile “${profile}” now.` };
 }
 
 const reminder = {
@@ -114,11 +90,26 @@ module.exports = {
             about: 'what there is',
             answer: actions,
         },
-        { phrases: ['Show my current system status'], about: 'made-up figures', answer: status },
-        { phrases: ['Show top processes by CPU and memory'], about: 'a made-up table', answer: processes },
-        { phrases: ['List my open windows'], about: 'made-up windows', answer: windows },
+        {
+            phrases: ['Show my current system status'],
+            about: 'the real state of this machine',
+            real: true,
+            answer: real((reports) => reports.machine(), statusReply),
+        },
+        {
+            phrases: ['Show top processes by CPU and memory'],
+            about: 'the real processes of this machine',
+            real: true,
+            answer: real((reports) => reports.processes(), processesReply),
+        },
+        {
+            phrases: ['List my open windows'],
+            about: 'the real windows, as far as they can be seen',
+            real: true,
+            answer: real((reports) => reports.windows(), windowsReply),
+        },
         { phrases: ['Focus the most recently used window'], about: 'an agent takes over', pace: 0, answer: focus },
-        { phrases: ['Switch to'], about: 'a power profile of the made-up desktop', answer: switchProfile },
+        { phrases: ['Switch to'], about: 'a power profile of the simulated desktop', answer: switchProfile },
         { phrases: ['What reminder actions can you help me with?'], about: 'about reminders', answer: reminders },
         { phrases: ['Help me set another reminder'], about: 'a question with choices', answer: reminder },
         {
