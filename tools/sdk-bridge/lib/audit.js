@@ -9,7 +9,8 @@ const { Store } = require('./store');
 //! The audit trail: what was done, and how to undo it. Actions live as long as the process; the oldest are removed first.
 class AuditTrail {
     #now;
-    #actions = new Store({ noun: 'action', code: 'ACTION_NOT_FOUND', prefix: 'act' });
+    // The window shows nothing else of an action than its id, which therefore says what it is.
+    #actions = new Store({ noun: 'action', code: 'ACTION_NOT_FOUND', prefix: 'demo-act' });
     #undo = new Map(); // functions by action id: empty if nothing changed, null if it can't be undone
 
     constructor(now = Date.now) {

@@ -10,7 +10,8 @@ const DAY_MS = 24 * 60 * 60 * 1000;
 
 //! Stored automations. They can be edited and enabled, but never run: there is no scheduler.
 class Automations {
-    #rows = new Store({ noun: 'automation', code: 'AUTOMATION_NOT_FOUND', prefix: 'auto' });
+    // The window shows nothing else of a row than its id, which therefore says what it is.
+    #rows = new Store({ noun: 'automation', code: 'AUTOMATION_NOT_FOUND', prefix: 'demo-auto' });
 
     constructor(now = Date.now) {
         this.#rows.add({

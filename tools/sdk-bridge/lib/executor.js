@@ -4,6 +4,7 @@
 'use strict';
 
 const { deniedCapabilities, findCapability, shown } = require('./capabilities');
+const { NOTE } = require('./demonstration');
 const { Failure } = require('./frames');
 const { checkParams, invalid } = require('./params');
 const { MAX_STEPS } = require('./planner');
@@ -106,9 +107,9 @@ class Executor {
         // The client that shows the phase gets no reply, so nothing else would clear it there.
         broadcast('plan.phase', { phase: '' });
 
-        const failed = done.length < checked.length;
-        const state = failed ? 'failed' : details.length ? 'partially_verified' : 'verified';
-        const outcome = this.#outcome(state, checked, results, details);
+        // Never "verified": nothing of the real desktop was. The window shows the details of all other states.
+        const state = done.length < checked.length ? 'failed' : 'partially_verified';
+        const outcome = this.#outcome(state, checked, results, [...details, NOTE]);
         return done.length ? { ...outcome, actionId: audit.enter(source, done) } : outcome;
     }
 

@@ -19,17 +19,18 @@ const find = async (client, id) => (await client.result('automationList')).autom
 test('an automation is created, changed, paused and deleted', async (t) => {
     const client = await (await startBridge(t)).connect();
     const { id } = await client.result('automationCreate', { trigger, steps, condition: {} });
+    assert.match(id, /^demo-auto_/);
     const fresh = { id, name: '', enabled: true, lastRun: null, trigger, steps, condition: {} };
     assert.deepEqual(await find(client, id), fresh);
 
     await client.result('automationUpdate', { id, condition: { weekday: true }, unknown: 1, lastRun: 5 });
     assert.deepEqual(await find(client, id), { ...fresh, condition: { weekday: true } });
 
-    assert.deepEqual(await client.result('automationPause', { id, pause: true }), { ok: true, id, enabled: false });
+    assert.deepEqual(await client.result('automationPause', { id, pause: true }), { ok: true, id, enabled: false, demonstration: true });
     assert.equal((await find(client, id)).enabled, false);
     assert.equal((await client.result('automationPause', { id, pause: false })).enabled, true);
 
-    assert.deepEqual(await client.result('automationDelete', { id }), { ok: true, id });
+    assert.deepEqual(await client.result('automationDelete', { id }), { ok: true, id, demonstration: true });
     assert.equal(await find(client, id), undefined);
     for (const [method, more] of [['automationDelete', {}], ['automationUpdate', {}], ['automationPause', { pause: true }]]) {
         assert.deepEqual((await client.request(method, { id, ...more })).error,
@@ -78,7 +79,7 @@ test('reminders are scheduled, listed and cancelled over the wire', async (t) =>
     assert.equal(reminders[0].id, id);
     assert.ok(reminders[0].fire_at >= before + 60000 && reminders[0].remaining_ms <= 60000);
 
-    assert.deepEqual(await client.result('reminderCancel', { id }), { ok: true, id });
+    assert.deepEqual(await client.result('reminderCancel', { id }), { ok: true, id, demonstration: true });
     assert.ok((await client.result('reminderList')).reminders.every((row) => row.id !== id));
     assert.deepEqual((await client.request('reminderCancel', { id })).error,
         { message: `There is no reminder with the id "${id}"`, code: 'REMINDER_NOT_FOUND' });

@@ -14,6 +14,8 @@ const step = (capabilityId, params) => ({ capabilityId, params });
 const dark = step('theme.apply', { name: 'Breeze Dark' });
 const quiet = step('audio.volume.set', { level: 20 });
 
+const NOTE = 'Demonstration: nothing on this desktop is changed.';
+
 //! The simulated desktop.
 const desktop = async (client) => (await client.result('getDesktopState')).demonstration;
 const titles = async (client) => (await desktop(client)).windows.windows.map(({ title }) => title);
@@ -25,20 +27,24 @@ test('a plan is made, run and taken back', async (t) => {
     const made = await client.result('getPlan', { message: '  Dark theme and open Mail ' });
     assert.equal(made.allowed, true);
     assert.equal(made.requiresApproval, true);
+    assert.equal(made.summary, `${NOTE} Dark theme and open Mail`);
+    assert.equal(made.demonstration, true);
 
     const { actionId, ...outcome } = await client.result('executePlan', { steps: made.plan });
+    assert.match(actionId, /^demo-act_/);
     assert.deepEqual(outcome, {
         success: true,
         results: [
             { ok: true, capabilityId: 'theme.apply', result: { applied: 'Breeze Dark' } },
             { ok: true, capabilityId: 'app.launch', result: { name: 'mail' } },
         ],
-        verificationSummary: { state: 'verified', verified: 2, total: 2, details: [] },
+        verificationSummary: { state: 'partially_verified', verified: 2, total: 2, details: [NOTE] },
+        demonstration: true,
     });
     assert.equal((await desktop(client)).theme, 'Breeze Dark');
     assert.ok((await titles(client)).includes('mail'));
 
-    assert.deepEqual(await client.result('auditRevert', { actionId }), { ok: true, actionId, reverted: 2, kept: 0 });
+    assert.deepEqual(await client.result('auditRevert', { actionId }), { ok: true, actionId, reverted: 2, kept: 0, demonstration: true });
     assert.equal((await desktop(client)).theme, 'Breeze');
     assert.ok(!(await titles(client)).includes('mail'));
     assert.equal((await client.request('auditRevert', { actionId })).error.code, 'ALREADY_REVERTED');
@@ -75,7 +81,7 @@ for (const [name, steps, state, details, verified] of OUTCOMES) {
         const client = await (await startBridge(t)).connect();
         const outcome = await client.result('executePlan', { steps });
         assert.equal(outcome.success, state !== 'failed');
-        assert.deepEqual(outcome.verificationSummary, { state, verified, total: steps.length, details });
+        assert.deepEqual(outcome.verificationSummary, { state, verified, total: steps.length, details: [...details, NOTE] });
         assert.equal(outcome.error, state === 'failed' ? details[0] : undefined);
         assert.equal(outcome.results.length, 2);
         assert.ok(outcome.actionId);
@@ -120,7 +126,7 @@ test('a plan that can\'t run is refused before its first step', async (t) => {
         assert.deepEqual((await client.request('executePlan', { steps })).error, { message, code });
     assert.equal((await desktop(client)).theme, 'Breeze');
     assert.deepEqual(client.events, []);
-    assert.deepEqual(await client.result('auditListRecent'), { actions: [] });
+    assert.deepEqual((await client.result('auditListRecent')).actions, []);
 });
 
 test('the emergency stop ends what runs, refuses the next and gives way to the resume', async (t) => {
@@ -135,8 +141,9 @@ test('the emergency stop ends what runs, refuses the next and gives way to the r
     assert.deepEqual(payload, {
         success: false,
         results: [{ ok: false, capabilityId: 'theme.apply', result: { error: 'Stopped by the emergency stop' } }],
-        verificationSummary: { state: 'failed', verified: 0, total: 1, details: ['Stopped by the emergency stop'] },
+        verificationSummary: { state: 'failed', verified: 0, total: 1, details: ['Stopped by the emergency stop', NOTE] },
         error: 'Stopped by the emergency stop',
+        demonstration: true,
     });
     assert.equal((await desktop(client)).theme, 'Breeze');
     assert.deepEqual((await client.request('executePlan', { steps: [dark] })).error,
@@ -176,6 +183,7 @@ test('without the executor path a plan is only checked', async (t) => {
         success: true,
         results: [],
         verificationSummary: { state: 'planned', verified: 0, total: 1, details: [] },
+        demonstration: true,
     });
     assert.equal((await desktop(client)).theme, 'Breeze');
     assert.deepEqual(client.events, []);
@@ -225,11 +233,11 @@ test('what only read reverts to nothing, what stays done says so', async (t) => 
     const run = async (...steps) => (await client.result('executePlan', { steps })).actionId;
     const read = await run(step('window.list'));
     assert.deepEqual(await client.result('auditRevert', { actionId: read }),
-        { ok: true, actionId: read, reverted: 0, kept: 0 });
+        { ok: true, actionId: read, reverted: 0, kept: 0, demonstration: true });
     const gone = await run(step('trash.empty'));
     assert.deepEqual((await client.request('auditRevert', { actionId: gone })).error,
         { message: 'This action cannot be taken back', code: 'NOT_REVERTIBLE' });
     const both = await run(step('trash.empty'), dark);
     assert.deepEqual(await client.result('auditRevert', { actionId: both }),
-        { ok: true, actionId: both, reverted: 1, kept: 1 });
+        { ok: true, actionId: both, reverted: 1, kept: 1, demonstration: true });
 });
