@@ -74,7 +74,7 @@ test('programs of the system are asked once for clients that ask at the same tim
     assert.doesNotMatch(environment, /secret|LOOMRA/);
 });
 
-test('a dashboard doesn\'t wait for a program that hangs, and nothing else does', async (t) => {
+test('a program that hangs delays a dashboard by its timeout, and nothing else', async (t) => {
     const standIns = new StandIns(temporaryFolder(t)).hanging('systemctl');
     const client = await (await startWith(t, standIns)).connect();
     const began = Date.now();
