@@ -77,7 +77,7 @@ class Turn {
     orCancelled(promise) {
         const { signal } = this.#cancelled;
         return new Promise((resolve, reject) => {
-            const stop = () => reject(cancelledFailure());
+            const stop = () => reject(frames.cancelledFailure());
             if (signal.aborted)
                 stop();
             signal.addEventListener('abort', stop, { once: true });

@@ -229,7 +229,7 @@ test('hostile words point where the prompt says, and nowhere else', async () => 
 
 test('prompts for reports are answered from the real ones', async (t) => {
     assert.deepEqual(scenarios.filter(({ real }) => real).map(({ phrases }) => phrases[0]),
-        ['Show my current system status', 'Show top processes by CPU and memory', 'List my open windows']);
+        ['help', 'Show my current system status', 'Show top processes by CPU and memory', 'List my open windows']);
     const standIns = new StandIns(temporaryFolder(t));
     standIns.add('xprop', `case "$*" in
         "-root "*) echo "_NET_CLIENT_LIST(WINDOW): window id # 0x1";;
