@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # shellcheck shell=bash
 
-# Functions for tests with packages that Debian 12 does not have. They run in a chroot of Debian's testing release, which
-# is installed from this machine's own mirror and kept in build/ for later runs. Source this file after scripts/lib.sh, with
-# these variables set:
+# Functions for tests with packages that Debian 12 does not have. They run in a chroot of Debian's testing release,
+# which is installed from this machine's own mirror and kept in build/ for later runs. Source this file after
+# scripts/lib.sh, with these variables set:
 #
 #   root_name  names the chroot, build/NAME-root, and its log
 #   packages   an array of the packages to install
@@ -33,8 +33,8 @@ elif unshare --mount true 2> /dev/null; then
     as_root=(unshare --mount)
 fi
 
-# A command prefix that runs the rest in the chroot with a clean environment. It stays one process, so that signals reach
-# the command.
+# A command prefix that runs the rest in the chroot with a clean environment. It stays one process, so that signals
+# reach the command.
 # shellcheck disable=SC2016 # expanded by the inner shell
 enter_root=("${as_root[@]}" bash -c '
     root=$1 isolated=$2

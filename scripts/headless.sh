@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # shellcheck shell=bash
 
-# Functions that use the program on a virtual display as a person would: they type, wait and copy. For scripts that run in
-# `tests/support/environment display net -- ...`. Source this file after scripts/lib.sh, with these variables set:
+# Functions that use the program on a virtual display as a person would: they type, wait and copy. For scripts that run
+# in `tests/support/environment display net -- ...`. Source this file after scripts/lib.sh, with these variables set:
 #
 #   window_name  the window, for messages
 #   screenshot   the file that take_screenshot writes
@@ -15,7 +15,8 @@ readonly timeout=30 # seconds for each step
 
 exec {silence}<> <(:)
 
-# start_program COMMAND...: starts the program and waits until its window accepts keys. Stores its process id in $program.
+# start_program COMMAND...: starts the program, stores its process id in $program, and waits until its window has the
+# keyboard.
 start_program() {
     env -C "$caller_dir" "$@" > "$program_log" 2>&1 < /dev/null &
     program=$!
