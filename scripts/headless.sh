@@ -6,6 +6,7 @@
 # in `tests/support/environment display net -- ...`. Source this file after scripts/lib.sh, with these variables set:
 #
 #   window_name  the window, for messages
+#   ready_line   a pattern of the line that the program logs when it accepts prompts
 #   screenshot   the file that take_screenshot writes
 #   program_log  the file for the program's output
 #
@@ -60,7 +61,9 @@ window_has_keyboard() {
     xdotool windowactivate "$window" 2> /dev/null
     return 1
 }
-bridge_has_client() { [[ $(ss -Htn state established "sport = :$bridge_port") ]]; }
+# A connection that the kernel has made would not be enough: on a busy machine the program processes keys before it
+# notices the connection.
+bridge_is_ready() { grep -q "$ready_line" "$program_log"; }
 clipboard() { timeout 2 xclip -o -selection clipboard 2> /dev/null || true; }
 clipboard_is_filled() { [[ $(clipboard) ]]; }
 # The window is animated while it waits for a reply and while the reply appears.
