@@ -81,6 +81,7 @@ test('what the model is doing is shown', async (t) => {
     assert.equal(exchange.body.return_progress, true);
     const shown = (phase) => client.until(({ payload }) => payload?.phase === phase);
     await shown('Reading…');
+    await exchange.send({ ...OPENING, prompt_progress: { total: 200, processed: 0 } });
     await exchange.send({ ...OPENING, prompt_progress: { total: 200, processed: 91 } });
     await shown('Reading… 45%');
     await exchange.write('<think>Hm');

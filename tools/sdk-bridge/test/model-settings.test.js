@@ -28,12 +28,12 @@ test('the address of a model server is read as people write it', () => {
         ['https://[::1]:8443', 'https://[::1]:8443', '[::1]:8443'],
     ])
         assert.deepEqual(parseAddress(text), { base, shown, isLoopback: true }, text);
-    assert.deepEqual(defaultAddresses().map(({ base }) => base), ['http://127.0.0.1:8080', 'http://127.0.0.1:11434']);
+    assert.deepEqual(defaultAddresses().map(({ base }) => base), ['http://127.0.0.1:8080', 'http://127.0.0.1:9931', 'http://127.0.0.1:11434']);
 });
 
 test('what is no address of a model server is refused in words', () => {
     for (const [text, words] of [
-        ['http://', /^must be the URL of a model server/],
+        ['http://', /^must be the URL of a model server, such as http:\/\/127\.0\.0\.1:8080$/],
         ['http://a b', /^must be the URL/],
         ['ftp://localhost', /^must begin with http:\/\/ or https:\/\/$/],
         ['file:///etc/passwd', /^must begin with http/],

@@ -5,8 +5,8 @@
 
 const net = require('net');
 
-//! Where model servers listen by default, the preferred one first: llama-server and Ollama.
-const DEFAULT_PORTS = [8080, 11434];
+//! Where model servers listen by default, the preferred one first: llama-server, the same as Debian packages it, Ollama.
+const DEFAULT_PORTS = [8080, 9931, 11434];
 
 //! What users append to the address because their server's manual shows it.
 const API_PATH = /(?:\/v1)?(?:\/chat\/completions)?\/*$/;

@@ -4,6 +4,7 @@
 'use strict';
 
 const timers = require('timers/promises');
+const { setMaxListeners } = require('events');
 
 const { defaultAddresses } = require('./address');
 const { DEFAULT_CONTEXT, chooseModel, readModels } = require('./catalog');
@@ -81,6 +82,8 @@ class ModelServers {
         this.#settings = settings;
         this.#addresses = address ? [address] : search ? addresses : [];
         this.#lastShown = address?.shown ?? '';
+        // Each search listens for its end, and may outlive the prompt that began it.
+        setMaxListeners(0, this.#closed.signal);
     }
 
     //! The server that was found last or that the settings name, for people; '' if there was none. Without it, the absence

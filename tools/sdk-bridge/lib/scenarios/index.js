@@ -42,7 +42,7 @@ const WITHOUT_MODEL = `## How to get a model
 No model server was found on this machine. Install one, then send your next prompt; nothing needs to be restarted:
 
 - Ollama: \`ollama pull qwen2.5:3b\` (any chat model will do); it listens on port 11434.
-- llama.cpp: \`llama-server -m MODEL.gguf -c 8192\`; it listens on port 8080.
+- llama.cpp: \`llama-server -m MODEL.gguf -c 8192\`; it listens on port 8080, in Debian on 9931.
 - Another server with \`/v1/chat/completions\`: start the bridge with \`LOOMRA_MODEL_URL=http://127.0.0.1:PORT\`.`;
 
 //! `model` is the address of the model server, or ''.
