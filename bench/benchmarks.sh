@@ -42,7 +42,7 @@ run_benchmark() {
         return
     fi
     if [[ $name == bridge ]]; then
-        in_environment "$name" node bench/bridge/bridge.js
+        in_environment "$name" node bench/bridge/bridge.js && in_environment "$name" node bench/bridge/sessions.js
         return
     fi
     in_environment "$name" "$bench_programs/bench_$name" "$@"

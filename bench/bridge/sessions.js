@@ -3,25 +3,28 @@
 
 'use strict';
 
-// Prints, as JSON lines {name, value, unit}, how long it takes to list 200 stored sessions of 1000 messages: in a new
-// process, from loading the code until the list is there, and again in the same process; medians of 20 processes.
+// How long it takes to list 200 stored sessions of 1000 messages: in a new process, from loading the code until the list is
+// there, and again in the same process; medians of 20 processes.
 
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
 const { execFileSync } = require('child_process');
 
+const { bounded, median } = require('./figures');
+
+const LIB = path.join(__dirname, '../../tools/sdk-bridge/lib');
+
 const SESSIONS = 200;
 const MESSAGES = 1000;
 const PROCESSES = 20;
-
-const median = (values) => [...values].sort((a, b) => a - b)[Math.floor(values.length / 2)];
+const MAX_MS = 50;
 
 //! Writes the files directly: through the store, this would take longer than everything else.
 function fill(folder) {
-    const { encodeLine } = require('../lib/storage/lines');
-    const { fileOf, headRow } = require('../lib/storage/rows');
-    const { SessionStore } = require('../lib/sessions');
+    const { encodeLine } = require(`${LIB}/storage/lines`);
+    const { fileOf, headRow } = require(`${LIB}/storage/rows`);
+    const { SessionStore } = require(`${LIB}/sessions`);
     const store = new SessionStore({ folder });
     for (let n = 0; n < SESSIONS; ++n) {
         const session = store.draft();
@@ -38,7 +41,7 @@ function fill(folder) {
 //! Measures in this process: [first listing, later listing], in ms.
 function measure(folder) {
     const start = performance.now();
-    const { SessionStore } = require('../lib/sessions');
+    const { SessionStore } = require(`${LIB}/sessions`);
     const store = new SessionStore({ folder });
     const rows = store.list();
     const listed = performance.now();
@@ -55,10 +58,8 @@ function main() {
         fill(folder);
         const times = Array.from({ length: PROCESSES }, () =>
             JSON.parse(execFileSync(process.execPath, [__filename, folder], { encoding: 'utf8' })));
-        ['sessions.list.first', 'sessions.list.again'].forEach((name, n) => {
-            const value = Number(median(times.map((pair) => pair[n])).toFixed(3));
-            console.log(JSON.stringify({ name, value, unit: 'ms' }));
-        });
+        ['bridge.sessions.first', 'bridge.sessions.again'].forEach((name, n) =>
+            bounded(name, median(times.map((pair) => pair[n])), 'ms', MAX_MS));
     } finally {
         fs.rmSync(folder, { recursive: true, force: true });
     }
