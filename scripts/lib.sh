@@ -132,8 +132,7 @@ start_bridge() {
     local log=$log_dir/sdk-bridge.log silence
     mkdir -p "$log_dir"
     # The bridge ends with this shell, even if the shell is killed.
-    LOOMRA_BRIDGE_PORT=$bridge_port LOOMRA_DEMO_SESSIONS=${LOOMRA_DEMO_SESSIONS:-40} \
-        setpriv --pdeathsig TERM node "$bridge_dir/bridge.js" > "$log" 2>&1 < /dev/null &
+    LOOMRA_BRIDGE_PORT=$bridge_port setpriv --pdeathsig TERM node "$bridge_dir/bridge.js" > "$log" 2>&1 < /dev/null &
     bridge_pid=$!
     exec {silence}<> <(:)
     until bridge_listens; do
