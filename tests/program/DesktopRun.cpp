@@ -154,6 +154,12 @@ void DesktopRun::press(const QByteArray &keys) const
     xdotool({QStringLiteral("key"), QString::fromLatin1(keys)});
 }
 
+void DesktopRun::type(const QByteArray &text) const
+{
+    // Letters are lost if they come faster.
+    xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("60"), QString::fromLatin1(text)});
+}
+
 void DesktopRun::pressDown(const QByteArray &key) const
 {
     xdotool({QStringLiteral("keydown"), QString::fromLatin1(key)});

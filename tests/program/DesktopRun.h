@@ -32,6 +32,8 @@ public:
     bool takeKeyboard();
     //! Presses a key or a combination joined by "+", with the key names of xdotool.
     void press(const QByteArray &keys) const;
+    //! Types a text of ASCII characters.
+    void type(const QByteArray &text) const;
     //! Holds a key down, which then repeats as on a real keyboard, until it is let go.
     void pressDown(const QByteArray &key) const;
     void letGo(const QByteArray &key) const;

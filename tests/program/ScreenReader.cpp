@@ -41,13 +41,62 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, Listener &listene
     return argument;
 }
 
-//! Calls the program about the object that emitted a signal. @return the first value of the reply
-QVariant ask(const QDBusMessage &signal, const QString &interface, const QString &method,
+//! An object of a program.
+struct Reference
+{
+    QString bus;
+    QDBusObjectPath path;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Reference &reference)
+{
+    argument.beginStructure();
+    argument << reference.bus << reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Reference &reference)
+{
+    argument.beginStructure();
+    argument >> reference.bus >> reference.path;
+    argument.endStructure();
+    return argument;
+}
+
+//! Calls a program about one of its objects. @return the first value of the reply
+QVariant ask(const QString &bus, const QString &path, const QString &interface, const QString &method,
              const QVariantList &arguments = {})
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(signal.service(), signal.path(), interface, method);
+    QDBusMessage call = QDBusMessage::createMethodCall(bus, path, interface, method);
     call.setArguments(arguments);
     return QDBusConnection::sessionBus().call(call).arguments().value(0);
+}
+
+QString roleOf(const QString &bus, const QString &path)
+{
+    return ask(bus, path, s_accessible, QStringLiteral("GetRoleName")).toString();
+}
+
+QString nameOf(const QString &bus, const QString &path)
+{
+    const QVariant name = ask(bus, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                              {s_accessible, QStringLiteral("Name")});
+    return name.value<QDBusVariant>().variant().toString();
+}
+
+//! Appends the names of the list items in the tree below an object.
+void collectItems(const QString &bus, const QString &path, QStringList &names)
+{
+    if (roleOf(bus, path) == QLatin1String("list item")) {
+        names.append(nameOf(bus, path));
+        return;
+    }
+    const auto children = qdbus_cast<QList<Reference>>(
+        ask(bus, path, s_accessible, QStringLiteral("GetChildren")).value<QDBusArgument>());
+    for (const Reference &child : children) {
+        collectItems(bus, child.path.path(), names);
+    }
 }
 
 bool xprop(const QStringList &arguments)
@@ -61,11 +110,16 @@ bool xprop(const QStringList &arguments)
 
 Q_DECLARE_METATYPE(Listener)
 Q_DECLARE_METATYPE(QList<Listener>)
+Q_DECLARE_METATYPE(Reference)
+Q_DECLARE_METATYPE(QList<Reference>)
 
-ScreenReader::ScreenReader()
+ScreenReader::ScreenReader(Events events)
+    : m_events(events)
 {
     qDBusRegisterMetaType<Listener>();
     qDBusRegisterMetaType<QList<Listener>>();
+    qDBusRegisterMetaType<Reference>();
+    qDBusRegisterMetaType<QList<Reference>>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     QVERIFY(bus.registerVirtualObject(QStringLiteral("/org/a11y/atspi"), this, QDBusConnection::SubPath));
     QVERIFY(bus.connect(QString(), QString(), QStringLiteral("org.a11y.atspi.Event.Object"),
@@ -92,24 +146,33 @@ bool ScreenReader::handleMessage(const QDBusMessage &message, const QDBusConnect
 {
     QDBusMessage reply = message.createReply();
     if (message.member() == QLatin1String("Embed")) {
+        m_program = message.service();
         reply.setArguments(message.arguments());
     } else if (message.member() == QLatin1String("GetRegisteredEvents")) {
-        reply << QVariant::fromValue(
-            QList<Listener> {{connection.baseService(), QStringLiteral("Object:StateChanged:Showing")}});
+        QList<Listener> listeners;
+        if (m_events == Events::Notifications) {
+            listeners.append({connection.baseService(), QStringLiteral("Object:StateChanged:Showing")});
+        }
+        reply << QVariant::fromValue(listeners);
     } else {
         return false;
     }
     return connection.send(reply);
 }
 
+QStringList ScreenReader::listItems() const
+{
+    QStringList names;
+    collectItems(m_program, QStringLiteral("/org/a11y/atspi/accessible/root"), names);
+    return names;
+}
+
 void ScreenReader::onStateChanged(const QDBusMessage &signal)
 {
     const QVariantList arguments = signal.arguments();
     if (arguments.value(0).toString() != QLatin1String("showing") || arguments.value(1).toInt() != 1
-        || ask(signal, s_accessible, QStringLiteral("GetRoleName")).toString() != QLatin1String("notification")) {
+        || roleOf(signal.service(), signal.path()) != QLatin1String("notification")) {
         return;
     }
-    const QVariant name = ask(signal, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-                              {s_accessible, QStringLiteral("Name")});
-    m_spoken.append(name.value<QDBusVariant>().variant().toString());
+    m_spoken.append(nameOf(signal.service(), signal.path()));
 }
