@@ -10,12 +10,11 @@ namespace
 
 const QString s_client = QStringLiteral(R"(
     const WebSocket = require(process.argv[1] + '/node_modules/ws');
-    const requests = process.argv.slice(2).map(JSON.parse).concat([['listSessions', {}]]);
+    const requests = process.argv.slice(2).map(JSON.parse);
     const socket = new WebSocket('ws://127.0.0.1:8765/ws');
     let last;
     const next = () => {
         const [method, params] = requests.shift();
-        // "last" is the session that was created last.
         const filled = Object.fromEntries(Object.entries(params).map(([k, v]) => [k, v === 'last' ? last : v]));
         socket.send(JSON.stringify({ id: requests.length + 1, method, params: filled }));
     };
@@ -23,15 +22,28 @@ const QString s_client = QStringLiteral(R"(
         const frame = JSON.parse(data);
         if (frame.type === 'event')
             return;
-        last = frame.payload?.sessionId ?? last;
-        if (frame.payload?.sessions) {
-            console.log(`[${frame.payload.sessions.map(({ name }) => name)}]`);
-            socket.close();
-        } else {
+        const { sessionId, sessions, messages } = frame.payload ?? {};
+        // "last" in later params: the session that was just created, or the first of a list.
+        last = sessionId ?? sessions?.[0]?.id ?? last;
+        if (requests.length > 0) {
             next();
+            return;
         }
+        if (sessions)
+            console.log(`[${sessions.map(({ name }) => name)}]`);
+        messages?.forEach(({ role, content }) => console.log(`${role}: ${content}`));
+        socket.close();
     });
 )");
+
+const QString s_list = QStringLiteral(R"(["listSessions", {}])");
+
+QByteArray perform(const QStringList &requests)
+{
+    return Program::run(QStringList {QStringLiteral("-e"), s_client, BridgeSessions::bundledBridge()} + requests,
+                        QProcessEnvironment::systemEnvironment(), QStringLiteral("node"))
+        .output.trimmed();
+}
 
 } // namespace
 
@@ -45,9 +57,12 @@ QString bundledBridge()
 
 QByteArray names(const QStringList &requests)
 {
-    return Program::run(QStringList {QStringLiteral("-e"), s_client, bundledBridge()} + requests,
-                        QProcessEnvironment::systemEnvironment(), QStringLiteral("node"))
-        .output.trimmed();
+    return perform(requests + QStringList {s_list});
+}
+
+QByteArray lastMessages()
+{
+    return perform({s_list, QStringLiteral(R"(["loadMessages", {"sessionId": "last"}])")});
 }
 
 } // namespace BridgeSessions

@@ -17,4 +17,7 @@ QString bundledBridge();
 //! that was used last first. In params, "last" is the session that was created last. Empty if no bridge listens.
 QByteArray names(const QStringList &requests = {});
 
+//! The messages of the session that was used last, as lines "role: text". Empty if there is none or no bridge listens.
+QByteArray lastMessages();
+
 } // namespace BridgeSessions

@@ -267,9 +267,12 @@ void tst_ModelLife::bridgeKilled()
     QVERIFY2(m_server->hasPrinted("closed"), m_server->output().constData());
 
     QVERIFY(startBridge());
+    QCOMPARE(BridgeSessions::lastMessages(), QByteArray("user: Hello\nassistant: The model says: Hello\nuser: hold"));
     QTRY_COMPARE_WITH_TIMEOUT(run.errors().count("[AgentBridge] Connected to Loomra bridge\n"), 2, Timeouts::Program);
     ask(run, "Bye");
     QTRY_COMPARE_WITH_TIMEOUT(lastMessage(), QStringLiteral("Tovi: The model says: Bye"), Timeouts::Program);
+    // In the same session.
+    QVERIFY2(m_server->hasPrinted("4 \"hold\\n\\nBye\""), m_server->output().constData());
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
