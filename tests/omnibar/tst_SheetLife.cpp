@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace
@@ -44,6 +45,7 @@ private:
     void press(QQuickItem *button);
 
     std::unique_ptr<Conversation> m_bar;
+    std::unique_ptr<QTemporaryDir> m_state;
     std::unique_ptr<QProcess> m_demo;
     LoomraSDK *m_sdk = nullptr;
 };
@@ -54,6 +56,7 @@ void tst_SheetLife::init()
     m_bar->expectWarning("[AgentBridge] WebSocket error:");
     m_bar->expectWarning("WebSocket error:");
     m_bar->bridge.close();
+    m_state = std::make_unique<QTemporaryDir>();
     startBridge();
 }
 
@@ -69,6 +72,8 @@ void tst_SheetLife::startBridge()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(text("LOOMRA_DEMO_DELAY_MS"), text("5"));
     environment.insert(text("LOOMRA_DEMO_SESSIONS"), QString::number(s_sessions));
+    // No sessions of the test before.
+    environment.insert(text("XDG_STATE_HOME"), m_state->path());
     environment.insert(text("LOOMRA_WORKSPACE_INTEL"), text("1"));
     environment.insert(text("LOOMRA_AI_RUNTIME"), text("1"));
     m_demo->setProcessEnvironment(environment);

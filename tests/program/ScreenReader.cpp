@@ -85,17 +85,17 @@ QString nameOf(const QString &bus, const QString &path)
     return name.value<QDBusVariant>().variant().toString();
 }
 
-//! Appends the names of the list items in the tree below an object.
-void collectItems(const QString &bus, const QString &path, QStringList &names)
+//! Appends the names of the objects with this role in the tree below an object.
+void collect(const QString &bus, const QString &path, const QString &role, QStringList &names)
 {
-    if (roleOf(bus, path) == QLatin1String("list item")) {
+    if (roleOf(bus, path) == role) {
         names.append(nameOf(bus, path));
         return;
     }
     const auto children = qdbus_cast<QList<Reference>>(
         ask(bus, path, s_accessible, QStringLiteral("GetChildren")).value<QDBusArgument>());
     for (const Reference &child : children) {
-        collectItems(bus, child.path.path(), names);
+        collect(bus, child.path.path(), role, names);
     }
 }
 
@@ -160,10 +160,10 @@ bool ScreenReader::handleMessage(const QDBusMessage &message, const QDBusConnect
     return connection.send(reply);
 }
 
-QStringList ScreenReader::listItems() const
+QStringList ScreenReader::shown(const QString &role) const
 {
     QStringList names;
-    collectItems(m_program, QStringLiteral("/org/a11y/atspi/accessible/root"), names);
+    collect(m_program, QStringLiteral("/org/a11y/atspi/accessible/root"), role, names);
     return names;
 }
 

@@ -33,9 +33,9 @@ public:
 
     //! The names of the notifications so far.
     QStringList spoken() const { return m_spoken; }
-    //! The names of the items of all lists that the program shows now, in their order. A message of a conversation is
-    //! an item, named by its author and its text.
-    QStringList listItems() const;
+    //! The names of all objects with this role that the program shows now, in their order: "push button", or "list item",
+    //! which each message of a conversation is, named by its author and its text.
+    QStringList shown(const QString &role) const;
 
     QString introspect(const QString &path) const override;
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;

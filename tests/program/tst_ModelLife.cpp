@@ -142,7 +142,7 @@ void tst_ModelLife::ask(const DesktopRun &run, const QByteArray &prompt, const Q
 //! The last messages that the window shows, without their times.
 QStringList tst_ModelLife::lastMessages(int count) const
 {
-    QStringList messages = m_reader->listItems();
+    QStringList messages = m_reader->shown(QStringLiteral("list item"));
     messages.replaceInStrings(QRegularExpression(QStringLiteral("^(\\w+), \\d\\d?:\\d\\d[^:]*: ")),
                               QStringLiteral("\\1: "));
     return messages.mid(messages.size() - count);

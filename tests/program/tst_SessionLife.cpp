@@ -4,6 +4,7 @@
 #include "BridgeSessions.h"
 #include "DesktopRun.h"
 #include "Files.h"
+#include "ScreenReader.h"
 
 #include "PrivateNetwork.h"
 #include "Timeouts.h"
@@ -57,6 +58,11 @@ void tst_SessionLife::createsSwitchesAndDeletes()
         return contentOf(home.filePath(QStringLiteral(".local/share/loomra-kde/loomra-debug.log")))
             .count("listSessions response");
     };
+    const ScreenReader reader(ScreenReader::Events::None);
+    // The popup has its rows some time after the reply.
+    const auto isListed = [&reader](const char *name) {
+        return !reader.shown(QStringLiteral("push button")).filter(QLatin1String(name)).isEmpty();
+    };
     DesktopRun run({}, environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QTRY_VERIFY_WITH_TIMEOUT(run.errors().contains("Bridge is ready, sdkInitialized: true\n"), Timeouts::Program);
@@ -65,6 +71,7 @@ void tst_SessionLife::createsSwitchesAndDeletes()
     // The menu completes the command. In the popup, the last stop is the button of the first row.
     command(run, "slash s e Return");
     QTRY_COMPARE_WITH_TIMEOUT(listings(), 1, Timeouts::Program);
+    QTRY_VERIFY_WITH_TIMEOUT(isListed("Attic"), Timeouts::Program);
     command(run, "shift+Tab Return");
     QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[Kitchen,Garden]"), Timeouts::Program);
     command(run, "Escape");
@@ -72,6 +79,7 @@ void tst_SessionLife::createsSwitchesAndDeletes()
     // The second row.
     command(run, "slash s e s s i o n Return");
     QTRY_COMPARE_WITH_TIMEOUT(listings(), 2, Timeouts::Program);
+    QTRY_VERIFY_WITH_TIMEOUT(isListed("Kitchen"), Timeouts::Program);
     command(run, "shift+Tab Down Return");
     QTRY_COMPARE_WITH_TIMEOUT(BridgeSessions::names(), QByteArray("[Garden,Kitchen]"), Timeouts::Program);
 

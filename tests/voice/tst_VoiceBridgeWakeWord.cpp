@@ -79,16 +79,18 @@ QByteArrayList systemctlCalls()
     return log.isEmpty() ? QByteArrayList() : log.split('\n');
 }
 
-//! The recorded signals that concern the wake word.
+//! The recorded signals that concern the wake word, each once: how often the end of speech is reported depends on which
+//! of piper and paplay ends first.
 QStringList wakeWordEvents(const SignalLog &emitted)
 {
-    return emitted.entries().filter(QRegularExpression(QStringLiteral("^(wakeWord|speaking|listening|transcribing)")));
+    QStringList events =
+        emitted.entries().filter(QRegularExpression(QStringLiteral("^(wakeWord|speaking|listening|transcribing)")));
+    events.removeDuplicates();
+    return events;
 }
 
 const QString s_activated = QStringLiteral("wakeWordActivated(\"hey %1\")");
-//! Speech is stopped. The ends of piper and of paplay are both reported.
-const QStringList s_speechEnds = {QStringLiteral("speakingChanged()"), QStringLiteral("speakingChanged()"),
-                                  QStringLiteral("speakingFinished()")};
+const QStringList s_speechEnds = {QStringLiteral("speakingChanged()"), QStringLiteral("speakingFinished()")};
 
 const QByteArray s_start = QByteArrayLiteral("--user start tovi-wakeword.service");
 const QByteArray s_stop = QByteArrayLiteral("--user stop tovi-wakeword.service");

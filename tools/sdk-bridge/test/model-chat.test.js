@@ -19,6 +19,7 @@ const REPHRASE = 'You are a text-only assistant. Do NOT execute any actions or t
 async function start(t, { reply, models, ...env } = {}) {
     const model = await ModelServer.start(t, { reply, ...(models && { models }) });
     const bridge = await startBridge(t, { ...model.env, ...env });
+    await bridge.complains(/^Prompts go to /m); // or a busy machine might be slower than a prompt
     return { model, bridge, client: await bridge.connect() };
 }
 

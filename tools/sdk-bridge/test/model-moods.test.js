@@ -230,6 +230,7 @@ const MOODS = [
 test('each mood of a model server', async (t) => {
     const model = await ModelServer.start(t);
     const bridge = await startBridge(t, model.env);
+    await bridge.complains(/^Prompts go to /m);
     const client = await bridge.connect();
     for (const { name, reply, text, code, error } of MOODS) {
         await t.test(name, async () => {

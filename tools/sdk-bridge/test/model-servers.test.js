@@ -15,9 +15,11 @@ const { test } = require('./support/timed');
 
 const SEARCH = { address: null, search: true, allowRemote: false, key: '' };
 
+const LONG_MS = 20000; // for searches that succeed, however busy the machine is
+
 //! Finders that end with the test, looking at the given servers in this order.
-function finder(t, servers, settings = SEARCH) {
-    const found = new ModelServers(settings, servers.map(({ url }) => parseAddress(url)));
+function finder(t, servers, { settings = SEARCH, maxWaitMs = LONG_MS } = {}) {
+    const found = new ModelServers(settings, { addresses: servers.map(({ url }) => parseAddress(url)), maxWaitMs });
     t.after(() => found.close());
     return found;
 }
@@ -98,9 +100,9 @@ test('what is no model server is passed over', async (t) => {
 
 test('a port that never answers keeps no prompt waiting', async (t) => {
     const [mute, model] = [await silent(t), await ModelServer.start(t)];
-    const servers = finder(t, [mute, model]);
+    const servers = finder(t, [mute, model], { maxWaitMs: 300 });
     assert.equal((await servers.find()).shown, model.shown);
-    const alone = finder(t, [mute]);
+    const alone = finder(t, [mute], { maxWaitMs: 50 });
     assert.equal(await alone.find(), null);
     const connections = mute.sockets.length;
     // One search goes on: no further connections for the next prompt.
@@ -115,7 +117,7 @@ test('a server that answers late is found by the next prompt', async (t) => {
     const model = await ModelServer.start(t);
     const { models } = model;
     const asked = new Promise((resolve) => { model.models = (response) => { answer = () => json(response, models); resolve(); }; });
-    const servers = finder(t, [model]);
+    const servers = finder(t, [model], { maxWaitMs: 50 });
     assert.equal(await servers.find(), null);
     await asked;
     answer();
@@ -159,7 +161,7 @@ test('a named server is used even if it lists no models, and no other', async (t
     const [named, other] = [await ModelServer.start(t), await ModelServer.start(t)];
     named.models = undefined;
     const settings = { ...SEARCH, address: parseAddress(named.url), search: false, key: 'k' };
-    const servers = finder(t, [other], settings);
+    const servers = finder(t, [other], { settings });
     assert.equal(servers.lastShown, named.shown);
     const server = await servers.find();
     assert.deepEqual([server.shown, server.models, server.key], [named.shown, [], 'k']);
@@ -168,7 +170,7 @@ test('a named server is used even if it lists no models, and no other', async (t
 
 test('with the search switched off nothing is looked for', async (t) => {
     const model = await ModelServer.start(t);
-    assert.equal(await finder(t, [model], { ...SEARCH, search: false }).find(), null);
+    assert.equal(await finder(t, [model], { settings: { ...SEARCH, search: false } }).find(), null);
     assert.deepEqual(model.visits, []);
 });
 

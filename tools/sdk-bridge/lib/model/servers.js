@@ -71,15 +71,18 @@ class ModelServer {
 class ModelServers {
     #settings;
     #addresses;
+    #maxWaitMs;
     #current = null;
     #lastShown;
     #search = null;
     #closed = new AbortController();
 
-    //! `settings` are those of readModelSettings(). `addresses` are tried if they name none.
-    constructor(settings, addresses = defaultAddresses()) {
+    //! `settings` are those of readModelSettings(). `addresses` are tried if they name none. `maxWaitMs` limits what a
+    //! search adds to a prompt.
+    constructor(settings, { addresses = defaultAddresses(), maxWaitMs = MAX_WAIT_MS } = {}) {
         const { address, search } = settings;
         this.#settings = settings;
+        this.#maxWaitMs = maxWaitMs;
         this.#addresses = address ? [address] : search ? addresses : [];
         this.#lastShown = address?.shown ?? '';
         // Each search listens for its end, and may outlive the prompt that began it.
@@ -92,13 +95,13 @@ class ModelServers {
         return this.#lastShown;
     }
 
-    //! Resolves to the server or null, within MAX_WAIT_MS. A server that answers later is found by the next call. One that
+    //! Resolves to the server or null, within `maxWaitMs`. A server that answers later is found by the next call. One that
     //! the settings name is returned even if it doesn't answer: the request then fails with the reason.
     async find() {
         // A server that lists no models may still be loading one.
         if (!this.#current?.models.length && this.#addresses.length && !this.#closed.signal.aborted) {
             this.#search ??= this.#searchAll().finally(() => { this.#search = null; });
-            await within(this.#search, MAX_WAIT_MS);
+            await within(this.#search, this.#maxWaitMs);
         }
         const { address } = this.#settings;
         return this.#current ?? (address && new ModelServer(address, this.#settings));
@@ -139,7 +142,7 @@ class ModelServers {
         });
         const all = Promise.all(probes);
         // The first address is preferred to one that answers sooner, unless it keeps the prompt waiting.
-        await within(all, MAX_WAIT_MS - MARGIN_MS);
+        await within(all, this.#maxWaitMs - MARGIN_MS);
         if (found.length === 0)
             await Promise.race(probes.map((each) => each.then(() => (found.length ? null : all))));
         this.#use(found.find(Boolean));
