@@ -237,8 +237,8 @@ void tst_ModelLife::serverKilled()
     QVERIFY2(m_server->hasPrinted("holding"), m_server->output().constData());
     m_server.reset();
     QTRY_COMPARE_WITH_TIMEOUT(lastMessage(),
-                              QStringLiteral("Tovi: These words arrive.\n\n_The reply ends here because the model "
-                                             "server stopped sending it._"),
+                              QStringLiteral("Tovi: These words arrive.\n\n(The reply ends here because the model "
+                                             "server stopped sending it.)"),
                               Timeouts::Program);
 
     ask(run, "Hello");

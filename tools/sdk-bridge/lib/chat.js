@@ -47,7 +47,7 @@ function endDraft(house, session, { failure: { code }, hasLeft }) {
 function withWarning({ response, ui }, warning) {
     if (!warning)
         return { response, ui };
-    const content = `_${warning}_`;
+    const content = `(${warning})`;
     return {
         response: `${response}\n\n${content}`,
         ui: Array.isArray(ui?.blocks) ? { ...ui, blocks: [...ui.blocks, { type: 'text', content }] } : ui,

@@ -93,11 +93,10 @@ class Connection {
         } catch (error) {
             answered();
             if (error instanceof frames.Failure) {
-                log.note(`${log.quote(method)} failed: ${log.quote(error.message)}`);
                 this.count(method, error);
                 this.fail(id, method, error);
             } else {
-                log.note(`${log.quote(method)} failed: ${error.stack}`);
+                log.note(error.stack);
                 const failure = new frames.Failure('The bridge could not do that', 'INTERNAL');
                 this.count(method, failure);
                 this.fail(id, method, failure);
@@ -107,8 +106,11 @@ class Connection {
 
     //! Logs a failed request. A cancelled one is no failure.
     count(method, { message, code }) {
-        if (code === 'CANCELLED')
+        if (code === 'CANCELLED') {
+            log.note(`${log.quote(method)} was cancelled`);
             return;
+        }
+        log.note(`${log.quote(method)} failed: ${log.quote(message)}`);
         this.house.metrics.countError();
         this.house.journal.add('error', 'request.failed', `${cut(method, MAX_NAME)}: ${message || code}`);
     }

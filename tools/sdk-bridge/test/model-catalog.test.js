@@ -17,7 +17,7 @@ test('llama-server tells the size and the context of its model', () => {
     });
     assert.deepEqual(model, { id: '/home/ann/models/finch-7b-q4.gguf', name: 'finch-7b-q4', parameters: '7.6B', bytes: 4683073536,
         contextTokens: 8192 });
-    assert.deepEqual(listed(model), { id: model.id, name: 'finch-7b-q4', provider: 'local', fullId: `local/${model.id}`,
+    assert.deepEqual(listed([model])[0], { id: model.id, name: 'finch-7b-q4', provider: 'local', fullId: 'local/finch-7b-q4',
         displayName: 'finch-7b-q4 (7.6B, 4.7 GB)', free: true, parameters: '7.6B', sizeBytes: 4683073536 });
 });
 
@@ -32,7 +32,7 @@ test('Ollama tells the size, and the context of a model that is loaded', () => {
         running: { models: [{ name: 'finch:7b', context_length: 16384 }] },
     });
     assert.deepEqual(found.map(({ id, contextTokens }) => [id, contextTokens]), [['finch:7b', 16384], ['heron:latest', 4096]]);
-    assert.deepEqual(found.map((model) => listed(model).displayName), ['finch:7b (7.6B, 4.7 GB)', 'heron:latest (1.2B, 900 MB)']);
+    assert.deepEqual(listed(found).map(({ displayName }) => displayName), ['finch:7b (7.6B, 4.7 GB)', 'heron:latest (1.2B, 900 MB)']);
 });
 
 test('models for embeddings are listed only if there is nothing else', () => {
@@ -42,7 +42,7 @@ test('models for embeddings are listed only if there is nothing else', () => {
 test('what tells nothing has a name and a default context', () => {
     const [model] = readModels({ models: models('mystery') });
     assert.deepEqual(model, { id: 'mystery', name: 'mystery', parameters: '', bytes: 0, contextTokens: 4096 });
-    assert.equal(listed(model).displayName, 'mystery');
+    assert.equal(listed([model])[0].displayName, 'mystery');
 });
 
 test('what is no list of models is no model server', () => {
@@ -76,7 +76,7 @@ test('ids are bounded, names are one short line', () => {
 });
 
 test('sizes are rounded to what a person reads', () => {
-    const size = (bytes) => listed({ id: 'x', name: 'x', parameters: '', bytes }).displayName;
+    const size = (bytes) => listed([{ id: 'x', name: 'x', parameters: '', bytes }])[0].displayName;
     assert.deepEqual([1, 999, 1000, 1500, 999999, 12345678, 4683073536, 42e9, 1.5e12, 9e15].map(size), ['x (1 B)', 'x (999 B)',
         'x (1 kB)', 'x (1.5 kB)', 'x (1000 kB)', 'x (12 MB)', 'x (4.7 GB)', 'x (42 GB)', 'x (1.5 TB)', 'x (9000 TB)']);
 });
@@ -87,4 +87,12 @@ test('the model that a client means is found by its id, by default the first', (
         [undefined, 'a'], ['c', 'a']])
         assert.equal(chooseModel(found, fullId).id, id, fullId);
     assert.equal(chooseModel([], 'local/a'), undefined);
+});
+
+test('a model goes by its name, or by its id where the name would be ambiguous', () => {
+    const found = readModels({ models: models('/a/finch.gguf', '/b/finch.gguf', '/c/heron.gguf') });
+    const ids = listed(found).map(({ fullId }) => fullId);
+    assert.deepEqual(ids, ['local//a/finch.gguf', 'local//b/finch.gguf', 'local/heron']);
+    assert.deepEqual(ids.map((fullId) => chooseModel(found, fullId)), found);
+    assert.equal(chooseModel(found, 'local//c/heron.gguf'), found[2]);
 });

@@ -136,7 +136,7 @@ test('the models of the server are listed, instead of those of the demonstration
     const { client } = await start(t);
     const { models } = await client.result('listModels');
     assert.deepEqual(models.map(({ fullId, displayName, free }) => [fullId, displayName, free]),
-        [['local//models/tiny.gguf', 'tiny (7.6B, 4.7 GB)', true]]);
+        [['local/tiny', 'tiny (7.6B, 4.7 GB)', true]]);
 });
 
 test('the check of the free providers measures the server', async (t) => {
@@ -344,9 +344,9 @@ test('conversations that cannot be saved are reported once to each client', asyn
     const folder = temporaryFolder(t);
     fs.writeFileSync(path.join(folder, 'loomra-bridge'), 'in the way');
     const { client, bridge } = await start(t, { reply: (exchange) => exchange.answer('Yes.'), XDG_STATE_HOME: folder });
-    assert.match((await client.chat('One')).response, /^Yes\.\n\n_Conversations are neither loaded nor saved: .*_$/);
+    assert.match((await client.chat('One')).response, /^Yes\.\n\n\(Conversations are neither loaded nor saved: .*\)$/);
     assert.equal((await client.chat('Two')).response, 'Yes.');
     const other = await bridge.connect();
     const { ui } = await other.chat('demo list');
-    assert.match(ui.blocks.at(-1).content, /^_Conversations are neither loaded nor saved/);
+    assert.match(ui.blocks.at(-1).content, /^\(Conversations are neither loaded nor saved/);
 });

@@ -13,9 +13,9 @@ const { startBridge } = require('./support/child');
 const { ModelServer, OPENING, ending, json, words } = require('./support/modelServer');
 const { test } = require('./support/timed');
 
-const BROKEN = '\n\n_The reply ends here because the model server stopped sending it._';
-const CUT = '\n\n_The reply ends here because it is too long._';
-const LENGTH = '\n\n_The reply ends here because the model has reached its limit._';
+const BROKEN = '\n\n(The reply ends here because the model server stopped sending it.)';
+const CUT = '\n\n(The reply ends here because it is too long.)';
+const LENGTH = '\n\n(The reply ends here because the model has reached its limit.)';
 
 const status = (code, message, more) => (exchange) => exchange.fail(code, { error: { code, message, ...more } });
 

@@ -66,16 +66,33 @@ function readModels({ models, props, tags, running }) {
     return (chatting.length ? chatting : rows).map(({ families, ...row }) => row);
 }
 
-//! A row for the client's list of models.
-function listed({ id, name, parameters, bytes: size }) {
-    const facts = [parameters, size && bytes(size)].filter(Boolean).join(', ');
-    const displayName = facts ? `${name} (${facts})` : name;
-    return { id, name, provider: PROVIDER, fullId: `${PROVIDER}/${id}`, displayName, free: true, parameters, sizeBytes: size };
+//! What clients show and send for a model: its name, or its id if another model has that name.
+function fullIdOf({ id, name }, models) {
+    const isUnique = models.filter((other) => other.name === name).length === 1;
+    return `${PROVIDER}/${isUnique ? name : id}`;
+}
+
+//! The rows of models for the client's list.
+function listed(models) {
+    return models.map((model) => {
+        const { id, name, parameters, bytes: size } = model;
+        const facts = [parameters, size && bytes(size)].filter(Boolean).join(', ');
+        return {
+            id,
+            name,
+            provider: PROVIDER,
+            fullId: fullIdOf(model, models),
+            displayName: facts ? `${name} (${facts})` : name,
+            free: true,
+            parameters,
+            sizeBytes: size,
+        };
+    });
 }
 
 //! The model that a client's `fullId` means, by default the first; undefined without models.
 function chooseModel(models, fullId = '') {
-    return models.find(({ id }) => fullId === `${PROVIDER}/${id}` || fullId === id) ?? models[0];
+    return models.find((model) => [fullIdOf(model, models), `${PROVIDER}/${model.id}`, model.id].includes(fullId)) ?? models[0];
 }
 
 module.exports = { DEFAULT_CONTEXT, chooseModel, listed, readModels };

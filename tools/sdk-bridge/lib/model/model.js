@@ -83,7 +83,7 @@ class Model {
     //! The models as clients list them; null without a server.
     async list() {
         const server = await this.#servers.refresh();
-        return server ? server.models.map(listed) : null;
+        return server ? listed(server.models) : null;
     }
 
     //! Answers a prompt in its session. Resolves to {response, ui, followUps, usage, sent}, or to null if there never was a
@@ -97,7 +97,7 @@ class Model {
                 messagesFor({ instructions: system, history: turn.history, prompt, contextTokens, share }), phases);
             if (!reply)
                 return null;
-            const ending = reply.ending && `\n\n_${ENDINGS[reply.ending]}_`;
+            const ending = reply.ending && `\n\n(${ENDINGS[reply.ending]})`;
             return { ...readReply(reply.text + ending), usage: reply.usage, sent: reply.text };
         } finally {
             phases.show('');
@@ -116,14 +116,13 @@ class Model {
         if (!server)
             return null;
         const rows = [];
-        for (const model of server.models.slice(0, CHECKED_MODELS))
-            rows.push(await this.#checkOne(server, model, signal));
+        for (const row of listed(server.models).slice(0, CHECKED_MODELS))
+            rows.push(await this.#checkOne(server, row, signal));
         return rows;
     }
 
-    async #checkOne(server, model, signal) {
-        const { fullId, displayName } = listed(model);
-        const request = { model: model.id, messages: [{ role: 'user', content: 'Say hello.' }], max_tokens: CHECK_TOKENS };
+    async #checkOne(server, { id, fullId, displayName }, signal) {
+        const request = { model: id, messages: [{ role: 'user', content: 'Say hello.' }], max_tokens: CHECK_TOKENS };
         const began = performance.now();
         try {
             const { text } = await complete(server, request, { signal, timeoutMs: CHECK_TIMEOUT_MS });
