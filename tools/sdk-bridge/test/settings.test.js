@@ -70,3 +70,17 @@ test('the state is kept where the desktop keeps such files', () => {
     ])
         assert.equal(readSettings(env).stateFolder, folder, JSON.stringify(env));
 });
+
+test('the numbers for the model server have their ranges', () => {
+    for (const [variable, key, minimum, maximum] of [
+        ['LOOMRA_MODEL_TIMEOUT_S', 'modelTimeout', 1, 3600],
+        ['LOOMRA_MODEL_CONTEXT', 'modelContext', 0, 10000000],
+        ['LOOMRA_DEMO_SESSIONS', 'sessions', 0, 500],
+    ]) {
+        for (const value of [minimum, maximum])
+            assert.equal(readSettings({ [variable]: String(value) })[key], value, variable);
+        for (const value of [minimum - 1, maximum + 1, 'many', '1.5'])
+            assert.throws(() => readSettings({ [variable]: String(value) }),
+                { message: `${variable} must be a whole number from ${minimum} to ${maximum}, not "${value}"` });
+    }
+});
