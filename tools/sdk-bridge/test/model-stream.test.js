@@ -5,7 +5,7 @@
 
 const assert = require('assert/strict');
 
-const { CompletionStream, MAX_REPLY } = require('../lib/model/stream');
+const { CompletionStream, MAX_BYTES, MAX_REPLY } = require('../lib/model/stream');
 const { OPENING, ending, usage, words } = require('./support/modelServer');
 const { test } = require('./support/timed');
 
@@ -74,6 +74,42 @@ test('a reply ends when it is too long', () => {
     assert.equal(stream.text.length, MAX_REPLY);
 });
 
+test('a stream ends when it is too long, whatever it contains', () => {
+    const filler = (sample) => Buffer.from(event(sample).repeat(Math.ceil(1024 * 1024 / event(sample).length)));
+    for (const sample of [thought('x'.repeat(1000)), words(`<think>${'x'.repeat(1000)}`), { choices: [], ping: 'x'.repeat(1000) }]) {
+        const stream = new CompletionStream();
+        const bytes = filler(sample);
+        let fedBytes = 0;
+        for (; !stream.isDone; fedBytes += bytes.length)
+            stream.feed(bytes);
+        assert.deepEqual([stream.isCut, stream.text, stream.error], [true, '', undefined]);
+        assert.ok(fedBytes > MAX_BYTES && fedBytes <= MAX_BYTES + bytes.length);
+    }
+});
+
+test('long thoughts take nothing from the reply', () => {
+    const stream = fed(words('<think>'), ...Array(3).fill(words('x'.repeat(MAX_REPLY))), words('</think>'), words('Yes.'));
+    assert.deepEqual([stream.text, stream.isCut], ['Yes.', false]);
+});
+
+//! The milliseconds that it takes to read many parts.
+function timeOf(first, part, count) {
+    const stream = fed(words(first));
+    const bytes = Buffer.from(event(words(part)));
+    const began = performance.now();
+    for (let n = 0; n < count; ++n)
+        stream.feed(bytes);
+    assert.equal(stream.hasText, false);
+    return performance.now() - began;
+}
+
+test('parts without words cost the same at the end of a long stream', () => {
+    for (const [first, part] of [['', '\0'], ['', ' '], ['<think>', '>'], ['<think></think>', '\0'], ['<think></think>', ' ']]) {
+        const [few, many] = [timeOf(first, part, 4000), timeOf(first, part, 40000)];
+        assert.ok(many < 30 * few + 50, `${JSON.stringify([first, part])}: ${few} ms, ${many} ms`);
+    }
+});
+
 test('an endless event is an error', () => {
     const stream = new CompletionStream();
     for (let n = 0; n < 40 && !stream.isDone; ++n)
@@ -115,6 +151,8 @@ test('the part of the prompt that was read is reported', () => {
     const progress = (processed, total) => ({ ...OPENING, prompt_progress: { total, processed } });
     const stream = fed(progress(50, 200));
     assert.deepEqual([stream.readShare, stream.hasWords, stream.hasBegun], [0.25, false, true]);
+    stream.feed(Buffer.from(event(progress(20, 200))));
+    assert.equal(stream.readShare, 0.25, 'it only grows');
     for (const [processed, total] of [[5, 4], [-1, 4], ['2', 'x'], [0, 0]])
         assert.ok(!(fed(progress(processed, total)).readShare > 0), `${processed}/${total}`);
 });

@@ -75,6 +75,8 @@ function failureOf(server, stream, watch, error) {
         return fromError(server, error);
     if (stream.error !== undefined)
         return reported(server, stream.error);
+    if (stream.isCut)
+        return failure('ENDLESS', server);
     if (stream.isComplete && stream.hasBegun)
         return failure('EMPTY', server);
     return failure(stream.hasBegun ? 'CLOSED' : 'NO_STREAM', server);

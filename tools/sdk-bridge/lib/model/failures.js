@@ -24,6 +24,7 @@ const TEXTS = {
     TIMEOUT: ({ at, ms }) => `The model server at ${at} has been silent for ${duration(ms)}. ` +
         'It may be overloaded: try again, or use a smaller model.',
     NO_STREAM: ({ at }) => `The reply of the server at ${at} can't be read. Is it really a model server?`,
+    ENDLESS: () => 'The model went on for too long without a reply. Try again, or choose another model.',
     EMPTY: () => 'The model gave an empty reply. Try again, or choose another model.',
     KEY: ({ at }) => `The model server at ${at} doesn't accept the key. Set LOOMRA_MODEL_KEY, or LOOMRA_MODEL_KEY_FILE, and ` +
         'restart the bridge.',

@@ -9,11 +9,11 @@ const { isObject } = require('../frames');
 
 const MAX_EVENT = 1024 * 1024; // characters
 const MAX_REPLY = 100000; // characters, more than anybody reads
+const MAX_BYTES = 64 * 1024 * 1024; // of a stream, with its thoughts: 200,000 tokens of llama-server
 
 //! Thoughts that a server didn't separate from the reply.
 const OPENING = '<think>';
 const CLOSING = '</think>';
-const THOUGHTS = /^\s*<think>[^]*?(?:<\/think>|$)/;
 // All but tab and newline.
 const CONTROLS = /[\u0000-\u0008\u000b-\u001f\u007f]/g;
 
@@ -30,14 +30,15 @@ function usageOf(usage) {
 class CompletionStream {
     #decoder = new TextDecoder('utf-8'); // invalid bytes become U+FFFD
     #parser;
-    #raw = '';
+    #bytes = 0;
+    #raw = ''; // the reply without what came before it; while the model thinks, the end of the thoughts
 
     //! What the server reports to have gone wrong, an object or a text.
     error;
     usage;
     //! Why the server ended the reply, such as "stop" or "length".
     finishReason = '';
-    //! The part of the prompt that the server has read, 0 to 1; undefined if it doesn't tell.
+    //! The part of the prompt that the server has read, 0 to 1, which only grows; undefined if it doesn't tell.
     readShare;
     //! Whether anything came that belongs to a reply, even without words.
     hasBegun = false;
@@ -47,6 +48,8 @@ class CompletionStream {
     hasText = false;
     //! Whether the reply was truncated because it is too long.
     isCut = false;
+    //! Whether the model said anything, even if it is blank.
+    #hasContent = false;
     #hasEnded = false;
     #head = 'unknown'; // what the text begins with: thoughts, or the reply itself
 
@@ -64,7 +67,7 @@ class CompletionStream {
 
     //! Whether the prompt has been read: words have come, be it thoughts.
     get hasWords() {
-        return this.isThinking || this.#raw !== '';
+        return this.isThinking || this.#hasContent;
     }
 
     //! Whether the server sent all of the reply.
@@ -81,12 +84,15 @@ class CompletionStream {
     //! The reply, without thoughts and control characters.
     get text() {
         // Surrogates without a partner become U+FFFD.
-        return Buffer.from(this.#raw.replace(THOUGHTS, '').replace(CONTROLS, '')).toString().trim();
+        return this.hasText ? Buffer.from(this.#raw).toString().trim() : '';
     }
 
     feed(bytes) {
-        if (!this.isDone)
-            this.#parser.feed(this.#decoder.decode(bytes, { stream: true }));
+        if (this.isDone)
+            return;
+        this.#bytes += bytes.length;
+        this.#parser.feed(this.#decoder.decode(bytes, { stream: true }));
+        this.isCut ||= this.#bytes > MAX_BYTES;
     }
 
     //! To be called after the last byte. The last event may lack its blank line.
@@ -125,7 +131,7 @@ class CompletionStream {
         this.usage = usageOf(value.usage) ?? this.usage;
         const { processed, total } = value.prompt_progress ?? {};
         if (processed >= 0 && processed <= total)
-            this.readShare = processed / total;
+            this.readShare = Math.max(this.readShare ?? 0, processed / total);
         const choice = Array.isArray(value.choices) ? value.choices[0] : undefined;
         const part = choice?.delta ?? choice?.message;
         if (isObject(part)) {
@@ -138,28 +144,40 @@ class CompletionStream {
             this.finishReason = choice.finish_reason;
     }
 
-    #append(text) {
-        this.#raw += text;
+    //! Takes words. Costs no more for a long reply or long thoughts, because a token may come alone.
+    #append(words) {
+        this.#hasContent ||= words !== '';
+        this.#raw += words.replace(CONTROLS, '');
+        if (this.#head !== 'reply')
+            this.#passThoughts();
+        if (this.#head !== 'reply')
+            return;
+        if (!this.hasText) {
+            this.#raw = this.#raw.trimStart();
+            this.hasText = this.#raw !== '';
+        }
         this.isCut = this.#raw.length > MAX_REPLY;
         if (this.isCut)
             this.#raw = this.#raw.slice(0, MAX_REPLY);
-        if (!this.hasText)
-            this.hasText = this.#hasPassedThoughts(text) && this.text !== '';
     }
 
-    //! Whether what comes next belongs to the reply. Cheap, as thoughts may be long: `text` is the latest part.
-    #hasPassedThoughts(text) {
+    //! Drops the thoughts at the start. What is left when they have ended belongs to the reply.
+    #passThoughts() {
         if (this.#head === 'unknown') {
-            const start = this.#raw.trimStart();
-            this.#head = start.startsWith(OPENING) ? 'thoughts' : OPENING.startsWith(start) ? 'unknown' : 'reply';
-        }
-        if (this.#head === 'thoughts') {
+            this.#raw = this.#raw.trimStart();
+            if (!this.#raw.startsWith(OPENING)) {
+                this.#head = OPENING.startsWith(this.#raw) ? 'unknown' : 'reply';
+                return;
+            }
+            this.#head = 'thoughts';
             this.isThinking = true;
-            if (text.includes('>') && this.#raw.includes(CLOSING))
-                this.#head = 'reply';
         }
-        return this.#head === 'reply';
+        const end = this.#raw.indexOf(CLOSING);
+        // A part of the closing tag may have come.
+        this.#raw = end < 0 ? this.#raw.slice(1 - CLOSING.length) : this.#raw.slice(end + CLOSING.length);
+        if (end >= 0)
+            this.#head = 'reply';
     }
 }
 
-module.exports = { CompletionStream, MAX_REPLY };
+module.exports = { CompletionStream, MAX_BYTES, MAX_REPLY };
