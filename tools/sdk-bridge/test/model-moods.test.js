@@ -106,6 +106,25 @@ const MOODS = [
         text: `Good${BROKEN}`,
     },
     {
+        name: 'changes the protocol',
+        reply: ({ response }) =>
+            response.socket.end('HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\nConnection: upgrade\r\n\r\n'),
+        code: 'CLOSED',
+        error: 'The model server at AT closed the connection before it answered. Is it still running?',
+    },
+    {
+        name: 'speaks another protocol',
+        reply: ({ response }) => response.socket.end('SSH-2.0-OpenSSH\r\n'),
+        code: 'NO_STREAM',
+        error: 'The reply of the server at AT can\'t be read. Is it really a model server?',
+    },
+    {
+        name: 'has an error with control characters',
+        reply: status(500, 'a\u0000\u001b[31mb\u009bc'),
+        code: 'FAILED',
+        error: 'The model server at AT failed: a [31mb c',
+    },
+    {
         name: 'closes before the reply',
         reply: (exchange) => exchange.cut(),
         code: 'CLOSED',
@@ -290,6 +309,34 @@ test('a reply that stalls is kept as far as it came', async (t) => {
 test('a server that stalls among its thoughts is given up', async (t) => {
     const model = await ModelServer.start(t, { reply: (exchange) => exchange.write('<think>Hm') });
     await assert.rejects(ask(model, 20), { code: 'MODEL_TIMEOUT' });
+});
+
+test('a model that goes on without a reply is given up', async (t) => {
+    const part = { choices: [{ delta: { reasoning_content: 'x'.repeat(1000 * 1000) } }] };
+    const model = await ModelServer.start(t, {
+        reply: async (exchange) => {
+            while (!exchange.response.destroyed)
+                await exchange.send(part);
+        },
+    });
+    await assert.rejects(ask(model, 60000), { code: 'MODEL_ENDLESS',
+        message: 'The model went on for too long without a reply. Try again, or choose another model.' });
+    await model.exchanges[0].closed;
+});
+
+test('the reason why there is no connection is named', async (t) => {
+    const { fromError } = require('../lib/model/failures');
+    const kindOf = (code) => fromError({ shown: 'x', key: '' }, Object.assign(new Error('?'), { code })).code;
+    for (const [code, kind] of [['ECONNREFUSED', 'UNREACHABLE'], ['ENOTFOUND', 'UNREACHABLE'], ['ECONNRESET', 'CLOSED'],
+        [undefined, 'CLOSED'], ['HPE_HEADER_OVERFLOW', 'NO_STREAM'], ['ENOTLOOPBACK', 'NOT_LOCAL'], ['CERT_HAS_EXPIRED', 'CERTIFICATE'],
+        ['DEPTH_ZERO_SELF_SIGNED_CERT', 'CERTIFICATE'], ['ERR_TLS_CERT_ALTNAME_INVALID', 'CERTIFICATE'],
+        ['UNABLE_TO_VERIFY_LEAF_SIGNATURE', 'CERTIFICATE'], ['ERR_SSL_WRONG_VERSION_NUMBER', 'NO_TLS']])
+        assert.equal(kindOf(code), `MODEL_${kind}`, code);
+    const model = await ModelServer.start(t);
+    await assert.rejects(
+        complete({ base: model.url.replace('http:', 'https:'), shown: 'x', allowRemote: false, key: '' }, {},
+            { signal: new AbortController().signal, timeoutMs: 60000 }),
+        { message: 'The model server at x doesn\'t speak HTTPS. Use http:// in LOOMRA_MODEL_URL, and restart the bridge.' });
 });
 
 test('a long silence is reported in minutes', async () => {

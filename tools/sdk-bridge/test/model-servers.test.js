@@ -197,3 +197,31 @@ test('a name that leads to another machine is not followed', async (t) => {
     dns.lookup = lookup;
     assert.equal((await readJson({ base, allowRemote: false, key: '' }, '/v1/models')).status, 200);
 });
+
+test('a name with two addresses leads to the one that answers', async (t) => {
+    const { readJson } = require('../lib/model/http');
+    const dns = require('dns');
+    const model = await ModelServer.start(t);
+    const { lookup } = dns;
+    t.after(() => {
+        dns.lookup = lookup;
+        net.setDefaultAutoSelectFamily?.(true);
+    });
+    // As in node 18.
+    net.setDefaultAutoSelectFamily?.(false);
+    dns.lookup = (host, { all }, done) => {
+        const both = [{ address: '::1', family: 6 }, { address: '127.0.0.1', family: 4 }];
+        process.nextTick(done, null, ...(all ? [both] : ['::1', 6]));
+    };
+    const server = { base: `http://localhost:${model.port}`, allowRemote: false, key: '' };
+    assert.equal((await readJson(server, '/v1/models')).status, 200);
+});
+
+test('a server that changes the protocol does not keep the search waiting', async (t) => {
+    const model = await ModelServer.start(t);
+    model.models = ({ socket }) => socket.end('HTTP/1.1 101 Switching Protocols\r\nUpgrade: x\r\nConnection: upgrade\r\n\r\n');
+    const servers = finder(t, [model]);
+    assert.equal(await servers.find(), null);
+    model.models = { data: [{ id: 'a' }] };
+    assert.equal((await servers.find()).models[0].id, 'a');
+});

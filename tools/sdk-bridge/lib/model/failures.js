@@ -11,15 +11,27 @@ const { cut, oneLine } = require('../text');
 const MAX_DETAIL = 300;
 const HIDDEN = '•••';
 
-//! The errors of a connection that was never made.
-const UNREACHABLE = new Set(['ECONNREFUSED', 'ENOTFOUND', 'EAI_AGAIN', 'EHOSTUNREACH', 'ENETUNREACH', 'ETIMEDOUT',
-    'EADDRNOTAVAIL', 'ENOTLOOPBACK']);
+//! The kinds of errors of a connection, by the beginning of the error's code; by default it was closed.
+const CONNECTION = [
+    [/^(?:ECONNREFUSED|ENOTFOUND|EAI_AGAIN|EHOSTUNREACH|ENETUNREACH|ETIMEDOUT|EADDRNOTAVAIL)$/, 'UNREACHABLE'],
+    [/^ENOTLOOPBACK$/, 'NOT_LOCAL'],
+    [/^HPE_/, 'NO_STREAM'],
+    [/CERT|^UNABLE_TO_/, 'CERTIFICATE'],
+    [/^(?:EPROTO$|ERR_SSL_)/, 'NO_TLS'],
+];
+
+const CONTROLS = /[\u0000-\u001f\u007f-\u009f]+/g;
 
 const duration = (ms) => (ms < 120000 ? `${Math.round(ms / 1000)} s` : `${Math.round(ms / 60000)} min`);
 
 //! The texts by kind. `at` is the server's address; the rest depends on the kind.
 const TEXTS = {
     UNREACHABLE: ({ at }) => `No model server answers at ${at}. Start it, then send your prompt again.`,
+    NOT_LOCAL: ({ at }) => `The name in the address ${at} belongs to another machine now, so your prompt was not sent. Use ` +
+        '127.0.0.1 instead.',
+    CERTIFICATE: ({ at }) => `The certificate of the model server at ${at} is not trusted. Name the file of its authority in ` +
+        'NODE_EXTRA_CA_CERTS, or use http://, and restart the bridge.',
+    NO_TLS: ({ at }) => `The model server at ${at} doesn't speak HTTPS. Use http:// in LOOMRA_MODEL_URL, and restart the bridge.`,
     CLOSED: ({ at }) => `The model server at ${at} closed the connection before it answered. Is it still running?`,
     TIMEOUT: ({ at, ms }) => `The model server at ${at} has been silent for ${duration(ms)}. ` +
         'It may be overloaded: try again, or use a smaller model.',
@@ -48,7 +60,7 @@ const withoutKey = (text, key) => (key ? text.replaceAll(key, HIDDEN) : text);
 
 //! The failure of a kind, of which `facts` may name the server's own words as `words`.
 function failure(kind, server, { words = '', ...facts } = {}) {
-    const detail = cut(oneLine(withoutKey(words, server.key)), MAX_DETAIL);
+    const detail = cut(oneLine(withoutKey(words.replace(CONTROLS, ' '), server.key)), MAX_DETAIL);
     return new Failure(TEXTS[kind]({ at: server.shown, detail: detail ? `: ${detail}` : '.', ...facts }), `MODEL_${kind}`);
 }
 
@@ -89,6 +101,9 @@ function reported(server, error, status = 0) {
 }
 
 //! The failure for an error of the connection.
-const fromError = (server, { code }) => failure(UNREACHABLE.has(code) ? 'UNREACHABLE' : 'CLOSED', server);
+function fromError(server, { code = '' }) {
+    const [, kind = 'CLOSED'] = CONNECTION.find(([codes]) => codes.test(code)) ?? [];
+    return failure(kind, server);
+}
 
 module.exports = { ENDINGS, failure, fromError, fromStatus, reported };

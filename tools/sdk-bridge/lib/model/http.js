@@ -38,6 +38,8 @@ function send({ base, allowRemote, key }, path, { body, signal } = {}) {
             method: payload ? 'POST' : 'GET',
             agent: AGENTS[url.protocol],
             lookup: allowRemote ? undefined : lookupLoopback,
+            // "localhost" may be two addresses, of which the server uses one. By default node 18 tries the first only.
+            autoSelectFamily: true,
             signal,
             headers: {
                 accept: 'text/event-stream, application/json',
@@ -46,6 +48,8 @@ function send({ base, allowRemote, key }, path, { body, signal } = {}) {
             },
         }, resolve);
         request.on('error', reject);
+        // A response that changes the protocol is dropped without an error.
+        request.on('close', () => reject(new Error('The server sent no response')));
         request.setNoDelay(true);
         request.end(payload);
     });
