@@ -78,7 +78,7 @@ const byPhrase = new Map(GROUPS.flatMap(({ scenarios }) =>
 // Longest first, so that "tool tag" doesn't match "tool".
 const phrases = [...byPhrase.keys()].sort((a, b) => b.length - a.length);
 
-const DEMO = /^\s*demo(?:\s+(\S[^]*?))?\s*$/i;
+const DEMO = /^demo(?:\s+([^]*))?$/i;
 const HAS_WORDS = /[\p{L}\p{N}]/u;
 const CONTINUES_WORD = /^[\p{L}\p{N}_-]/u;
 
@@ -97,7 +97,7 @@ function choose(prompt) {
 //! The part of a prompt that selects a scenario even if there is a model: what follows "demo", and prompts of scenarios
 //! marked `real`, which answer from this machine. Null for all others.
 function wanted(prompt) {
-    const demo = DEMO.exec(prompt);
+    const demo = DEMO.exec(prompt.trim());
     if (demo)
         return demo[1] ? (choose(demo[1]).scenario === echo ? null : demo[1]) : help.phrases[0];
     const { scenario, rest } = choose(prompt);
