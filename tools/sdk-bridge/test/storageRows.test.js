@@ -7,7 +7,7 @@ const assert = require('assert/strict');
 
 const { Loaded, MAX_BYTES, Newest } = require('../lib/storage/conversation');
 const { MAX_LINE, encodeLine, parseLines } = require('../lib/storage/lines');
-const { idOfFile, mergeIndex, nameOf, readIndexRow, readLine } = require('../lib/storage/rows');
+const { idOfFile, mergeIndex, messageOf, nameOf, readIndexRow, readLine } = require('../lib/storage/rows');
 const { test } = require('./support/timed');
 
 const ID = 'ses_0123456789abcdef';
@@ -129,4 +129,9 @@ test('the conversations in memory are bounded in number and size', () => {
     assert.deepEqual(unloadedOf(52, 1), [1, 2]);
     assert.deepEqual(unloadedOf(5, MAX_BYTES), [1]);
     assert.deepEqual(unloadedOf(1, 10 * MAX_BYTES), []);
+});
+
+test('the longest message fits on a line', () => {
+    const message = messageOf({ role: 'user', content: '\0'.repeat(200000), sent: '\u0001'.repeat(200000) });
+    assert.equal(parseLines(encodeLine(message), readLine).damaged, 0);
 });

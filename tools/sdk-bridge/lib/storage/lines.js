@@ -5,8 +5,8 @@
 
 // JSON lines, as bytes: one JSON object per line.
 
-//! Longer lines are damaged. The longest message takes about 600,000 bytes, with every character escaped.
-const MAX_LINE = 1024 * 1024;
+//! Longer lines are damaged. The longest message takes about 1,200,000 bytes, with every character escaped.
+const MAX_LINE = 2 * 1024 * 1024;
 const NEWLINE = 0x0a;
 
 //! A value as one line, with its line break.
