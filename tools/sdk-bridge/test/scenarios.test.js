@@ -8,7 +8,7 @@ const fs = require('fs');
 const path = require('path');
 const { after, before } = require('node:test');
 
-const { GROUPS, choose } = require('../lib/scenarios');
+const { GROUPS, choose, wanted } = require('../lib/scenarios');
 const { Child, startBridge, temporaryFolder } = require('./support/child');
 const { StandIns } = require('./support/standins');
 const { test } = require('./support/timed');
@@ -35,6 +35,14 @@ const step = (index, total, capabilityId) => event('plan.step', { index, total, 
 const executing = event('plan.phase', { phase: 'executing' });
 const creating = event('plan.phase', { phase: 'creating' });
 const planned = [step(0, 3, 'theme.apply'), step(1, 3, 'panel.opacity.set'), step(2, 3, 'kde.notify')];
+
+test('a long run of spaces in a prompt is no problem', () => {
+    const began = performance.now();
+    assert.equal(wanted(`demo a${' '.repeat(1000000)}b`), null);
+    assert.ok(performance.now() - began < 1000);
+    assert.deepEqual([' demo ', 'DEMO\nplain \n', 'demo plain', 'demonstrate', 'demo of cars'].map(wanted),
+        ['help', 'plain', 'plain', null, null]);
+});
 
 test('every phrase stands for one scenario, in every case', () => {
     const phrases = scenarios.flatMap((scenario) => scenario.phrases.map((phrase) => [phrase, scenario]));

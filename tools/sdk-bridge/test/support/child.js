@@ -18,8 +18,11 @@ const BRIDGE = path.join(__dirname, '..', '..', 'bridge.js');
 const hasIPv6 = Object.values(os.networkInterfaces()).flat().some(({ address }) => address === '::1');
 const withoutIPv6 = hasIPv6 ? false : 'this machine has no ::1';
 
-//! The environment without the caller's variables for the bridge.
-const clean = (env) => Object.fromEntries(Object.entries(env).filter(([name]) => !name.startsWith('LOOMRA_')));
+//! The environment without the caller's variables for the bridge, conversations and model server.
+const clean = (env) => ({
+    ...Object.fromEntries(Object.entries(env).filter(([name]) => !/^LOOMRA_|^XDG_STATE_HOME$|^HOME$/.test(name))),
+    LOOMRA_MODEL_URL: 'none',
+});
 
 //! A folder that is removed at the end of the test.
 function temporaryFolder(t) {
@@ -81,7 +84,6 @@ async function startBridge(t, env = {}) {
     const child = new Child({
         LOOMRA_BRIDGE_PORT: '0',
         LOOMRA_DEMO_DELAY_MS: '0',
-        LOOMRA_MODEL_URL: 'none',
         XDG_STATE_HOME: state,
         ...env,
     });
