@@ -50,8 +50,9 @@ function readRequest(data, isBinary) {
     let message;
     try {
         message = JSON.parse(data.toString('utf8'));
-    } catch (error) {
-        return { fault: `A frame is not JSON: ${error.message}` };
+    } catch {
+        // The parser's message quotes the frame, which may contain a secret.
+        return { fault: 'A frame is not JSON' };
     }
     if (!isObject(message))
         return { fault: 'A frame holds no object' };

@@ -52,6 +52,7 @@ test('it survives every frame, and answers those that have an id', async (t) => 
     client.socket.ping();
     for (const text of FAULTY)
         client.raw(text);
+    client.raw('a-secret\u001b[31m');
     client.raw('{"id":8,"method":"ping","params":{}}');
     await client.reply(8);
 
@@ -65,6 +66,7 @@ test('it survives every frame, and answers those that have an id', async (t) => 
     }
     await bridge.complains(/Binary frames are not read/);
     await bridge.complains(/A frame is not JSON/);
+    assert.doesNotMatch(bridge.errors, /secret|\u001b/);
 });
 
 test('names that every object has are unknown methods', async (t) => {
