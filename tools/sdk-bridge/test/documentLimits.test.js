@@ -6,7 +6,7 @@
 const assert = require('assert/strict');
 const Ajv = require('ajv');
 
-const { FOLLOW_UP, TYPES } = require('../lib/model/documentSchema');
+const { FOLLOW_UP, LIMITS, TYPES } = require('../lib/model/documentSchema');
 const { readReply } = require('../lib/model/document');
 const { test } = require('./support/timed');
 
@@ -148,4 +148,11 @@ for (const [what, [bad, good]] of Object.entries(REJECTED))
 test('every type is among the tests', () => {
     const types = Object.values(REJECTED).map(([, { type }]) => type);
     assert.deepEqual(Object.keys(TYPES).filter((type) => !types.includes(type)), []);
+});
+
+test('headers that a table repeats as text don\'t make a reply longer and longer', () => {
+    const wide = { type: 'table', columns: many(12, 'c'.repeat(200)), rows: many(200, many(12, 1)) };
+    const { response, ui } = readReply(fence({ blocks: many(8, wide) }));
+    assert.equal(ui.blocks.length, 8);
+    assert.equal(response.length, LIMITS.response + 1);
 });

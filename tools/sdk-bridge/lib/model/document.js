@@ -9,7 +9,7 @@
 const { LIMITS, TYPES, isBlock, isDocument, isFollowUp } = require('./documentSchema');
 const { closed, markdownOf, paragraphs, suggestionsText } = require('./blockText');
 const { isObject } = require('../frames');
-const { oneLine } = require('../text');
+const { cut, oneLine } = require('../text');
 
 //! The first word after the backticks of a document's fence.
 const FENCE_WORD = 'tovi-ui';
@@ -181,7 +181,9 @@ function readReply(text) {
 
     const blocks = shownBlocks(blocksOf(text, documents));
     const followUps = documents.flatMap((document) => document.followUps).slice(0, LIMITS.followUps);
-    const response = paragraphs(blocks.map(markdownOf)) || suggestionsText(followUps) || text;
+    // A table as text repeats its headers in each row.
+    const whole = paragraphs(blocks.map(markdownOf)) || suggestionsText(followUps) || text;
+    const response = whole.length > LIMITS.response ? closed(cut(whole, LIMITS.response)) : whole;
     return {
         response,
         ui: blocks.some(({ type }) => TYPES[type].isWidget) ? { blocks } : undefined,

@@ -8,6 +8,7 @@
 
 //! Limits of a reply. Lengths are in characters.
 const LIMITS = {
+    response: 200000, // the whole reply as Markdown; the longest text of a model is half of it
     documents: 4, // per reply, with those that aren't valid
     json: 64 * 1024, // the text of one document, before parsing
     blocks: 20, // per document
