@@ -350,3 +350,19 @@ test('conversations that cannot be saved are reported once to each client', asyn
     const { ui } = await other.chat('demo list');
     assert.match(ui.blocks.at(-1).content, /^\(Conversations are neither loaded nor saved/);
 });
+
+test('a prompt that waits for a server is cancelled at once', async (t) => {
+    const { model, client } = await start(t);
+    await client.result('listModels');
+    model.models = () => {}; // never answers
+    await model.stop();
+    await model.listen();
+    model.reply = (exchange) => exchange.cut();
+    await client.request('chat', { message: 'Lost' });
+    const id = client.post('chat', { message: 'One' });
+    await client.result('cancel');
+    const began = performance.now();
+    assert.equal((await client.reply(id)).error.code, 'CANCELLED');
+    assert.ok(performance.now() - began < 100);
+    assert.equal(model.exchanges.length, 1);
+});

@@ -135,7 +135,7 @@ class Model {
 
     //! Sends a request to the server, or to another one if the known one has gone. Resolves to null if there never was one.
     async #ask(turn, modelId, messages, phases = NO_PHASES) {
-        const server = await this.#servers.find();
+        const server = await turn.orCancelled(this.#servers.find());
         if (!server) {
             if (this.address)
                 throw failure('UNREACHABLE', { shown: this.address });
@@ -147,7 +147,7 @@ class Model {
             if (error.code !== 'MODEL_UNREACHABLE' && error.code !== 'MODEL_CLOSED')
                 throw error;
             this.#servers.lost(server);
-            const other = error.code === 'MODEL_UNREACHABLE' && await this.#servers.find();
+            const other = error.code === 'MODEL_UNREACHABLE' && await turn.orCancelled(this.#servers.find());
             if (!other || other.base === server.base)
                 throw error;
             log.note(`The model server at ${server.shown} has gone; the one at ${other.shown} answers instead`);
