@@ -10,6 +10,7 @@ const { ENDINGS, failure } = require('./failures');
 const { messagesFor } = require('./history');
 const { instructions } = require('./instructions');
 const { ModelServers } = require('./servers');
+const { cancelledFailure } = require('../frames');
 const log = require('../log');
 const { cut } = require('../text');
 
@@ -135,11 +136,11 @@ class Model {
 
     //! Sends a request to the server, or to another one if the known one has gone. Resolves to null if there never was one.
     async #ask(turn, modelId, messages, phases = NO_PHASES) {
-        const server = await turn.orCancelled(this.#servers.find());
+        const server = await this.#servers.find(turn.signal);
         if (!server) {
-            if (this.address)
-                throw failure('UNREACHABLE', { shown: this.address });
-            return null;
+            if (!this.address)
+                return null;
+            throw turn.signal.aborted ? cancelledFailure() : failure('UNREACHABLE', { shown: this.address });
         }
         try {
             return await this.#send(server, turn, modelId, messages, phases);
@@ -147,7 +148,7 @@ class Model {
             if (error.code !== 'MODEL_UNREACHABLE' && error.code !== 'MODEL_CLOSED')
                 throw error;
             this.#servers.lost(server);
-            const other = error.code === 'MODEL_UNREACHABLE' && await turn.orCancelled(this.#servers.find());
+            const other = error.code === 'MODEL_UNREACHABLE' && await this.#servers.find(turn.signal);
             if (!other || other.base === server.base)
                 throw error;
             log.note(`The model server at ${server.shown} has gone; the one at ${other.shown} answers instead`);

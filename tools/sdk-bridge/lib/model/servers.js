@@ -4,7 +4,7 @@
 'use strict';
 
 const timers = require('timers/promises');
-const { setMaxListeners } = require('events');
+const { once, setMaxListeners } = require('events');
 
 const { defaultAddresses } = require('./address');
 const { DEFAULT_CONTEXT, chooseModel, readModels } = require('./catalog');
@@ -96,12 +96,14 @@ class ModelServers {
     }
 
     //! Resolves to the server or null, within `maxWaitMs`. A server that answers later is found by the next call. One that
-    //! the settings name is returned even if it doesn't answer: the request then fails with the reason.
-    async find() {
+    //! the settings name is returned even if it doesn't answer: the request then fails with the reason. Waits no longer
+    //! when `signal` is aborted.
+    async find(signal = new AbortController().signal) {
         // A server that lists no models may still be loading one.
         if (!this.#current?.models.length && this.#addresses.length && !this.#closed.signal.aborted) {
             this.#search ??= this.#searchAll().finally(() => { this.#search = null; });
-            await within(this.#search, this.#maxWaitMs);
+            if (!signal.aborted)
+                await within(Promise.race([this.#search, once(signal, 'abort')]), this.#maxWaitMs);
         }
         const { address } = this.#settings;
         return this.#current ?? (address && new ModelServer(address, this.#settings));
