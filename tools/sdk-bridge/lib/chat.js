@@ -130,8 +130,8 @@ function cancel({ params, connection }) {
 
 //! What the demonstration says to an action.
 const ACTIONS = new Map([
-    ['option_selected', 'Your choice has arrived. A real bridge would go on from here.'],
-    ['slider_submitted', 'The value has arrived. A real bridge would now set it.'],
+    ['option_selected', 'Your choice has arrived. This is a demonstration, so nothing follows.'],
+    ['slider_submitted', 'The value has arrived. This is a demonstration, so nothing is set.'],
 ]);
 
 async function acknowledge(turn, { actionType, data }) {

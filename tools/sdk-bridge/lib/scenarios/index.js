@@ -33,9 +33,10 @@ const echo = {
     }),
 };
 
-const WITH_MODEL = (address) => `## A model answers you
+const WITH_MODEL = (address) => `## Your model server
 
-Your prompts go to the model server at ${address}. Choose one of its models in the Models tab of the settings.`;
+Prompts go to the model server at ${address}. Choose one of its models in the Models tab of the settings. If it does \
+not answer, start it; nothing else needs to be restarted.`;
 
 const WITHOUT_MODEL = `## How to get a model
 

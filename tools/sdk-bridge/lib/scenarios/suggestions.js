@@ -44,7 +44,7 @@ const real = (read, words) => async (turn) => words(await turn.orCancelled(read(
 async function focus(turn) {
     turn.event('agent.routed', { agent: 'kde-desktop-agent' });
     await turn.pause(0.5);
-    return { response: 'The terminal would be in front now, if the demo bridge could touch your windows.' };
+    return { response: 'The terminal would be in front now, but this bridge can\'t touch your windows.' };
 }
 
 //! The wording of the dashboard's chips for a profile.
@@ -72,14 +72,14 @@ const reminder = {
 };
 
 const reminders = {
-    response: 'With a real bridge I can\n\n- set a reminder (“Remind me in ten minutes”)\n- list what is due\n- cancel one',
+    response: 'This bridge can\'t remind you. One that controls the desktop can\n\n- set a reminder (“Remind me in ten minutes”)\n- list what is due\n- cancel one',
     followUps: [{ title: 'Another reminder', subtitle: 'Schedule a follow-up.', prompt: 'Help me set another reminder' }],
 };
 
 const actions = {
-    response: 'With a real bridge I can\n\n- open, close and move windows\n- set volume and brightness\n' +
+    response: 'A bridge that controls the desktop can\n\n- open, close and move windows\n- set volume and brightness\n' +
         '- change theme, wallpaper and panels\n- report on the system\n- remind you\n\n' +
-        'This is the demo bridge: type `help` to see what it can show.',
+        'This one only reports and talks: type `help` to see how to get a model, and what can be shown without.',
 };
 
 module.exports = {
@@ -117,7 +117,7 @@ module.exports = {
             about: 'a tool that opens a program',
             answer: (turn) => {
                 turn.event('tool.executed', { tool: 'kde_launch_app', result: 'ok' });
-                return { response: 'The settings would be open now, if the demo bridge could open programs.' };
+                return { response: 'The settings would be open now, but this bridge can\'t open programs.' };
             },
         },
         { phrases: ['Tell me more about that'], about: 'the last answer with an introduction', answer: more },
