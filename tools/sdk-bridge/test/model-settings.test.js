@@ -6,6 +6,7 @@
 const assert = require('assert/strict');
 const fs = require('fs');
 const path = require('path');
+const { execFileSync } = require('child_process');
 
 const { defaultAddresses, isLoopbackHost, parseAddress } = require('../lib/model/address');
 const { readSettings } = require('../lib/settings');
@@ -26,6 +27,8 @@ test('the address of a model server is read as people write it', () => {
         ['http://localhost:8080/v1/chat/completions', 'http://localhost:8080', 'localhost:8080'],
         ['http://localhost/llm/v1', 'http://localhost/llm', 'localhost/llm'],
         ['https://[::1]:8443', 'https://[::1]:8443', '[::1]:8443'],
+        ['http://0.0.0.0:8080', 'http://127.0.0.1:8080', '127.0.0.1:8080'],
+        ['http://[::]:8080/v1', 'http://[::1]:8080', '[::1]:8080'],
     ])
         assert.deepEqual(parseAddress(text), { base, shown, isLoopback: true }, text);
     assert.deepEqual(defaultAddresses().map(({ base }) => base), ['http://127.0.0.1:8080', 'http://127.0.0.1:9931', 'http://127.0.0.1:11434']);
@@ -95,6 +98,12 @@ test('a key is read from a file that nobody else may read', (t) => {
     fs.rmSync(file);
     fs.writeFileSync(file, 'k'.repeat(4097), { mode: 0o600 });
     assert.throws(() => read(), /longer than 4096 bytes/);
+    fs.rmSync(file);
+    fs.mkdirSync(file, { mode: 0o700 });
+    assert.throws(() => read(), /key is not a regular file$/);
+    fs.rmdirSync(file);
+    execFileSync('mkfifo', ['-m', '600', file]);
+    assert.throws(() => read(), /key is not a regular file$/);
     for (const text of ['two words', 'line\nbreak', 'umläut', 'null\0'])
         assert.throws(() => readSettings({ LOOMRA_MODEL_URL: URL_HERE, LOOMRA_MODEL_KEY: text }),
             ({ message }) => /may contain only visible ASCII/.test(message) && !message.includes(text), text);

@@ -11,6 +11,9 @@ const DEFAULT_PORTS = [8080, 9931, 11434];
 //! What users append to the address because their server's manual shows it.
 const API_PATH = /(?:\/v1)?(?:\/chat\/completions)?\/*$/;
 
+//! The addresses for "all interfaces of this machine", and their loopback.
+const ANY_ADDRESS = new Map([['0.0.0.0', '127.0.0.1'], ['[::]', '[::1]']]);
+
 const unbracketed = (host) => host.replace(/^\[(.*)\]$/, '$1');
 
 //! Whether an IP address is of this machine.
@@ -43,6 +46,9 @@ function parseAddress(text) {
         throw new Error('must not contain a name or password; a key goes into LOOMRA_MODEL_KEY');
     if (url.search || url.hash)
         throw new Error('must not contain "?" or "#"');
+    // The address at which a server listens, as it logs it, but none to connect to: this machine is meant.
+    if (ANY_ADDRESS.has(url.hostname))
+        url.hostname = ANY_ADDRESS.get(url.hostname);
     const path = url.pathname.replace(API_PATH, '');
     return { base: url.origin + path, shown: url.host + path, isLoopback: isLoopbackHost(url.hostname) };
 }

@@ -15,8 +15,12 @@ const MAX_KEY_BYTES = 4096;
 function readSecret(path) {
     let file;
     try {
-        file = fs.openSync(path, 'r');
-        const { mode, size } = fs.fstatSync(file);
+        // Opening a named pipe would wait for its other end.
+        file = fs.openSync(path, fs.constants.O_RDONLY | fs.constants.O_NONBLOCK);
+        const stat = fs.fstatSync(file);
+        const { mode, size } = stat;
+        if (!stat.isFile())
+            throw new Error(`${path} is not a regular file`);
         if (mode & OTHERS_MAY)
             throw new Error(`others may read it: chmod 600 ${path}`);
         if (size > MAX_KEY_BYTES)
