@@ -155,4 +155,9 @@ test('headers that a table repeats as text don\'t make a reply longer and longer
     const { response, ui } = readReply(fence({ blocks: many(8, wide) }));
     assert.equal(ui.blocks.length, 8);
     assert.equal(response.length, LIMITS.response + 1);
+
+    // Code is closed where it is cut off.
+    const code = '```\n' + 'x\n'.repeat(LIMITS.response / 2) + '```';
+    const cut = readReply(`${fence({ blocks: [{ type: 'list', items: ['a'] }] })}\n${code}`).response;
+    assert.match(cut, /…\n```$/);
 });

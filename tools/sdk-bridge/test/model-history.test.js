@@ -55,6 +55,13 @@ test('a message fits exactly or not at all', () => {
     assert.equal(kept(enough - 1), false);
 });
 
+test('a conversation does not begin with a reply, even if the prompt before it does not fit', () => {
+    const history = [user('x'.repeat(30000)), assistant('Good day.'), user('Hello'), assistant('Yes?')];
+    assert.deepEqual(contents(messagesFor({ ...facts, history })), ['Be brief.', 'Hello', 'Yes?', 'And now?']);
+    assert.deepEqual(contents(messagesFor({ ...facts, history: [user('x'.repeat(30000)), assistant('Good day.')] })),
+        ['Be brief.', 'And now?']);
+});
+
 test('the prompt and the instructions are never cut', () => {
     const prompt = 'x'.repeat(100000);
     assert.deepEqual(contents(messagesFor({ ...facts, prompt, history: [user('Hello'), assistant('Good day.')] })),

@@ -149,6 +149,16 @@ const MOODS = [
         error: 'The model server at AT failed: out of memory',
     },
     {
+        name: 'asks for a key within the stream',
+        reply: async (exchange) => {
+            await exchange.send({ error: { code: 401, message: 'who are you?' } });
+            exchange.response.end();
+        },
+        code: 'KEY',
+        error: 'The model server at AT doesn\'t accept the key. Set LOOMRA_MODEL_KEY, or LOOMRA_MODEL_KEY_FILE, and ' +
+            'restart the bridge.',
+    },
+    {
         name: 'says nothing',
         reply: (exchange) => exchange.answer(),
         code: 'EMPTY',

@@ -50,12 +50,21 @@ test('broken events are skipped', () => {
     assert.deepEqual([stream.text, stream.usage, stream.isComplete, stream.readShare], ['ab', undefined, false, undefined]);
 });
 
+test('the usage may come before the end', () => {
+    assert.deepEqual(fed(words('a'), usage(7, 5), ending(), '[DONE]').usage, { inputTokens: 7, outputTokens: 5 });
+});
+
 test('the last event may lack its blank line', () => {
     const stream = new CompletionStream();
     stream.feed(Buffer.from(`data: ${JSON.stringify(words('end'))}`));
     assert.equal(stream.text, '');
     stream.end();
     assert.equal(stream.text, 'end');
+
+    const torn = new CompletionStream();
+    torn.feed(Buffer.concat([Buffer.from('data: {"choices":[{"delta":{"content":"a"}}]}\n\ndata: [DONE]'), Buffer.of(0xe2)]));
+    torn.end();
+    assert.equal(torn.isComplete, false, 'half a character was there');
 });
 
 test('invalid UTF-8, control characters and half surrogates do no harm', () => {
@@ -127,6 +136,7 @@ test('thoughts are no part of the reply', () => {
         [words('<think>Hm.</think>\n\nYes.')],
         [words('<'), words('think'), words('>Hm'), words('. <b> </'), words('think>'), words('\n\nYes.')],
         [words('\n<think>'), words('a > b'), words('</think>Yes.')],
+        [...'<think>Hm.</thin k></think>Yes.'.slice(0, -4)].map((letter) => words(letter)).concat(words('Yes.')),
     ]) {
         const stream = new CompletionStream();
         const seen = events.map((each) => {
