@@ -154,6 +154,27 @@ test('the check of the free providers measures the server', async (t) => {
     assert.equal(model.exchanges[0].body.max_tokens, 8);
 });
 
+test('the check of the free providers is limited', async (t) => {
+    const data = Array.from({ length: 15 }, (_, n) => ({ id: `model-${n}` }));
+    const { client } = await start(t, { models: { data }, reply: (exchange) => exchange.answer('x'.repeat(1000)) });
+    const { results } = await client.result('checkFreeProviders');
+    assert.deepEqual([results.length, results[9].response.length], [10, 201]);
+});
+
+test('the bridge ends at once while it looks for a server', async (t) => {
+    const { model, bridge, client } = await start(t);
+    model.models = () => {}; // never answers
+    model.reply = (exchange) => exchange.cut();
+    await client.request('chat', { message: 'Lost' });
+    const visits = model.visits.length;
+    client.post('chat', { message: 'One' });
+    while (model.visits.length === visits)
+        await new Promise((resolve) => setImmediate(resolve));
+    const began = performance.now();
+    assert.deepEqual(await bridge.stop(), { code: 0, signal: null });
+    assert.ok(performance.now() - began < 1500);
+});
+
 test('a transcript is rephrased without history, and is no part of the conversation', async (t) => {
     const { model, client } = await start(t, { reply: (exchange) => exchange.answer('Open the window.') });
     const { sessionId } = await client.chat('One');

@@ -210,6 +210,16 @@ const MOODS = [
         error: `The model server at AT failed: ${'x'.repeat(300)}…`,
     },
     {
+        name: 'fails without end',
+        reply: async ({ response }) => {
+            response.writeHead(500);
+            while (!response.destroyed)
+                await new Promise((resolve) => { response.write('x'.repeat(65536), resolve); });
+        },
+        code: 'FAILED',
+        error: `The model server at AT failed: ${'x'.repeat(300)}…`,
+    },
+    {
         name: 'wants a key',
         reply: status(401, 'Invalid API Key', { type: 'authentication_error' }),
         code: 'KEY',
@@ -308,6 +318,11 @@ test('the time for the first word goes on while the server reads the prompt', as
     await exchange.send(OPENING);
     await exchange.answer('Slow, but sure.');
     assert.equal((await asked).text, 'Slow, but sure.');
+});
+
+test('a server that begins without a word has the time for the first word', async (t) => {
+    const model = await ModelServer.start(t, { reply: (exchange) => exchange.send(OPENING) });
+    await assert.rejects(ask(model, 110), ({ message }) => message.includes('silent for 1 s'));
 });
 
 test('a reply that stalls is kept as far as it came', async (t) => {
