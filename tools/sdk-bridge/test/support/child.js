@@ -27,7 +27,7 @@ const clean = (env) => ({
 //! A folder that is removed at the end of the test.
 function temporaryFolder(t) {
     const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'sdk-bridge-'));
-    t.after(() => fs.rmSync(folder, { recursive: true, force: true }));
+    t.after(() => fs.rmSync(folder, { recursive: true, force: true, maxRetries: 10 }));
     return folder;
 }
 
@@ -80,15 +80,17 @@ class Child {
 //! Starts a bridge on a free port, which ends with the test. By default its scenarios have no pauses, its state is in a
 //! folder of its own, and it looks for no model server.
 async function startBridge(t, env = {}) {
+    let child;
+    // Registered before the folder, so that the bridge doesn't write while that is removed.
+    t.after(() => child?.stop('SIGKILL'));
     const state = env.XDG_STATE_HOME ?? temporaryFolder(t);
-    const child = new Child({
+    child = new Child({
         LOOMRA_BRIDGE_PORT: '0',
         LOOMRA_DEMO_DELAY_MS: '0',
         XDG_STATE_HOME: state,
         ...env,
     });
     child.state = state;
-    t.after(() => child.stop('SIGKILL'));
     return child.listening();
 }
 
