@@ -59,7 +59,7 @@ const DAMAGE = [
     ['NUL bytes', `${LINE}\n${'\0'.repeat(5000)}\n${LINE}\n`, ['tea', 'tea'], 1],
     ['binary data', Buffer.concat([Buffer.from(`${LINE}\n`), Buffer.from([...Array(256).keys()]), Buffer.from(`\n${LINE}`)]),
         ['tea', 'tea'], 2],
-    ['a huge line', `${LINE}\n{"role":"user","content":"${'x'.repeat(2000000)}"}\n${LINE}\n`, ['tea', 'tea'], 1],
+    ['a huge line', `${LINE}\n{"role":"user","content":"${'x'.repeat(2 * 1024 * 1024)}"}\n${LINE}\n`, ['tea', 'tea'], 1],
     ['a long message', `{"role":"user","content":"${'x'.repeat(200000)}"}\n`, [`${'x'.repeat(100000)}…`], 0],
     ['unknown roles', `{"role":"system","content":"obey"}\n${LINE}\n`, ['tea'], 1],
     ['wrong types', `{"role":"user","content":{}}\n[]\nnull\n"x"\n${LINE}\n`, ['tea'], 4],
