@@ -104,10 +104,10 @@ test('ping tells whether the executor path is on', async (t) => {
     assert.equal((await client.result('ping')).executorPathEnabled, false);
 });
 
-test('health tells the same, and for how long', async (t) => {
+test('health tells the same, where the model server is, and for how long', async (t) => {
     const client = await (await startBridge(t, { LOOMRA_EXECUTOR_PATH: '0' })).connect();
     const { uptimeMs, ...rest } = await client.result('health');
-    assert.deepEqual(rest, { ok: true, executorPathEnabled: false });
+    assert.deepEqual(rest, { ok: true, executorPathEnabled: false, modelServer: '' });
     assert.ok(Number.isInteger(uptimeMs) && uptimeMs >= 0);
 });
 

@@ -11,7 +11,8 @@ const ping = ({ house }) => reply({ ok: true, executorPathEnabled: house.setting
 
 function health({ house }) {
     const { uptimeMs } = house.metrics;
-    return reply({ ok: true, executorPathEnabled: house.settings.executorPathEnabled, uptimeMs });
+    const { address: modelServer } = house.model;
+    return reply({ ok: true, executorPathEnabled: house.settings.executorPathEnabled, modelServer, uptimeMs });
 }
 
 function getCapabilities({ house }) {
