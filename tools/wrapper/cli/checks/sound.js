@@ -105,7 +105,7 @@ function chosenEngine({ home, env }) {
         if (name === undefined)
             return 'whisper-small-q5';
         const id = name.trim().toLowerCase();
-        return id in SHERPA || id in WHISPER_FILES ? id : 'whisper';
+        return Object.hasOwn(SHERPA, id) || Object.hasOwn(WHISPER_FILES, id) ? id : 'whisper';
     } catch {
         return 'whisper-small-q5';
     }
@@ -145,7 +145,7 @@ function checkSherpa({ home, system }, engine) {
     return absent.length ? problem(`${model} lacks ${absent.join(', ')}`, 'Unpack the model again') : ok(model);
 }
 
-const checkEngine = (context, engine) => (engine in SHERPA ? checkSherpa : checkWhisper)(context, engine);
+const checkEngine = (context, engine) => (Object.hasOwn(SHERPA, engine) ? checkSherpa : checkWhisper)(context, engine);
 
 //! The engine of the settings; others that would work are named.
 function checkRecognition(context) {
