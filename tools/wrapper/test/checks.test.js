@@ -241,6 +241,7 @@ test('a program that does not end is killed with its descendants', async (t) => 
     assert.equal((await run(at('missing'), [])).code, null);
     const slow = run(at('slow'), [], { timeoutMs: 1000 });
     const pids = await standIns.pids();
+    t.after(() => pids.filter((pid) => !hasEnded(pid)).forEach((pid) => process.kill(pid, 'SIGKILL')));
     assert.equal((await slow).code, null);
     await until(() => pids.every(hasEnded));
     assert.equal((await run(at('loud'), [])).code, null);

@@ -68,6 +68,9 @@ test('the prompt can come through a pipe', async (t) => {
         assert.deepEqual([code, output], [0, 'To: Grüße, 😀\nzwei\n'], args.join(' '));
         assert.equal(model.exchanges.at(-1).prompt, 'Grüße, 😀\nzwei');
     }
+    // Only the last line break is not part of it.
+    await installation.run(['--prompt'], { input: '  a\r\nb \n\r\n' });
+    assert.equal(model.exchanges.at(-1).prompt, '  a\r\nb \n');
     // A character whose bytes arrive in two parts.
     const command = installation.start(['-p']);
     const bytes = Buffer.from('ü');
