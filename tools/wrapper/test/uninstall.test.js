@@ -168,7 +168,7 @@ test('it can be run directly', async (t) => {
     assert.deepEqual(filesIn(context.prefix), []);
 });
 
-//! Installs the wrapper by CMake into a folder, with a program that one would add later. `env` adds variables.
+//! Installs the wrapper by CMake into a folder, and then another component alone. `env` adds variables.
 function installByCMake(t, prefix, env = {}) {
     const folder = temporaryFolder(t);
     const root = path.join(WRAPPER_DIR, '..', '..');
@@ -186,8 +186,8 @@ function installByCMake(t, prefix, env = {}) {
     };
     const build = path.join(folder, 'build');
     cmake('-S', folder, '-B', build);
-    cmake('--install', build, '--prefix', prefix, '--component', 'late');
     cmake('--install', build, '--prefix', prefix);
+    cmake('--install', build, '--prefix', prefix, '--component', 'late');
 }
 
 test('what `cmake --install` has installed is removed', async (t) => {
