@@ -27,7 +27,8 @@ changes nothing and starts nothing.
 
 Options:
   --chat      Also send a real prompt. Its conversation is deleted afterwards.
-  --json      Print one JSON object instead of lines.
+  --json      Print one JSON object instead of lines: "ok", and "checks" with
+              "id", "title", "state", "essential", "detail" and "help" of each.
   -h, --help  Show this message and exit.
 
 Each line begins with "ok", "missing" or "problem". Essential are the program,

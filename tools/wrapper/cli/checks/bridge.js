@@ -9,12 +9,14 @@ const fs = require('fs');
 const path = require('path');
 
 const { URL, chat, isObject, waysToStart } = require('../bridgeClient');
+const { asLine } = require('../text');
 const { missing, ok, problem } = require('./outcomes');
 
 const REQUEST_TIMEOUT_MS = 5000;
 const CHAT_TIMEOUT_MS = 120000;
 const CHAT_PROMPT = 'This is a test of the connection. Reply with the single word: ready';
 const SHOWN_NAMES = 10;
+const SHOWN_REPLY = 60; // characters
 const DEMO_MODEL = 'demo/echo-free';
 const BRIDGE_UNIT = 'tovi-bridge.service';
 const WAKE_WORD_UNIT = 'tovi-wakeword.service';
@@ -60,7 +62,7 @@ async function checkModels({ bridge }) {
     }
     const ids = (Array.isArray(models) ? models : []).map((model) => text(model?.fullId) || text(model?.id)).filter(Boolean);
     const server = await modelServerOf(client);
-    const howTo = 'Start llama-server or Ollama, or name a server in LOOMRA_MODEL_URL; see the README of the bridge';
+    const howTo = 'Start llama-server or Ollama, or name a server in LOOMRA_MODEL_URL';
     if (!server && ids.includes(DEMO_MODEL))
         return missing('no model server: the bridge plays its demonstration', howTo);
     if (!ids.length)
@@ -120,29 +122,25 @@ async function unitState({ run }, unit) {
     return { load: values.LoadState, active: values.ActiveState, enabled: values.UnitFileState || 'disabled' };
 }
 
-const NO_MANAGER = ['systemd\'s user manager does not answer', 'Start the service by hand'];
+const WAKE_WORD_HELP = 'Needed only to talk without a click; a detector is not part of tovictl';
 
-async function checkService(context) {
-    const found = await unitState(context, BRIDGE_UNIT);
+//! The outcome for a unit; `absent` and `without` are the help if it isn't installed, and without a user manager.
+async function checkUnit(context, unit, { absent, without }) {
+    const found = await unitState(context, unit);
     if (!found)
-        return missing(...NO_MANAGER);
+        return missing('systemd\'s user manager does not answer', without);
     if (found.load !== 'loaded')
-        return missing(`${BRIDGE_UNIT} is not installed`, 'Enable the unit of the installation or of the build folder; see the README');
-    const state = `${BRIDGE_UNIT} is ${found.active}, ${found.enabled}`;
-    if (found.active === 'failed')
-        return problem(state, `journalctl --user -u ${BRIDGE_UNIT} has the reason`);
-    return ok(state);
+        return missing(`${unit} is not installed`, absent);
+    const state = `${unit} is ${found.active}, ${found.enabled}`;
+    return found.active === 'failed' ? problem(state, `journalctl --user -u ${unit} has the reason`) : ok(state);
 }
 
-async function checkWakeWord(context) {
-    const found = await unitState(context, WAKE_WORD_UNIT);
-    if (!found)
-        return missing(...NO_MANAGER);
-    if (found.load !== 'loaded')
-        return missing(`${WAKE_WORD_UNIT} is not installed`, 'Needed only to talk without a click; see the README for its signal');
-    const state = `${WAKE_WORD_UNIT} is ${found.active}, ${found.enabled}`;
-    return found.active === 'failed' ? problem(state, `journalctl --user -u ${WAKE_WORD_UNIT} has the reason`) : ok(state);
-}
+const checkService = (context) => checkUnit(context, BRIDGE_UNIT, {
+    absent: 'Install tovictl with its bridge, or enable the unit of the build folder: systemctl --user enable --now FILE',
+    without: `Start the bridge by hand: ${waysToStart().at(-1)}`,
+});
+
+const checkWakeWord = (context) => checkUnit(context, WAKE_WORD_UNIT, { absent: WAKE_WORD_HELP, without: WAKE_WORD_HELP });
 
 //! Sends a real prompt, and deletes its conversation afterwards.
 async function checkChat({ bridge, chatTimeoutMs = CHAT_TIMEOUT_MS }) {
@@ -155,7 +153,7 @@ async function checkChat({ bridge, chatTimeoutMs = CHAT_TIMEOUT_MS }) {
         const seconds = ((performance.now() - began) / 1000).toFixed(1);
         if (reply.sessionId)
             await client.request('deleteSession', { sessionId: reply.sessionId }, { timeoutMs: REQUEST_TIMEOUT_MS }).catch(() => {});
-        return ok(`reply in ${seconds} s: ${reply.text}`);
+        return ok(`reply in ${seconds} s: ${asLine(reply.text, SHOWN_REPLY)}`);
     } catch (error) {
         if (error.isTimeout)
             await client.cancel(REQUEST_TIMEOUT_MS);
