@@ -170,7 +170,7 @@ class BridgeClient {
     }
 }
 
-//! Sends a prompt in a conversation of its own. Resolves to {text, sessionId}.
+//! Sends a prompt in a new conversation. Resolves to {text, sessionId}.
 async function chat(client, message, { model = '', timeoutMs = 0 } = {}) {
     const params = { message, agent: 'auto', inputMode: 'text', ...(model && { model }) };
     const result = await client.request('chat', params, { timeoutMs });

@@ -65,7 +65,7 @@ function print(text) {
 function lines(rows) {
     const indent = ' '.repeat(STATE_WIDTH + TITLE_WIDTH);
     return rows.map(({ state, title, detail, help }) =>
-        `${state.padEnd(STATE_WIDTH)}${title.padEnd(TITLE_WIDTH)}${detail}\n${help ? `${indent}-> ${help}\n` : ''}`).join('');
+        `${state.padEnd(STATE_WIDTH)}${title.padEnd(TITLE_WIDTH)}${detail}\n` + (help ? `${indent}-> ${help}\n` : '')).join('');
 }
 
 function conclusion(faults) {

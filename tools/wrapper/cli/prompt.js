@@ -20,7 +20,7 @@ const USAGE = `Usage: tovictl --prompt TEXT [OPTIONS]
 
 Sends one prompt to the running bridge and prints the reply on standard output.
 If TEXT is "-", or is missing and standard input is no terminal, the prompt is
-read from standard input. Each prompt begins a conversation of its own.
+read from standard input. Each prompt begins a new conversation.
 
 Options, behind --prompt (or -p):
   -m, --model MODEL    The model, as \`tovictl models\` lists it.

@@ -256,7 +256,8 @@ test('the request has the params of the window\'s prompts', async (t) => {
 test('nothing is sent before the bridge is ready', async (t) => {
     let sendReady;
     const connected = new Promise((resolve) => { sendReady = resolve; });
-    const bridge = await ScriptedBridge.start(t, ({ id }, send) => send({ id, result: { response: 'Yes.' } }), { greeting: null, connected: sendReady });
+    const bridge = await ScriptedBridge.start(t, ({ id }, send) => send({ id, result: { response: 'Yes.' } }),
+        { greeting: null, connected: sendReady });
     const command = new Installation(t).start(['--prompt', 'Hi']);
     const send = await connected;
     assert.deepEqual(bridge.requests, []);

@@ -216,7 +216,8 @@ test('a package is left to the package manager', async (t) => {
     const before = filesIn(prefix);
     const declined = await run([], { input: 'n\n' });
     assert.equal(declined.code, 1);
-    assert.match(declined.output, /^tovictl was installed by the Debian package tovi-forkeldaos\. To remove it:\n {2}apt-get purge tovi-forkeldaos\n/);
+    assert.match(declined.output,
+        /^tovictl was installed by the Debian package tovi-forkeldaos\. To remove it:\n {2}apt-get purge tovi-forkeldaos\n/);
     assert.deepEqual(calls(), []);
     assert.equal((await run([], { input: 'y\n' })).code, 0);
     assert.equal((await run(['-y'])).code, 0);
@@ -319,7 +320,8 @@ test('-y --user-files removes both, and symbolic links as such', async (t) => {
     fs.symlinkSync(path.join(elsewhere, 'loomra-bridge'), path.join(elsewhere, 'state'));
     fs.mkdirSync(path.join(home, 'state'));
     fs.symlinkSync(path.join(elsewhere, 'loomra-bridge'), path.join(home, 'state/loomra-bridge'));
-    const { code } = await context.run(['-y', '--user-files'], { env: { XDG_STATE_HOME: path.join(home, 'state'), XDG_CACHE_HOME: 'relative' } });
+    const env = { XDG_STATE_HOME: path.join(home, 'state'), XDG_CACHE_HOME: 'relative' };
+    const { code } = await context.run(['-y', '--user-files'], { env });
     assert.equal(code, 0);
     assert.ok(!exists(context.wrapper));
     assert.ok(exists(elsewhere, 'loomra-bridge/file'));

@@ -44,7 +44,7 @@ async function checkBridge({ bridge }) {
     return ok(`${URL}${parts.length ? `, with ${parts.join(' and ')}` : ''}`);
 }
 
-//! The address of the model server: '' for none, undefined if the bridge doesn't tell.
+//! The address of the model server: '' for none, undefined if the bridge doesn't report it.
 async function modelServerOf(client) {
     const health = await client.request('health', {}, { timeoutMs: REQUEST_TIMEOUT_MS }).catch(() => null);
     return typeof health?.modelServer === 'string' ? health.modelServer : undefined;
@@ -66,7 +66,7 @@ async function checkModels({ bridge }) {
     if (!server && ids.includes(DEMO_MODEL))
         return missing('no model server: the bridge plays its demonstration', howTo);
     if (!ids.length)
-        return missing(server ? `the model server at ${server} does not answer, or has no model` : 'the bridge has no model', howTo);
+        return missing(server ? `no model at the model server ${server}, or no answer` : 'the bridge has no model', howTo);
     return ok(`${names(ids)}${server ? `, by the model server at ${server}` : ''}`);
 }
 
@@ -115,7 +115,8 @@ function checkMcp(context) {
 
 //! The state of a user unit. Resolves to {load, active, enabled}, or null without a user manager.
 async function unitState({ run }, unit) {
-    const { code, output } = await run('systemctl', ['--user', 'show', unit, '--property=LoadState,ActiveState,UnitFileState']);
+    const { code, output } = await run('systemctl',
+        ['--user', 'show', unit, '--property=LoadState,ActiveState,UnitFileState']);
     const values = Object.fromEntries(output.split('\n').map((line) => /^(\w+)=(.*)$/.exec(line)?.slice(1)).filter(Boolean));
     if (code !== 0 || !values.LoadState)
         return null;
@@ -151,8 +152,10 @@ async function checkChat({ bridge, chatTimeoutMs = CHAT_TIMEOUT_MS }) {
     try {
         const reply = await chat(client, CHAT_PROMPT, { timeoutMs: chatTimeoutMs });
         const seconds = ((performance.now() - began) / 1000).toFixed(1);
-        if (reply.sessionId)
-            await client.request('deleteSession', { sessionId: reply.sessionId }, { timeoutMs: REQUEST_TIMEOUT_MS }).catch(() => {});
+        if (reply.sessionId) {
+            await client.request('deleteSession', { sessionId: reply.sessionId }, { timeoutMs: REQUEST_TIMEOUT_MS })
+                .catch(() => {});
+        }
         return ok(`reply in ${seconds} s: ${asLine(reply.text, SHOWN_REPLY)}`);
     } catch (error) {
         if (error.isTimeout)

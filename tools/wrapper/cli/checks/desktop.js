@@ -17,7 +17,7 @@ const CONNECT_TIMEOUT_MS = 2000;
 const NOTIFICATIONS = 'org.freedesktop.Notifications';
 const BUS = ['org.freedesktop.DBus', '/org/freedesktop/DBus'];
 
-//! Whether somebody listens at an address, as net.connect() takes it.
+//! Whether a server listens at an address, in the form of net.connect().
 function answers(address) {
     return new Promise((resolve) => {
         const socket = net.connect(address);
@@ -72,7 +72,8 @@ async function checkXWayland({ env }) {
     if (!wayland)
         return null;
     if (!x || !await answersX(x))
-        return missing('on Wayland the bar cannot place itself without XWayland', 'sudo apt install xwayland, then log in again');
+        return missing('on Wayland the bar cannot place itself without XWayland',
+            'sudo apt install xwayland, then log in again');
     if (!platform.startsWith('xcb'))
         return ok(`${x}; the program uses it if it is started from the menu, or with QT_QPA_PLATFORM=xcb`);
     return ok(x);
@@ -97,9 +98,11 @@ const dataFolders = ({ XDG_DATA_DIRS, XDG_DATA_HOME, HOME = '/' }) => [
 async function checkNotifications({ env, program, run }) {
     const owner = await askBus(run, 'NameHasOwner', NOTIFICATIONS);
     if (owner === null)
-        return problem('the session bus does not answer', 'Run tovictl in a desktop session; sudo apt install dbus-user-session');
+        return problem('the session bus does not answer',
+            'Run tovictl in a desktop session; sudo apt install dbus-user-session');
     if (!/\btrue\b/.test(owner) && !(await askBus(run, 'ListActivatableNames') ?? '').includes(`"${NOTIFICATIONS}"`))
-        return missing(`no service ${NOTIFICATIONS} on the session bus`, 'Start a desktop, such as Plasma, or a notification daemon');
+        return missing(`no service ${NOTIFICATIONS} on the session bus`,
+            'Start a desktop, such as Plasma, or a notification daemon');
     const events = 'knotifications5/loomra-kde.notifyrc';
     const folders = [path.join(path.dirname(program), 'share'), ...dataFolders(env)];
     if (!folders.some((folder) => fs.existsSync(path.join(folder, events))))
@@ -122,7 +125,8 @@ function iconThemeName({ XDG_CONFIG_HOME, HOME = '/' }) {
 
 function checkIcons({ env }) {
     const name = iconThemeName(env);
-    const folders = [path.join(env.HOME ?? '/', '.icons'), ...dataFolders(env).map((folder) => path.join(folder, 'icons'))];
+    const folders = [path.join(env.HOME ?? '/', '.icons'),
+        ...dataFolders(env).map((folder) => path.join(folder, 'icons'))];
     if (folders.some((folder) => fs.existsSync(path.join(folder, name, 'index.theme'))))
         return ok(name);
     return missing(`the icon theme ${name} is not installed`,
@@ -134,7 +138,8 @@ function checkAgentCli({ env }) {
     const bundled = '/usr/libexec/tovi-forkeldaos/bin/loomra';
     const found = findProgram('loomra', env) || (fs.existsSync(bundled) ? bundled : '');
     return found ? ok(found)
-        : missing('the agent tool `loomra` is not on PATH', 'Needed only for `tovictl models` and by bridges that use the tool');
+        : missing('the agent tool `loomra` is not on PATH',
+            'Needed only for `tovictl models` and by bridges that use the tool');
 }
 
 module.exports = {

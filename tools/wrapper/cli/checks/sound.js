@@ -122,7 +122,8 @@ function usesWhisper(program) {
 
 function checkWhisper({ home, system, program }, engine) {
     if (!usesWhisper(program))
-        return missing('this build has no libwhisper', 'Install libwhisper-dev and build again, or choose moonshine or nemotron');
+        return missing('this build has no libwhisper',
+            'Install libwhisper-dev and build again, or choose moonshine or nemotron');
     const { packaged, user } = modelFolders({ home, system });
     const name = WHISPER_FILES[engine];
     const folders = [packaged, user, path.join(home, 'experiments/whisper-voice-test/whisper.cpp/models')];
@@ -135,7 +136,8 @@ function checkSherpa({ home, system }, engine) {
     const root = SHERPA_INSTALLATIONS.map((each) => path.join(home, each))
         .find((each) => isExecutableFile(path.join(each, program)) && isFolder(path.join(each, 'lib')));
     if (!root)
-        return missing(`${path.basename(program)} is missing`, `Unpack sherpa-onnx into ${path.join(home, SHERPA_INSTALLATIONS[0])}`);
+        return missing(`${path.basename(program)} is missing`,
+            `Unpack sherpa-onnx into ${path.join(home, SHERPA_INSTALLATIONS[0])}`);
     const { packaged, user } = modelFolders({ home, system });
     const model = [path.join(home, 'experiments/whisper-voice-test/models'), user, packaged]
         .map((each) => path.join(each, folder)).find(isFolder);
@@ -164,10 +166,12 @@ function checkVoices({ home, system, env }) {
         path.join(home, 'piper/piper'), path.join(packaged, '../bin/piper'),
     ].find(isExecutableFile) ?? findProgram('piper', env);
     if (!piper)
-        return missing('the speech synthesiser piper is missing', `Unpack its release archive, so that ${path.join(home, 'piper/piper')} exists`);
+        return missing('the speech synthesiser piper is missing',
+            `Unpack its release archive, so that ${path.join(home, 'piper/piper')} exists`);
     // Debian's package "piper" is a script in Python, the synthesiser's release a binary.
     if (piper === path.join(system, '/usr/bin/piper') && fs.readFileSync(piper).subarray(0, 2).toString() === '#!')
-        return problem(`${piper} is a tool for mice, and takes precedence over the speech synthesiser`, 'sudo apt remove piper');
+        return problem(`${piper} is a mouse tool, and takes precedence over the speech synthesiser`,
+            'sudo apt remove piper');
 
     const preferred = ['en_US-lessac-medium.onnx', 'en_US-amy-medium.onnx', 'en_US-ryan-medium.onnx'];
     const folders = [packaged, user, path.join(home, '.local/share/piper/voices'),
@@ -186,7 +190,8 @@ function checkVoices({ home, system, env }) {
         return problem(`the voice ${voice} has no readable JSON file`, `Put ${path.basename(voice)}.json beside it`);
     }
     if (rate !== 22050)
-        return problem(`the voice ${voice} has ${rate} Hz and would be played at the wrong speed`, 'Use a voice of 22050 Hz');
+        return problem(`the voice ${voice} has ${rate} Hz and would be played at the wrong speed`,
+            'Use a voice of 22050 Hz');
     return ok(`${path.basename(voice)}, ${piper}`);
 }
 

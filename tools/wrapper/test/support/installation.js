@@ -41,7 +41,7 @@ class Command {
     }
 }
 
-//! An installation in a folder of its own, with a stand-in for the program. All else is real.
+//! An installation in a temporary folder, with a stand-in for the program. All else is real.
 class Installation {
     constructor(t) {
         this.prefix = fs.realpathSync(temporaryFolder(t));
@@ -85,7 +85,7 @@ class Installation {
         return this.run(['-c', line], { command: 'bash', env: { tovictl: this.wrapper, ...env }, ...options });
     }
 
-    //! Runs the wrapper on a terminal of its own. The output has what the terminal shows, standard error included.
+    //! Runs the wrapper on a pseudo-terminal. The output has what the terminal shows, standard error included.
     onTerminal(args, options) {
         const quoted = [this.wrapper, ...args].map((each) => `'${each.replaceAll('\'', '\'\\\'\'')}'`).join(' ');
         return this.run(['-qec', quoted, '/dev/null'], { command: 'script', ...options });
