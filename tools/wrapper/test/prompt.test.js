@@ -174,7 +174,7 @@ test('a failing model is reported with status 1', async (t) => {
     const { model, installation } = await start(t, (exchange) => exchange.fail(500, { error: { message: 'no memory \u001b[31m' } }));
     const failed = await installation.run(['--prompt', 'Hi']);
     assert.deepEqual([failed.code, failed.output], [1, '']);
-    assert.match(failed.errors, /^tovictl: The model server at 127\.0\.0\.1:\d+ failed: no memory ␛\[31m\n$/);
+    assert.match(failed.errors, /^tovictl: The model server at 127\.0\.0\.1:\d+ failed: no memory \[31m\n$/);
     await model.stop();
     const gone = await installation.run(['--prompt', 'Hi']);
     assert.deepEqual([gone.code, gone.output], [1, '']);
