@@ -17,7 +17,13 @@ Loader {
     //! Load asynchronously, before the part is needed. If this turns false while loading, the rest is loaded at once.
     property bool ahead: false
 
+    //! Whether all bindings have their first value. Before, "wanted" may be true although its condition isn't, which
+    //! would load a part that is not needed.
+    property bool bound: false
+
     function build() {
+        if (!bound)
+            return;
         if (!wanted && !kept)
             source = "";
         if (!wanted || status === Loader.Ready || status === Loader.Error)
@@ -50,6 +56,9 @@ Loader {
 
     onWantedChanged: build()
     onAheadChanged: build()
-    Component.onCompleted: build()
+    Component.onCompleted: {
+        bound = true;
+        build();
+    }
     Accessible.ignored: true
 }

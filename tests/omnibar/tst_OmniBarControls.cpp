@@ -72,6 +72,7 @@ private Q_SLOTS:
     void cleanupTestCase();
 
     void row();
+    void idleBarHasNoUnusedParts();
     void shadowFollowsTheBar();
     void brand();
     void placeholder_data();
@@ -145,6 +146,18 @@ void tst_OmniBarControls::row()
         QCOMPARE(place(name).center().y(), card.center().y());
     }
     bar.screenshot("bar-full");
+}
+
+// While the window is created, no binding has its value yet: conditions such as "not idle" are true for a moment.
+void tst_OmniBarControls::idleBarHasNoUnusedParts()
+{
+    m_window.close(); // parts stay once they are loaded, so this needs a new window
+    OmniBarFixture &bar = m_window.take();
+    QVERIFY(bar.open());
+    QVERIFY(bar.settle());
+    for (const char *name : {"keyHint", "slashMenu", "sessionPopup", "settingsPanel", "voiceConfirmBar"}) {
+        QVERIFY2(!bar.item(name), name);
+    }
 }
 
 void tst_OmniBarControls::shadowFollowsTheBar()

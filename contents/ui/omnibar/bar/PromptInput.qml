@@ -51,7 +51,8 @@ T.TextField {
         anchors.fill: parent
         verticalAlignment: Text.AlignVCenter
         visible: input.bar.firstFrameShown && input.length === 0 && input.preeditText === ""
-        text: input.placeholderText
+        // An invisible text is laid out too, and would delay the first frame.
+        text: input.bar.firstFrameShown ? input.placeholderText : ""
         color: input.placeholderTextColor
         font: input.font
         Accessible.ignored: true
