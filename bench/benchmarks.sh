@@ -47,3 +47,18 @@ run_benchmark() {
     fi
     in_environment "$name" "$bench_programs/bench_$name" "$@"
 }
+
+# write_page: makes the page build/bench/figures.md of everything that was measured on this machine.
+write_page() {
+    local name files=() facts=$log_dir/bench-machine.facts page=$source_dir/build/bench/figures.md
+    for name in "${benchmarks[@]}"; do
+        [[ ! -s $log_dir/bench-$name.figures ]] || files+=("$log_dir/bench-$name.figures")
+    done
+    if ((${#files[@]} == 0)); then
+        note 'no page: nothing has been measured yet'
+        return 1
+    fi
+    in_environment page "$bench_programs/bench_machine" > "$facts" 2> "$log_dir/bench-machine.log" &&
+        node bench/page.js "$facts" "${files[@]}" > "$page.new" && mv "$page.new" "$page" &&
+        note "page: ${page#"$source_dir"/}"
+}

@@ -142,7 +142,7 @@ void measureUsage()
     const double scan = Statistics::median(scans);
     Figures::plain("files.usage.scan", scan, "ms");
     Figures::plain("files.usage.reading", read, "ms");
-    Figures::bounded("files.usage.ratio", scan / read, "", 2.0);
+    Figures::bounded("files.usage.ratio", scan / read, "x", 2.0);
     const double many = memoryOfScan(service);
     Figures::plain("files.usage.memory-10000", few / 1024, "KiB");
     Figures::plain("files.usage.memory-100000", many / 1024, "KiB");
@@ -177,7 +177,7 @@ void measureModel()
     const double refresh = Statistics::median(refreshes);
     Figures::plain("files.model.refresh", refresh, "ms");
     Figures::plain("files.model.listing", list, "ms");
-    Figures::bounded("files.model.ratio", refresh / list, "", 1.3);
+    Figures::bounded("files.model.ratio", refresh / list, "x", 1.3);
 
     std::vector<double> screens;
     for (int first = 0; first + s_visibleRows <= s_entries; first += s_entries / 100) {

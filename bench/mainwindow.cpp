@@ -28,7 +28,7 @@ int main(int argc, char **argv)
     const QByteArray directory = QFile::encodeName(bridge.path());
     qputenv("LOOMRA_BRIDGE_PATH", directory);
     qputenv("PATH", directory + ':' + qgetenv("PATH"));
-    Starts starts("mainwindow", "window", "bench/window/BareMainWindow.qml", {"--main"}, 1.5);
+    Starts starts("mainwindow", "window", "bench/window/BareMainWindow.qml", {"--main"}, 1.3);
     if (QCoreApplication::arguments().contains(QLatin1String("--stages"))) {
         starts.printStages(Starts::Caches::Warm);
         return 0;

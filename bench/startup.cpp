@@ -13,7 +13,7 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const Peer peer; // as for a user with a running bridge
-    Starts starts("startup", "bar", "bench/window/BareWindow.qml", {}, 1.3);
+    Starts starts("startup", "bar", "bench/window/BareWindow.qml", {}, 1.15);
     if (QCoreApplication::arguments().contains(QLatin1String("--stages"))) {
         starts.printStages(Starts::Caches::Warm);
         starts.printStages(Starts::Caches::Empty);
