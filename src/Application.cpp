@@ -3,6 +3,7 @@
 
 #include "Application.h"
 
+#include "AccessibilityBus.h"
 #include "DataDirectories.h"
 #include "Environment.h"
 #include "LoomraSDK.h"
@@ -91,6 +92,7 @@ Application::Application(int &argc, char **argv)
     : m_application(argc, argv)
     , m_about((preferDataBesideExecutable(), describe()))
 {
+    AccessibilityBus accessibilityBus;
     m_engine.addImportPath(QStringLiteral("qrc:/"));
     LoomraSDK *sdk = NativeObjects::create(&m_application, &m_engine);
 
@@ -106,6 +108,7 @@ Application::Application(int &argc, char **argv)
         sdk->setConnectOnly(mode == LaunchMode::OmniBar);
         sdk->initialize();
     }
+    accessibilityBus.announce();
     load();
     QObject::connect(&m_application, &QCoreApplication::aboutToQuit, sdk, [sdk] { sdk->stopBridgeProcess(true); });
 }

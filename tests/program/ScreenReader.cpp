@@ -12,11 +12,21 @@
 #include <QDBusVariant>
 #include <QTest>
 
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
 namespace
 {
 
 const QString s_registry = QStringLiteral("org.a11y.atspi.Registry");
+const QString s_service = QStringLiteral("org.a11y.Bus");
+const QString s_root = QStringLiteral("/org/a11y/atspi/accessible/root");
 const QString s_accessible = QStringLiteral("org.a11y.atspi.Accessible");
+const QString s_action = QStringLiteral("org.a11y.atspi.Action");
+const QString s_component = QStringLiteral("org.a11y.atspi.Component");
+const QString s_text = QStringLiteral("org.a11y.atspi.Text");
+constexpr uint s_focused = 12; // the bit of a state
 
 //! An event that a screen reader asks for, and its name on the bus.
 struct Listener
@@ -78,25 +88,50 @@ QString roleOf(const QString &bus, const QString &path)
     return ask(bus, path, s_accessible, QStringLiteral("GetRoleName")).toString();
 }
 
-QString nameOf(const QString &bus, const QString &path)
+QVariant propertyOf(const QString &bus, const QString &path, const QString &interface, const char *name)
 {
-    const QVariant name = ask(bus, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-                              {s_accessible, QStringLiteral("Name")});
-    return name.value<QDBusVariant>().variant().toString();
+    return ask(bus, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+               {interface, QLatin1String(name)})
+        .value<QDBusVariant>()
+        .variant();
 }
 
-//! Appends the names of the objects with this role in the tree below an object.
-void collect(const QString &bus, const QString &path, const QString &role, QStringList &names)
+QString nameOf(const QString &bus, const QString &path)
 {
-    if (roleOf(bus, path) == role) {
-        names.append(nameOf(bus, path));
-        return;
+    return propertyOf(bus, path, s_accessible, "Name").toString();
+}
+
+bool isFocused(const QString &bus, const QString &path)
+{
+    const QVariant state = ask(bus, path, s_accessible, QStringLiteral("GetState"));
+    return state.canConvert<QDBusArgument>()
+        && qdbus_cast<QList<uint>>(state.value<QDBusArgument>()).value(0) & (1U << s_focused);
+}
+
+//! The paths of the objects for which the condition holds in the tree below an object. Their own children are left out.
+QStringList find(const QString &bus, const QString &path, const std::function<bool(const QString &path)> &condition)
+{
+    if (condition(path)) {
+        return {path};
     }
-    const auto children = qdbus_cast<QList<Reference>>(
-        ask(bus, path, s_accessible, QStringLiteral("GetChildren")).value<QDBusArgument>());
-    for (const Reference &child : children) {
-        collect(bus, child.path.path(), role, names);
+    QStringList found;
+    const QVariant children = ask(bus, path, s_accessible, QStringLiteral("GetChildren"));
+    if (!children.canConvert<QDBusArgument>()) {
+        return {}; // no program yet, or the object is gone
     }
+    const auto references = qdbus_cast<QList<Reference>>(children.value<QDBusArgument>());
+    for (const Reference &child : references) {
+        found += find(bus, child.path.path(), condition);
+    }
+    return found;
+}
+
+//! The path of the first object with this role and name; empty if there is none.
+QString find(const QString &bus, const QString &role, const QString &name)
+{
+    return find(bus, s_root,
+                [&](const QString &path) { return roleOf(bus, path) == role && nameOf(bus, path) == name; })
+        .value(0);
 }
 
 bool xprop(const QStringList &arguments)
@@ -113,20 +148,23 @@ Q_DECLARE_METATYPE(QList<Listener>)
 Q_DECLARE_METATYPE(Reference)
 Q_DECLARE_METATYPE(QList<Reference>)
 
-ScreenReader::ScreenReader(Events events)
+ScreenReader::ScreenReader(Events events, Address address)
     : m_events(events)
+    , m_address(address)
 {
     qDBusRegisterMetaType<Listener>();
     qDBusRegisterMetaType<QList<Listener>>();
     qDBusRegisterMetaType<Reference>();
     qDBusRegisterMetaType<QList<Reference>>();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    QVERIFY(bus.registerVirtualObject(QStringLiteral("/org/a11y/atspi"), this, QDBusConnection::SubPath));
+    QVERIFY(bus.registerVirtualObject(QStringLiteral("/org/a11y"), this, QDBusConnection::SubPath));
     QVERIFY(bus.connect(QString(), QString(), QStringLiteral("org.a11y.atspi.Event.Object"),
                         QStringLiteral("StateChanged"), this, SLOT(onStateChanged(QDBusMessage))));
     QVERIFY(bus.registerService(s_registry));
-    // Programs find the accessibility bus by this property of the display or by the service org.a11y.Bus. The service
-    // would not do: Qt in Debian 12 doesn't wait for the address that it requests from there.
+    if (address == Address::Service) {
+        QVERIFY(bus.registerService(s_service));
+        return;
+    }
     QVERIFY(xprop({QStringLiteral("-f"), QStringLiteral("AT_SPI_BUS"), QStringLiteral("8s"), QStringLiteral("-set"),
                    QStringLiteral("AT_SPI_BUS"), qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS")}));
 }
@@ -135,6 +173,7 @@ ScreenReader::~ScreenReader()
 {
     xprop({QStringLiteral("-remove"), QStringLiteral("AT_SPI_BUS")});
     QDBusConnection::sessionBus().unregisterService(s_registry);
+    QDBusConnection::sessionBus().unregisterService(s_service);
 }
 
 QString ScreenReader::introspect(const QString &) const
@@ -154,6 +193,10 @@ bool ScreenReader::handleMessage(const QDBusMessage &message, const QDBusConnect
             listeners.append({connection.baseService(), QStringLiteral("Object:StateChanged:Showing")});
         }
         reply << QVariant::fromValue(listeners);
+    } else if (message.member() == QLatin1String("GetAddress")) {
+        reply << qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    } else if (message.arguments().value(0) == QLatin1String("org.a11y.Status")) {
+        reply << QVariant::fromValue(QDBusVariant(true));
     } else {
         return false;
     }
@@ -162,9 +205,72 @@ bool ScreenReader::handleMessage(const QDBusMessage &message, const QDBusConnect
 
 QStringList ScreenReader::shown(const QString &role) const
 {
+    const QStringList paths =
+        find(m_program, s_root, [&](const QString &path) { return roleOf(m_program, path) == role; });
     QStringList names;
-    collect(m_program, QStringLiteral("/org/a11y/atspi/accessible/root"), role, names);
+    std::transform(paths.cbegin(), paths.cend(), std::back_inserter(names),
+                   [this](const QString &path) { return nameOf(m_program, path); });
     return names;
+}
+
+QStringList ScreenReader::rows(const QString &list) const
+{
+    const QString path = find(m_program, QStringLiteral("list"), list);
+    const int count = path.isEmpty() ? 0 : propertyOf(m_program, path, s_accessible, "ChildCount").toInt();
+    QStringList names;
+    for (int i = 0; i < count; ++i) {
+        const QVariant reply = ask(m_program, path, s_accessible, QStringLiteral("GetChildAtIndex"), {i});
+        if (!reply.canConvert<QDBusArgument>()) {
+            return {};
+        }
+        const QString row = qdbus_cast<Reference>(reply.value<QDBusArgument>()).path.path();
+        if (ask(m_program, row, s_accessible, QStringLiteral("GetIndexInParent")).toInt() != i) {
+            return {};
+        }
+        if (roleOf(m_program, row) == QLatin1String("list item")) {
+            names.append(nameOf(m_program, row));
+        }
+    }
+    return names;
+}
+
+bool ScreenReader::press(const QString &role, const QString &name) const
+{
+    const QString path = find(m_program, role, name);
+    return !path.isEmpty() && ask(m_program, path, s_action, QStringLiteral("DoAction"), {0}).toBool();
+}
+
+bool ScreenReader::focus(const QString &role, const QString &name) const
+{
+    const QString path = find(m_program, role, name);
+    return !path.isEmpty() && ask(m_program, path, s_component, QStringLiteral("GrabFocus")).toBool();
+}
+
+QString ScreenReader::textOf(const QString &field) const
+{
+    const QString path = find(m_program, QStringLiteral("text"), field);
+    return path.isEmpty() ? QString() : ask(m_program, path, s_text, QStringLiteral("GetText"), {0, -1}).toString();
+}
+
+QString ScreenReader::focused() const
+{
+    // Windows and pages that contain this object have the state too.
+    QString last;
+    find(m_program, s_root, [this, &last](const QString &path) {
+        if (isFocused(m_program, path)) {
+            last = path;
+        }
+        return false;
+    });
+    return last.isEmpty() ? QString() : roleOf(m_program, last) + QStringLiteral(": ") + nameOf(m_program, last);
+}
+
+QByteArray ScreenReader::addressOnDisplay()
+{
+    const QByteArray text = Program::run({QStringLiteral("-root"), QStringLiteral("AT_SPI_BUS")},
+                                         QProcessEnvironment::systemEnvironment(), QStringLiteral("xprop"))
+                                .output;
+    return text.split('"').value(1);
 }
 
 void ScreenReader::onStateChanged(const QDBusMessage &signal)
