@@ -6,6 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "config"
 import "config/AgentConfig.js" as AgentConfig
 import "config/ConfigObject.js" as ConfigObject
@@ -70,7 +71,7 @@ ConfigPage {
 
         ConfigText {
             Layout.fillWidth: false
-            text: Translation.tr("Configure agent settings. See ")
+            text: Translation.tr("Configure agent settings. See") + " "
         }
         Kirigami.LinkButton {
             objectName: "documentationLink"
@@ -127,7 +128,7 @@ ConfigPage {
         entries: page.getEnabledAgents()
         fields: AgentConfig.fields
         revision: page.controller ? page.controller.revision : 0
-        titleOf: name => Translation.tr("%1 Agent").replace("%1", () => AgentConfig.capitalized(name))
+        titleOf: name => Translatable.filled(Translation.tr("{name} Agent"), { name: AgentConfig.capitalized(name) })
         askPair: done => optionDialog.ask(done)
         onEdited: page.updateAgentConfig(name, key, value)
         onPairEdited: page.updateAgentOption(name, entry, text)

@@ -8,6 +8,7 @@ import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "common"
 import "config"
 import "config/controllers"
@@ -22,12 +23,12 @@ Kirigami.Page {
 
     readonly property bool isInActiveWindow: Window.active
     readonly property var tabs: [
-        { title: "Agents", icon: "user-identity", file: "AgentsConfigPage.qml" },
-        { title: "Tools", icon: "configure", file: "ToolsConfigPage.qml" },
-        { title: "Permissions", icon: "security-high", file: "PermissionsConfigPage.qml" },
-        { title: "MCP", icon: "plugins", file: "McpConfigPage.qml" },
-        { title: "Providers", icon: "network-connect", file: "ProvidersConfigPage.qml" },
-        { title: "Usage", icon: "view-statistics", file: "UsageConfigPage.qml" }
+        { title: Translatable.mark("Agents"), icon: "user-identity", file: "AgentsConfigPage.qml" },
+        { title: Translatable.mark("Tools"), icon: "configure", file: "ToolsConfigPage.qml" },
+        { title: Translatable.mark("Permissions"), icon: "security-high", file: "PermissionsConfigPage.qml" },
+        { title: Translatable.mark("MCP"), icon: "plugins", file: "McpConfigPage.qml" },
+        { title: Translatable.mark("Providers"), icon: "network-connect", file: "ProvidersConfigPage.qml" },
+        { title: Translatable.mark("Usage"), icon: "view-statistics", file: "UsageConfigPage.qml" }
     ]
     readonly property var problems: ({
         invalid: Translation.tr("The configuration file can't be read as a JSON object. The settings are empty, and saving them replaces the file."),
@@ -107,7 +108,7 @@ Kirigami.Page {
 
             Layout.leftMargin: Kirigami.Units.smallSpacing
             Layout.rightMargin: Kirigami.Units.smallSpacing
-            text: Translation.tr("Configuration file: ") + controller.path
+            text: Translatable.filled(Translation.tr("Configuration file: {path}"), { path: controller.path })
         }
         ConfigMessage {
             objectName: "settingsProblem"
@@ -130,7 +131,7 @@ Kirigami.Page {
                 QQC2.TabButton {
                     required property var modelData
 
-                    text: Translation.tr(modelData.title)
+                    text: Translatable.translated(modelData.title, Translation.tr)
                     icon.name: modelData.icon
                     icon.color: Kirigami.Theme.textColor
                     Accessible.name: text

@@ -7,6 +7,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "config"
 import "config/ConfigObject.js" as ConfigObject
 import "config/ToolRules.js" as ToolRules
@@ -36,7 +37,7 @@ ConfigPage {
 
                 objectName: "tool-" + modelData
                 width: Kirigami.Units.gridUnit * 12
-                text: Translation.tr(ToolRules.labelOf(modelData))
+                text: ToolRules.labelOf(modelData, Translation.tr)
                 checked: ToolRules.isOn(page.tools, modelData)
                 onToggled: page.setTool(modelData, checked)
                 Accessible.name: text
@@ -75,7 +76,7 @@ ConfigPage {
                 text: Translation.tr("Remove")
                 icon.name: "edit-delete"
                 onClicked: page.setTool(row.key, false)
-                Accessible.name: Translation.tr("Remove %1").replace("%1", () => ConfigObject.shortened(row.key))
+                Accessible.name: Translatable.filled(Translation.tr("Remove {name}"), { name: ConfigObject.shortened(row.key) })
             }
         }
     }

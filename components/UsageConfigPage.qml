@@ -6,6 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "config"
 import "config/UsageNumbers.js" as UsageNumbers
 
@@ -40,7 +41,7 @@ ConfigPage {
         WordBox {
             objectName: "usageDays"
 
-            words: UsageNumbers.windows.map(days => Translation.tr("%1 days").replace("%1", days))
+            words: UsageNumbers.windows.map(days => Translatable.filled(Translation.tr("{count} days"), { count: days }))
             word: words[UsageNumbers.windows.indexOf(page.days)]
             onActivated: {
                 page.days = UsageNumbers.windows[index];
@@ -59,14 +60,14 @@ ConfigPage {
     ConfigText {
         objectName: "usageNote"
 
-        text: Translation.tr("Aggregated from Loomra session messages at ") + page.storagePath
+        text: Translatable.filled(Translation.tr("Aggregated from Loomra session messages at {path}"), { path: page.storagePath })
         wrapMode: Text.Wrap
         opacity: 0.8
     }
     UsageRow {
         objectName: "usageHeader"
 
-        cells: UsageNumbers.columns.map(column => Translation.tr(column.title))
+        cells: UsageNumbers.columns.map(column => Translatable.translated(column.title, Translation.tr))
         isHeader: true
     }
     Repeater {
@@ -83,8 +84,8 @@ ConfigPage {
     ConfigText {
         objectName: "usageTotals"
 
-        text: Translation.tr("Totals (last %1 days):").replace("%1", page.days) + " "
-              + UsageNumbers.short(UsageNumbers.sum(page.rows)) + Translation.tr(" tokens")
+        text: Translatable.filled(Translation.tr("Totals (last {count} days): {tokens} tokens"),
+                                  { count: page.days, tokens: UsageNumbers.short(UsageNumbers.sum(page.rows)) })
         font.bold: true
     }
 }

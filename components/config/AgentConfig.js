@@ -3,9 +3,12 @@
 
 .pragma library
 
+.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
 .import "ConfigObject.js" as ConfigObject
 
 // The rules of the agents in the agent tool's configuration.
+
+const mark = Translatable.mark;
 
 /** Names of an agent's fields. As names of agents they come from a file whose fields are one level too high. */
 const invalidNames = ["mode", "model", "prompt", "description", "temperature", "top_p", "steps", "color", "disable",
@@ -14,16 +17,16 @@ const invalidNames = ["mode", "model", "prompt", "description", "temperature", "
 const modes = ["primary", "subagent", "all"];
 
 const fields = [
-    { key: "model", label: "Model:", control: "line", placeholder: "e.g., anthropic/claude-3-opus" },
-    { key: "temperature", label: "Temperature:", control: "number", scale: 100, from: 0, to: 200, fallback: 100 },
-    { key: "top_p", label: "Top P:", control: "number", scale: 100, from: 0, to: 100, fallback: 100 },
-    { key: "prompt", label: "System Prompt:", control: "area" },
-    { key: "description", label: "Description:", control: "line", placeholder: "When to use this agent" },
-    { key: "mode", label: "Mode:", control: "choice", choices: modes, fallback: "primary" },
-    { key: "steps", label: "Max Steps:", control: "number", from: 1, to: 1000, fallback: 50, alias: "maxSteps" },
-    { key: "color", label: "Color (Hex):", control: "line", placeholder: "#FF5733" },
-    { key: "disable", label: "Disabled:", control: "check" },
-    { key: "options", label: "Options (key-value pairs):", control: "pairs" }
+    { key: "model", label: mark("Model:"), control: "line", placeholder: mark("e.g., anthropic/claude-3-opus") },
+    { key: "temperature", label: mark("Temperature:"), control: "number", scale: 100, from: 0, to: 200, fallback: 100 },
+    { key: "top_p", label: mark("Top P:"), control: "number", scale: 100, from: 0, to: 100, fallback: 100 },
+    { key: "prompt", label: mark("System Prompt:"), control: "area" },
+    { key: "description", label: mark("Description:"), control: "line", placeholder: mark("When to use this agent") },
+    { key: "mode", label: mark("Mode:"), control: "choice", choices: modes, fallback: "primary" },
+    { key: "steps", label: mark("Max Steps:"), control: "number", from: 1, to: 1000, fallback: 50, alias: "maxSteps" },
+    { key: "color", label: mark("Color (Hex):"), control: "line", placeholder: "#FF5733" },
+    { key: "disable", label: mark("Disabled:"), control: "check" },
+    { key: "options", label: mark("Options (key-value pairs):"), control: "pairs" }
 ];
 
 /** The fields of the dialog for a new agent. */

@@ -6,6 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "ConfigObject.js" as ConfigObject
 
 //! A form with a row for each field. A field is an object:
@@ -50,7 +51,7 @@ ColumnLayout {
             required property int index
             readonly property var row: root.fields[index]
             readonly property Item form: root
-            readonly property string label: Translation.tr(row.label)
+            readonly property string label: Translatable.translated(row.label, Translation.tr)
             readonly property string accessibleName: root.subject === "" ? label : root.subject + " " + label
             readonly property var value: {
                 const own = ConfigObject.get(root.values, row.key);

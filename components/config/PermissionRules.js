@@ -3,28 +3,31 @@
 
 .pragma library
 
+.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
 .import "ConfigObject.js" as ConfigObject
 
 // The rules of the section "permission": what agents may do. "ask" is the default, which the file doesn't name.
 
+const mark = Translatable.mark;
+
 const choices = ["ask", "allow", "deny"];
 
 const fields = [
-    { key: "read", label: "Read Files" },
-    { key: "edit", label: "Edit Files" },
-    { key: "glob", label: "Glob Patterns" },
-    { key: "grep", label: "Grep Search" },
-    { key: "list", label: "List Directory" },
-    { key: "bash", label: "Bash Commands" },
-    { key: "task", label: "Task Execution" },
-    { key: "external_directory", label: "External Directory" },
-    { key: "todowrite", label: "Todo Write" },
-    { key: "todoread", label: "Todo Read" },
-    { key: "webfetch", label: "Web Fetch" },
-    { key: "websearch", label: "Web Search" },
-    { key: "codesearch", label: "Code Search" },
-    { key: "lsp", label: "LSP" },
-    { key: "doom_loop", label: "Doom Loop" }
+    { key: "read", label: mark("Read Files") },
+    { key: "edit", label: mark("Edit Files") },
+    { key: "glob", label: mark("Glob Patterns") },
+    { key: "grep", label: mark("Grep Search") },
+    { key: "list", label: mark("List Directory") },
+    { key: "bash", label: mark("Bash Commands") },
+    { key: "task", label: mark("Task Execution") },
+    { key: "external_directory", label: mark("External Directory") },
+    { key: "todowrite", label: mark("Todo Write") },
+    { key: "todoread", label: mark("Todo Read") },
+    { key: "webfetch", label: mark("Web Fetch") },
+    { key: "websearch", label: mark("Web Search") },
+    { key: "codesearch", label: mark("Code Search") },
+    { key: "lsp", label: mark("LSP") },
+    { key: "doom_loop", label: mark("Doom Loop") }
 ].map(row => Object.assign({ control: "choice", choices: choices, fallback: "ask" }, row));
 
 /** Actions that may have a permission per path. */

@@ -3,16 +3,35 @@
 
 .pragma library
 
+.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
 .import "ConfigObject.js" as ConfigObject
 
 // The rules of the section "tools": which tools the agents have.
 
-const knownTools = ["read", "edit", "glob", "grep", "list", "bash", "task", "external_directory", "todowrite", "todoread",
-                    "webfetch", "websearch", "codesearch", "lsp"];
+const mark = Translatable.mark;
 
-/** What a check box shows: "external_directory" is "External directory". */
-function labelOf(tool) {
-    return tool.charAt(0).toUpperCase() + tool.slice(1).replace(/_/g, " ");
+const labels = {
+    read: mark("Read"),
+    edit: mark("Edit"),
+    glob: mark("Glob"),
+    grep: mark("Grep"),
+    list: mark("List"),
+    bash: mark("Bash"),
+    task: mark("Task"),
+    external_directory: mark("External directory"),
+    todowrite: mark("Todowrite"),
+    todoread: mark("Todoread"),
+    webfetch: mark("Webfetch"),
+    websearch: mark("Websearch"),
+    codesearch: mark("Codesearch"),
+    lsp: mark("Lsp")
+};
+
+const knownTools = Object.keys(labels);
+
+/** What the check box of a known tool shows. */
+function labelOf(tool, tr) {
+    return Translatable.translated(labels[tool], tr);
 }
 
 function isOn(tools, tool) {

@@ -3,7 +3,11 @@
 
 .pragma library
 
+.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+
 // Numbers of the page about tokens.
+
+const mark = Translatable.mark;
 
 const windows = [7, 14, 30, 60, 90];
 const defaultWindow = 30;
@@ -18,13 +22,13 @@ function short(number) {
 }
 
 const columns = [
-    { title: "Date", value: day => day.date },
-    { title: "Messages", value: day => short(day.messages) },
-    { title: "Input", value: day => short(day.input) },
-    { title: "Output", value: day => short(day.output) },
-    { title: "Reasoning", value: day => short(day.reasoning) },
-    { title: "Cache R/W", value: day => short(day.cacheRead) + " / " + short(day.cacheWrite) },
-    { title: "Total", value: day => short(day.total) }
+    { title: mark("Date"), value: day => day.date },
+    { title: mark("Messages"), value: day => short(day.messages) },
+    { title: mark("Input"), value: day => short(day.input) },
+    { title: mark("Output"), value: day => short(day.output) },
+    { title: mark("Reasoning"), value: day => short(day.reasoning) },
+    { title: mark("Cache R/W"), value: day => short(day.cacheRead) + " / " + short(day.cacheWrite) },
+    { title: mark("Total"), value: day => short(day.total) }
 ];
 
 function cells(day) {

@@ -5,6 +5,7 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "omnibar/logic/Translatable.js" as Translatable
 import "tray"
 
 //! The tray view: shows the state of the agent like a panel applet, but in a separate window. A small window shows only
@@ -92,7 +93,7 @@ Window {
                     objectName: "statusText"
                     anchors.horizontalCenter: parent.horizontalCenter
                     width: parent.width - 16
-                    text: trayView.toolTipMainText + "\n" + trayView.tr("Status: ") + trayView.status
+                    text: trayView.toolTipMainText + "\n" + Translatable.filled(trayView.tr("Status: {status}"), { "status": trayView.status })
                     color: systemColors.windowText
                     horizontalAlignment: Text.AlignHCenter
                     wrapMode: Text.Wrap

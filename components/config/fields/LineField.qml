@@ -5,6 +5,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15 as QQC2
 import org.kde.loomra.components.controls 1.0
 
+import "../../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+
 //! A line of text in a form.
 QQC2.TextField {
     id: line
@@ -16,7 +18,7 @@ QQC2.TextField {
     }
 
     objectName: "control-" + field.row.key
-    placeholderText: field.row.placeholder ? Translation.tr(field.row.placeholder) : ""
+    placeholderText: Translatable.translated(field.row.placeholder || "", Translation.tr)
     readOnly: textState.isTooLong
     selectByMouse: true
     Accessible.name: field.accessibleName

@@ -7,6 +7,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../../../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import ".."
 import "../ConfigObject.js" as ConfigObject
 
@@ -57,7 +58,7 @@ ColumnLayout {
 
                 text: Translation.tr("Remove")
                 onClicked: column.edit(pair.key, undefined)
-                Accessible.name: Translation.tr("Remove %1").replace("%1", () => pair.key)
+                Accessible.name: Translatable.filled(Translation.tr("Remove {name}"), { name: pair.key })
             }
         }
     }

@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../omnibar/logic/Translatable.js" as Translatable
+
 //! The state of the voice path in a word.
 Rectangle {
     id: pill
@@ -21,7 +23,7 @@ Rectangle {
         objectName: "stateWord"
 
         anchors.centerIn: parent
-        text: pill.validation.tr(pill.validation.voiceState.text)
+        text: Translatable.translated(pill.validation.voiceState.text, pill.validation.tr)
         // Readable on all colours of the pill, unlike white.
         color: "black"
         font.pointSize: 9

@@ -311,8 +311,8 @@ TestCase {
     function test_tools() {
         same(ToolRules.knownTools, ["read", "edit", "glob", "grep", "list", "bash", "task", "external_directory",
                                     "todowrite", "todoread", "webfetch", "websearch", "codesearch", "lsp"]);
-        compare(ToolRules.labelOf("external_directory"), "External directory");
-        compare(ToolRules.labelOf("read"), "Read");
+        compare(ToolRules.labelOf("external_directory", null), "External directory");
+        compare(ToolRules.labelOf("read", null), "Read");
         same(ToolRules.withTool({ x: false }, "bash", true), { x: false, bash: true });
         same(ToolRules.withTool({ x: false, bash: true }, "bash", false), { x: false });
         compare(ToolRules.isOn({ bash: "true" }, "bash"), false);

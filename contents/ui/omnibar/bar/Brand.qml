@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../logic/Translatable.js" as Translatable
+
 //! The logo with the connection dot, and the name of the assistant.
 Row {
     id: brand
@@ -13,7 +15,7 @@ Row {
     height: 36
     spacing: 7
     Accessible.role: Accessible.StaticText
-    Accessible.name: bar.tr("Tovi") + " " + bar.tr("for") + " " + bar.systemName
+    Accessible.name: Translatable.filled(bar.tr("Tovi for {system}"), { "system": bar.systemName })
 
     Item {
         anchors.verticalCenter: parent.verticalCenter

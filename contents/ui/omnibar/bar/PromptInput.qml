@@ -7,6 +7,7 @@ import org.kde.loomra.components.controls 1.0
 
 import "../logic/KeyTable.js" as KeyTable
 import "../logic/LiteralText.js" as LiteralText
+import "../logic/Translatable.js" as Translatable
 
 //! The input field for prompts.
 T.TextField {
@@ -19,9 +20,14 @@ T.TextField {
         { "holds": () => bar.voice && bar.voice.isListening, "text": () => bar.voice.partialTranscript || bar.tr("Listening...") },
         { "holds": () => bar.voice && bar.voice.isTranscribing, "text": () => bar.tr("Transcribing...") },
         { "holds": () => ["disconnected", "error"].includes(bar.bridgeStatus), "text": () => bar.tr("Connecting...") },
-        { "holds": () => bar.slashAttachedFiles.length > 0, "text": () => bar.slashAttachedFiles.map(file => LiteralText.oneLine(file.name)).join(", ") + " " + bar.tr("attached — ask your question…") },
+        { "holds": () => bar.slashAttachedFiles.length > 0, "text": () => attachedText() },
         { "holds": () => true, "text": () => bar.tr("Ask Tovi anything…") }
     ]
+
+    function attachedText() {
+        const names = bar.slashAttachedFiles.map(file => LiteralText.oneLine(file.name)).join(", ");
+        return Translatable.filled(bar.tr("{names} attached — ask your question…"), { "names": names });
+    }
 
     implicitHeight: 36
     color: Qt.rgba(1, 1, 1, 0.95)

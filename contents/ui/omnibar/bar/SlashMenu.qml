@@ -6,6 +6,7 @@ import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/Geometry.js" as Geometry
+import "../logic/Translatable.js" as Translatable
 
 //! The local commands that match what the user types. The focus stays in the input, which handles the keys. Dark in
 //! both themes, like the bar.
@@ -143,7 +144,7 @@ Rectangle {
                     anchors.right: parent.right
                     anchors.rightMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
-                    text: menu.bar.tr(row.modelData.description)
+                    text: Translatable.translated(row.modelData.description, menu.bar.tr)
                     color: Qt.rgba(1, 1, 1, 0.60)
                     font.pixelSize: 13
                     Accessible.ignored: true

@@ -4,6 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
+import "../logic/Translatable.js" as Translatable
+
 //! The header of the chat panel: the name of the assistant and the window's three buttons.
 Item {
     id: header
@@ -16,7 +18,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 8
         Accessible.role: Accessible.Heading
-        Accessible.name: header.bar.tr("Tovi") + " " + header.bar.tr("for") + " " + header.bar.systemName
+        Accessible.name: Translatable.filled(header.bar.tr("Tovi for {system}"), { "system": header.bar.systemName })
 
         Rectangle {
             anchors.verticalCenter: parent.verticalCenter
