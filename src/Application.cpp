@@ -93,6 +93,7 @@ Application::Application(int &argc, char **argv)
     , m_about((preferDataBesideExecutable(), describe()))
 {
     AccessibilityBus accessibilityBus;
+    QCoreApplication::installTranslator(&m_translator);
     m_engine.addImportPath(QStringLiteral("qrc:/"));
     LoomraSDK *sdk = NativeObjects::create(&m_application, &m_engine);
 

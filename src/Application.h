@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "CatalogueTranslator.h"
 #include "LaunchMode.h"
 
 #include <KAboutData>
@@ -34,6 +35,7 @@ private:
     // application, outlive the QML engine.
     QGuiApplication m_application;
     KAboutData m_about;
+    CatalogueTranslator m_translator;
     QQmlApplicationEngine m_engine;
     QUrl m_rootFile;
     QStringList m_arguments;

@@ -3,6 +3,7 @@
 
 #include "SuggestionNotification.h"
 
+#include <KLocalizedString>
 #include <KNotification>
 
 #include <QJsonArray>
@@ -24,9 +25,9 @@ struct DefaultAction
 DefaultAction defaultActionOf(const QJsonObject &notification)
 {
     if (notification.value(QLatin1String("suggestionType")).toString() == QLatin1String("candidate_review")) {
-        return {QStringLiteral("Review"), QStringLiteral("review")};
+        return {i18n("Review"), QStringLiteral("review")};
     }
-    return {QStringLiteral("Prepare now"), QStringLiteral("prepare")};
+    return {i18n("Prepare now"), QStringLiteral("prepare")};
 }
 
 } // namespace
