@@ -34,6 +34,9 @@ RowLayout {
             font.bold: row.isHeader
             wrapMode: Text.NoWrap
             elide: Text.ElideRight
+            // Titles may be longer in another language.
+            fontSizeMode: row.isHeader ? Text.HorizontalFit : Text.FixedSize
+            minimumPointSize: Kirigami.Theme.defaultFont.pointSize * 0.6
             Accessible.role: row.isHeader ? Accessible.ColumnHeader : Accessible.Cell
         }
     }

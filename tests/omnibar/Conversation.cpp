@@ -3,6 +3,8 @@
 
 #include "Conversation.h"
 
+#include "LongTexts.h"
+
 #include "AgentBridge.h"
 #include "Timeouts.h"
 
@@ -112,8 +114,9 @@ bool Conversation::openTab(const QString &title)
     }
     QQuickItem *strip = item(QStringLiteral("settingsTabs"));
     const auto tabs = itemsWhere(strip, [](QQuickItem *item) { return item->inherits("QQuickTabButton"); });
-    const auto tab = std::find_if(tabs.cbegin(), tabs.cend(),
-                                  [&](QQuickItem *item) { return item->property("label").toString() == title; });
+    const auto tab = std::find_if(tabs.cbegin(), tabs.cend(), [&](QQuickItem *item) {
+        return item->property("label").toString() == LongTexts::translated(title);
+    });
     strip->setProperty("currentIndex", static_cast<int>(tab - tabs.cbegin()));
     return tab != tabs.cend() && settle();
 }

@@ -44,7 +44,8 @@ Rectangle {
         anchors.right: dismiss.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
-        implicitWidth: 64
+        // A longer text of another language needs more.
+        implicitWidth: Math.max(64, contentItem.implicitWidth + 8)
         implicitHeight: 26
         theme: undoBar.theme
         label: Translatable.filled(undoBar.bar.tr("Undo {seconds}s"), { "seconds": undoBar.bar.undoSecondsLeft })

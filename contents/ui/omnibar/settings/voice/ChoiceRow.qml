@@ -39,7 +39,8 @@ Item {
         id: box
 
         anchors.right: parent.right
-        width: Math.min(300, parent.width * 0.6)
+        // A longer text of another language needs more.
+        width: Math.min(Math.max(300, contentItem.implicitWidth), parent.width * 0.6)
         theme: row.theme
         model: row.choices
         currentIndex: row.choices.findIndex(choice => choice.value === row.current)
