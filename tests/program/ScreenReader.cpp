@@ -5,6 +5,8 @@
 
 #include "Program.h"
 
+#include "Timeouts.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -80,7 +82,9 @@ QVariant ask(const QString &bus, const QString &path, const QString &interface, 
 {
     QDBusMessage call = QDBusMessage::createMethodCall(bus, path, interface, method);
     call.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(call).arguments().value(0);
+    // Events are processed meanwhile: a program that calls the reader would otherwise wait for it, as it waits for the
+    // program.
+    return QDBusConnection::sessionBus().call(call, QDBus::BlockWithGui, Timeouts::Program).arguments().value(0);
 }
 
 QString roleOf(const QString &bus, const QString &path)
@@ -276,9 +280,19 @@ QByteArray ScreenReader::addressOnDisplay()
 void ScreenReader::onStateChanged(const QDBusMessage &signal)
 {
     const QVariantList arguments = signal.arguments();
-    if (arguments.value(0).toString() != QLatin1String("showing") || arguments.value(1).toInt() != 1
-        || roleOf(signal.service(), signal.path()) != QLatin1String("notification")) {
+    if (arguments.value(0).toString() != QLatin1String("showing") || arguments.value(1).toInt() != 1) {
         return;
     }
-    m_spoken.append(nameOf(signal.service(), signal.path()));
+    // In their order: further signals arrive while the program is asked about this one.
+    m_shown.append(signal);
+    if (m_shown.size() > 1) {
+        return;
+    }
+    while (!m_shown.isEmpty()) {
+        const QDBusMessage first = m_shown.first();
+        if (roleOf(first.service(), first.path()) == QLatin1String("notification")) {
+            m_spoken.append(nameOf(first.service(), first.path()));
+        }
+        m_shown.removeFirst();
+    }
 }

@@ -3,10 +3,9 @@
 
 #pragma once
 
+#include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QStringList>
-
-class QDBusMessage;
 
 //! A stand-in for the accessibility bus and a screen reader on it. It uses the session bus and the display of the test:
 //! programs that start while it lives turn their accessibility on. It records the notifications that become visible,
@@ -70,6 +69,7 @@ private:
     const Events m_events;
     const Address m_address;
     QStringList m_spoken;
+    QList<QDBusMessage> m_shown; //!< signals of objects that became visible, of which the first is being looked at
     //! The program that was started last, on the bus.
     QString m_program;
 };
