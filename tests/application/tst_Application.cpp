@@ -5,6 +5,7 @@
 #include "IconTheme.h"
 #include "TestRegistry.h"
 
+#include <QDir>
 #include <QIcon>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -38,6 +39,7 @@ class tst_Application : public QObject
 
 private Q_SLOTS:
     void buildsTheRestAfterTheFirstFrame();
+    void hasADesktopFile();
 };
 
 void tst_Application::buildsTheRestAfterTheFirstFrame()
@@ -62,6 +64,14 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
     QVERIFY(!qEnvironmentVariableIsSet("QSG_ATLAS_WIDTH")); // child processes must not inherit it
     QCOMPARE(qgetenv("QSG_ATLAS_HEIGHT"), QByteArray("256"));
     QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
+}
+
+//! Desktops find the name and the icon of a window by the base name of a desktop file.
+void tst_Application::hasADesktopFile()
+{
+    const QDir data(qEnvironmentVariable("TOVICTL_SOURCE_DIR") + QLatin1String("/data"));
+    QCOMPARE(QGuiApplication::desktopFileName(), QStringLiteral("org.kde.loomra-kde"));
+    QVERIFY(data.exists(QGuiApplication::desktopFileName() + QLatin1String(".desktop")));
 }
 
 static int run(int argc, char **argv)
