@@ -28,13 +28,13 @@ _tovictl() {
         ;;
     prompt)
         case $before in
-        -p | --prompt) ;;
+        -p | --prompt | --timeout) ;;
         -m | --model) mapfile -t candidates < <(_tovictl_models) ;;
-        *) candidates=(-m --model) ;;
+        *) candidates=(-m --model --timeout) ;;
         esac
         ;;
     test) candidates=(--chat --json --help) ;;
-    uninstall) candidates=(-y --help) ;;
+    uninstall) candidates=(-y --yes --user-files --help) ;;
     esac
 
     # readline replaces only what follows the last break.

@@ -31,10 +31,12 @@ complete -c tovictl -n __tovictl_is_first -a uninstall -d 'Remove the program'
 complete -c tovictl -n __tovictl_is_first -a help -d 'Show all arguments'
 
 complete -c tovictl -n __tovictl_prompts -s m -l model -x -a '(__tovictl_models)' -d 'The model that replies'
+complete -c tovictl -n __tovictl_prompts -l timeout -x -d 'Give up after this time, in seconds'
 
 complete -c tovictl -n '__fish_seen_subcommand_from test' -l chat -d 'Send a real prompt too'
 complete -c tovictl -n '__fish_seen_subcommand_from test' -l json -d 'Print for programs'
 complete -c tovictl -n '__fish_seen_subcommand_from test' -l help -d 'List all options'
 
-complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -s y -d 'Do not ask'
+complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -s y -l yes -d 'Remove the program without asking'
+complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -l user-files -d 'Remove your files too'
 complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -l help -d 'List all options'
