@@ -2,18 +2,19 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # shellcheck shell=bash
 
-# Functions for tests with packages that Debian 12 does not have. They run in a chroot of Debian's testing release,
-# which is installed from this machine's own mirror and kept in build/ for later runs. Source this file after
-# scripts/lib.sh, with these variables set:
+# Functions for tests in a chroot of a Debian release, by default of Debian's testing release, for packages that Debian
+# 12 does not have. The chroot is installed from this machine's own mirror and kept in build/ for later runs. Source this
+# file after scripts/lib.sh, with these variables set:
 #
 #   root_name  names the chroot, build/NAME-root, and its log
 #   packages   an array of the packages to install
 #   subject    what is tested, for messages, such as "the real libwhisper"
 #   anew       install a new chroot; may be empty or unset
+#   release    the release; may be unset
 #
 # shellcheck disable=SC2154
 
-readonly release=forky
+readonly release=${release:-forky}
 readonly root=$source_dir/build/$root_name-root
 readonly root_stamp=$root.made source_list=$root.sources root_log=$root_name-root
 readonly no_root=77
