@@ -35,7 +35,9 @@ Kirigami.ApplicationWindow {
 
     function openSettings() {
         if (pageStack.depth === 1)
-            pageStack.push(Qt.resolvedUrl("components/SettingsPage.qml"));
+            pageStack.push(Qt.resolvedUrl("components/SettingsPage.qml"), {
+                "enabled": Qt.binding(() => pageStack.currentIndex > 0)
+            });
     }
 
     function openProjectSettings() { openSheet(projectSettings); }
@@ -145,6 +147,8 @@ Kirigami.ApplicationWindow {
 
         title: "Loomra KDE"
         padding: 0
+        // The page beside it in the stack is out of sight, but Tab would reach its controls.
+        enabled: mainWindow.pageStack.currentIndex <= 0
 
         RowLayout {
             anchors.fill: parent
@@ -223,6 +227,8 @@ Kirigami.ApplicationWindow {
     // Not every style shows which tab has the focus.
     component PageTab: QQC2.TabButton {
         id: tab
+
+        Accessible.name: text // Qt sets it only if a screen reader runs by then
 
         FocusRing {
             control: tab

@@ -129,12 +129,22 @@ Kirigami.Page {
                 model: page.tabs
 
                 QQC2.TabButton {
+                    id: tab
+
                     required property var modelData
 
                     text: Translatable.translated(modelData.title, Translation.tr)
                     icon.name: modelData.icon
                     icon.color: Kirigami.Theme.textColor
                     Accessible.name: text
+
+                    // Not every style shows which tab has the focus.
+                    FocusRing {
+                        control: tab
+                        anchors.margins: 0
+                        radius: 2
+                        border.color: Kirigami.Theme.focusColor
+                    }
                 }
             }
         }

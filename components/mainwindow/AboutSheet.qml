@@ -35,6 +35,7 @@ SimpleDialog {
     buttons: QQC2.Button {
         objectName: "closeAboutButton"
         text: Translation.tr("Close")
+        Accessible.name: text
         onClicked: sheet.close()
     }
 }

@@ -51,6 +51,7 @@ SimpleDialog {
     buttons: QQC2.Button {
         objectName: "saveProjectButton"
         text: Translation.tr("Save")
+        Accessible.name: text
         onClicked: {
             Native.call(sheet.config, "save");
             sheet.close();

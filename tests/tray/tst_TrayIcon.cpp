@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "AccessibleWalk.h"
 #include "OmniBarFixture.h"
 #include "TestRegistry.h"
 
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void formsBySize();
     void actionsOnlyLog();
     void keyboard();
+    void accessible_data();
+    void accessible();
     void reachableAtEverySize_data();
     void reachableAtEverySize();
     void focusStaysVisible();
@@ -180,6 +183,30 @@ void tst_TrayIcon::keyboard()
     tray.screenshot("tray-focus");
     tray.key(Qt::Key_Return);
     QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] Settings")));
+}
+
+void tst_TrayIcon::accessible_data()
+{
+    QTest::addColumn<QSize>("size");
+
+    QTest::newRow("icon") << QSize(48, 48);
+    QTest::newRow("with scroll bar") << QSize(120, 120);
+    QTest::newRow("the initial size") << QSize(200, 200);
+}
+
+void tst_TrayIcon::accessible()
+{
+    QFETCH(QSize, size);
+    OmniBarFixture tray;
+    QVERIFY(open(tray, "idle"));
+    tray.window()->resize(size);
+    const char *form = size.width() < 96 ? "compactForm" : "fullForm";
+    QTRY_VERIFY(tray.item(form) && tray.item(form)->size() == QSizeF(tray.window()->size()));
+    QVERIFY(tray.settle());
+    QCOMPARE(AccessibleWalk::controlFaults(tray.window()), QStringList());
+    tray.key(Qt::Key_Tab);
+    const QStringList wrong = AccessibleWalk::tabFaults(tray.window());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
 void tst_TrayIcon::reachableAtEverySize_data()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "AccessibleWalk.h"
 #include "Looks.h"
 #include "OmniBarFixture.h"
 #include "ScriptedVoice.h"
@@ -88,6 +89,8 @@ private Q_SLOTS:
     void reachableAtMinimumSize();
     void longTranslations();
     void tabOrder();
+    void accessible_data();
+    void accessible();
     void escapeCloses();
     void escapeClosesTheListFirst();
     void announcements();
@@ -590,6 +593,38 @@ void tst_VoiceValidation::tabOrder()
     QCOMPARE(described(m_fixture->item("levelTrack")), described("Microphone level", QAccessible::Indicator));
     QCOMPARE(described(m_fixture->item("stateWord")), described("No model", QAccessible::StaticText));
     m_fixture->screenshot("validation-focus");
+}
+
+void tst_VoiceValidation::accessible_data()
+{
+    QTest::addColumn<bool>("suite");
+    QTest::addColumn<QSize>("size");
+
+    for (const QSize size : {QSize(580, 720), s_minimumSize}) {
+        const QString name = QStringLiteral(", %1 pixels wide").arg(size.width());
+        QTest::newRow(qPrintable(QStringLiteral("history") + name)) << false << size;
+        QTest::newRow(qPrintable(QStringLiteral("suite") + name)) << true << size;
+    }
+}
+
+void tst_VoiceValidation::accessible()
+{
+    QFETCH(bool, suite);
+    QFETCH(QSize, size);
+
+    m_voice->set("sttBackend", QStringLiteral("whisper"));
+    QVERIFY(open());
+    QVERIFY(resize(size));
+    if (suite) {
+        enterSuite();
+    }
+    understand(QStringLiteral("open browser"), 80);
+    understand(QStringLiteral("close browser"), 80);
+    m_voice->emitSignal("errorOccurred", text("No speech detected"));
+    QVERIFY(m_fixture->settle());
+    const QStringList wrong =
+        AccessibleWalk::controlFaults(m_fixture->window()) + AccessibleWalk::tabFaults(m_fixture->window());
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
 void tst_VoiceValidation::escapeCloses()

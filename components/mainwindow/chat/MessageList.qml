@@ -35,7 +35,7 @@ ListView {
     displayMarginBeginning: 0
     displayMarginEnd: 0
     highlightMoveDuration: 0
-    activeFocusOnTab: true
+    activeFocusOnTab: count > 0
     Kirigami.Theme.inherit: false
     Kirigami.Theme.colorSet: Kirigami.Theme.View
     Accessible.role: Accessible.List
