@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AccessibleWalk.h"
+#include "Contrast.h"
 #include "Looks.h"
 #include "OmniBarFixture.h"
 #include "ScriptedVoice.h"
@@ -622,8 +623,8 @@ void tst_VoiceValidation::accessible()
     understand(QStringLiteral("close browser"), 80);
     m_voice->emitSignal("errorOccurred", text("No speech detected"));
     QVERIFY(m_fixture->settle());
-    const QStringList wrong =
-        AccessibleWalk::controlFaults(m_fixture->window()) + AccessibleWalk::tabFaults(m_fixture->window());
+    const QStringList wrong = Contrast::faintTexts(m_fixture->window())
+        + AccessibleWalk::controlFaults(m_fixture->window()) + AccessibleWalk::tabFaults(m_fixture->window());
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 

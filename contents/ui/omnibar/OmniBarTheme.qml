@@ -76,13 +76,13 @@ QtObject {
     readonly property color progressFill: pick("#4ade80", "#16a34a")
     readonly property color runOutline: pick("transparent", Qt.rgba(0.35, 0.05, 0.65, 0.75))
     readonly property color chosenRow: pick(Qt.rgba(0.60, 0.20, 0.98, 0.38), Qt.rgba(0.60, 0.20, 0.98, 0.22))
-    readonly property color accentText: pick("#d8b4fe", "#5b21b6")
+    readonly property color accentText: pick("#d8b4fe", "#4c1d95")
     readonly property color positiveFill: "#15803d"
     readonly property color positiveHover: "#166534"
     readonly property color positiveText: pick("#4ade80", "#15803d")
     readonly property color dangerFill: Qt.rgba(0.90, 0.22, 0.21, 0.18)
     readonly property color dangerHover: Qt.rgba(0.90, 0.22, 0.21, 0.35)
-    readonly property color dangerText: pick("#ff8a80", "#b3261e")
+    readonly property color dangerText: pick("#ff8a80", "#8c1d18")
     readonly property color warningText: pick("#ffd54f", "#7a4f00")
     readonly property color headerHover: pick(Qt.rgba(1, 1, 1, 0.10), Qt.rgba(0, 0, 0, 0.08))
 

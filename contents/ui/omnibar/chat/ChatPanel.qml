@@ -141,7 +141,7 @@ FloatingPanel {
 
                 width: parent.width
                 text: chatPanel.bar.tr("Tovi can make mistakes. Verify important information.")
-                color: chatPanel.theme.uiTextFaint
+                color: chatPanel.theme.uiTextCaption
                 font.pixelSize: 11
                 horizontalAlignment: Text.AlignHCenter
             }
