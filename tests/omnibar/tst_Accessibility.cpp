@@ -345,8 +345,8 @@ void tst_Accessibility::everyTextIsAccessible()
 
 void tst_Accessibility::contrast_data()
 {
-    addScenes();
-    QTest::newRow("menu of commands") << Scene(choosingACommand);
+    Scenes::add();
+    QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
 }
 
 void tst_Accessibility::contrast()
