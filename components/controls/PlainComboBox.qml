@@ -39,8 +39,8 @@ T.ComboBox {
     }
 
     contentItem: PlainText {
-        leftPadding: 10
-        rightPadding: 28
+        leftPadding: box.mirrored ? 28 : 10
+        rightPadding: box.mirrored ? 10 : 28
         text: box.displayText
         color: box.textColor
         font: box.font

@@ -46,7 +46,8 @@ T.Switch {
         color: control.textColor
         font.pointSize: 10
         verticalAlignment: Text.AlignVCenter
-        rightPadding: control.indicator.width + control.spacing
+        leftPadding: control.mirrored ? control.indicator.width + control.spacing : 0
+        rightPadding: control.mirrored ? 0 : control.indicator.width + control.spacing
         Accessible.ignored: true
     }
 

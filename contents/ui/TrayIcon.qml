@@ -43,6 +43,8 @@ Window {
     width: 200
     height: 200
     visible: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     color: systemColors.window
 
     // Not called "palette": within a button that is a property of the button.

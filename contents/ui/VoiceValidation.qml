@@ -36,6 +36,8 @@ Window {
     minimumHeight: 560
     color: "#1a1a22"
     visible: true
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     onClosing: validationController.end()
     Component.onCompleted: validationController.begin()
     // Loading a model blocks for as long as a second. The user should see the window meanwhile.

@@ -32,20 +32,33 @@ bool isTranslated(const ShownText &shown)
     return shown.text.contains(QLatin1Char('[')) && shown.text.contains(QLatin1Char(']'));
 }
 
-//! The part of an item that its text takes up.
+//! The room for the glyphs of an item, in its coordinates.
+QRectF roomOf(QQuickItem *item)
+{
+    const auto padding = [item](const char *side) { return item->property(side).toReal(); };
+    return QRectF(QPointF(), item->size())
+        .adjusted(padding("leftPadding"), padding("topPadding"), -padding("rightPadding"), -padding("bottomPadding"));
+}
+
+//! The part of an item that its glyphs take up.
 QRectF painted(QQuickItem *item)
 {
-    const qreal width = item->property("contentWidth").toReal();
-    const qreal height = item->property("contentHeight").toReal();
+    QRectF glyphs(0, 0, item->property("contentWidth").toReal(), item->property("contentHeight").toReal());
+    const QRectF room = roomOf(item);
     const int horizontal = item->property("effectiveHorizontalAlignment").toInt();
     const int vertical = item->property("verticalAlignment").toInt();
-    const qreal x = horizontal == Qt::AlignRight ? item->width() - width
-        : horizontal == Qt::AlignHCenter         ? (item->width() - width) / 2
-                                                 : 0;
-    const qreal y = vertical == Qt::AlignBottom ? item->height() - height
-        : vertical == Qt::AlignVCenter          ? (item->height() - height) / 2
-                                                : 0;
-    return {x, y, width, height};
+    glyphs.moveTopLeft(room.topLeft());
+    if (horizontal == Qt::AlignRight) {
+        glyphs.moveRight(room.right());
+    } else if (horizontal == Qt::AlignHCenter) {
+        glyphs.moveLeft(room.center().x() - glyphs.width() / 2);
+    }
+    if (vertical == Qt::AlignBottom) {
+        glyphs.moveBottom(room.bottom());
+    } else if (vertical == Qt::AlignVCenter) {
+        glyphs.moveTop(room.center().y() - glyphs.height() / 2);
+    }
+    return glyphs;
 }
 
 QList<ShownText> textsOf(QQuickWindow *window)
@@ -86,10 +99,10 @@ QString faultOf(const ShownText &shown)
     if (item->property("truncated").toBool()) {
         return s_isElided;
     }
-    if (item->property("contentWidth").toReal() > item->width() + s_tolerance) {
+    if (item->property("contentWidth").toReal() > roomOf(item).width() + s_tolerance) {
         return QStringLiteral("is wider than its item");
     }
-    if (item->property("contentHeight").toReal() > item->height() + s_tolerance) {
+    if (item->property("contentHeight").toReal() > roomOf(item).height() + s_tolerance) {
         return QStringLiteral("is higher than its item");
     }
     QRectF place = shown.place;
