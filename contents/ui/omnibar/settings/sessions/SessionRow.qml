@@ -86,7 +86,8 @@ Item {
                 objectName: "activeBadge"
 
                 visible: row.active
-                text: row.bar.tr("active")
+                // An invisible text is laid out too.
+                text: visible ? row.bar.tr("active") : ""
                 textColor: row.theme.accentText
             }
         }
