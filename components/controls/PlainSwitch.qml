@@ -16,6 +16,8 @@ T.Switch {
     //! Of the track while off.
     required property color borderColor
     required property color ringColor
+    //! Of the knob, in ms.
+    property int slideDuration: 120
 
     implicitWidth: contentItem.implicitWidth + spacing + indicator.width
     implicitHeight: 28
@@ -77,7 +79,7 @@ T.Switch {
 
             Behavior on x {
                 NumberAnimation {
-                    duration: 120
+                    duration: control.slideDuration
                 }
             }
         }

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.plasma.core 2.0 as PlasmaCore
+
+import "Motion.js" as Motion
 
 //! A button with an icon or a glyph, round by default. "label" is its accessible name.
 PlainButton {
@@ -27,7 +30,7 @@ PlainButton {
     property int glyphSize: 13
 
     //! Duration of the hover animation in ms.
-    property int hoverDuration: 120
+    property int hoverDuration: Motion.scaled(120, PlasmaCore.Units.longDuration)
     readonly property bool highlighted: hovered || pressed
 
     implicitWidth: 36
