@@ -5,7 +5,7 @@
 # Extracts the translatable texts into the template $podir/loomra-kde.pot with the command $XGETTEXT. KDE's translation
 # scripts set both variables, and scripts/update-translations does the same for the template in po.
 
-readonly template=$podir/loomra-kde.pot
+readonly template=${podir:?}/loomra-kde.pot
 
 # shellcheck disable=SC2046,SC2086 # lists of words
 $XGETTEXT $(find src -name '*.cpp' -o -name '*.h' | LC_ALL=C sort) -o "$template"

@@ -33,6 +33,7 @@ QtObject {
         const row = modelsList[modelIndex];
         return row ? LiteralText.oneLine(row.name) : Translation.tr("No free models available");
     }
+    // i18n: the name of an agent of the agent tool
     readonly property string agentText: currentAgentName !== "" ? Choices.buttonText(currentAgentName) : Translation.tr("Build")
 
     readonly property Connections sdkConnections: Connections {

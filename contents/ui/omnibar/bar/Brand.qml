@@ -58,6 +58,7 @@ Row {
 
     PlainText {
         anchors.verticalCenter: parent.verticalCenter
+        // i18n: "Tovi for KeldaOS", in three texts
         text: brand.bar.tr("for")
         color: Qt.rgba(1, 1, 1, 0.55)
         font.pointSize: 11

@@ -79,6 +79,7 @@ Column {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            // i18n: minutes, after a number
             text: reminders.bar.tr("min")
             color: reminders.theme.uiTextMed
             font.pointSize: 10

@@ -129,6 +129,7 @@ Column {
                         objectName: "freeBadge"
 
                         visible: row.mfree
+                        // i18n: a model that costs nothing
                         text: list.bar.tr("free")
                         textColor: list.theme.positiveText
                     }
@@ -138,6 +139,7 @@ Column {
                         objectName: "defaultBadge"
 
                         visible: row.isDefault
+                        // i18n: the model that is used by default
                         text: list.bar.tr("default")
                         textColor: list.theme.accentText
                     }

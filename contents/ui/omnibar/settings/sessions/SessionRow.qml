@@ -87,6 +87,7 @@ Item {
 
                 visible: row.active
                 // An invisible text is laid out too.
+                // i18n: the current session
                 text: visible ? row.bar.tr("active") : ""
                 textColor: row.theme.accentText
             }
