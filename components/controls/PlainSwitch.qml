@@ -16,8 +16,6 @@ T.Switch {
     //! Of the track while off.
     required property color borderColor
     required property color ringColor
-    //! Of the knob, in ms.
-    property int slideDuration: 120
 
     implicitWidth: contentItem.implicitWidth + spacing + indicator.width
     implicitHeight: 28
@@ -79,7 +77,7 @@ T.Switch {
 
             Behavior on x {
                 NumberAnimation {
-                    duration: control.slideDuration
+                    duration: 120
                 }
             }
         }

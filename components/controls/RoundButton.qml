@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import org.kde.plasma.core 2.0 as PlasmaCore
-
-import "Motion.js" as Motion
 
 //! A button with an icon or a glyph, round by default. "label" is its accessible name.
 PlainButton {
@@ -30,7 +27,7 @@ PlainButton {
     property int glyphSize: 13
 
     //! Duration of the hover animation in ms.
-    property int hoverDuration: Motion.scaled(120, PlasmaCore.Units.longDuration)
+    property int hoverDuration: 120
     readonly property bool highlighted: hovered || pressed
 
     implicitWidth: 36

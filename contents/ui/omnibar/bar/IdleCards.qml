@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import org.kde.plasma.core 2.0 as PlasmaCore
 import org.kde.loomra.components.controls 1.0
-import "../../../../components/controls/Motion.js" as Motion
 
 //! Four example prompts below the idle bar.
 Row {
@@ -53,7 +51,7 @@ Row {
 
             Behavior on scale {
                 NumberAnimation {
-                    duration: Motion.scaled(120, PlasmaCore.Units.longDuration)
+                    duration: 120
                 }
             }
 

@@ -2,10 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import org.kde.plasma.core 2.0 as PlasmaCore
 import org.kde.loomra.components.controls 1.0
-
-import "../../../../../components/controls/Motion.js" as Motion
 
 //! A switch in the colours of the settings sheet.
 PlainSwitch {
@@ -18,5 +15,4 @@ PlainSwitch {
     offColor: theme.uiWellFillHi
     borderColor: theme.uiWellBorder
     ringColor: theme.focusRing
-    slideDuration: Motion.scaled(120, PlasmaCore.Units.longDuration)
 }
