@@ -11,6 +11,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusPendingCall>
 #include <QDBusVariant>
 #include <QTest>
 
@@ -105,27 +106,99 @@ QString nameOf(const QString &bus, const QString &path)
     return propertyOf(bus, path, s_accessible, "Name").toString();
 }
 
-bool isFocused(const QString &bus, const QString &path)
+//! An object of a program when the tree was read.
+struct Object
 {
-    const QVariant state = ask(bus, path, s_accessible, QStringLiteral("GetState"));
-    return state.canConvert<QDBusArgument>()
-        && qdbus_cast<QList<uint>>(state.value<QDBusArgument>()).value(0) & (1U << s_focused);
+    QString path;
+    QString role;
+    QString name;
+    bool isFocused = false;
+    QList<Object> children;
+};
+
+//! The calls that read an object.
+struct Reading
+{
+    Object *object;
+    QDBusPendingCall role;
+    QDBusPendingCall name;
+    QDBusPendingCall state;
+    QDBusPendingCall children;
+};
+
+Reading startReading(const QString &bus, Object *object)
+{
+    const auto call = [bus, object](const QString &interface, const QString &method, const QVariantList &arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(bus, object->path, interface, method);
+        message.setArguments(arguments);
+        return QDBusConnection::sessionBus().asyncCall(message, Timeouts::Program);
+    };
+    return {object, call(s_accessible, QStringLiteral("GetRoleName"), {}),
+            call(QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                 {s_accessible, QStringLiteral("Name")}),
+            call(s_accessible, QStringLiteral("GetState"), {}), call(s_accessible, QStringLiteral("GetChildren"), {})};
 }
 
-//! The paths of the objects for which the condition holds in the tree below an object. Their own children are left out.
-QStringList find(const QString &bus, const QString &path, const std::function<bool(const QString &path)> &condition)
+QVariant resultOf(const QDBusPendingCall &call)
 {
-    if (condition(path)) {
-        return {path};
+    return call.reply().arguments().value(0);
+}
+
+//! Reads the tree below an object. All objects of a level are read at once: a program that is drawing answers a few
+//! times a second only, and has hundreds of objects.
+Object readTree(const QString &bus)
+{
+    Object root {s_root, {}, {}, false, {}};
+    QList<Object *> level {&root};
+    while (!level.isEmpty()) {
+        QList<Reading> readings;
+        for (Object *object : qAsConst(level)) {
+            readings.append(startReading(bus, object));
+        }
+        // Events are processed meanwhile: see ask().
+        const bool isAnswered = QTest::qWaitFor(
+            [&readings] {
+                return std::all_of(readings.cbegin(), readings.cend(), [](const Reading &each) {
+                    return each.role.isFinished() && each.name.isFinished() && each.state.isFinished()
+                        && each.children.isFinished();
+                });
+            },
+            Timeouts::Program);
+        if (!isAnswered) {
+            return root;
+        }
+        level.clear();
+        for (const Reading &each : qAsConst(readings)) {
+            const QVariant state = resultOf(each.state);
+            const QVariant children = resultOf(each.children);
+            if (!state.canConvert<QDBusArgument>() || !children.canConvert<QDBusArgument>()) {
+                continue; // no program yet, or the object is gone
+            }
+            each.object->role = resultOf(each.role).toString();
+            each.object->name = resultOf(each.name).value<QDBusVariant>().variant().toString();
+            each.object->isFocused = qdbus_cast<QList<uint>>(state.value<QDBusArgument>()).value(0) & (1U << s_focused);
+            const auto references = qdbus_cast<QList<Reference>>(children.value<QDBusArgument>());
+            for (const Reference &child : references) {
+                each.object->children.append({child.path.path(), {}, {}, false, {}});
+            }
+            // Pointers into the list stay valid, because it grows no more.
+            for (Object &child : each.object->children) {
+                level.append(&child);
+            }
+        }
     }
-    QStringList found;
-    const QVariant children = ask(bus, path, s_accessible, QStringLiteral("GetChildren"));
-    if (!children.canConvert<QDBusArgument>()) {
-        return {}; // no program yet, or the object is gone
+    return root;
+}
+
+//! The objects for which the condition holds, in their order. Their own children are left out.
+QList<Object> find(const Object &tree, const std::function<bool(const Object &object)> &condition)
+{
+    if (condition(tree)) {
+        return {tree};
     }
-    const auto references = qdbus_cast<QList<Reference>>(children.value<QDBusArgument>());
-    for (const Reference &child : references) {
-        found += find(bus, child.path.path(), condition);
+    QList<Object> found;
+    for (const Object &child : tree.children) {
+        found += find(child, condition);
     }
     return found;
 }
@@ -133,9 +206,9 @@ QStringList find(const QString &bus, const QString &path, const std::function<bo
 //! The path of the first object with this role and name; empty if there is none.
 QString find(const QString &bus, const QString &role, const QString &name)
 {
-    return find(bus, s_root,
-                [&](const QString &path) { return roleOf(bus, path) == role && nameOf(bus, path) == name; })
-        .value(0);
+    return find(readTree(bus), [&](const Object &object) { return object.role == role && object.name == name; })
+        .value(0)
+        .path;
 }
 
 bool xprop(const QStringList &arguments)
@@ -209,11 +282,10 @@ bool ScreenReader::handleMessage(const QDBusMessage &message, const QDBusConnect
 
 QStringList ScreenReader::shown(const QString &role) const
 {
-    const QStringList paths =
-        find(m_program, s_root, [&](const QString &path) { return roleOf(m_program, path) == role; });
+    const QList<Object> objects = find(readTree(m_program), [&](const Object &object) { return object.role == role; });
     QStringList names;
-    std::transform(paths.cbegin(), paths.cend(), std::back_inserter(names),
-                   [this](const QString &path) { return nameOf(m_program, path); });
+    std::transform(objects.cbegin(), objects.cend(), std::back_inserter(names),
+                   [](const Object &object) { return object.name; });
     return names;
 }
 
@@ -260,13 +332,13 @@ QString ScreenReader::focused() const
 {
     // Windows and pages that contain this object have the state too.
     QString last;
-    find(m_program, s_root, [this, &last](const QString &path) {
-        if (isFocused(m_program, path)) {
-            last = path;
+    find(readTree(m_program), [&last](const Object &object) {
+        if (object.isFocused) {
+            last = object.role + QStringLiteral(": ") + object.name;
         }
         return false;
     });
-    return last.isEmpty() ? QString() : roleOf(m_program, last) + QStringLiteral(": ") + nameOf(m_program, last);
+    return last;
 }
 
 QByteArray ScreenReader::addressOnDisplay()
