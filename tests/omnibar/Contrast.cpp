@@ -34,8 +34,8 @@ double luminance(const QColor &color)
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-//! The colour around a text: most pixels on the edge of its area are of this shade. Shades are told apart by their
-//! upper four bits, because a background may be a gradient.
+//! The background of a text: the most frequent colour on the edge of its area. Only the upper four bits of each channel
+//! are compared, because a background may be a gradient.
 QColor backgroundAround(const QImage &picture, const QRect &area)
 {
     QHash<QRgb, QList<QRgb>> shades;

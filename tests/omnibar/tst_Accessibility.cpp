@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "Contrast.h"
 #include "Conversation.h"
 #include "Scenes.h"
 #include "ScriptedVoice.h"
@@ -295,8 +294,6 @@ private Q_SLOTS:
         QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
     }
     void everyTextIsAccessible();
-    void contrast_data();
-    void contrast();
     void tabOrder_data() { Scenes::add(); }
     void tabOrder();
     void escapeWorksEverywhere();
@@ -341,50 +338,6 @@ void tst_Accessibility::everyTextIsAccessible()
     QVERIFY(bar.settle());
     const QStringList wrong = inaccessibleTexts(bar);
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
-}
-
-void tst_Accessibility::contrast_data()
-{
-    Scenes::add();
-    QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
-}
-
-void tst_Accessibility::contrast()
-{
-    QFETCH(Scene, scene);
-
-    // Intentional: these are part of the design, whatever their contrast.
-    const QList<QColor> fixed {
-        "#8cffffff", // "for" in the bar
-        "#80ffffff", // the placeholder of the prompt
-        "#66000000", // the hint below the bar
-        "#e53935", // the stop button
-        "#f87171", // low percentages
-        "#fbbf24", // middle ones
-        "#4ade80", // high ones
-        "#8c000000", // muted text in widgets, light
-        "#8a6a4a", // no live streaming
-        "#73ffffff", // the placeholder of other fields, dark
-        "#bf595e6b", // and light
-        "#ffffff", // buttons in the colours of the brand
-    };
-    for (const bool light : {false, true}) {
-        Conversation &bar = m_window.take();
-        ScriptedVoice &voice = *m_voice;
-        voice.set("ttsAvailable", true);
-        QVERIFY(bar.begin());
-        // The colours change over some frames.
-        bar.evaluate(QStringLiteral("omniBar.appearanceStore.lightChrome = %1").arg(QVariant(light).toString()));
-        QVERIFY(bar.settle());
-        QVERIFY(scene(bar));
-        QVERIFY(bar.settle());
-        const QStringList faint = Contrast::faintTexts(bar.window(), fixed);
-        bar.evaluate(QStringLiteral("omniBar.appearanceStore.lightChrome = false"));
-        QVERIFY2(faint.isEmpty(),
-                 qPrintable((light ? QStringLiteral("light\n    ") : QStringLiteral("dark\n    "))
-                            + faint.join(QStringLiteral("\n    "))));
-        m_window.giveBack();
-    }
 }
 
 void tst_Accessibility::tabOrder()
