@@ -387,3 +387,17 @@ test('a prompt that waits for a server is cancelled at once', async (t) => {
     assert.ok(performance.now() - began < 100);
     assert.equal(model.exchanges.length, 1);
 });
+
+test('a server is announced once in the log, and again when it has come back', async (t) => {
+    // Without a list of models it might be loading one, so each prompt looks for it.
+    const { model, bridge, client } = await start(t, { models: { data: [] }, reply: (exchange) => exchange.answer('Yes.') });
+    const announced = () => bridge.errors.match(/^Prompts go to /gm).length;
+    for (const prompt of ['One', 'Two', 'Three'])
+        await client.chat(prompt);
+    assert.equal(announced(), 1);
+    await model.stop();
+    await client.request('chat', { message: 'Four' });
+    await model.listen();
+    await client.chat('Five');
+    await bridge.complains(/(Prompts go to [^]*){2}/);
+});

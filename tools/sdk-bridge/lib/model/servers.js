@@ -74,6 +74,7 @@ class ModelServers {
     #maxWaitMs;
     #current = null;
     #lastShown;
+    #announced = '';
     #search = null;
     #closed = new AbortController();
 
@@ -119,8 +120,10 @@ class ModelServers {
 
     //! Forgets a server that doesn't answer any more.
     lost(server) {
-        if (this.#current?.base === server.base)
-            this.#current = null;
+        if (this.#current?.base !== server.base)
+            return;
+        this.#current = null;
+        this.#announced = '';
     }
 
     //! Ends all searches, when the bridge stops.
@@ -152,10 +155,14 @@ class ModelServers {
 
     #use(server) {
         this.#current = server ?? null;
-        if (!server)
+        if (!server) {
+            this.#announced = '';
             return;
-        log.note(`Prompts go to the model server at ${server.shown}`);
-        this.#lastShown = server.shown;
+        }
+        // Once, although a server that is loading its model is looked for with each prompt.
+        if (this.#announced !== server.shown)
+            log.note(`Prompts go to the model server at ${server.shown}`);
+        this.#announced = this.#lastShown = server.shown;
     }
 }
 
