@@ -102,7 +102,6 @@ QtObject {
         }
     })
 
-    //! The ring around the control with the keyboard focus: on panels, and on the bar, which is dark in both themes.
+    //! The ring around the control with the keyboard focus.
     readonly property color focusRing: pick("#c084fc", "#7c3aed")
-    readonly property color focusRingOnBar: "#e9d5ff"
 }
