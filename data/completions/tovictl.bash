@@ -34,7 +34,7 @@ _tovictl() {
         esac
         ;;
     test) candidates=(--chat --json --help) ;;
-    uninstall) candidates=(-y --yes --user-files --help) ;;
+    uninstall) candidates=(-y --yes --keep-user-files --help) ;;
     esac
 
     # readline replaces only what follows the last break.

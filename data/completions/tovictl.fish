@@ -37,6 +37,6 @@ complete -c tovictl -n '__fish_seen_subcommand_from test' -l chat -d 'Send a rea
 complete -c tovictl -n '__fish_seen_subcommand_from test' -l json -d 'Print for programs'
 complete -c tovictl -n '__fish_seen_subcommand_from test' -l help -d 'List all options'
 
-complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -s y -l yes -d 'Remove the program without asking'
-complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -l user-files -d 'Remove your files too'
+complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -s y -l yes -d 'Remove the program and your files without asking'
+complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -l keep-user-files -d 'Keep your files'
 complete -c tovictl -n '__fish_seen_subcommand_from uninstall' -l help -d 'List all options'

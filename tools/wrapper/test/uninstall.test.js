@@ -245,8 +245,8 @@ test('what only root may remove is left to root', { skip: isRoot ? false : 'only
     const before = filesIn(prefix);
     const result = await context.run(['--clear-groups', uninstaller, '-y'], { command: 'setpriv', request: ['--reuid=65534'] });
     assert.equal(result.code, 0, result.errors);
-    assert.match(result.output, new RegExp(`\n  sudo ${uninstaller} -y\n`));
-    assert.equal(calls().at(-1), `sudo -- ${uninstaller} -y`);
+    assert.match(result.output, new RegExp(`\n  sudo ${uninstaller} -y --keep-user-files\n`));
+    assert.equal(calls().at(-1), `sudo -- ${uninstaller} -y --keep-user-files`);
     assert.deepEqual(filesIn(prefix), before);
 });
 
@@ -283,19 +283,57 @@ function fillHome({ installation: { home } }) {
     return home;
 }
 
-test('the user\'s files are removed only if that is asked for', async (t) => {
+test('-y removes the program and the user\'s files, and names them', async (t) => {
     const context = start(t);
     const home = fillHome(context);
-    const all = filesIn(home).sort();
     record(context);
-    // Only the program.
     const { code, output } = await context.run(['-y']);
     assert.equal(code, 0);
     for (const file of ['.local/state/loomra-bridge', ...OWN.slice(1, 4), '.local/share/loomra-kde', '.cache/loomra-kde'])
         assert.ok(output.includes(`  ${path.join(home, file)}\n`), file);
     assert.ok(output.includes(`Kept in any case, because you or other programs put it there: ${path.join(home, '.config/loomra')}\n`));
-    assert.match(output, /They are kept\. To remove them too: --user-files\n$/);
-    assert.deepEqual(filesIn(home).sort(), all);
+    assert.deepEqual(filesIn(home).sort(), [...FOREIGN].sort());
+    assert.ok(!exists(context.wrapper));
+});
+
+test('--keep-user-files keeps them without a question', async (t) => {
+    for (const [args, input] of [[['-y', '--keep-user-files'], ''], [['--keep-user-files'], 'y\ny\n']]) {
+        const context = start(t);
+        const home = fillHome(context);
+        record(context);
+        const { code, output } = await context.run(args, { input });
+        assert.equal(code, 0);
+        assert.ok(!exists(context.wrapper));
+        assert.doesNotMatch(output, /Your own files/);
+        assert.deepEqual(filesIn(home).sort(), [...OWN, ...FOREIGN].sort());
+    }
+});
+
+test('-y keeps the user\'s files if the program is kept', async (t) => {
+    const failing = {
+        'an unknown installation': () => {},
+        'a package that cannot be removed': ({ standIns, uninstaller }) =>
+            standIns.printing('dpkg-query', `tovi-forkeldaos: ${uninstaller}\n`).add('apt-get', 'exit 5'),
+    };
+    for (const [name, prepare] of Object.entries(failing)) {
+        const context = start(t);
+        const home = fillHome(context);
+        prepare(context);
+        const { code, output } = await context.run(['-y']);
+        assert.equal(code, 1, name);
+        assert.match(output, /They are kept, because the program is\. .*\n$/);
+        assert.deepEqual(filesIn(home).sort(), [...OWN, ...FOREIGN].sort());
+    }
+});
+
+test('under sudo the home of root is not touched', async (t) => {
+    const context = start(t);
+    const home = fillHome(context);
+    record(context);
+    const { code, output } = await context.run(['-y'], { env: { SUDO_USER: 'somebody' } });
+    assert.equal(code, 0);
+    assert.match(output, /Files of somebody are kept, because sudo started this/);
+    assert.deepEqual(filesIn(home).sort(), [...OWN, ...FOREIGN].sort());
 });
 
 test('the two questions are separate', async (t) => {
@@ -311,7 +349,7 @@ test('the two questions are separate', async (t) => {
     }
 });
 
-test('-y --user-files removes both, and symbolic links as such', async (t) => {
+test('symbolic links are removed as such', async (t) => {
     const context = start(t);
     const home = fillHome(context);
     record(context);
@@ -321,7 +359,7 @@ test('-y --user-files removes both, and symbolic links as such', async (t) => {
     fs.mkdirSync(path.join(home, 'state'));
     fs.symlinkSync(path.join(elsewhere, 'loomra-bridge'), path.join(home, 'state/loomra-bridge'));
     const env = { XDG_STATE_HOME: path.join(home, 'state'), XDG_CACHE_HOME: 'relative' };
-    const { code } = await context.run(['-y', '--user-files'], { env });
+    const { code } = await context.run(['-y'], { env });
     assert.equal(code, 0);
     assert.ok(!exists(context.wrapper));
     assert.ok(exists(elsewhere, 'loomra-bridge/file'));
@@ -332,7 +370,7 @@ test('without a usable home only the program is removed', async (t) => {
     for (const HOME of ['', '/', 'relative']) {
         const context = start(t);
         record(context);
-        const { code, errors } = await context.run(['-y', '--user-files'], { env: { HOME } });
+        const { code, errors } = await context.run(['-y'], { env: { HOME } });
         assert.deepEqual([code, errors], [0, ''], HOME);
     }
 });
