@@ -30,6 +30,9 @@ if(NOT VOICE_ONLY)
     set_package_properties(KF5Notifications PROPERTIES PURPOSE "Workspace suggestions on the desktop")
     find_package(XCB REQUIRED COMPONENTS XCB)
     set_package_properties(XCB PROPERTIES PURPOSE "The accessibility bus, which Qt finds by a property of the display")
+    find_package(GoMd2Man REQUIRED)
+    set_package_properties(GoMd2Man PROPERTIES
+        URL "https://github.com/cpuguy83/go-md2man" PURPOSE "The man page, from doc/tovictl.1.md")
 endif()
 
 find_package(PkgConfig REQUIRED)
