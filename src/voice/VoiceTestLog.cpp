@@ -3,6 +3,7 @@
 
 #include "VoiceTestLog.h"
 #include "LogDirectory.h"
+#include "PrivateFile.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -59,7 +60,8 @@ void VoiceTestLog::append(const QString &path, const QJsonObject &record)
 {
     const QByteArray line = QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n';
     QFile file(path);
-    if (!file.open(QIODevice::Append | QIODevice::Text) || file.write(line) != line.size() || !file.flush()) {
+    if (!PrivateFile::open(file, QIODevice::Append | QIODevice::Text, PrivateFile::Existing::BecomesPrivate)
+        || file.write(line) != line.size() || !file.flush()) {
         qWarning() << "VoiceBridge: cannot append voice test log:" << path;
         return;
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "ConfigManager.h"
+#include "Files.h"
 #include "MessageLog.h"
 #include "TestRegistry.h"
 
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void replacesEverything();
     void reloadingLosesUpdates();
     void savesInPlace();
+    void newFileIsPrivate();
     void keepsTheLayout();
     void saveFails_data();
     void saveFails();
@@ -324,7 +326,8 @@ void tst_ToolConfig::savesInPlace()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("{}");
     file.close();
-    const QFile::Permissions mode = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    const QFile::Permissions mode =
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup | QFile::ReadOther;
     QVERIFY(QFile::setPermissions(target, mode));
     QVERIFY(QDir().mkpath(m_directory));
     QVERIFY(QFile::link(target, m_path));
@@ -342,6 +345,17 @@ void tst_ToolConfig::savesInPlace()
     QCOMPARE(content(), expected);
     QCOMPARE(QDir(m_directory).entryList(QDir::Files), QStringList(text("loomra.json")));
     QVERIFY(QFile::remove(target));
+}
+
+void tst_ToolConfig::newFileIsPrivate()
+{
+    QVERIFY(QDir().mkpath(m_directory));
+    ConfigManager config;
+    config.updateTools(objectOf(R"({"bash":true})"));
+    const mode_t umaskBefore = ::umask(0); // so that it can't make the file private
+    QVERIFY(config.saveLoomraConfig());
+    ::umask(umaskBefore);
+    QCOMPARE(modeOf(m_path), 0600);
 }
 
 void tst_ToolConfig::keepsTheLayout()

@@ -38,13 +38,6 @@ QList<QByteArray> writtenLines()
     return content.isEmpty() ? QList<QByteArray>() : content.split('\n');
 }
 
-//! The permission bits of a file or directory, -1 if it doesn't exist.
-int modeOf(const QString &path)
-{
-    struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
-}
-
 } // namespace
 
 class tst_DebugEventLog : public QObject

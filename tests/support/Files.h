@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QString>
 
+#include <sys/stat.h>
+
 //! The whole content of a file, empty if it can't be opened.
 [[nodiscard]] inline QByteArray contentOf(const QString &path)
 {
@@ -22,4 +24,11 @@
     QFile file(path);
     return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
         && file.write(content) == content.size() && file.flush();
+}
+
+//! The permission bits of a file or directory, -1 if it doesn't exist.
+[[nodiscard]] inline int modeOf(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
 }

@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using VoiceTestLog::Result;
 using VoiceTestLog::Settings;
 
@@ -175,7 +177,10 @@ void tst_VoiceTestLog::appendsLines()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("log"));
     const MessageLog log;
+    const mode_t umaskBefore = ::umask(0); // so that it can't make the file private
     VoiceTestLog::append(path, {{QStringLiteral("sentenceId"), QStringLiteral("v01")}});
+    ::umask(umaskBefore);
+    QCOMPARE(modeOf(path), 0600);
     VoiceTestLog::append(path, {{QStringLiteral("sentenceId"), QStringLiteral("v02")}});
     QCOMPARE(contentOf(path), QByteArray("{\"sentenceId\":\"v01\"}\n{\"sentenceId\":\"v02\"}\n"));
     QCOMPARE(log.lines().size(), 2);

@@ -4,6 +4,7 @@
 #include "ToolConfig.h"
 
 #include "JsonLayout.h"
+#include "PrivateFile.h"
 
 #include <QDebug>
 #include <QDir>
@@ -116,7 +117,9 @@ bool ToolConfig::save()
     const QByteArray text = JsonLayout::write(m_config, m_text);
     QFile file(path);
     const auto write = [&] {
-        if (isSpecial(path) || !file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        // A new file is private, because providers can have keys.
+        constexpr auto existing = PrivateFile::Existing::KeepsItsMode;
+        if (isSpecial(path) || !PrivateFile::open(file, QIODevice::WriteOnly | QIODevice::Text, existing)) {
             qWarning() << "Failed to open Loomra config file for writing:" << path;
             return false;
         }

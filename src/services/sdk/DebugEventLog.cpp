@@ -3,13 +3,14 @@
 
 #include "DebugEventLog.h"
 
+#include "PrivateFile.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace DebugEventLog
@@ -28,20 +29,6 @@ void createPrivateDirectory(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).path());
     ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
-}
-
-//! Opens the file for appending, and makes it readable by the user only: it contains parts of conversations. Not by
-//! QFile::setPermissions() alone, which would leave a moment in which others can open a new file.
-bool openPrivately(QFile &file)
-{
-    constexpr mode_t mode = S_IRUSR | S_IWUSR;
-    const int descriptor =
-        ::open(QFile::encodeName(file.fileName()).constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, mode);
-    if (descriptor < 0) {
-        return false;
-    }
-    ::fchmod(descriptor, mode); // of a file that exists already
-    return file.open(descriptor, QIODevice::Append | QIODevice::Text, QFile::AutoCloseHandle);
 }
 
 } // namespace
@@ -71,7 +58,7 @@ void write(const QString &location, const QString &message, const QString &data)
     createPrivateDirectory(directory);
     QFile file(QDir(directory).filePath(QStringLiteral("loomra-debug.log")));
     // Opened for each line, so that none is lost if the program crashes.
-    if (openPrivately(file)) {
+    if (PrivateFile::open(file, QIODevice::Append | QIODevice::Text, PrivateFile::Existing::BecomesPrivate)) {
         file.write(line(location, message, data, QDateTime::currentMSecsSinceEpoch()));
     }
 }
