@@ -20,6 +20,7 @@ constexpr const char *s_expectedLines[] = {
     R"(^\[AgentBridge\] )",
     R"(^LoomraSDK::\w+\(\) called, )",
     // The main window. The desktop's integration isn't installed where tests run.
+    R"(^qml: \[MainWindow\] Bridge script not found: )",
     R"(^Bridge process already running, skipping start$)",
     R"(^kf.kirigami: Failed to find a Kirigami platform plugin$)",
     R"(^\[VoiceBridge\] init  )",
