@@ -11,6 +11,7 @@
 #include "TestSetup.h"
 #include "VoiceFixture.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -367,13 +368,17 @@ void tst_VoiceMicrophone::daemonFreezes()
     QTRY_COMPARE(errors.size(), 1);
     QCOMPARE(errors.constFirst().constFirst().toString(), QStringLiteral("No speech detected"));
 
-    // The same again, but VoiceBridge is deleted before the daemon continues.
+    // The same again, but VoiceBridge is deleted before the daemon continues. The abandoned thread ends then.
     levels.clear();
+    const QDir threads(QStringLiteral("/proc/self/task"));
+    const auto threadCount = [&threads] { return threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(); };
     fixture.voice->startListening();
     QTRY_VERIFY(levels.size() > 0);
     daemon.freeze();
     fixture.voice.reset();
+    const int threadsAbandoned = threadCount();
     daemon.thaw();
+    QTRY_VERIFY2(threadCount() < threadsAbandoned, "the capture thread goes on");
 }
 
 REGISTER_TEST(tst_VoiceMicrophone, QCoreApplication)
