@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
 import "BlockContent.js" as BlockContent
@@ -93,6 +94,7 @@ BlockWidget {
         visible: !slider.submitted
         widget: slider
         focusPolicy: slider.reachable ? Qt.TabFocus : Qt.NoFocus
+        colorDuration: 150 * Motion.durationFactor
         label: slider.tr("Confirm")
         onClicked: slider.submit()
     }

@@ -11,6 +11,8 @@ PlainButton {
     //! The widget, for its colours.
     required property BlockWidget widget
     property bool selected: false
+    //! Duration of a change of colour in ms.
+    property int colorDuration: 150
 
     implicitWidth: caption.implicitWidth + leftPadding + rightPadding
     implicitHeight: caption.implicitHeight + topPadding + bottomPadding
@@ -31,7 +33,7 @@ PlainButton {
 
         Behavior on color {
             ColorAnimation {
-                duration: 150
+                duration: chip.colorDuration
             }
         }
     }

@@ -10,6 +10,7 @@
 #include "FileService.h"
 #include "I18nHelper.h"
 #include "LoomraSDK.h"
+#include "Motion.h"
 #include "ProjectModel.h"
 #include "TokenUsageService.h"
 #include "VoiceBridge.h"
@@ -26,6 +27,7 @@ void registerTypes()
     qmlRegisterType<ChatModel>("org.kde.loomra", 1, 0, "ChatModel");
     qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
     qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
+    Motion::registerSingleton();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import org.kde.loomra 1.0
 
 //! A switch with its label on the left.
 T.Switch {
@@ -77,7 +78,7 @@ T.Switch {
 
             Behavior on x {
                 NumberAnimation {
-                    duration: 120
+                    duration: 120 * Motion.durationFactor
                 }
             }
         }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra 1.0
 
 //! A button with an icon or a glyph, round by default. "label" is its accessible name.
 PlainButton {
@@ -27,7 +28,7 @@ PlainButton {
     property int glyphSize: 13
 
     //! Duration of the hover animation in ms.
-    property int hoverDuration: 120
+    property int hoverDuration: 120 * Motion.durationFactor
     readonly property bool highlighted: hovered || pressed
 
     implicitWidth: 36

@@ -9,6 +9,7 @@
 #include <QIcon>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,6 +40,7 @@ class tst_Application : public QObject
 
 private Q_SLOTS:
     void buildsTheRestAfterTheFirstFrame();
+    void followsTheAnimationSpeed();
     void hasADesktopFile();
 };
 
@@ -66,6 +68,18 @@ void tst_Application::buildsTheRestAfterTheFirstFrame()
     QCOMPARE(window()->icon().name(), QStringLiteral("loomra-kde"));
 }
 
+//! The desktop animates nothing, see run(). Durations that the design fixes stay.
+void tst_Application::followsTheAnimationSpeed()
+{
+    const auto hoverDuration = [](const char *button) {
+        const auto *item = window()->findChild<QQuickItem *>(QLatin1String(button));
+        return item ? item->property("hoverDuration") : QVariant();
+    };
+    QTRY_COMPARE(hoverDuration("barCloseBtn"), 0);
+    QCOMPARE(hoverDuration("settingsBtn"), 120);
+    QCOMPARE(hoverDuration("micBtn"), 150);
+}
+
 //! Desktops find the name and the icon of a window by the base name of a desktop file.
 void tst_Application::hasADesktopFile()
 {
@@ -83,6 +97,10 @@ static int run(int argc, char **argv)
     }
     QIcon::setThemeSearchPaths({themes.path()});
     QIcon::setThemeName(QStringLiteral("test"));
+
+    QSettings globals(QDir::homePath() + QStringLiteral("/.config/kdeglobals"), QSettings::IniFormat);
+    globals.setValue(QStringLiteral("KDE/AnimationDurationFactor"), 0);
+    globals.sync();
 
     qputenv("QSG_ATLAS_HEIGHT", "256");
     Application::prepareEnvironment();

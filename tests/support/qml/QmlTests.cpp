@@ -9,6 +9,7 @@
 #include "ConfigManager.h"
 #include "FileCheck.h"
 #include "FileService.h"
+#include "Motion.h"
 #include "ProjectModel.h"
 
 #include <QQmlContext>
@@ -38,6 +39,7 @@ public Q_SLOTS:
         m_configManager = std::make_unique<ConfigManager>();
         qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
         qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
+        Motion::registerSingleton();
     }
 
     void qmlEngineAvailable(QQmlEngine *engine)

@@ -31,6 +31,7 @@ Row {
         iconName: "settings-configure"
         fill: Qt.rgba(1, 1, 1, 0.06)
         hoverFill: Qt.rgba(1, 1, 1, 0.15)
+        hoverDuration: 120
         Accessible.checkable: true
         Accessible.checked: buttons.bar.settingsPanelOpen
         onClicked: buttons.bar.toggleSettings()

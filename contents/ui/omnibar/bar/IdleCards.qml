@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
 //! Four example prompts below the idle bar.
@@ -51,7 +52,7 @@ Row {
 
             Behavior on scale {
                 NumberAnimation {
-                    duration: 120
+                    duration: 120 * Motion.durationFactor
                 }
             }
 
