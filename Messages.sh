@@ -13,3 +13,10 @@ $XGETTEXT $(find src -name '*.cpp' -o -name '*.h' | LC_ALL=C sort) -o "$template
 # shellcheck disable=SC2046,SC2086
 $XGETTEXT --join-existing --language=JavaScript -ktr -kmark -kqsTr \
     $(find MainWindow.qml components contents -name '*.qml' -o -name '*.js' | LC_ALL=C sort) -o "$template"
+# What the desktop shows of the program.
+# shellcheck disable=SC2086
+$XGETTEXT --join-existing --language=Desktop -k -kName -kGenericName -kComment -kKeywords \
+    data/org.kde.loomra-kde.desktop -o "$template"
+# Without a language, so that the rules for AppStream data are found by the file's name.
+# shellcheck disable=SC2086
+${XGETTEXT/--language=C++/} --join-existing data/org.kde.loomra-kde.metainfo.xml.in -o "$template"
