@@ -9,9 +9,10 @@ readonly template=${podir:?}/loomra-kde.pot
 
 # shellcheck disable=SC2046,SC2086 # lists of words
 $XGETTEXT $(find src -name '*.cpp' -o -name '*.h' | LC_ALL=C sort) -o "$template"
-# tr() looks a text up now; mark() is for the tables of script libraries, whose callers translate; the panels use qsTr().
+# tr() looks a text up now, and trn() one with plural forms; mark() is for the tables of script libraries, whose callers
+# translate; the panels use qsTr().
 # shellcheck disable=SC2046,SC2086
-$XGETTEXT --join-existing --language=JavaScript -ktr -kmark -kqsTr \
+$XGETTEXT --join-existing --language=JavaScript -ktr -ktrn:1,2 -kmark -kqsTr \
     $(find MainWindow.qml components contents -name '*.qml' -o -name '*.js' | LC_ALL=C sort) -o "$template"
 # What the desktop shows of the program.
 # shellcheck disable=SC2086

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
 import "BlockContent.js" as BlockContent
 
@@ -91,7 +92,7 @@ BlockWidget {
 
         width: parent.width
         visible: list.hiddenEntries > 0
-        text: list.tr("... {count} more entries").replace("{count}", list.hiddenEntries)
+        text: Translation.trn("... {count} more entry", "... {count} more entries", list.hiddenEntries).replace("{count}", list.hiddenEntries)
         color: list.mutedColor
         font.pointSize: 11
     }

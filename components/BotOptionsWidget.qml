@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
 import "BlockContent.js" as BlockContent
 
@@ -98,7 +99,7 @@ BlockWidget {
 
         width: parent.width
         visible: options.hiddenChoices > 0
-        text: options.tr("... {count} more choices").replace("{count}", options.hiddenChoices)
+        text: Translation.trn("... {count} more choice", "... {count} more choices", options.hiddenChoices).replace("{count}", options.hiddenChoices)
         color: options.mutedColor
         font.pointSize: 11
     }

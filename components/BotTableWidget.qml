@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra.components.controls 1.0
 
 import "BlockContent.js" as BlockContent
 import "MarkdownRenderer.js" as MarkdownRenderer
@@ -174,7 +175,8 @@ BlockWidget {
         width: parent.width
         topPadding: 6
         visible: table.columns.length > 0 && table.hiddenRows > 0
-        text: table.tr("... {count} more rows").replace("{count}", table.hiddenRows)
+        // Intentional: English has one form.
+        text: Translation.trn("... {count} more rows", "... {count} more rows", table.hiddenRows).replace("{count}", table.hiddenRows)
         color: table.mutedColor
         font.pointSize: 11
     }
@@ -185,7 +187,7 @@ BlockWidget {
         width: parent.width
         topPadding: 6
         visible: table.hiddenColumns > 0
-        text: table.tr("... {count} more columns").replace("{count}", table.hiddenColumns)
+        text: Translation.trn("... {count} more column", "... {count} more columns", table.hiddenColumns).replace("{count}", table.hiddenColumns)
         color: table.mutedColor
         font.pointSize: 11
     }

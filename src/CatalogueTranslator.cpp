@@ -41,14 +41,16 @@ int placeholdersOf(const QString &text)
 QString CatalogueTranslator::translate(const char *context, const char *sourceText, const char *disambiguation,
                                        int n) const
 {
-    Q_UNUSED(disambiguation)
-    Q_UNUSED(n)
     if (!sourceText || *sourceText == '\0') {
         return QString();
     }
     // Qt asks for the direction of the layout in this way.
     if (qstrcmp(context, "QGuiApplication") == 0 && qstrcmp(sourceText, "QT_LAYOUT_DIRECTION") == 0) {
         return isRightToLeft() ? QStringLiteral("RTL") : QString();
+    }
+    if (n >= 0 && disambiguation && qstrcmp(context, "Plural") == 0) {
+        // If the catalogue has no translation, this is one of the English forms.
+        return ki18np(disambiguation, sourceText).subs(n).toString();
     }
     const QString source = QString::fromUtf8(sourceText);
     const int placeholders = placeholdersOf(source);

@@ -11,3 +11,15 @@ function tr(text) {
     const translates = typeof i18n !== "undefined" && i18n && typeof i18n.tr === "function";
     return translates && text !== "" ? i18n.tr(text) : text;
 }
+
+const maxInt = 2147483647;
+
+/**
+ * Translates a text with a number, in the form that the language has for that count. The texts are the English forms,
+ * with a place such as {count}, which the caller fills.
+ */
+function trn(singular, plural, count) {
+    // The disambiguation is the key in our catalogue, see CatalogueTranslator. Without a catalogue Qt returns the text.
+    const number = Math.min(Math.max(0, Math.round(count)), maxInt);
+    return qsTranslate("Plural", number === 1 ? singular : plural, singular, number);
+}

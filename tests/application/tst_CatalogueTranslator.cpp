@@ -11,13 +11,21 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QProcess>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 namespace
 {
 
-const QByteArray s_header = "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n\n";
+const QByteArray s_header = "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n";
+const QByteArray s_twoForms = "\"Plural-Forms: nplurals=2; plural=(n != 1);\\n\"\n";
+const QByteArray s_polishForms =
+    "\"Plural-Forms: nplurals=3; plural=(n==1 ? 0 : n%10>=2 && n%10<=4 && (n%100<10 || n%100>=20) ? 1 : 2);\\n\"\n";
 
 } // namespace
 
@@ -33,6 +41,9 @@ private Q_SLOTS:
     void translates_data();
     void translates();
     void qmlTextIsTranslated();
+    void plural_data();
+    void plural();
+    void pluralsOfOthers();
     void direction_data();
     void direction();
 
@@ -58,10 +69,17 @@ bool tst_CatalogueTranslator::compile(const QString &language, const QByteArray 
 void tst_CatalogueTranslator::initTestCase()
 {
     QVERIFY(compile(QStringLiteral("de"),
-                    "msgid \"Revert\"\nmsgstr \"Rückgängig machen\"\n\n"
-                    "msgid \"Last run: %1\"\nmsgstr \"%1 war die letzte Ausführung\"\n\n"
-                    "msgid \"%1 of %2\"\nmsgstr \"von %2 nur %1\"\n"));
-    QVERIFY(compile(QStringLiteral("ar"), "msgid \"Revert\"\nmsgstr \"تراجع\"\n"));
+                    s_twoForms
+                        + "\nmsgid \"Revert\"\nmsgstr \"Rückgängig machen\"\n\n"
+                          "msgid \"Last run: %1\"\nmsgstr \"%1 war die letzte Ausführung\"\n\n"
+                          "msgid \"%1 of %2\"\nmsgstr \"von %2 nur %1\"\n\n"
+                          "msgid \"{count} row\"\nmsgid_plural \"{count} rows\"\n"
+                          "msgstr[0] \"{count} row\"\nmsgstr[1] \"{count} Zeilen\"\n"));
+    QVERIFY(compile(QStringLiteral("pl"),
+                    s_polishForms
+                        + "\nmsgid \"{count} row\"\nmsgid_plural \"{count} rows\"\nmsgstr[0] \"{count} wiersz\"\n"
+                          "msgstr[1] \"{count} wiersze\"\nmsgstr[2] \"{count} wierszy\"\n"));
+    QVERIFY(compile(QStringLiteral("ar"), "\nmsgid \"Revert\"\nmsgstr \"تراجع\"\n"));
     KLocalizedString::setApplicationDomain("loomra-kde");
     KLocalizedString::addDomainLocaleDir("loomra-kde", m_locale.path());
     KLocalizedString::setLanguages({QStringLiteral("de")});
@@ -96,6 +114,64 @@ void tst_CatalogueTranslator::translates()
 void tst_CatalogueTranslator::qmlTextIsTranslated()
 {
     QCOMPARE(I18nHelper().tr(QStringLiteral("Revert")), QStringLiteral("Rückgängig machen"));
+}
+
+void tst_CatalogueTranslator::plural_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("translation");
+    const auto row = [](const char *language, const char *call, const char *translation) {
+        QTest::newRow(qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(language), QLatin1String(call))))
+            << QString::fromLatin1(language) << QString::fromLatin1(call) << QString::fromLatin1(translation);
+    };
+    // A translation may be the same as an English form.
+    row("de", "trn('{count} row', '{count} rows', 1)", "{count} row");
+    row("de", "trn('{count} row', '{count} rows', 2)", "{count} Zeilen");
+    row("de", "trn('{count} row', '{count} rows', 0)", "{count} Zeilen");
+    row("pl", "trn('{count} row', '{count} rows', 1)", "{count} wiersz");
+    row("pl", "trn('{count} row', '{count} rows', 3)", "{count} wiersze");
+    row("pl", "trn('{count} row', '{count} rows', 5)", "{count} wierszy");
+    row("pl", "trn('{count} row', '{count} rows', 22)", "{count} wiersze");
+    // Counts of the bridge may be anything.
+    row("pl", "trn('{count} row', '{count} rows', 2.9)", "{count} wiersze");
+    row("de", "trn('{count} row', '{count} rows', -1)", "{count} Zeilen");
+    row("de", "trn('{count} row', '{count} rows', 4294967297)", "{count} Zeilen");
+    row("de", "trn('{count} row', '{count} rows', 1e300)", "{count} Zeilen");
+    row("de", "trn('{count} row', '{count} rows', NaN)", "{count} Zeilen");
+    // Not in the catalogue.
+    row("de", "trn('{count} word', '{count} words', 1)", "{count} word");
+    row("de", "trn('{count} word', '{count} words', 2)", "{count} words");
+    row("de", "trn('{count} more rows', '{count} more rows', 1)", "{count} more rows");
+    row("en_US", "trn('{count} row', '{count} rows', 1)", "{count} row");
+    row("en_US", "trn('{count} row', '{count} rows', 0)", "{count} rows");
+}
+
+//! The function of our scripts, in an engine.
+void tst_CatalogueTranslator::plural()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, call);
+    KLocalizedString::setLanguages({language});
+    const auto reset = qScopeGuard([] { KLocalizedString::setLanguages({QStringLiteral("de")}); });
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/"));
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\nimport org.kde.loomra.components.controls 1.0\n"
+                      "QtObject { property string result: Translation."
+                          + call.toUtf8() + " }",
+                      QUrl(QStringLiteral("qrc:/org/kde/loomra/test.qml")));
+    const std::unique_ptr<QObject> object(component.create());
+    QVERIFY2(object, qPrintable(component.errorString()));
+    QTEST(object->property("result").toString(), "translation");
+}
+
+//! Qt's own texts have comments, and their plurals aren't ours.
+void tst_CatalogueTranslator::pluralsOfOthers()
+{
+    QCOMPARE(QCoreApplication::translate("QFileDialog", "%n rows", "a comment", 1), QStringLiteral("1 rows"));
+    QCOMPARE(QCoreApplication::translate("QFileDialog", "{count} rows", "{count} row", 2),
+             QStringLiteral("{count} rows"));
 }
 
 void tst_CatalogueTranslator::direction_data()

@@ -87,7 +87,7 @@ Item {
         }
 
         function test_manyEntries_data() {
-            return [{ tag: "200", footer: [] }, { tag: "201", footer: ["... 1 more entries"] },
+            return [{ tag: "200", footer: [] }, { tag: "201", footer: ["... 1 more entry"] },
                     { tag: "5000", footer: ["... 4800 more entries"] }];
         }
         function test_manyEntries(row) {

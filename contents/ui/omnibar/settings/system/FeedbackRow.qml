@@ -19,13 +19,13 @@ Row {
     Count {
         theme: feedback.theme
         text: "👍 " + Math.round(feedback.bar.dashFeedbackLikes)
-        Accessible.name: DashboardText.counted(feedback.bar.tr("{count} likes"), feedback.bar.dashFeedbackLikes)
+        Accessible.name: DashboardText.counted(Translation.trn("{count} like", "{count} likes", feedback.bar.dashFeedbackLikes), feedback.bar.dashFeedbackLikes)
     }
 
     Count {
         theme: feedback.theme
         text: "👎 " + Math.round(feedback.bar.dashFeedbackDislikes)
-        Accessible.name: DashboardText.counted(feedback.bar.tr("{count} dislikes"), feedback.bar.dashFeedbackDislikes)
+        Accessible.name: DashboardText.counted(Translation.trn("{count} dislike", "{count} dislikes", feedback.bar.dashFeedbackDislikes), feedback.bar.dashFeedbackDislikes)
     }
 
     Count {
