@@ -15,9 +15,9 @@ public:
     using QTranslator::QTranslator;
 
     //! The translation, with placeholders such as "%1" left in it; null if the catalogue has none, so that the next
-    //! translator is asked. The context is ignored because the catalogue has texts without one, except for "Plural": then
-    //! the disambiguation is the English singular, under which the catalogue has the text, and @p n selects the form. The
-    //! catalogue has no plural forms for Qt's "%n".
+    //! translator is asked. The context is ignored because the catalogue has texts without one, except for "Plural":
+    //! then the disambiguation is the English singular, under which the catalogue has the text, and @p n selects the
+    //! form. The catalogue has no plural forms for Qt's "%n".
     QString translate(const char *context, const char *sourceText, const char *disambiguation = nullptr,
                       int n = -1) const override;
     bool isEmpty() const override { return false; }
