@@ -78,6 +78,22 @@ void tst_Application::followsTheAnimationSpeed()
     QTRY_COMPARE(hoverDuration("barCloseBtn"), 0);
     QCOMPARE(hoverDuration("settingsBtn"), 120);
     QCOMPARE(hoverDuration("micBtn"), 150);
+
+    const auto *bar = window()->findChild<QQuickItem *>(QStringLiteral("barCard"));
+    QVERIFY(bar);
+    // The sheet appears in its place. Again, because the first time it is created.
+    for (int opening = 0; opening < 2; ++opening) {
+        window()->setProperty("settingsPanelOpen", true);
+        QTRY_VERIFY(has("settingsPanel"));
+        const auto *sheet = window()->findChild<QQuickItem *>(QStringLiteral("settingsPanel"));
+        QTRY_COMPARE(sheet->opacity(), 1.0);
+        QCOMPARE(sheet->scale(), 1.0);
+        const double place = sheet->mapToScene({}).y();
+        QTRY_COMPARE(bar->property("y"), bar->property("targetY")); // its animation stays
+        QCOMPARE(sheet->mapToScene({}).y(), place);
+        window()->setProperty("settingsPanelOpen", false);
+        QTRY_COMPARE(bar->property("y"), bar->property("targetY"));
+    }
 }
 
 //! Desktops find the name and the icon of a window by the base name of a desktop file.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
 import "common"
@@ -44,6 +45,7 @@ FloatingPanel {
     width: Math.min(Math.max(bar.barWidth - 16, 560), bar.screenWidth - 32)
     height: Math.min(content.implicitHeight, contentLimit) + 2 * margin
     shown: bar.settingsPanelOpen
+    entranceDuration: 250 * Motion.durationFactor
     Accessible.role: Accessible.Dialog
     Accessible.name: heading.text
 

@@ -13,16 +13,24 @@ Item {
     //! Turns true after the panel is created, so that its first appearance is animated too.
     property bool built: false
     readonly property bool entered: shown && built
-    //! Fully shown: the entrance animation has ended.
-    readonly property bool settled: visible && opacity === 1
+    readonly property bool opaque: visible && opacity === 1
+    //! Fully shown: the entrance animation has ended. Turns true late, because without animations the panel is opaque
+    //! before the bar moves, and would follow the bar.
+    property bool settled: false
 
     //! Duration of the entrance animation in ms.
-    readonly property int entranceDuration: 250
+    property int entranceDuration: 250
 
     visible: shown
     opacity: entered ? 1 : 0
     scale: entered ? 1 : 0.97
     transformOrigin: Item.Bottom
+    onOpaqueChanged: {
+        if (opaque)
+            Qt.callLater(() => { settled = opaque; });
+        else
+            settled = false;
+    }
     Component.onCompleted: Qt.callLater(() => { built = true; })
 
     Behavior on opacity {
