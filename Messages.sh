@@ -17,7 +17,7 @@ $XGETTEXT --join-existing --language=JavaScript -ktr -ktrn:1,2 -kmark -kqsTr \
 # What the desktop shows of the program.
 # shellcheck disable=SC2086
 $XGETTEXT --join-existing --language=Desktop -k -kName -kGenericName -kComment -kKeywords \
-    data/org.kde.loomra-kde.desktop -o "$template"
+    data/org.kde.loomra-kde.desktop data/loomra-kde.notifyrc -o "$template"
 # Without a language, so that the rules for AppStream data are found by the file's name.
 # shellcheck disable=SC2086
 ${XGETTEXT/--language=C++/} --join-existing data/org.kde.loomra-kde.metainfo.xml.in -o "$template"
