@@ -10,6 +10,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -78,6 +79,14 @@ void tst_Application::followsTheAnimationSpeed()
     QTRY_COMPARE(hoverDuration("barCloseBtn"), 0);
     QCOMPARE(hoverDuration("settingsBtn"), 120);
     QCOMPARE(hoverDuration("micBtn"), 150);
+
+    auto *cards = window()->findChild<QQuickItem *>(QStringLiteral("idleCards"));
+    QVERIFY(cards);
+    auto *card = cards->childItems().value(0);
+    QSignalSpy steps(card, &QQuickItem::scaleChanged);
+    QTest::mouseMove(window(), card->mapToScene(card->boundingRect().center()).toPoint());
+    QTRY_COMPARE(card->scale(), 1.03);
+    QCOMPARE(steps.count(), 1);
 
     const auto *bar = window()->findChild<QQuickItem *>(QStringLiteral("barCard"));
     QVERIFY(bar);
