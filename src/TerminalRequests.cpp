@@ -8,10 +8,7 @@
 #include <QProcess>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
-
-using namespace std::chrono_literals;
 
 namespace TerminalRequests
 {
@@ -23,9 +20,6 @@ constexpr int s_exitOk = 0;
 constexpr int s_exitNotFinished = 1;
 constexpr int s_exitRefused = 2;
 constexpr int s_exitNotLaunched = 127; // the code of a shell for a command that isn't found
-
-//! For the start of the agent CLI. Its run has no timeout.
-constexpr std::chrono::milliseconds s_launchTimeout = 5s;
 
 constexpr const char *s_promptPrefix = "--prompt=";
 
@@ -112,7 +106,7 @@ int listModels()
     cli.setProcessChannelMode(QProcess::ForwardedChannels); // of output only
     cli.setInputChannelMode(QProcess::ForwardedInputChannel);
     CliModels::start(cli);
-    if (!cli.waitForStarted(static_cast<int>(s_launchTimeout.count()))) {
+    if (!cli.waitForStarted(static_cast<int>(LaunchTimeout.count()))) {
         return print(stderr, "tovictl: failed to launch the bundled `loomra` CLI: " + cli.errorString().toUtf8() + '\n',
                      s_exitNotLaunched);
     }

@@ -5,12 +5,16 @@
 
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 //! Requests that tovictl answers in the terminal, without a window: usage, version and the model list. Those that the
 //! wrapper /usr/bin/tovictl handles are refused. Runs before any application object exists.
 namespace TerminalRequests
 {
+
+//! For the start of the agent CLI. Its run has no timeout.
+constexpr std::chrono::milliseconds LaunchTimeout {5000};
 
 enum class Request
 {

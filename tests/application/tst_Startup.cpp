@@ -46,6 +46,7 @@ private Q_SLOTS:
     void advancedInterface_data();
     void advancedInterface();
     void readsLocalFiles();
+    void fixedValues();
     void describesItself();
     void passesTextsOn();
     void objectsOfQml();
@@ -277,6 +278,11 @@ void tst_Startup::objectsOutliveTheEngine()
         agent = parent.findChild<AgentBridge *>();
     }
     QVERIFY(agent);
+}
+
+void tst_Startup::fixedValues()
+{
+    QCOMPARE(TerminalRequests::LaunchTimeout, std::chrono::milliseconds(5000));
 }
 
 REGISTER_TEST(tst_Startup, QGuiApplication)

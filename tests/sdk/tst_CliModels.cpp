@@ -45,6 +45,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void fixedValues();
     void makesRows();
     void parsesLines_data();
     void parsesLines();
@@ -255,6 +256,11 @@ void tst_CliModels::killsAHangingCli()
     const int pid = contentOf(note).trimmed().toInt();
     QVERIFY(pid > 0);
     QCOMPARE(::kill(pid, 0), -1);
+}
+
+void tst_CliModels::fixedValues()
+{
+    QCOMPARE(CliModels::ListTimeout, std::chrono::milliseconds(6000));
 }
 
 REGISTER_TEST(tst_CliModels, QCoreApplication)

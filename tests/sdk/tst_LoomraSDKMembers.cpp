@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "BridgeProcessTimes.h"
 #include "ConfigManager.h"
 #include "LoomraSDK.h"
 #include "Members.h"
@@ -44,6 +45,7 @@ class tst_LoomraSDKMembers : public QObject
 private Q_SLOTS:
     void initTestCase();
 
+    void fixedValues();
     void properties();
     void operations();
     void emittedSignals();
@@ -276,6 +278,18 @@ void tst_LoomraSDKMembers::executorPathFromTheEnvironment()
     const LoomraSDK sdk(&config);
 
     QCOMPARE(sdk.isExecutorPathEnabled(), enabled);
+}
+
+void tst_LoomraSDKMembers::fixedValues()
+{
+    QCOMPARE(BridgeProcessTimes::ConnectAfterStart, std::chrono::milliseconds(1000));
+    QCOMPARE(BridgeProcessTimes::ConnectAfterService, std::chrono::milliseconds(500));
+    QCOMPARE(BridgeProcessTimes::RestartAfterToggle, std::chrono::milliseconds(500));
+    QCOMPARE(BridgeProcessTimes::StartTimeout, std::chrono::milliseconds(5000));
+    QCOMPARE(BridgeProcessTimes::CloseDelay, std::chrono::milliseconds(150));
+    QCOMPARE(BridgeProcessTimes::TerminateTimeout, std::chrono::milliseconds(10000));
+    QCOMPARE(BridgeProcessTimes::KillTimeout, std::chrono::milliseconds(2000));
+    QCOMPARE(BridgeProcessTimes::ReminderAfterReady, std::chrono::milliseconds(300));
 }
 
 REGISTER_TEST(tst_LoomraSDKMembers, QCoreApplication)

@@ -16,6 +16,7 @@ class tst_StaleBridges : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void fixedValues();
     void parsesPids_data();
     void parsesPids();
     void decides_data();
@@ -76,6 +77,14 @@ void tst_StaleBridges::decides()
     QFETCH(qint64, pid);
     QFETCH(std::optional<QString>, comm);
     QTEST(StaleBridges::verdictOn(pid, 5, comm), "verdict");
+}
+
+void tst_StaleBridges::fixedValues()
+{
+    QCOMPARE(StaleBridges::LsofTimeout, std::chrono::milliseconds(2000));
+    QCOMPARE(StaleBridges::KillTimeout, std::chrono::milliseconds(1000));
+    QCOMPARE(StaleBridges::EndTimeout, std::chrono::milliseconds(500));
+    QCOMPARE(StaleBridges::PortReleaseDelay, std::chrono::milliseconds(1000));
 }
 
 REGISTER_TEST(tst_StaleBridges, QCoreApplication)

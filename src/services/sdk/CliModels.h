@@ -17,6 +17,8 @@ class QProcess;
 namespace CliModels
 {
 
+constexpr std::chrono::milliseconds ListTimeout {6000};
+
 //! Starts the CLI, which is searched on PATH, to list its models. The caller sets up its input and output before.
 void start(QProcess &cli);
 
@@ -29,6 +31,6 @@ QJsonArray merge(QJsonArray bridgeRows, const QJsonArray &cliRows);
 
 //! Runs the CLI without input and blocks until it exits or the timeout expires. Returns no rows, and logs nothing, if
 //! the CLI is missing, fails, crashes or times out.
-QJsonArray list(std::chrono::milliseconds timeout = std::chrono::seconds(6));
+QJsonArray list(std::chrono::milliseconds timeout = ListTimeout);
 
 } // namespace CliModels

@@ -5,6 +5,7 @@
 
 #include "LoomraSDK.h"
 
+#include "BridgeProcessTimes.h"
 #include "DebugEventLog.h"
 
 #include <QDebug>
@@ -13,10 +14,6 @@
 
 namespace
 {
-
-using namespace std::chrono_literals;
-
-constexpr auto s_reminderAfterReady = 300ms;
 
 QString flagsBefore(bool connected, bool ready)
 {
@@ -97,7 +94,8 @@ void LoomraSDK::onReady()
     Q_EMIT readyChanged();
     m_connection.retryTimer()->stop();
     fetchBridgeCapabilities();
-    QTimer::singleShot(s_reminderAfterReady, this, &LoomraSDK::updateWorkspaceSuggestionReminderTimer);
+    QTimer::singleShot(BridgeProcessTimes::ReminderAfterReady, this,
+                       &LoomraSDK::updateWorkspaceSuggestionReminderTimer);
 }
 
 void LoomraSDK::fetchBridgeCapabilities()

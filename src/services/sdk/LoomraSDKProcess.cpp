@@ -6,6 +6,7 @@
 #include "LoomraSDK.h"
 
 #include "BridgeEnvironment.h"
+#include "BridgeProcessTimes.h"
 #include "DebugEventLog.h"
 #include "Environment.h"
 #include "StaleBridges.h"
@@ -20,17 +21,6 @@
 
 namespace
 {
-
-using namespace std::chrono_literals;
-
-constexpr auto s_connectAfterStart = 1000ms;
-constexpr auto s_connectAfterService = 500ms;
-constexpr auto s_restartAfterToggle = 500ms;
-//! Time for the bridge to react to the close frame before it gets SIGTERM.
-constexpr auto s_closeDelay = 150ms;
-constexpr std::chrono::milliseconds s_startTimeout = 5s;
-constexpr std::chrono::milliseconds s_terminateTimeout = 10s;
-constexpr std::chrono::milliseconds s_killTimeout = 2s;
 
 QString startLocation()
 {
@@ -55,7 +45,7 @@ void LoomraSDK::initialize()
     }
     qDebug() << "Connect-only mode: connecting to existing bridge on port" << BridgeConnection::Port;
     ensureBridgeUserServiceStarted();
-    QTimer::singleShot(s_connectAfterService, this, &LoomraSDK::connectWebSocket);
+    QTimer::singleShot(BridgeProcessTimes::ConnectAfterService, this, &LoomraSDK::connectWebSocket);
 }
 
 void LoomraSDK::startBridgeProcess()
@@ -98,7 +88,7 @@ void LoomraSDK::startBridgeProcess()
             .arg(node, DebugEventLog::escaped(script), DebugEventLog::escaped(m_bridgePath));
     });
     m_bridgeProcess->start(node, {script});
-    if (!m_bridgeProcess->waitForStarted(s_startTimeout.count())) {
+    if (!m_bridgeProcess->waitForStarted(BridgeProcessTimes::StartTimeout.count())) {
         const QString reason = m_bridgeProcess->errorString();
         qDebug() << "Bridge process failed to start:" << reason;
         Q_EMIT error(QStringLiteral("Failed to start bridge process"));
@@ -112,7 +102,7 @@ void LoomraSDK::startBridgeProcess()
         return QStringLiteral("{\"port\":%1,\"pid\":%2}").arg(BridgeConnection::Port).arg(m_bridgeProcess->processId());
     });
     qDebug() << "Scheduling WebSocket connection in 1 second";
-    QTimer::singleShot(s_connectAfterStart, this, &LoomraSDK::connectWebSocket);
+    QTimer::singleShot(BridgeProcessTimes::ConnectAfterStart, this, &LoomraSDK::connectWebSocket);
 }
 
 void LoomraSDK::readBridgeOutput()
@@ -187,15 +177,15 @@ void LoomraSDK::stopBridgeProcess(bool shuttingDown)
     }
     if (m_connection.isOpen()) {
         m_connection.close(QStringLiteral("app shutdown"));
-        QThread::msleep(s_closeDelay.count());
+        QThread::msleep(BridgeProcessTimes::CloseDelay.count());
     }
     m_bridgeProcess->terminate();
-    if (m_bridgeProcess->waitForFinished(s_terminateTimeout.count())) {
+    if (m_bridgeProcess->waitForFinished(BridgeProcessTimes::TerminateTimeout.count())) {
         return;
     }
     qWarning() << "Bridge did not exit after SIGTERM within 10s; sending SIGKILL";
     m_bridgeProcess->kill();
-    m_bridgeProcess->waitForFinished(s_killTimeout.count());
+    m_bridgeProcess->waitForFinished(BridgeProcessTimes::KillTimeout.count());
 }
 
 void LoomraSDK::setExecutorPathEnabled(bool enabled)
@@ -211,5 +201,5 @@ void LoomraSDK::setExecutorPathEnabled(bool enabled)
     }
     qDebug() << "Executor path toggled to" << enabled << "— restarting bridge";
     stopBridgeProcess(false);
-    QTimer::singleShot(s_restartAfterToggle, this, &LoomraSDK::startBridgeProcess);
+    QTimer::singleShot(BridgeProcessTimes::RestartAfterToggle, this, &LoomraSDK::startBridgeProcess);
 }

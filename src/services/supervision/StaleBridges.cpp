@@ -14,25 +14,16 @@ namespace
 
 using StaleBridges::Verdict;
 
-using namespace std::chrono_literals;
-
-constexpr std::chrono::milliseconds s_lsofTimeout = 2s;
-constexpr std::chrono::milliseconds s_killTimeout = 1s;
-//! For the end of a helper program that was killed because it hung.
-constexpr std::chrono::milliseconds s_endTimeout = 500ms;
-//! Until the system has released the port.
-constexpr std::chrono::milliseconds s_portReleaseDelay = 1s;
-
 //! What lsof prints about the users of a port; none if it can't be run.
 std::optional<QString> usersOf(int port)
 {
     QProcess lsof;
     lsof.start(QStringLiteral("lsof"), {QStringLiteral("-ti"), QStringLiteral(":%1").arg(port)});
     // The exit code doesn't matter: it is 1 if nothing uses the port.
-    if (!lsof.waitForFinished(s_lsofTimeout.count()) || lsof.exitStatus() != QProcess::NormalExit) {
+    if (!lsof.waitForFinished(StaleBridges::LsofTimeout.count()) || lsof.exitStatus() != QProcess::NormalExit) {
         qDebug() << "lsof command timed out or failed";
         lsof.kill();
-        lsof.waitForFinished(s_endTimeout.count());
+        lsof.waitForFinished(StaleBridges::EndTimeout.count());
         return std::nullopt;
     }
     const QString output = QString::fromLocal8Bit(lsof.readAllStandardOutput());
@@ -59,14 +50,15 @@ void end(qint64 pid)
     QProcess kill;
     kill.start(QStringLiteral("kill"), {QStringLiteral("-9"), QString::number(pid)});
     // The exit status alone isn't enough: a process that never ran has the exit code 0 too.
-    const bool finished = kill.waitForFinished(s_killTimeout.count()) && kill.exitStatus() == QProcess::NormalExit;
+    const bool finished =
+        kill.waitForFinished(StaleBridges::KillTimeout.count()) && kill.exitStatus() == QProcess::NormalExit;
     if (finished && kill.exitCode() == 0) {
         qDebug() << "Successfully killed process" << pid;
         return;
     }
     qWarning() << "Failed to kill process" << pid << ":" << kill.errorString();
     kill.kill();
-    kill.waitForFinished(s_endTimeout.count());
+    kill.waitForFinished(StaleBridges::EndTimeout.count());
 }
 
 } // namespace
@@ -119,5 +111,5 @@ void StaleBridges::purge(int port)
         }
     }
     qDebug() << "Waiting for port to be released...";
-    QThread::msleep(s_portReleaseDelay.count());
+    QThread::msleep(StaleBridges::PortReleaseDelay.count());
 }

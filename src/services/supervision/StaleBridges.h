@@ -6,11 +6,20 @@
 #include <QString>
 #include <QVector>
 
+#include <chrono>
 #include <optional>
 
 //! Bridges that an earlier run left behind and that still occupy the port.
 namespace StaleBridges
 {
+
+//! How long purge() waits for `lsof`, and for each `kill`.
+constexpr std::chrono::milliseconds LsofTimeout {2000};
+constexpr std::chrono::milliseconds KillTimeout {1000};
+//! For the end of a helper program that was killed because it hung.
+constexpr std::chrono::milliseconds EndTimeout {500};
+//! Until the system has released the port.
+constexpr std::chrono::milliseconds PortReleaseDelay {1000};
 
 //! Parses the process ids that `lsof -t` printed, in its order. Lines that aren't positive decimal numbers are skipped.
 QVector<qint64> pidsIn(const QString &lsofOutput);

@@ -14,8 +14,6 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-using namespace std::chrono_literals;
-
 namespace
 {
 
@@ -23,9 +21,6 @@ const QLatin1String s_noTempFile("Cannot create temp WAV file");
 const QLatin1String s_writeFailed("Failed to write temp WAV");
 const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 
-constexpr auto s_startTimeout = 5s;
-//! For the end of a killed program. Only a very busy machine needs that long.
-constexpr auto s_killTimeout = 10s;
 constexpr int s_maxShownOutput = 300; // characters of a failed program's output
 
 //! The environment of this process with @p libDir at the front of the library path. Called on the main thread, which
@@ -48,7 +43,7 @@ int milliseconds(std::chrono::milliseconds timeout)
 void killAndWait(QProcess &process)
 {
     process.kill();
-    process.waitForFinished(milliseconds(s_killTimeout));
+    process.waitForFinished(milliseconds(SherpaWorker::KillTimeout));
 }
 
 } // namespace
@@ -144,7 +139,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     sherpa.setProcessEnvironment(model.environment);
     const auto start = std::chrono::steady_clock::now();
     sherpa.start(QIODevice::ReadWrite);
-    if (!sherpa.waitForStarted(milliseconds(s_startTimeout))) {
+    if (!sherpa.waitForStarted(milliseconds(StartTimeout))) {
         killAndWait(sherpa);
         return {m_engine.startFailed};
     }

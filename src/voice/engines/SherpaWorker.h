@@ -25,6 +25,10 @@ class SherpaWorker : public QObject
     Q_OBJECT
 
 public:
+    static constexpr std::chrono::milliseconds StartTimeout {5000};
+    //! For the end of a killed program. Only a very busy machine needs that long.
+    static constexpr std::chrono::milliseconds KillTimeout {10000};
+
     //! @param engine must outlive the worker
     //! @param runTimeout for each run of the program
     SherpaWorker(const SherpaEngine &engine, std::chrono::milliseconds runTimeout);

@@ -8,16 +8,10 @@
 #include <QDebug>
 #include <QProcess>
 
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
 
 namespace
 {
-
-constexpr std::chrono::milliseconds s_startTimeout = 3s;
-constexpr std::chrono::milliseconds s_killTimeout = 1s;
 
 //! The format of piper's output. A voice with another rate than 22050 Hz is played at the wrong speed.
 QStringList paplayArguments()
@@ -34,7 +28,7 @@ SpeechOutput::~SpeechOutput()
     for (QProcess *process : processes) {
         process->disconnect(this);
         process->kill();
-        process->waitForFinished(static_cast<int>(s_killTimeout.count()));
+        process->waitForFinished(static_cast<int>(KillTimeout.count()));
     }
 }
 
@@ -90,7 +84,7 @@ void SpeechOutput::startProcesses(const QString &text)
     paplay->start(QStringLiteral("paplay"), paplayArguments());
     piper->start(m_piperPath, {QStringLiteral("--model"), m_piperVoicePath, QStringLiteral("--output-raw")});
 
-    if (piper->waitForStarted(static_cast<int>(s_startTimeout.count()))) {
+    if (piper->waitForStarted(static_cast<int>(StartTimeout.count()))) {
         piper->write(text.toUtf8());
         piper->closeWriteChannel();
         return;
@@ -147,7 +141,7 @@ void SpeechOutput::setSpeaking(bool speaking)
 void SpeechOutput::end(QProcess *process)
 {
     process->kill();
-    process->waitForFinished(static_cast<int>(s_killTimeout.count()));
+    process->waitForFinished(static_cast<int>(KillTimeout.count()));
     retire(process);
 }
 

@@ -7,6 +7,8 @@
 
 #include <QObject>
 
+#include <chrono>
+
 class QProcess;
 
 //! Reads replies aloud, one at a time, with two child processes connected by a pipe: piper synthesizes the speech,
@@ -19,6 +21,9 @@ class SpeechOutput : public QObject
     Q_OBJECT
 
 public:
+    static constexpr std::chrono::milliseconds StartTimeout {3000};
+    static constexpr std::chrono::milliseconds KillTimeout {1000};
+
     using QObject::QObject;
     //! Stops without emitting signals.
     ~SpeechOutput() override;

@@ -32,7 +32,7 @@ private Q_SLOTS:
     void unloadsTheOldModel_data() { EngineUnderTest::addRows(); }
     void unloadsTheOldModel();
     void textsForTheUser();
-    void runTimeouts();
+    void timeouts();
 
 private:
     //! The name of the worker in the log.
@@ -194,8 +194,10 @@ void tst_SherpaLoading::textsForTheUser()
     QCOMPARE(nemotron.available, "VoiceBridge: nemotron available:");
 }
 
-void tst_SherpaLoading::runTimeouts()
+void tst_SherpaLoading::timeouts()
 {
+    QVERIFY(SherpaWorker::StartTimeout == 5s);
+    QVERIFY(SherpaWorker::KillTimeout == 10s);
     QVERIFY(SherpaEngine::moonshine().runTimeout == 120s);
     QVERIFY(SherpaEngine::nemotron().runTimeout == 180s);
     QCOMPARE(&EngineUnderTest::moonshine().worker()->engine(), &SherpaEngine::moonshine());

@@ -23,6 +23,7 @@ class tst_SpeechOutput : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void fixedValues();
     void detects_data();
     void detects();
     void detectsAgain();
@@ -282,6 +283,12 @@ void tst_SpeechOutput::endsWithItsOwner()
     QVERIFY(isGone(piper.processIds().constFirst()));
     QVERIFY(isGone(paplay.processIds().constFirst()));
     QCOMPARE(speech.events(), QStringList());
+}
+
+void tst_SpeechOutput::fixedValues()
+{
+    QCOMPARE(SpeechOutput::StartTimeout, std::chrono::milliseconds(3000));
+    QCOMPARE(SpeechOutput::KillTimeout, std::chrono::milliseconds(1000));
 }
 
 REGISTER_TEST(tst_SpeechOutput, QCoreApplication)
