@@ -10,7 +10,8 @@ namespace PrivateFile
 {
 
 //! What happens to the mode of a file that exists already. A new one always gets 0600.
-enum class Existing {
+enum class Existing
+{
     KeepsItsMode,
     BecomesPrivate,
 };
