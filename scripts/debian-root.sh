@@ -12,6 +12,9 @@
 #   anew       install a new chroot; may be empty or unset
 #   release    the release; may be unset
 #
+# If TOVICTL_ROOT_CACHE names a folder, new chroots are kept there as archives for a week, and other clones unpack them
+# instead of installing their own.
+#
 # shellcheck disable=SC2154
 
 readonly release=${release:-forky}
@@ -63,6 +66,37 @@ make_root() {
     bootstrap --aptopt='Acquire::Check-Valid-Until "false"'
 }
 
+# find_archive RECIPE: whether the cache has a chroot of this recipe. Stores its file name in $archive, which is empty
+# without a cache.
+find_archive() {
+    archive=''
+    [[ ${TOVICTL_ROOT_CACHE:-} ]] || return
+    mkdir -p "$TOVICTL_ROOT_CACHE"
+    find "$TOVICTL_ROOT_CACHE" -maxdepth 1 -name '*.tar.zst*' -mtime +6 -delete
+    archive=$TOVICTL_ROOT_CACHE/$root_name-$(sha256sum <<< "$1" | cut -c 1-16).tar.zst
+    [[ ! ${anew:-} && -f $archive ]]
+}
+
+unpack_root() {
+    "${as_root[@]}" rm -rf "$root" && "${as_root[@]}" mkdir "$root" &&
+        zstd --decompress --stdout "$archive" | "${as_root[@]}" tar --numeric-owner -C "$root" -xpf -
+}
+
+pack_root() {
+    local unfinished=$archive.$$
+    "${as_root[@]}" tar --numeric-owner -C "$root" -cf - . | zstd --fast -T0 --quiet -o "$unfinished" &&
+        mv "$unfinished" "$archive" && return
+    rm -f "$unfinished"
+    return 1
+}
+
+install_root() {
+    run_stage "Installing a chroot of Debian $release for $subject" "$root_log" make_root ||
+        no_test "the chroot of Debian $release could not be installed"
+    ! grep -q 'lists have expired' "$log_dir/$root_log.log" || note "the mirror's package lists have expired"
+    [[ ! $archive ]] || run_stage 'Keeping it for other clones' "$root_log-archive" pack_root || note 'not kept'
+}
+
 # Installs the chroot if there is none, or one with other packages. Two tests must not use it at once: the lock is held
 # until the script ends.
 prepare_root() {
@@ -79,8 +113,9 @@ prepare_root() {
     scripts/install-packages chroot || no_test 'packages could not be installed'
     "${as_root[@]}" true || no_test 'user namespaces are not allowed here; try again as root'
     rm -f "$root_stamp"
-    run_stage "Installing a chroot of Debian $release for $subject" "$root_log" make_root ||
-        no_test "the chroot of Debian $release could not be installed"
-    ! grep -q 'lists have expired' "$log_dir/$root_log.log" || note "the mirror's package lists have expired"
+    if ! find_archive "$recipe" ||
+        ! run_stage "Unpacking a chroot of Debian $release for $subject" "$root_log" unpack_root; then
+        install_root
+    fi
     printf '%s\n' "$recipe" > "$root_stamp"
 }
