@@ -55,6 +55,8 @@ const codePlaceholder = "\u0000";
 const anyForm = /^\s*[`\-*_#+\d>]/;
 // Text that matches has inline forms or needs escaping.
 const inlineForm = /[&<>%`*_\n]/;
+// Its first group matches letters that are written from right to left.
+const firstLetter = /([\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc])|[A-Za-z\u00c0-\u058f\u0900-\u1fff\u2c00-\ud7ff]/;
 const codeFence = /^\s*```/;
 // The block forms. The first match counts.
 const forms = [
@@ -92,15 +94,15 @@ function render(markdown, options) {
 }
 
 /**
- * Leaves the upper right corner of rendered text free, for something of this width and height in pixels. Only lines
- * beside it are shorter.
+ * Leaves the upper right corner of rendered text free, or the left one, for something of this width and height in
+ * pixels. Only lines beside it are shorter.
  */
-function withFreeCorner(html, width, height) {
+function withFreeCorner(html, width, height, onLeft) {
     if (html === "" || width <= 0 || height <= 0) {
         return html;
     }
-    return "<table style=\"float:right\" width=\"" + width + "\" border=\"0\" cellspacing=\"0\" cellpadding=\"0\"><tr>"
-        + "<td height=\"" + height + "\"></td></tr></table>" + html;
+    return "<table style=\"float:" + (onLeft ? "left" : "right") + "\" width=\"" + width
+        + "\" border=\"0\" cellspacing=\"0\" cellpadding=\"0\"><tr><td height=\"" + height + "\"></td></tr></table>" + html;
 }
 
 /** The default colour of the text, to be set on the text item. */
@@ -171,6 +173,12 @@ function within(style, fill, content) {
         + "><tr><td style=\"" + style + "\">" + content + "</td></tr></table>";
 }
 
+/** Whether a text is written from right to left, which its first letter decides. */
+function isRightToLeft(text) {
+    const first = firstLetter.exec(text);
+    return first !== null && first[1] !== undefined;
+}
+
 function readCodeBlock(reader) {
     const code = [];
     ++reader.next;
@@ -178,8 +186,10 @@ function readCodeBlock(reader) {
         code.push(reader.lines[reader.next++]);
     }
     ++reader.next;
-    const body = "<pre style=\"margin:0;" + monospace + "line-height:140%;white-space:pre-wrap\">"
-        + escapeHtml(code.join("\n")) + "</pre>";
+    // Code is written from left to right even if it begins with a comment that isn't.
+    const text = code.join("\n");
+    const body = "<pre" + (isRightToLeft(text) ? " dir=\"ltr\"" : "") + " style=\"margin:0;" + monospace
+        + "line-height:140%;white-space:pre-wrap\">" + escapeHtml(text) + "</pre>";
     return within("padding:8px", "", within("padding:10px 12px", reader.palette.codeFill, body));
 }
 
@@ -225,7 +235,9 @@ function listItem(item, isLast, reader) {
     const spaces = item.indent.replace(/\t/g, "  ").length;
     const level = Math.min(maxListLevel, Math.floor(spaces / spacesPerListLevel));
     const hang = Math.min(4, item.marker.length) * 8 + 6;
-    return "<p style=\"margin:0 0 " + (isLast ? 8 : 2) + "px " + (level * listLevelWidth + hang) + "px;text-indent:-"
+    const indent = level * listLevelWidth + hang;
+    const [right, left] = isRightToLeft(item.text) ? [indent + "px", "0"] : ["0", indent + "px"];
+    return "<p style=\"margin:0 " + right + " " + (isLast ? 8 : 2) + "px " + left + ";text-indent:-"
         + hang + "px;" + lineHeight + "\"><span style=\"color:" + item.color + "\">" + item.marker
         + "</span>&nbsp;&nbsp;" + inline(item.text.trim(), reader) + "</p>";
 }
@@ -240,7 +252,8 @@ function readCallout(reader, pattern) {
         words.push(match[1].trim());
     }
     const body = "<p style=\"margin:0;" + lineHeight + "\">" + inline(words.join("\n"), reader) + "</p>";
-    return within("padding:4px 0 8px 0", "", within("padding:0 0 0 3px", reader.palette.accent,
+    const bar = isRightToLeft(words.join("\n")) ? "0 3px 0 0" : "0 0 0 3px";
+    return within("padding:4px 0 8px 0", "", within("padding:" + bar, reader.palette.accent,
                                             within("padding:6px 10px", reader.palette.calloutFill, body)));
 }
 

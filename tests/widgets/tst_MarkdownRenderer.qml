@@ -197,6 +197,30 @@ TestCase {
         compare(countOf(html, "padding:0 0 0 3px"), 1);
     }
 
+    //! Decided by the first letter of each form.
+    function test_rightToLeft_data() {
+        return [
+            { tag: "bullet", text: "- حليب", part: "margin:0 14px 8px 0;text-indent:-14px" },
+            { tag: "number", text: "1. حليب", part: "margin:0 22px 8px 0;text-indent:-22px" },
+            { tag: "nested", text: "  - *חלב*", part: "margin:0 30px 8px 0;" },
+            { tag: "other letters first", text: "- milk حليب", part: "margin:0 0 8px 14px;" },
+            { tag: "callout", text: "> 1. חלב", part: "padding:0 3px 0 0" },
+            { tag: "code", text: "```\n# حليب\nmilk\n```", part: "<pre dir=\"ltr\" " },
+            { tag: "other code", text: "```\nmilk # حليب\n```", part: "<pre style=" }
+        ];
+    }
+    function test_rightToLeft(row) {
+        const html = MarkdownRenderer.render(row.text);
+        verify(html.indexOf(row.part) > 0, html);
+    }
+
+    function test_freeCorner_data() {
+        return [{ tag: "right", onLeft: false }, { tag: "left", onLeft: true }];
+    }
+    function test_freeCorner(row) {
+        verify(MarkdownRenderer.withFreeCorner("a", 80, 20, row.onLeft).startsWith("<table style=\"float:" + row.tag + "\""));
+    }
+
     // ---- Inline forms
 
     function test_emphasis_data() {
