@@ -11,7 +11,8 @@ Item {
     //! The block, {} if it could not be parsed. Untrusted: read it only through BlockContent.js.
     property var payload: ({})
     property bool lightChrome: false
-    //! A size in the upper right corner of the bubble that the content leaves free, for buttons of the row.
+    //! A size in the upper right corner of the bubble, the left one in a mirrored layout, that the content leaves free,
+    //! for buttons of the row.
     property size freeCorner: Qt.size(0, 0)
     //! Translates a text of the user interface.
     property var tr: text => text

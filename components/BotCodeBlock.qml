@@ -19,7 +19,9 @@ BlockWidget {
         id: languageText
         objectName: "language"
 
+        anchors.left: parent.left
         width: parent.width - code.freeWidth
+        horizontalAlignment: Text.AlignLeft
         visible: text !== ""
         text: code.language
         color: code.mutedColor
@@ -28,7 +30,7 @@ BlockWidget {
 
     //! Keeps the box below the free corner.
     Item {
-        width: 1
+        width: parent.width
         height: code.freeHeight - (languageText.visible ? languageText.height + code.spacing : 0) - code.spacing
         visible: height > 0
     }
@@ -51,6 +53,9 @@ BlockWidget {
             leftPadding: 12
             rightPadding: 12
             text: code.content
+            // Code is written from left to right in every language.
+            horizontalAlignment: Text.AlignLeft
+            LayoutMirroring.enabled: false
             color: code.lightChrome ? Qt.rgba(0.15, 0.2, 0.35, 0.95) : Qt.rgba(0.85, 0.9, 1.0, 0.95)
             font.family: "monospace"
             font.pixelSize: 12

@@ -62,7 +62,9 @@ BlockWidget {
             Rectangle {
                 objectName: "dot"
 
-                x: entry.rightToLeft ? entry.width - entry.freeCorner.width - 2 - width : 2
+                readonly property real indent: 2 + (entry.rightToLeft === entry.mirrored ? 0 : entry.freeCorner.width)
+
+                x: entry.rightToLeft ? entry.width - indent - width : indent
                 y: Math.round((metrics.height - height) / 2)
                 width: 6
                 height: 6

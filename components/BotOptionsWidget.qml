@@ -38,7 +38,7 @@ BlockWidget {
 
     //! The height of the free corner, if the choices have no prompt above them.
     Item {
-        width: 1
+        width: parent.width
         height: Math.max(0, options.freeHeight - options.spacing)
         visible: options.prompt === "" && options.choices.length > 0 && height > 0
     }

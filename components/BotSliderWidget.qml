@@ -91,6 +91,7 @@ BlockWidget {
     ChipButton {
         objectName: "confirmBtn"
 
+        anchors.left: parent.left
         visible: !slider.submitted
         widget: slider
         focusPolicy: slider.reachable ? Qt.TabFocus : Qt.NoFocus

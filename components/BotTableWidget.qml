@@ -28,7 +28,7 @@ BlockWidget {
 
     //! The height of the free corner: columns have no room beside it.
     Item {
-        width: 1
+        width: parent.width
         height: table.columns.length > 0 ? table.freeHeight : 0
         visible: height > 0
     }
@@ -60,7 +60,8 @@ BlockWidget {
 
                 required property int index
 
-                x: index * table.columnWidth
+                anchors.left: parent.left
+                anchors.leftMargin: index * table.columnWidth
                 width: table.columnWidth
                 height: parent.height
 
@@ -104,6 +105,8 @@ BlockWidget {
                 Row {
                     id: headerCells
 
+                    anchors.left: parent.left
+
                     Repeater {
                         model: table.columns
 
@@ -143,6 +146,8 @@ BlockWidget {
 
                     Row {
                         id: rowCells
+
+                        anchors.left: parent.left
 
                         Repeater {
                             model: tableRow.cells

@@ -19,7 +19,8 @@ Item {
     //! Whether to colour percentages, from red to green.
     property bool enablePercentHighlight: true
     property bool lightChrome: false
-    //! A size in the upper right corner that the text leaves free, for buttons of the row.
+    //! A size in the upper right corner, the left one in a mirrored layout, that the text leaves free, for buttons of the
+    //! row.
     property size freeCorner: Qt.size(0, 0)
 
     readonly property int margin: 12
@@ -77,6 +78,7 @@ Item {
         //! The part of the free corner inside the margins.
         readonly property real freeWidth: Math.max(0, bubble.freeCorner.width - bubble.margin)
         readonly property real freeHeight: Math.max(0, bubble.freeCorner.height - bubble.margin)
+        readonly property bool mirrored: LayoutMirroring.enabled
 
         anchors.left: parent.left
         anchors.right: parent.right
@@ -91,15 +93,22 @@ Item {
         text: bubble.asMarkdown ? MarkdownRenderer.withFreeCorner(MarkdownRenderer.render(bubble.content, {
             lightChrome: bubble.lightChrome,
             enablePercentHighlight: bubble.enablePercentHighlight
-        }), freeWidth, freeHeight) : bubble.content
+        }), freeWidth, freeHeight, mirrored) : bubble.content
         onFreeHeightChanged: {
+            if (!bubble.asMarkdown)
+                forceLayout();
+        }
+        onMirroredChanged: {
             if (!bubble.asMarkdown)
                 forceLayout();
         }
         // Not emitted for rich text.
         onLineLaidOut: {
-            if (line.y < freeHeight)
+            if (line.y < freeHeight) {
                 line.width -= freeWidth;
+                if (mirrored)
+                    line.x += freeWidth;
+            }
         }
         // The accessible name of the bubble is the text without markup.
         Accessible.ignored: true

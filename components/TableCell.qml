@@ -12,6 +12,8 @@ PlainText {
 
     text: modelData
     wrapMode: Text.Wrap
+    // Beside the start of its column, which is on the right in a mirrored layout.
+    horizontalAlignment: LayoutMirroring.enabled ? Text.AlignLeft : undefined
     maximumLineCount: BlockContent.maxCellLines
     leftPadding: Math.min(8, width / 6)
     rightPadding: leftPadding

@@ -33,7 +33,8 @@ T.Slider {
         color: slider.trackColor
 
         Rectangle {
-            width: slider.visualPosition * parent.width
+            anchors.left: parent.left
+            width: slider.position * parent.width
             height: parent.height
             radius: 2
             color: slider.fillColor

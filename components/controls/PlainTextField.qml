@@ -18,6 +18,8 @@ T.TextField {
     rightPadding: 10
     font.pointSize: 10
     verticalAlignment: TextInput.AlignVCenter
+    // The cursor of an empty field is beside the placeholder. A text is aligned by its own direction.
+    horizontalAlignment: LayoutMirroring.enabled && length === 0 ? TextInput.AlignLeft : undefined
     selectByMouse: true
     selectionColor: "#8b47eb"
     selectedTextColor: "white"

@@ -28,6 +28,8 @@ Window {
     width: compactMode ? bubbleSize : screenWidth
     height: compactMode ? bubbleSize : screenHeight
     opacity: Geometry.clampOpacity(omniUiStore.windowOpacity) * windowFade
+    LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
 
     // ---- Brand
     readonly property color toviMagenta: "#FB21FD"

@@ -14,7 +14,6 @@
 namespace
 {
 
-const QString s_language = QStringLiteral("en_XA");
 const QString s_isElided = QStringLiteral("is elided");
 // What rounding to whole pixels may take, in pixels.
 constexpr qreal s_tolerance = 1.5;
@@ -40,27 +39,6 @@ QRectF roomOf(QQuickItem *item)
         .adjusted(padding("leftPadding"), padding("topPadding"), -padding("rightPadding"), -padding("bottomPadding"));
 }
 
-//! The part of an item that its glyphs take up.
-QRectF painted(QQuickItem *item)
-{
-    QRectF glyphs(0, 0, item->property("contentWidth").toReal(), item->property("contentHeight").toReal());
-    const QRectF room = roomOf(item);
-    const int horizontal = item->property("effectiveHorizontalAlignment").toInt();
-    const int vertical = item->property("verticalAlignment").toInt();
-    glyphs.moveTopLeft(room.topLeft());
-    if (horizontal == Qt::AlignRight) {
-        glyphs.moveRight(room.right());
-    } else if (horizontal == Qt::AlignHCenter) {
-        glyphs.moveLeft(room.center().x() - glyphs.width() / 2);
-    }
-    if (vertical == Qt::AlignBottom) {
-        glyphs.moveBottom(room.bottom());
-    } else if (vertical == Qt::AlignVCenter) {
-        glyphs.moveTop(room.center().y() - glyphs.height() / 2);
-    }
-    return glyphs;
-}
-
 QList<ShownText> textsOf(QQuickWindow *window)
 {
     QList<ShownText> texts;
@@ -69,7 +47,7 @@ QList<ShownText> textsOf(QQuickWindow *window)
             && !item->property("text").toString().trimmed().isEmpty();
     });
     for (QQuickItem *item : items) {
-        texts.append({item, item->property("text").toString(), item->mapRectToScene(painted(item))});
+        texts.append({item, item->property("text").toString(), item->mapRectToScene(LongTexts::glyphsOf(item))});
     }
     return texts;
 }
@@ -142,13 +120,13 @@ QString described(const ShownText &shown)
 
 } // namespace
 
-bool LongTexts::use()
+bool LongTexts::use(const QString &language)
 {
     const QString catalogues = QCoreApplication::applicationDirPath() + QStringLiteral("/../pseudo/locale");
     KLocalizedString::setApplicationDomain("loomra-kde");
     KLocalizedString::addDomainLocaleDir("loomra-kde", catalogues);
-    KLocalizedString::setLanguages({s_language});
-    return KLocalizedString::isApplicationTranslatedInto(s_language);
+    KLocalizedString::setLanguages({language});
+    return KLocalizedString::isApplicationTranslatedInto(language);
 }
 
 QString LongTexts::translated(const QString &text)
@@ -186,4 +164,24 @@ QString LongTexts::faults(QQuickWindow *window, const QStringList &elided)
         found.append(QStringLiteral("no text is translated"));
     }
     return found.join(QLatin1Char('\n'));
+}
+
+QRectF LongTexts::glyphsOf(QQuickItem *text)
+{
+    QRectF glyphs(0, 0, text->property("contentWidth").toReal(), text->property("contentHeight").toReal());
+    const QRectF room = roomOf(text);
+    const int horizontal = text->property("effectiveHorizontalAlignment").toInt();
+    const int vertical = text->property("verticalAlignment").toInt();
+    glyphs.moveTopLeft(room.topLeft());
+    if (horizontal == Qt::AlignRight) {
+        glyphs.moveRight(room.right());
+    } else if (horizontal == Qt::AlignHCenter) {
+        glyphs.moveLeft(room.center().x() - glyphs.width() / 2);
+    }
+    if (vertical == Qt::AlignBottom) {
+        glyphs.moveBottom(room.bottom());
+    } else if (vertical == Qt::AlignVCenter) {
+        glyphs.moveTop(room.center().y() - glyphs.height() / 2);
+    }
+    return glyphs;
 }

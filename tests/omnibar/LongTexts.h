@@ -10,9 +10,10 @@
 namespace LongTexts
 {
 
-//! Makes the pseudo-translation the user's language. Call it in initTestCase().
+//! Makes a pseudo-translation the user's language. Call it in initTestCase().
+//! @param language see tests/translations
 //! @return whether the build has its catalogue
-bool use();
+bool use(const QString &language = QStringLiteral("en_XA"));
 
 //! The translation of a text in the user's language, for tests that look for it.
 QString translated(const QString &text);
@@ -22,5 +23,8 @@ QString translated(const QString &text);
 //! if all is well.
 //! @param elided texts, in English, that may be elided
 QString faults(QQuickWindow *window, const QStringList &elided = {});
+
+//! The part of a text item that its glyphs take up, in its coordinates.
+QRectF glyphsOf(QQuickItem *text);
 
 } // namespace LongTexts

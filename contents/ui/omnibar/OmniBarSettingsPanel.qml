@@ -62,6 +62,7 @@ FloatingPanel {
         Column {
             id: content
 
+            anchors.left: parent.left
             // The scroll bar is in the margin, where it covers no control.
             width: panel.width - 2 * panel.margin
             spacing: 12
@@ -69,6 +70,7 @@ FloatingPanel {
             PlainText {
                 id: heading
 
+                anchors.left: parent.left
                 text: panel.bar.tr("Settings")
                 color: panel.theme.uiTextStrong
                 font.pointSize: 12

@@ -148,6 +148,7 @@ T.Popup {
                     id: body
                     objectName: "suggestionBody"
 
+                    anchors.left: parent.left
                     width: bodyPane.width - 12
                     text: SuggestionNotice.body(dialog.notification)
                     color: dialog.theme.uiTextMed
@@ -180,9 +181,10 @@ T.Popup {
                 id: buttons
 
                 // Room for the focus ring if the pane clips.
-                x: buttonsPane.interactive ? buttonsPane.ringGap : 0
+                anchors.left: parent.left
+                anchors.leftMargin: buttonsPane.interactive ? buttonsPane.ringGap : 0
                 y: buttonsPane.ringGap
-                width: buttonsPane.width - x - (buttonsPane.interactive ? 12 : 0)
+                width: buttonsPane.width - anchors.leftMargin - (buttonsPane.interactive ? 12 : 0)
                 spacing: 8
 
                 Repeater {

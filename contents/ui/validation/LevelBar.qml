@@ -28,6 +28,7 @@ Column {
         Rectangle {
             objectName: "levelBar"
 
+            anchors.left: parent.left
             width: parent.width * ValidationText.levelShare(meter.validation.voice ? meter.validation.voice.inputLevel : 0)
             height: parent.height
             radius: parent.radius

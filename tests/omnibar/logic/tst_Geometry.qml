@@ -87,13 +87,15 @@ TestCase {
 
     function test_bubblePosition_data() {
         return [
-            { tag: "top right", screen: 1920, margin: 20, x: 1844, y: 20 },
-            { tag: "screen too narrow", screen: 50, margin: 20, x: 0, y: 20 },
-            { tag: "negative margin", screen: 1920, margin: -5, x: 1869, y: 0 }
+            { tag: "top right", screen: 1920, margin: 20, mirrored: false, x: 1844, y: 20 },
+            { tag: "screen too narrow", screen: 50, margin: 20, mirrored: false, x: 0, y: 20 },
+            { tag: "negative margin", screen: 1920, margin: -5, mirrored: false, x: 1869, y: 0 },
+            { tag: "top left", screen: 1920, margin: 20, mirrored: true, x: 20, y: 20 },
+            { tag: "negative margin, mirrored", screen: 1920, margin: -5, mirrored: true, x: 0, y: 0 }
         ];
     }
     function test_bubblePosition(row) {
-        const place = Geometry.bubblePosition(row.screen, 56, row.margin);
+        const place = Geometry.bubblePosition(row.screen, 56, row.margin, row.mirrored);
         compare(place.x, row.x);
         compare(place.y, row.y);
     }

@@ -48,7 +48,8 @@ Row {
             }
 
             FallbackIcon {
-                x: 8
+                anchors.left: parent.left
+                anchors.leftMargin: 8
                 anchors.verticalCenter: parent.verticalCenter
                 name: "mail-attachment"
                 size: 12
@@ -58,7 +59,8 @@ Row {
             PlainText {
                 id: label
 
-                x: 26
+                anchors.left: parent.left
+                anchors.leftMargin: 26
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.min(implicitWidth, 180)
                 text: chip.name

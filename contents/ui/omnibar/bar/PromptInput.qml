@@ -37,6 +37,8 @@ T.TextField {
     selectedTextColor: "white"
     font.pixelSize: 15
     verticalAlignment: TextInput.AlignVCenter
+    // The cursor of an empty field is beside the placeholder. A text is aligned by its own direction.
+    horizontalAlignment: LayoutMirroring.enabled && length === 0 ? TextInput.AlignLeft : undefined
     selectByMouse: true
     clip: contentWidth > width
     Accessible.role: Accessible.EditableText

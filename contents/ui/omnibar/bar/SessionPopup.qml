@@ -142,6 +142,7 @@ Rectangle {
             required property double screatedAt
             readonly property bool current: ListView.isCurrentItem && ListView.view.activeFocus
 
+            x: LayoutMirroring.enabled ? ListView.view.width - width : 0
             width: ListView.view.width - (popup.scrolls ? scrollBar.width + 4 : 0)
             height: popup.rowHeight
             // Only the current row is in the tab order. It must stay there while it has the focus, see MessageRow.
@@ -161,7 +162,8 @@ Rectangle {
                 FallbackIcon {
                     id: icon
 
-                    x: 12
+                    anchors.left: parent.left
+                    anchors.leftMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
                     name: "view-history"
                     size: 18
@@ -191,6 +193,7 @@ Rectangle {
                         id: details
 
                         width: parent.width
+                        horizontalAlignment: Text.AlignLeft
                         text: [Sessions.timeText(row.screatedAt, popup.bar.tr), Sessions.shortId(row.sid)]
                             .filter(part => part !== "").join(" · ")
                         color: Qt.rgba(1, 1, 1, 0.55)

@@ -97,6 +97,7 @@ Rectangle {
             required property var modelData
             readonly property bool current: index === menu.bar.slashMenuIndex
 
+            x: LayoutMirroring.enabled ? ListView.view.width - width : 0
             width: ListView.view.width - (menu.scrolls ? scrollBar.width + 4 : 0)
             height: menu.rowHeight
             focusPolicy: Qt.NoFocus
@@ -115,7 +116,8 @@ Rectangle {
                 FallbackIcon {
                     id: icon
 
-                    x: 12
+                    anchors.left: parent.left
+                    anchors.leftMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
                     name: row.modelData.icon
                     size: 18
@@ -129,6 +131,7 @@ Rectangle {
                     anchors.leftMargin: 12
                     anchors.verticalCenter: parent.verticalCenter
                     width: 70
+                    horizontalAlignment: Text.AlignLeft
                     text: row.label
                     color: Qt.rgba(1, 1, 1, 0.95)
                     font.pixelSize: 14

@@ -63,6 +63,7 @@ Rectangle {
         }
 
         delegate: MessageRow {
+            x: LayoutMirroring.enabled ? ListView.view.width - width : 0
             width: ListView.view.width - scrollBar.width - 4
             bar: area.bar
             theme: area.theme

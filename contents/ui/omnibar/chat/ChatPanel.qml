@@ -68,7 +68,7 @@ FloatingPanel {
 
         // The margin of the panel has the scroll bar, and the focus rings of what fills the width.
         anchors.left: header.left
-        anchors.leftMargin: -column.x
+        anchors.leftMargin: -column.anchors.leftMargin
         anchors.right: parent.right
         anchors.rightMargin: 3
         anchors.top: header.bottom
@@ -84,7 +84,8 @@ FloatingPanel {
         Column {
             id: column
 
-            x: 3
+            anchors.left: parent.left
+            anchors.leftMargin: 3
             width: header.width
             spacing: Geometry.chatColumnSpacing
 

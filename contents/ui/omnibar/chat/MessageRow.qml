@@ -88,7 +88,10 @@ Item {
     Row {
         id: label
 
-        x: row.isUser ? row.width - width - 4 : 38
+        anchors.left: row.isUser ? undefined : parent.left
+        anchors.leftMargin: 38
+        anchors.right: row.isUser ? parent.right : undefined
+        anchors.rightMargin: 4
         spacing: 5
 
         PlainText {
@@ -141,7 +144,9 @@ Item {
         id: bubble
         objectName: "messageBubble"
 
-        x: row.isUser ? row.width - width : 34
+        anchors.left: row.isUser ? undefined : parent.left
+        anchors.leftMargin: 34
+        anchors.right: row.isUser ? parent.right : undefined
         y: label.height + 4
         width: Math.round(row.width * (row.structured ? 0.88 : 0.78))
         height: (content.item ? content.item.implicitHeight : 30) + 18

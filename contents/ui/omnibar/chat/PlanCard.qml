@@ -55,7 +55,8 @@ Rectangle {
     Column {
         id: content
 
-        x: card.margin
+        anchors.left: parent.left
+        anchors.leftMargin: card.margin
         y: card.margin
         width: card.width - 2 * card.margin
         spacing: card.spacing
@@ -69,6 +70,7 @@ Rectangle {
             PlainText {
                 id: title
 
+                anchors.left: parent.left
                 text: card.bar.tr("Plan")
                 color: card.theme.uiTextStrong
                 font.pointSize: 11
@@ -110,7 +112,8 @@ Rectangle {
             objectName: "planSteps"
 
             // Wider, to have the focus ring around the text.
-            x: -card.ringGap
+            anchors.left: parent.left
+            anchors.leftMargin: -card.ringGap
             width: parent.width + 2 * card.ringGap
             height: Math.min(card.heightOfSteps(count), card.stepsMaximum)
             spacing: card.spacing
@@ -130,6 +133,7 @@ Rectangle {
                 readonly property string line: PlanText.stepText(card.steps[index])
                 readonly property bool visualFocus: activeFocus
 
+                x: LayoutMirroring.enabled ? ListView.view.width - width : 0
                 width: ListView.view.width - (stepScrollBar.visible ? stepScrollBar.width : 0)
                 height: card.lineHeight
                 // See MessageRow.
@@ -172,6 +176,7 @@ Rectangle {
         Row {
             id: buttons
 
+            anchors.left: parent.left
             spacing: card.spacing
 
             PlanButton {

@@ -81,6 +81,7 @@ Rectangle {
         Rectangle {
             objectName: "planProgressFill"
 
+            anchors.left: parent.left
             width: track.width * progressBar.value
             height: parent.height
             radius: 1.5

@@ -88,7 +88,7 @@ PlainButton {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: 6
-            name: "arrow-right"
+            name: LayoutMirroring.enabled ? "arrow-left" : "arrow-right"
             size: 12
             color: card.theme.uiTextFaint
         }

@@ -18,6 +18,7 @@ Column {
     PlainText {
         id: heading
 
+        anchors.left: parent.left
         text: suggestions.bar.tr("Suggested next steps")
         color: suggestions.theme.uiTextCaption
         font.pixelSize: 12

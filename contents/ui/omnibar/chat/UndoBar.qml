@@ -84,7 +84,8 @@ Rectangle {
         }
 
         // Inside the round corners.
-        x: undoBar.radius
+        anchors.left: parent.left
+        anchors.leftMargin: undoBar.radius
         anchors.bottom: parent.bottom
         width: (undoBar.width - 2 * undoBar.radius) * drawnPart
         height: 2

@@ -53,7 +53,8 @@ Controller {
     function centerOnScreen() {
         if (!hasScreen)
             return;
-        const place = compactMode ? Geometry.bubblePosition(screenWidth, bar.bubbleSize, bar.bubbleMargin)
+        const mirrored = Qt.application.layoutDirection === Qt.RightToLeft;
+        const place = compactMode ? Geometry.bubblePosition(screenWidth, bar.bubbleSize, bar.bubbleMargin, mirrored)
                                   : { "x": 0, "y": 0 };
         bar.x = place.x;
         bar.y = place.y;

@@ -81,10 +81,13 @@ function planCardMaxHeight(panelHeight, headerHeight, others) {
     return Math.max(0, Math.min(Math.floor(panelHeight / 2), room));
 }
 
-/** The position {x, y} of the compact bubble in the top right corner, always inside the screen. */
-function bubblePosition(screenWidth, bubbleSize, bubbleMargin) {
+/**
+ * The position {x, y} of the compact bubble in the top right corner, the left one in a mirrored layout. Always inside
+ * the screen.
+ */
+function bubblePosition(screenWidth, bubbleSize, bubbleMargin, mirrored) {
     return {
-        x: Math.max(0, screenWidth - bubbleSize - bubbleMargin),
+        x: Math.max(0, mirrored ? bubbleMargin : screenWidth - bubbleSize - bubbleMargin),
         y: Math.max(0, bubbleMargin)
     };
 }

@@ -74,6 +74,7 @@ Column {
     SettingsButton {
         objectName: "advancedBtn"
 
+        anchors.left: parent.left
         theme: assistant.theme
         label: assistant.bar.showAdvancedAssistant ? assistant.bar.tr("Hide advanced") : assistant.bar.tr("Advanced options")
         onClicked: assistant.bar.showAdvancedAssistant = !assistant.bar.showAdvancedAssistant

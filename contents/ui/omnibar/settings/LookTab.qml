@@ -29,6 +29,7 @@ Column {
         height: 30
 
         PlainText {
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             text: look.bar.tr("Theme")
             color: look.theme.uiTextMed
@@ -47,6 +48,7 @@ Column {
         height: 30
 
         PlainText {
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             text: look.bar.tr("Opacity")
             color: look.theme.uiTextMed

@@ -83,6 +83,7 @@ Column {
     SettingsButton {
         objectName: "setDefaultModelBtn"
 
+        anchors.left: parent.left
         theme: page.theme
         enabled: page.bar.pendingDefaultModelId !== ""
         label: page.bar.tr("Set selected as default")

@@ -91,6 +91,7 @@ Column {
     SettingsButton {
         objectName: "deleteEverySessionBtn"
 
+        anchors.left: parent.left
         theme: page.theme
         fill: page.theme.dangerFill
         hoverFill: page.theme.dangerHover

@@ -63,6 +63,7 @@ Column {
     }
 
     FeedbackRow {
+        anchors.left: parent.left
         bar: page.bar
         theme: page.theme
     }
@@ -103,6 +104,7 @@ Column {
     }
 
     Row {
+        anchors.left: parent.left
         spacing: 8
 
         SettingsButton {

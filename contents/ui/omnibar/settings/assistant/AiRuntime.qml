@@ -39,6 +39,7 @@ Column {
         PlainText {
             id: gatingLabel
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             text: runtime.bar.tr("Execution gating")
             color: runtime.theme.uiTextMed

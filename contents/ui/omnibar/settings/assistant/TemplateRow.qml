@@ -33,7 +33,8 @@ Rectangle {
     Column {
         id: content
 
-        x: row.margin
+        anchors.left: parent.left
+        anchors.leftMargin: row.margin
         y: row.margin
         width: row.width - 2 * row.margin
         spacing: 4

@@ -31,6 +31,7 @@ Rectangle {
     readonly property bool scrolls: fullHeight > height
     //! Width of the rows, beside the scroll bar if there is one.
     readonly property real rowWidth: list.width - (scrolls ? scrollBar.width + 4 : 0)
+    readonly property real rowX: LayoutMirroring.enabled ? list.width - rowWidth : 0
 
     width: parent.width
     height: Math.min(maximumHeight, Math.max(minimumHeight, fullHeight))

@@ -88,6 +88,7 @@ Column {
             readonly property string model: LiteralText.oneLine(modelData.model)
             readonly property bool visualFocus: activeFocus
 
+            x: results.rowX
             width: results.rowWidth
             height: results.rowHeight
             activeFocusOnTab: ListView.isCurrentItem || activeFocus
@@ -99,7 +100,8 @@ Column {
                 id: dot
                 objectName: "freeCheckDot"
 
-                x: 10
+                anchors.left: parent.left
+                anchors.leftMargin: 10
                 anchors.verticalCenter: parent.verticalCenter
                 width: 8
                 height: 8

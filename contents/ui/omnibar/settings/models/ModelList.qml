@@ -28,7 +28,8 @@ Column {
             anchors.fill: parent
             theme: list.theme
             text: list.bar.modelSearchFilter
-            rightPadding: clearButton.visible ? 38 : 10
+            leftPadding: clearButton.visible && LayoutMirroring.enabled ? 38 : 10
+            rightPadding: clearButton.visible && !LayoutMirroring.enabled ? 38 : 10
             placeholderText: list.bar.tr("Search models...")
             Accessible.name: list.bar.tr("Search models")
             onTextEdited: list.bar.filterModels(text)
@@ -81,6 +82,7 @@ Column {
             readonly property bool chosen: list.bar.pendingDefaultModelId !== "" && mfullId === list.bar.pendingDefaultModelId
             readonly property bool isDefault: mfullId === list.bar.currentModelId
 
+            x: rows.rowX
             width: rows.rowWidth
             height: rows.rowHeight
             // Only the current row is in the tab order. It must stay there while it has the focus, see MessageRow.

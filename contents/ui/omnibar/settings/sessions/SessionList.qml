@@ -37,6 +37,7 @@ SettingsList {
     currentIndex: -1
 
     delegate: SessionRow {
+        x: list.rowX
         width: list.rowWidth
         height: list.rowHeight
         bar: list.bar

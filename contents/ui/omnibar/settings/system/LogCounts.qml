@@ -19,6 +19,7 @@ Item {
     Row {
         id: row
 
+        anchors.left: parent.left
         spacing: 18
 
         PlainText {

@@ -34,6 +34,7 @@ SettingsList {
         readonly property bool visualFocus: activeFocus
         readonly property bool hovered: hover.hovered
 
+        x: list.rowX
         width: list.rowWidth
         height: list.rowHeight
         activeFocusOnTab: ListView.isCurrentItem || activeFocus

@@ -81,6 +81,7 @@ Rectangle {
         implicitHeight: 20
 
         PlainText {
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width / 3
             text: figures.label
@@ -102,7 +103,8 @@ Rectangle {
             id: valueText
             objectName: "value"
 
-            x: parent.width / 3
+            anchors.left: parent.left
+            anchors.leftMargin: parent.width / 3
             anchors.verticalCenter: parent.verticalCenter
             width: Math.min(implicitWidth, parent.width / 3 - 12)
             text: figures.value
@@ -113,7 +115,8 @@ Rectangle {
         PlainText {
             objectName: "detail"
 
-            x: parent.width * 2 / 3
+            anchors.left: parent.left
+            anchors.leftMargin: parent.width * 2 / 3
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width / 3
             text: figures.detail

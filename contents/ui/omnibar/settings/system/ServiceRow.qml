@@ -22,6 +22,7 @@ Item {
         id: dot
         objectName: "serviceDot"
 
+        anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
         color: row.service.dot
     }

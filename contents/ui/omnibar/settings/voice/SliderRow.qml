@@ -64,7 +64,8 @@ Item {
 
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: 64
+        // A longer text of another language needs more.
+        width: Math.max(64, implicitWidth)
         horizontalAlignment: Text.AlignRight
         text: row.valueText
         color: row.theme.uiTextSoft

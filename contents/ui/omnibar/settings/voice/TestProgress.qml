@@ -64,6 +64,7 @@ Column {
         Rectangle {
             objectName: "submittedShare"
 
+            anchors.left: parent.left
             width: progress.share * parent.width
             height: parent.height
             radius: 3

@@ -49,6 +49,7 @@ SettingsList {
         readonly property bool visualFocus: activeFocus
         readonly property color tone: Scoring.isGood(raccuracy) ? list.theme.positiveText : list.theme.warningText
 
+        x: list.rowX
         width: list.rowWidth
         height: list.rowHeight
         activeFocusOnTab: ListView.isCurrentItem || activeFocus
@@ -58,9 +59,11 @@ SettingsList {
         PlainText {
             id: idText
 
-            x: 10
+            anchors.left: parent.left
+            anchors.leftMargin: 10
             anchors.verticalCenter: parent.verticalCenter
             width: 36
+            horizontalAlignment: Text.AlignLeft
             text: row.rid
             color: row.tone
             font.family: "monospace"

@@ -42,7 +42,8 @@ Column {
         Column {
             id: texts
 
-            x: 12
+            anchors.left: parent.left
+            anchors.leftMargin: 12
             y: 10
             width: parent.width - 24
             spacing: 4

@@ -68,6 +68,7 @@ Column {
             required property string line
             readonly property bool visualFocus: activeFocus
 
+            x: frame.rowX
             width: frame.rowWidth
             height: frame.rowHeight
             activeFocusOnTab: ListView.isCurrentItem || activeFocus
@@ -117,6 +118,7 @@ Column {
     SettingsButton {
         objectName: "clearVoiceLogBtn"
 
+        anchors.left: parent.left
         theme: view.theme
         label: view.bar.tr("Clear log")
         onClicked: Native.call(view.bar.voice, "clearVoiceLog")

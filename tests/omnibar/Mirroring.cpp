@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+#include "Mirroring.h"
+
+#include "CatalogueTranslator.h"
+#include "LongTexts.h"
+#include "OmniBarFixture.h"
+
+#include <QGuiApplication>
+#include <QMap>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString s_language = QStringLiteral("ar");
+// What rounding to whole pixels may take, in pixels.
+constexpr qreal s_tolerance = 1.5;
+
+//! Where an item is, in the window.
+struct Place
+{
+    QString item;
+    QRectF edges;
+};
+
+//! The names around an item, and what it is.
+QString described(QQuickItem *item)
+{
+    QStringList names;
+    for (QQuickItem *parent = item; parent && names.size() < 2; parent = parent->parentItem()) {
+        if (!parent->objectName().isEmpty()) {
+            names.prepend(parent->objectName());
+        }
+    }
+    const QString type = QString::fromLatin1(item->metaObject()->className()).section(QLatin1Char('_'), 0, 0);
+    const QString text = item->property("text").toString().left(40);
+    // Rich text is rendered anew for the other layout.
+    return QStringLiteral("%1 \"%2\" in %3")
+        .arg(type, text.startsWith(QLatin1Char('<')) ? QString() : text, names.join(QLatin1Char('.')));
+}
+
+//! The edges of an item, or of its glyphs if it is a text that isn't translated: a translated one is aligned on the
+//! right in both layouts.
+QRectF edgesOf(QQuickItem *item)
+{
+    const bool isText = item->inherits("QQuickText") && !item->property("text").toString().isRightToLeft();
+    return item->mapRectToScene(isText ? LongTexts::glyphsOf(item) : QRectF(QPointF(), item->size()));
+}
+
+void collect(QQuickItem *item, const QStringList &exceptions, QList<Place> &places)
+{
+    if (!item->isVisible() || qFuzzyIsNull(item->opacity()) || !qFuzzyIsNull(item->rotation())
+        || exceptions.contains(item->objectName())) {
+        return;
+    }
+    // The content of a view is as wide as its rows, wherever they are.
+    const bool isContent = item->parentItem() && item->parentItem()->inherits("QQuickFlickable");
+    if (!qFuzzyIsNull(item->width()) && !qFuzzyIsNull(item->height()) && !isContent) {
+        places.append({described(item), edgesOf(item)});
+    }
+    const auto children = item->childItems();
+    for (QQuickItem *child : children) {
+        collect(child, exceptions, places);
+    }
+}
+
+//! The places of each kind of item in reading order. Lists create their rows again when the layout is mirrored, so the
+//! items themselves can't be compared.
+//! @param mirrorWidth the width of the window, to mirror the places; else 0
+QMap<QString, QList<QRectF>> sorted(const QList<Place> &places, qreal mirrorWidth)
+{
+    QMap<QString, QList<QRectF>> kinds;
+    for (const Place &place : places) {
+        QRectF edges = place.edges;
+        if (mirrorWidth > 0) {
+            edges.moveLeft(mirrorWidth - edges.right());
+        }
+        kinds[place.item].append(edges);
+    }
+    for (QList<QRectF> &kind : kinds) {
+        std::sort(kind.begin(), kind.end(), [](const QRectF &a, const QRectF &b) {
+            return qAbs(a.top() - b.top()) > s_tolerance ? a.top() < b.top() : a.left() < b.left();
+        });
+    }
+    return kinds;
+}
+
+bool isSame(const QRectF &a, const QRectF &b)
+{
+    return qAbs(a.left() - b.left()) < s_tolerance && qAbs(a.right() - b.right()) < s_tolerance;
+}
+
+} // namespace
+
+bool Mirroring::use()
+{
+    // Asked for the direction whenever a translation is loaded.
+    static CatalogueTranslator s_translator;
+    return LongTexts::use(s_language) && QCoreApplication::installTranslator(&s_translator)
+        && QGuiApplication::layoutDirection() == Qt::RightToLeft;
+}
+
+QString Mirroring::faults(OmniBarFixture &window, const QStringList &exceptions)
+{
+    QQuickItem *content = window.window()->contentItem();
+    QList<Place> rightToLeft;
+    QList<Place> leftToRight;
+    collect(content, exceptions, rightToLeft);
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    const bool isSettled = window.settle();
+    collect(content, exceptions, leftToRight);
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+
+    const auto mirrored = sorted(rightToLeft, 0);
+    const auto expected = sorted(leftToRight, content->width());
+    QStringList found;
+    for (auto kind = mirrored.begin(); kind != mirrored.end(); ++kind) {
+        const QList<QRectF> others = expected.value(kind.key());
+        if (others.size() != kind->size()) {
+            found.append(QStringLiteral("%1: %2 instead of %3").arg(kind.key()).arg(kind->size()).arg(others.size()));
+            continue;
+        }
+        for (int i = 0; i < kind->size(); ++i) {
+            if (!isSame(kind->at(i), others.at(i))) {
+                found.append(QStringLiteral("%1 is at %2 to %3 instead of %4 to %5")
+                                 .arg(kind.key())
+                                 .arg(kind->at(i).left())
+                                 .arg(kind->at(i).right())
+                                 .arg(others.at(i).left())
+                                 .arg(others.at(i).right()));
+            }
+        }
+    }
+    if (!isSettled) {
+        found.append(QStringLiteral("the window doesn't come to rest"));
+    }
+    return found.join(QLatin1Char('\n'));
+}
