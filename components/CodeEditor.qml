@@ -194,7 +194,12 @@ FocusScope {
             }
         }
 
+        // Code is written from left to right in every language.
         Rectangle {
+            objectName: "codeFrame"
+
+            LayoutMirroring.enabled: false
+            LayoutMirroring.childrenInherit: true
             Layout.fillWidth: true
             Layout.fillHeight: true
             color: Kirigami.Theme.backgroundColor
@@ -226,6 +231,7 @@ FocusScope {
                     focus: true
                     textFormat: TextEdit.PlainText
                     wrapMode: TextEdit.NoWrap
+                    horizontalAlignment: TextEdit.AlignLeft
                     font.family: "monospace"
                     font.pointSize: Kirigami.Theme.defaultFont.pointSize
                     tabStopDistance: 4 * metrics.averageCharacterWidth

@@ -77,7 +77,7 @@ Kirigami.Page {
                 objectName: "settingsBack"
 
                 text: Translation.tr("Back")
-                icon.name: "go-previous"
+                icon.name: LayoutMirroring.enabled ? "go-next" : "go-previous"
                 onClicked: page.back()
             }
             ConfigText {

@@ -142,6 +142,7 @@ FocusScope {
             ColumnLayout {
                 id: contentColumn
 
+                anchors.left: parent.left
                 width: parent.width - box.padding
                 spacing: Kirigami.Units.smallSpacing
                 onImplicitHeightChanged: box.contentLength = implicitHeight

@@ -37,6 +37,7 @@ ListRow {
             anchors.leftMargin: Kirigami.Units.smallSpacing
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            horizontalAlignment: Text.AlignLeft
             text: row.label
             color: Kirigami.Theme.textColor
             font: Kirigami.Theme.defaultFont

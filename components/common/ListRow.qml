@@ -14,6 +14,7 @@ T.ItemDelegate {
     required property string label
     readonly property bool isCurrent: ListView.isCurrentItem
 
+    x: ListView.view ? ListView.view.rowX : 0
     width: ListView.view ? ListView.view.rowWidth : implicitWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: Kirigami.Units.smallSpacing

@@ -16,6 +16,7 @@ ListView {
     //! Shown while there are no rows.
     property string emptyText
     readonly property real rowWidth: width - 2 - (scrollBar.visible ? scrollBar.width : 0)
+    readonly property real rowX: LayoutMirroring.enabled ? width - 2 - rowWidth : 0
 
     implicitHeight: Kirigami.Units.gridUnit * 8
     topMargin: 1

@@ -55,7 +55,8 @@ Item {
         ColumnLayout {
             id: column
 
-            x: Kirigami.Units.largeSpacing
+            anchors.left: parent.left
+            anchors.leftMargin: Kirigami.Units.largeSpacing
             y: Kirigami.Units.largeSpacing
             // Beside the scroll bar.
             width: pane.width - 3 * Kirigami.Units.largeSpacing

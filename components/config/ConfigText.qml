@@ -12,5 +12,7 @@ PlainText {
     color: Kirigami.Theme.textColor
     font: Kirigami.Theme.defaultFont
     wrapMode: Text.Wrap
+    // Beside its control, whatever the direction of an untrusted text.
+    horizontalAlignment: Text.AlignLeft
     elide: Text.ElideNone
 }

@@ -48,6 +48,7 @@ RowLayout {
         Rectangle {
             objectName: "usageBar"
 
+            anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width * row.share
             height: parent.height * 0.7

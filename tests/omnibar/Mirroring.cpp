@@ -11,6 +11,7 @@
 #include <QMap>
 
 #include <algorithm>
+#include <tuple>
 
 namespace
 {
@@ -56,10 +57,13 @@ void collect(QQuickItem *item, const QStringList &exceptions, QList<Place> &plac
         || exceptions.contains(item->objectName())) {
         return;
     }
-    // The content of a view is as wide as its rows, wherever they are.
+    // The content of a view is as wide as its rows or pages, wherever they are.
     const bool isContent = item->parentItem() && item->parentItem()->inherits("QQuickFlickable");
-    if (!qFuzzyIsNull(item->width()) && !qFuzzyIsNull(item->height()) && !isContent) {
-        places.append({described(item), edgesOf(item)});
+    // A style need not pad its text fields alike on both sides.
+    const bool isStyle = item->inherits("QQuickPlaceholderText");
+    const QRectF edges = edgesOf(item);
+    if (!edges.isEmpty() && !isContent && !isStyle && edges.width() <= item->window()->width()) {
+        places.append({described(item), edges});
     }
     const auto children = item->childItems();
     for (QQuickItem *child : children) {
@@ -82,7 +86,10 @@ QMap<QString, QList<QRectF>> sorted(const QList<Place> &places, qreal mirrorWidt
     }
     for (QList<QRectF> &kind : kinds) {
         std::sort(kind.begin(), kind.end(), [](const QRectF &a, const QRectF &b) {
-            return qAbs(a.top() - b.top()) > s_tolerance ? a.top() < b.top() : a.left() < b.left();
+            const auto order = [](const QRectF &edges) {
+                return std::make_tuple(qRound(edges.top()), qRound(edges.left()), qRound(edges.right()));
+            };
+            return order(a) < order(b);
         });
     }
     return kinds;

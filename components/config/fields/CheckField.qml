@@ -17,6 +17,7 @@ Item {
         id: box
         objectName: "control-" + holder.field.row.key
 
+        anchors.left: parent.left
         checked: holder.field.row.fallback === true ? holder.field.value !== false : holder.field.value === true
         onToggled: holder.field.edit(checked)
         Accessible.name: holder.field.accessibleName

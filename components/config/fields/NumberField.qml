@@ -18,6 +18,7 @@ Item {
         id: box
         objectName: "control-" + holder.field.row.key
 
+        anchors.left: parent.left
         // Assistive technology reads the range from these names.
         readonly property int minimumValue: from
         readonly property int maximumValue: to

@@ -41,9 +41,10 @@ QQC2.Button {
     // Not "text", in which "&" marks a shortcut.
     contentItem: PlainText {
         objectName: "choiceCaption"
-        leftPadding: Kirigami.Units.smallSpacing
-        rightPadding: arrow.width
+        leftPadding: LayoutMirroring.enabled ? arrow.width : Kirigami.Units.smallSpacing
+        rightPadding: LayoutMirroring.enabled ? Kirigami.Units.smallSpacing : arrow.width
         text: button.caption
+        horizontalAlignment: Text.AlignLeft
         color: Kirigami.Theme.textColor
         opacity: button.enabled ? 1 : 0.6
         verticalAlignment: Text.AlignVCenter

@@ -47,6 +47,8 @@ FocusScope {
                 placeholderText: Translation.tr("Type your message...")
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap
+                // The cursor of an empty field is beside the placeholder. A text is aligned by its own direction.
+                horizontalAlignment: LayoutMirroring.enabled && length === 0 ? TextEdit.AlignLeft : undefined
                 selectByMouse: true
                 color: Kirigami.Theme.textColor
                 background: Rectangle {

@@ -79,6 +79,7 @@ ListView {
             anchors.leftMargin: Kirigami.Units.smallSpacing
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            horizontalAlignment: Text.AlignLeft
             text: LiteralText.oneLine(row.model.name)
             color: row.textColor
             Accessible.ignored: true

@@ -42,6 +42,7 @@ Rectangle {
         anchors.leftMargin: Kirigami.Units.smallSpacing
         anchors.rightMargin: Kirigami.Units.smallSpacing
         visible: !row.editing
+        horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         text: row.shownName
         color: row.selected || mouse.containsMouse ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.textColor

@@ -25,7 +25,10 @@ TestCase {
             { tag: "twice and another", text: "{b}{c}{b}", values: { b: "x", c: 2 }, filled: "x2x" },
             { tag: "empty", text: "a{b}", values: { b: "" }, filled: "a" },
             { tag: "unknown", text: "{constructor} {b}", values: {}, filled: "{constructor} {b}" },
-            { tag: "values are not looked at", text: "{b}", values: { b: "$& {c} %1", c: "x" }, filled: "$& {c} %1" }
+            { tag: "values are not looked at", text: "{b}", values: { b: "$& {c} %1", c: "x" }, filled: "$& {c} %1" },
+            { tag: "path from right to left", text: "ملف: {b}", values: { b: "/home/me" }, filled: "ملف: \u2068/home/me\u2069" },
+            { tag: "same direction", text: "ملف: {b}", values: { b: "صورة" }, filled: "ملف: صورة" },
+            { tag: "number from right to left", text: "{b} ملف", values: { b: 2 }, filled: "2 ملف" }
         ];
     }
     function test_filled(row) {

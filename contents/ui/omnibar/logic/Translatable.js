@@ -17,7 +17,19 @@ function translated(text, tr) {
     return text !== "" && typeof tr === "function" ? tr(text) : text;
 }
 
-/** Replaces each {name} by the value of that name. Unknown names are kept. */
+const rightToLeft = /[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc]/;
+const leftToRight = /[A-Za-z\u00c0-\u058f]/;
+
+/**
+ * Replaces each {name} by the value of that name. Unknown names are kept. In a text that is written from right to left,
+ * values in other letters are isolated, or what is at their ends, such as the first slash of a path, would change sides.
+ */
 function filled(text, values) {
-    return text.replace(/\{(\w+)\}/g, (place, name) => values.hasOwnProperty(name) ? values[name] : place);
+    const isolates = rightToLeft.test(text);
+    return text.replace(/\{(\w+)\}/g, (place, name) => {
+        if (!values.hasOwnProperty(name))
+            return place;
+        const value = values[name];
+        return isolates && typeof value === "string" && leftToRight.test(value) ? "\u2068" + value + "\u2069" : value;
+    });
 }
