@@ -59,10 +59,12 @@ void collect(QQuickItem *item, const QStringList &exceptions, QList<Place> &plac
     }
     // The content of a view is as wide as its rows or pages, wherever they are.
     const bool isContent = item->parentItem() && item->parentItem()->inherits("QQuickFlickable");
+    // Such as the highlight of a list.
+    const bool isNothing = qstrcmp(item->metaObject()->className(), "QQuickItem") == 0 && item->childItems().isEmpty();
     // A style need not pad its text fields alike on both sides.
     const bool isStyle = item->inherits("QQuickPlaceholderText");
     const QRectF edges = edgesOf(item);
-    if (!edges.isEmpty() && !isContent && !isStyle && edges.width() <= item->window()->width()) {
+    if (!edges.isEmpty() && !isContent && !isNothing && !isStyle && edges.width() <= item->window()->width()) {
         places.append({described(item), edges});
     }
     const auto children = item->childItems();

@@ -58,6 +58,36 @@ bool widgets(Conversation &bar)
     return QTest::qWaitFor([&] { return bar.rowItem(2) != nullptr; }, Timeouts::Default);
 }
 
+//! A list that scrolls, so that its scroll bar takes some of the width.
+bool manySessions(Conversation &bar)
+{
+    if (!bar.openTab(QStringLiteral("Sessions"))) {
+        return false;
+    }
+    bar.evaluate(QStringLiteral(
+        "sdk.sessionsListed(Array(30).fill().map((_, n) => ({ id: 'ses_' + n, name: 'Session ' + n })))"));
+    return bar.settle() && bar.items(QStringLiteral("managedSession")).size() > 3;
+}
+
+bool suggestion(Conversation &bar)
+{
+    bar.evaluate(
+        QStringLiteral("omniBar.workspaceSuggestionDialogData = { 'title': 'اجتماع', 'body': 'هل أفتح مساحة العمل؟',"
+                       " 'actions': [{ 'id': 'prepare', 'label': 'نعم' }, { 'id': 'dismiss', 'label': 'Not now' }] }"));
+    bar.setProperty("workspaceSuggestionDialogOpen", true);
+    return QTest::qWaitFor([&] { return bar.items(QStringLiteral("suggestionAction")).size() == 2; },
+                           Timeouts::Default);
+}
+
+bool comboBox(Conversation &bar)
+{
+    if (!bar.openTab(QStringLiteral("Voice")) || !bar.settle()) {
+        return false;
+    }
+    bar.click("methodCombo");
+    return true;
+}
+
 } // namespace
 
 //! The OmniBar in a language that is written from right to left.
@@ -86,6 +116,9 @@ void tst_Mirroring::mirrored_data()
     QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
     QTest::newRow("Arabic conversation") << Scene(conversation);
     QTest::newRow("Arabic widgets") << Scene(widgets);
+    QTest::newRow("list that scrolls") << Scene(manySessions);
+    QTest::newRow("suggestion") << Scene(suggestion);
+    QTest::newRow("combo box") << Scene(comboBox);
 }
 
 void tst_Mirroring::mirrored()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "LongTexts.h"
+#include "Mirroring.h"
 #include "OmniBarFixture.h"
 
 #include "TestRegistry.h"
@@ -17,6 +18,7 @@ class tst_LongTrayTexts : public QObject
 private Q_SLOTS:
     void initTestCase() { QVERIFY(LongTexts::use()); }
     void fit();
+    void mirrored();
 };
 
 void tst_LongTrayTexts::fit()
@@ -26,6 +28,18 @@ void tst_LongTrayTexts::fit()
     QVERIFY(tray.settle());
     tray.screenshot("long-tray");
     QCOMPARE(LongTexts::faults(tray.window()), QString());
+}
+
+//! In a language that is written from right to left.
+void tst_LongTrayTexts::mirrored()
+{
+    QVERIFY(Mirroring::use());
+    OmniBarFixture tray;
+    QVERIFY(tray.open(QStringLiteral("TrayIcon.qml")));
+    QVERIFY(tray.settle());
+    QCOMPARE(LongTexts::faults(tray.window()), QString());
+    const QString faults = Mirroring::faults(tray);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
 }
 
 REGISTER_TEST(tst_LongTrayTexts, QGuiApplication)

@@ -23,6 +23,7 @@ Item {
     readonly property bool hovered: pointer.hovered
     readonly property string line: LiteralText.oneLine(transcript, 600)
 
+    x: owner.rowX
     width: owner.rowWidth
     height: owner.rowHeight
     activeFocusOnTab: ListView.isCurrentItem || activeFocus
@@ -44,6 +45,7 @@ Item {
             text: row.heading
             color: row.headingColor
             font.pointSize: 8
+            horizontalAlignment: Text.AlignLeft
             Accessible.ignored: true
         }
 
@@ -53,6 +55,7 @@ Item {
             text: row.sentence
             color: row.owner.theme.uiTextSoft
             font.pointSize: 9
+            horizontalAlignment: Text.AlignLeft
             Accessible.ignored: true
         }
 
