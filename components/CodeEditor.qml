@@ -6,6 +6,7 @@ import QtQuick.Controls 2.15 as QQC2
 import QtQuick.Layouts 1.15
 import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
+import org.kde.loomra 1.0 as Loomra
 import org.kde.loomra.components.controls 1.0
 
 import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
@@ -248,6 +249,11 @@ FocusScope {
                         font: area.font
                     }
 
+                    Loomra.CodeDirection {
+                        id: direction
+                    }
+
+                    onTextChanged: direction.apply(textDocument)
                     Keys.priority: Keys.BeforeItem
                     Keys.onEscapePressed: editor.leaveText(true)
                     Keys.onPressed: {

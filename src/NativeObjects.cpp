@@ -5,6 +5,7 @@
 
 #include "AgentBridge.h"
 #include "ChatModel.h"
+#include "CodeDirection.h"
 #include "ConfigManager.h"
 #include "FileCheck.h"
 #include "FileService.h"
@@ -25,6 +26,7 @@ namespace
 void registerTypes()
 {
     qmlRegisterType<ChatModel>("org.kde.loomra", 1, 0, "ChatModel");
+    qmlRegisterType<CodeDirection>("org.kde.loomra", 1, 0, "CodeDirection");
     qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
     qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
     Motion::registerSingleton();

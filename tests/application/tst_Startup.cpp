@@ -248,7 +248,7 @@ void tst_Startup::typesOfQml_data()
 {
     QTest::addColumn<QByteArray>("type");
 
-    for (const char *type : {"ChatModel", "FileCheck", "ProjectModel"}) {
+    for (const char *type : {"ChatModel", "CodeDirection", "FileCheck", "ProjectModel"}) {
         QTest::newRow(type) << QByteArray(type);
     }
 }

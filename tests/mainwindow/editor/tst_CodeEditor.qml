@@ -131,6 +131,18 @@ Item {
             compare(part("modifiedText").visible, false);
         }
 
+        //! A file that begins with a comment in Arabic.
+        function test_leftToRight() {
+            const area = part("codeArea");
+            area.text = "// \u062a\u0639\u0644\u064a\u0642\nint x;";
+            compare(area.positionToRectangle(0).x, area.leftPadding);
+            const xOf = sign => area.positionToRectangle(area.text.indexOf(sign)).x;
+            verify(xOf(";") > xOf("x"));
+            verify(xOf("\u062a") > xOf("/"));
+            area.insert(0, "\u062a");
+            verify(xOf(";") > xOf("x"));
+        }
+
         function test_withoutNativeObjects() {
             scene = createTemporaryObject(scenes, root, { "sdk": null, "files": null });
             editor = scene.editor;

@@ -6,6 +6,7 @@
 #include "TestFiles.h"
 
 #include "Application.h"
+#include "CodeDirection.h"
 #include "ConfigManager.h"
 #include "FileCheck.h"
 #include "FileService.h"
@@ -37,6 +38,7 @@ public Q_SLOTS:
         Application::prepareEnvironment();
         Application::describe();
         m_configManager = std::make_unique<ConfigManager>();
+        qmlRegisterType<CodeDirection>("org.kde.loomra", 1, 0, "CodeDirection");
         qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
         qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
         Motion::registerSingleton();
