@@ -10,6 +10,7 @@
 #include "Timeouts.h"
 
 #include <QGuiApplication>
+#include <QQmlProperty>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -85,6 +86,8 @@ void tst_MirroredMain::mirrored()
     QVERIFY(window.settle());
     // It is beside the settings, out of sight.
     window.item("mainPage")->setVisible(false);
+    QCOMPARE(QQmlProperty::read(window.item("settingsBack"), QStringLiteral("icon.name")).toString(),
+             QStringLiteral("go-next"));
     for (int tab = 0; tab < 6; ++tab) {
         window.item("settingsTabs")->setProperty("currentIndex", tab);
         found = faults(window, QStringLiteral("settings-%1").arg(tab));

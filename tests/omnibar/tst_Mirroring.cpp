@@ -4,6 +4,7 @@
 #include "AgentBridge.h"
 #include "Conversation.h"
 #include "LongTexts.h"
+#include "Looks.h"
 #include "Mirroring.h"
 #include "Scenes.h"
 #include "ScriptedVoice.h"
@@ -104,6 +105,7 @@ private Q_SLOTS:
     void mirrored();
     void bubble();
     void arrowKeys();
+    void arrows();
 
 private:
     std::unique_ptr<ScriptedVoice> m_voice;
@@ -170,6 +172,15 @@ void tst_Mirroring::arrowKeys()
     QCOMPARE(slider->property("value").toReal(), 0.95);
     bar.key(Qt::Key_Left);
     QCOMPARE(slider->property("value").toReal(), 1.0);
+}
+
+void tst_Mirroring::arrows()
+{
+    Conversation &bar = m_window.take();
+    QVERIFY(bar.begin());
+    QVERIFY(Scenes::conversation(bar));
+    QTRY_VERIFY_WITH_TIMEOUT(iconsIn(bar.item(QStringLiteral("suggestionCard"))).contains(QStringLiteral("arrow-left")),
+                             Timeouts::Default);
 }
 
 REGISTER_TEST(tst_Mirroring, QGuiApplication)
