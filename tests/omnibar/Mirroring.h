@@ -6,7 +6,6 @@
 #include <QStringList>
 
 class OmniBarFixture;
-class QQuickItem;
 
 //! Windows in a language that is written from right to left: a pseudo-translation in Arabic letters, 1.4 times as long
 //! as English.
