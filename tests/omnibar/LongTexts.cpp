@@ -141,6 +141,9 @@ QString LongTexts::faults(QQuickWindow *window, const QStringList &elided)
     int translatedCount = 0;
     for (int i = 0; i < texts.size(); ++i) {
         const ShownText &shown = texts.at(i);
+        if (shown.text.contains(QChar::ReplacementCharacter)) {
+            found.append(described(shown) + QStringLiteral(" has a character that can't be shown"));
+        }
         if (!isTranslated(shown)) {
             continue;
         }

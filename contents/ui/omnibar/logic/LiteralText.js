@@ -17,9 +17,15 @@ const quote = "\u02cb"; // modifier letter grave accent
 const unprintable = /[\u0000-\u001f\u007f-\u009f\u061c\u200b\u200e\u200f\u2028-\u202e\u2060-\u2069\ufeff\ufffc]/g;
 const rightToLeft = /[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefc]|[\ud802\ud803\ud83a\ud83b]/;
 
-/** A text as a single line without invisible characters, of any length. For plain text. */
+// A value within a text that is written in the other direction, see Translatable.filled(). It can't affect the text
+// around it.
+const isolated = /\u2068([^\u2066-\u2069]*)\u2069/;
+const isolatedOrUnprintable = new RegExp(isolated.source + "|" + unprintable.source, "g");
+
+/** A text as a single line without invisible characters, except around isolated values, of any length. For plain text. */
 function printable(text) {
-    return text.replace(unprintable, "\ufffd");
+    return text.replace(isolatedOrUnprintable, (found, value) => value === undefined ? "\ufffd"
+        : "\u2068" + value.replace(unprintable, "\ufffd") + "\u2069");
 }
 
 /**
