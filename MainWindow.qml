@@ -180,6 +180,7 @@ Kirigami.ApplicationWindow {
                 QQC2.TabBar {
                     id: tabBar
                     objectName: "tabBar"
+                    Accessible.name: mainWindow.title
                     Layout.fillWidth: true
 
                     PageTab {

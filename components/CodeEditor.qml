@@ -220,9 +220,11 @@ FocusScope {
                 boundsBehavior: Flickable.StopAtBounds
                 QQC2.ScrollBar.vertical: QQC2.ScrollBar {
                     focusPolicy: Qt.NoFocus
+                    Accessible.name: Translation.tr("Scroll")
                 }
                 QQC2.ScrollBar.horizontal: QQC2.ScrollBar {
                     focusPolicy: Qt.NoFocus
+                    Accessible.name: Translation.tr("Scroll")
                 }
 
                 QQC2.TextArea.flickable: QQC2.TextArea {

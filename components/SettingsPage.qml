@@ -81,6 +81,8 @@ Kirigami.Page {
                 onClicked: page.back()
             }
             ConfigText {
+                id: heading
+
                 text: Translation.tr("Loomra Configuration")
                 font.pointSize: Kirigami.Theme.defaultFont.pointSize * 1.3
                 wrapMode: Text.NoWrap
@@ -124,6 +126,7 @@ Kirigami.Page {
             objectName: "settingsTabs"
 
             Layout.fillWidth: true
+            Accessible.name: heading.text
 
             Repeater {
                 model: page.tabs

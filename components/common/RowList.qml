@@ -41,6 +41,7 @@ ListView {
         id: scrollBar
         visible: list.contentHeight > list.height
         focusPolicy: Qt.NoFocus
+        Accessible.name: Translation.tr("Scroll")
     }
 
     // Not in the content, which scrolls.

@@ -39,7 +39,9 @@ QQC2.Popup {
         keyNavigationEnabled: true
         Kirigami.Theme.inherit: false
         Kirigami.Theme.colorSet: Kirigami.Theme.View
-        QQC2.ScrollBar.vertical: QQC2.ScrollBar {}
+        QQC2.ScrollBar.vertical: QQC2.ScrollBar {
+            Accessible.name: Translation.tr("Scroll")
+        }
         Accessible.role: Accessible.List
         Accessible.name: menu.button.name
         Keys.onReturnPressed: choose(currentIndex)

@@ -74,6 +74,8 @@ ListView {
         active: list.isShown(index, model.role, model.content)
         Accessible.ignored: true
         sourceComponent: ChatMessage {
+            // Assistive technology knows it, but not the loader.
+            focus: true
             role: loader.model.role || ""
             content: loader.model.content || ""
             agentName: loader.model.agentName || ""
