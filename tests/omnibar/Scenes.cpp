@@ -6,6 +6,7 @@
 #include "AgentBridge.h"
 #include "Timeouts.h"
 
+#include <QQmlProperty>
 #include <QTest>
 
 using Scenes::Scene;
@@ -161,6 +162,32 @@ bool widgets(Conversation &bar)
     return QTest::qWaitFor([&] { return bar.rowItem(3) != nullptr; }, Timeouts::Default);
 }
 
+bool choosingACommand(Conversation &bar)
+{
+    bar.type(QStringLiteral("/"));
+    return bar.isSeen(bar.item(QStringLiteral("slashMenu")));
+}
+
+//! In a box of the settings.
+bool choosingInABox(Conversation &bar)
+{
+    if (!voiceTab(bar)) {
+        return false;
+    }
+    QQuickItem *box = bar.item(QStringLiteral("methodCombo"));
+    bar.focus(box);
+    bar.key(Qt::Key_Space);
+    return bar.settle() && QQmlProperty::read(box, QStringLiteral("popup.opened")).toBool();
+}
+
+bool suggestion(Conversation &bar)
+{
+    bar.evaluate(QStringLiteral("sdk.workspaceSuggestionShowInAppDialog(JSON.stringify({ title: 'Prepare “Focus”?',"
+                                " body: 'You often open the text editor at this time.', suggestionId: 'sug_1', actions:"
+                                " [{ id: 'prepare', label: 'Prepare now' }, { id: 'dismiss', label: 'Not now' }] }))"));
+    return bar.settle() && bar.isSeen(bar.item(QStringLiteral("suggestionTitle")));
+}
+
 } // namespace
 
 bool Scenes::conversation(Conversation &bar)
@@ -179,7 +206,7 @@ bool Scenes::settings(Conversation &bar)
         return false;
     }
     bar.click(QStringLiteral("settingsBtn"));
-    return QTest::qWaitFor([&] { return bar.isSeen(bar.item(QStringLiteral("settingsPanel"))); }, Timeouts::Default);
+    return bar.openTab(QStringLiteral("Look"));
 }
 
 bool Scenes::sessions(Conversation &bar)
@@ -208,6 +235,7 @@ void Scenes::add()
     QTest::newRow("managed sessions") << Scene(sessionsTab);
     QTest::newRow("attached files") << Scene(attaching);
     QTest::newRow("sessions") << Scene(Scenes::sessions);
+    QTest::newRow("suggestion") << Scene(suggestion);
     QTest::newRow("compact") << Scene(compact);
     QTest::newRow("listening") << Scene(listening);
     QTest::newRow("transcribing") << Scene(transcribing);
@@ -215,8 +243,8 @@ void Scenes::add()
     QTest::newRow("confirming a transcript") << Scene(confirming);
 }
 
-bool Scenes::choosingACommand(Conversation &bar)
+void Scenes::addMenus()
 {
-    bar.type(QStringLiteral("/"));
-    return bar.isSeen(bar.item(QStringLiteral("slashMenu")));
+    QTest::newRow("menu of commands") << Scene(choosingACommand);
+    QTest::newRow("box of choices") << Scene(choosingInABox);
 }

@@ -17,8 +17,8 @@ using Scene = bool (*)(Conversation &);
 
 //! Adds the column "scene" and a row for each scene to the data of a test.
 void add();
-//! Not among them, because the input has the keys of the menu.
-bool choosingACommand(Conversation &bar);
+//! Adds rows for open menus, to which Tab does not go.
+void addMenus();
 
 // Scenes that tests also use alone: a prompt with its reply, the settings, and the list of sessions above the bar.
 bool conversation(Conversation &bar);

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "AccessibleItems.h"
+#include "AccessibleWalk.h"
 #include "Conversation.h"
 #include "Scenes.h"
 #include "ScriptedVoice.h"
@@ -14,11 +16,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QQmlProperty>
-#include <QSet>
+#include <QStyleHints>
 #include <QTest>
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 
 using Scenes::Scene;
@@ -27,145 +27,6 @@ namespace
 {
 
 constexpr int s_manySteps = 100; // more than any tab order has
-
-//! Types of controls and the roles that fit them.
-const struct
-{
-    const char *type;
-    QList<QAccessible::Role> roles;
-} s_controls[] = {
-    {"QQuickTabButton", {QAccessible::PageTab}},
-    {"QQuickSwitch", {QAccessible::CheckBox}},
-    {"QQuickAbstractButton", {QAccessible::Button, QAccessible::RadioButton}},
-    {"QQuickTextField", {QAccessible::EditableText}},
-    {"QQuickComboBox", {QAccessible::ComboBox}},
-    {"QQuickSpinBox", {QAccessible::SpinBox}},
-    {"QQuickSlider", {QAccessible::Slider}},
-    {"QQuickScrollBar", {QAccessible::ScrollBar}},
-    {"QQuickTabBar", {QAccessible::PageTabList}},
-};
-
-//! A row of a list, of which only the current one is in the tab order, as there may be a thousand.
-bool isRow(const QQuickItem *item)
-{
-    static const QStringList s_rows = {QStringLiteral("messageRow"),   QStringLiteral("sessionRow"),
-                                       QStringLiteral("planStep"),     QStringLiteral("modelRow"),
-                                       QStringLiteral("freeCheckRow"), QStringLiteral("logRow"),
-                                       QStringLiteral("voiceLogRow"),  QStringLiteral("testResultRow")};
-    return s_rows.contains(item->objectName());
-}
-
-QList<QAccessible::Role> rolesOf(QQuickItem *item)
-{
-    if (item->objectName() == QLatin1String("messageList") || item->objectName() == QLatin1String("sessionList")) {
-        return {QAccessible::List};
-    }
-    // The others are buttons.
-    if (isRow(item) && !item->inherits("QQuickAbstractButton")) {
-        return {QAccessible::ListItem};
-    }
-    if (item->objectName() == QLatin1String("usageRing") || item->objectName() == QLatin1String("submittedBar")) {
-        return {QAccessible::ProgressBar};
-    }
-    if (item->objectName() == QLatin1String("connectionDot")) {
-        return {QAccessible::Indicator};
-    }
-    for (const auto &control : s_controls) {
-        if (item->inherits(control.type)) {
-            return control.roles;
-        }
-    }
-    return {};
-}
-
-//! An item as failure messages name it.
-QString described(QQuickItem *item)
-{
-    return item ? QStringLiteral("%1 \"%2\" (%3)")
-                      .arg(QString::fromLatin1(item->metaObject()->className()), item->property("text").toString(),
-                           item->objectName())
-                : QStringLiteral("nothing");
-}
-
-QString listed(const QList<QQuickItem *> &items)
-{
-    QStringList names;
-    std::transform(items.cbegin(), items.cend(), std::back_inserter(names), described);
-    return names.join(QStringLiteral(", "));
-}
-
-//! Everything that assistive technology finds from the window down.
-void collect(QAccessibleInterface *accessible, QSet<QObject *> *found)
-{
-    if (!accessible) {
-        return;
-    }
-    found->insert(accessible->object());
-    for (int child = 0; child < accessible->childCount(); ++child) {
-        collect(accessible->child(child), found);
-    }
-}
-
-//! Visible controls and rows without a name, with a wrong role or out of reach for assistive technology.
-QStringList faults(Conversation &bar)
-{
-    QStringList wrong;
-    QSet<QObject *> reachable;
-    collect(QAccessible::queryAccessibleInterface(bar.window()), &reachable);
-    const auto seen = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
-        return OmniBarFixture::isSeen(item) && (item->activeFocusOnTab() || !rolesOf(item).isEmpty());
-    });
-    for (QQuickItem *item : seen) {
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
-        if (!accessible) {
-            wrong.append(described(item) + QStringLiteral(" is unknown"));
-            continue;
-        }
-        if (accessible->text(QAccessible::Name).trimmed().isEmpty()) {
-            wrong.append(described(item) + QStringLiteral(" has no name"));
-        }
-        if (!rolesOf(item).contains(accessible->role())) {
-            wrong.append(described(item) + QStringLiteral(" has the role %1").arg(accessible->role()));
-        }
-        if (!reachable.contains(item)) {
-            wrong.append(described(item) + QStringLiteral(" is out of reach"));
-        }
-    }
-    if (seen.isEmpty()) {
-        wrong.append(QStringLiteral("there are no controls"));
-    }
-    return wrong;
-}
-
-//! Visible texts that assistive technology doesn't find.
-QStringList inaccessibleTexts(Conversation &bar)
-{
-    QString accessibleTexts;
-    QSet<QObject *> reachable;
-    collect(QAccessible::queryAccessibleInterface(bar.window()), &reachable);
-    for (QObject *object : qAsConst(reachable)) {
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(object);
-        for (const QAccessible::Text text : {QAccessible::Name, QAccessible::Description, QAccessible::Value}) {
-            accessibleTexts += accessible->text(text).simplified() + QLatin1Char('\n');
-        }
-    }
-    QStringList missing;
-    const auto texts = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
-        return item->inherits("QQuickText") && OmniBarFixture::isSeen(item)
-            && item->objectName() != QLatin1String("words");
-    });
-    for (QQuickItem *item : texts) {
-        const QString text =
-            item->property("text").toString().remove(QStringLiteral("<b>")).remove(QStringLiteral("</b>")).simplified();
-        // Named in words.
-        const bool isThumb = text.startsWith(QStringLiteral("👍")) || text.startsWith(QStringLiteral("👎"));
-        // A single character, such as the cross of a button, is no text.
-        if (text.size() > 1 && !isThumb && !accessibleTexts.contains(text)) {
-            missing.append(text);
-        }
-    }
-    return missing;
-}
 
 //! Whether an item shows that it has the focus: by its ring, by a cursor, or as a row by the frame of its bubble.
 bool showsFocus(Conversation &bar, QQuickItem *item)
@@ -193,109 +54,22 @@ bool showsFocus(Conversation &bar, QQuickItem *item)
     return !rings.isEmpty();
 }
 
-//! Presses Tab, or Shift and Tab, until the focus is back where it was. All items on the way, beginning with that one;
-//! empty if the focus never comes back.
-QList<QQuickItem *> walk(Conversation &bar, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-{
-    QQuickItem *start = bar.window()->activeFocusItem();
-    QList<QQuickItem *> stops;
-    do {
-        stops.append(bar.window()->activeFocusItem());
-        bar.key(modifiers & Qt::ShiftModifier ? Qt::Key_Backtab : Qt::Key_Tab, modifiers);
-        if (stops.size() > s_manySteps) {
-            return {};
-        }
-    } while (bar.window()->activeFocusItem() != start);
-    return stops;
-}
-
-//! What is wrong with the tab order of the visible items.
-QStringList tabOrderFaults(Conversation &bar)
-{
-    QStringList wrong;
-    QQuickItem *start = bar.window()->activeFocusItem();
-    QList<QQuickItem *> stops;
-    for (int step = 0; step < s_manySteps && (step == 0 || bar.window()->activeFocusItem() != start); ++step) {
-        QQuickItem *stop = bar.window()->activeFocusItem();
-        if (!stop) {
-            return {QStringLiteral("the focus is lost")};
-        }
-        stops.append(stop);
-        if (!bar.isSeen(stop)) {
-            wrong.append(described(stop) + QStringLiteral(" can't be seen"));
-        }
-        if (step > 0 && !showsFocus(bar, stop)) {
-            wrong.append(described(stop) + QStringLiteral(" doesn't show its focus"));
-        }
-        bar.key(Qt::Key_Tab);
-    }
-    if (bar.window()->activeFocusItem() != start) {
-        return {QStringLiteral("the focus never comes back")};
-    }
-
-    const auto usable = bar.itemsWhere(bar.window()->contentItem(), [](QQuickItem *item) {
-        return OmniBarFixture::isSeen(item) && item->isEnabled() && !rolesOf(item).isEmpty()
-            && !item->inherits("QQuickScrollBar") && !item->inherits("QQuickTabBar")
-            && !isRow(item)
-            // The input has the keys of the menu.
-            && item->objectName() != QLatin1String("slashMenuRow")
-            && item->objectName() != QLatin1String("connectionDot")
-            && item->objectName() != QLatin1String("submittedBar");
-    });
-    for (QQuickItem *item : usable) {
-        // A list is reached through its current row.
-        if (std::any_of(stops.cbegin(), stops.cend(),
-                        [item](QQuickItem *stop) { return isRow(stop) && item->isAncestorOf(stop); })) {
-            continue;
-        }
-        QQuickItem *row = item->parentItem();
-        while (row && !isRow(row)) {
-            row = row->parentItem();
-        }
-        const bool inOtherRow = row && !row->property("current").toBool() && !stops.contains(item);
-        if (!inOtherRow && !stops.contains(item)) {
-            wrong.append(described(item) + QStringLiteral(" is not in the tab order"));
-        }
-    }
-
-    // Backwards it is the same order in reverse.
-    const QList<QQuickItem *> back = walk(bar, Qt::ShiftModifier);
-    QList<QQuickItem *> forth = stops.mid(1);
-    std::reverse(forth.begin(), forth.end());
-    if (back != QList<QQuickItem *> {stops.first()} + forth) {
-        wrong.append(QStringLiteral("the reverse order differs: ") + listed(back) + QStringLiteral(" against ")
-                     + listed(QList<QQuickItem *> {stops.first()} + forth));
-    }
-    return wrong;
-}
-
 } // namespace
 
-//! The OmniBar by keyboard and for assistive technology. One long file, because the tests share the walks through the
-//! tree.
+//! The OmniBar by keyboard and for assistive technology.
 class tst_Accessibility : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QAccessible::setActive(true); }
+    void initTestCase();
     void cleanup() { m_window.giveBack(); }
     void cleanupTestCase() { m_window.close(); }
 
-    void namesAndRoles_data()
-    {
-        Scenes::add();
-        QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
-    }
-    void namesAndRoles();
-    void everyTextIsAccessible_data()
-    {
-        Scenes::add();
-        QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
-    }
-    void everyTextIsAccessible();
-    void tabOrder_data() { Scenes::add(); }
-    void tabOrder();
+    void walk_data() { Scenes::add(); }
+    void walk();
+    void menus_data();
+    void menus();
     void escapeWorksEverywhere();
     void escapeClosesTheSheetFromEverywhere();
     void escapeClosesTheSessionsFromEverywhere();
@@ -312,45 +86,42 @@ private:
     SharedWindow<Conversation> m_window {[this](Conversation &bar) { m_voice = std::make_unique<ScriptedVoice>(bar); }};
 };
 
-void tst_Accessibility::namesAndRoles()
+void tst_Accessibility::initTestCase()
+{
+    QAccessible::setActive(true);
+    // A cursor that blinks would look like a focus that comes and goes.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+}
+
+void tst_Accessibility::walk()
 {
     QFETCH(Scene, scene);
 
     Conversation &bar = m_window.take();
-    ScriptedVoice &voice = *m_voice;
-    voice.set("ttsAvailable", true);
+    m_voice->set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
-    const QStringList wrong = faults(bar);
+    const QStringList wrong = AccessibleWalk::faults(bar.window());
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
-void tst_Accessibility::everyTextIsAccessible()
+void tst_Accessibility::menus_data()
 {
-    QFETCH(Scene, scene);
-
-    Conversation &bar = m_window.take();
-    ScriptedVoice &voice = *m_voice;
-    voice.set("ttsAvailable", true);
-    QVERIFY(bar.begin());
-    QVERIFY(scene(bar));
-    QVERIFY(bar.settle());
-    const QStringList wrong = inaccessibleTexts(bar);
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
+    QTest::addColumn<Scene>("scene");
+    Scenes::addMenus();
 }
 
-void tst_Accessibility::tabOrder()
+void tst_Accessibility::menus()
 {
     QFETCH(Scene, scene);
 
     Conversation &bar = m_window.take();
-    ScriptedVoice &voice = *m_voice;
-    voice.set("ttsAvailable", true);
     QVERIFY(bar.begin());
     QVERIFY(scene(bar));
     QVERIFY(bar.settle());
-    const QStringList wrong = tabOrderFaults(bar);
+    // Without the tab order, because Tab chooses or closes.
+    const QStringList wrong = AccessibleWalk::controlFaults(bar.window()) + AccessibleWalk::textFaults(bar.window());
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
@@ -360,13 +131,13 @@ void tst_Accessibility::escapeWorksEverywhere()
     QVERIFY(bar.begin());
     QVERIFY(Scenes::conversation(bar));
     QVERIFY(bar.settle());
-    const int stops = walk(bar).size();
+    const int stops = AccessibleWalk::stops(bar.window()).size();
     QVERIFY(stops > 10);
     for (int stop = 0; stop < stops; ++stop) {
         for (int step = 0; step < stop; ++step) {
             bar.key(Qt::Key_Tab);
         }
-        const QString where = described(bar.window()->activeFocusItem());
+        const QString where = AccessibleItems::described(bar.window()->activeFocusItem());
         bar.key(Qt::Key_Escape);
         QVERIFY2(bar.property("compactMode").toBool(), qPrintable(where));
         bar.key(Qt::Key_Return); // the bubble has the focus
@@ -383,7 +154,7 @@ void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
     QVERIFY(bar.settle());
     QVERIFY(Scenes::settings(bar));
     QVERIFY(bar.settle());
-    const int stops = walk(bar).size();
+    const int stops = AccessibleWalk::stops(bar.window()).size();
     QVERIFY(stops > 5);
     for (int stop = 0; stop < stops; ++stop) {
         bar.setProperty("settingsPanelOpen", true);
@@ -391,7 +162,7 @@ void tst_Accessibility::escapeClosesTheSheetFromEverywhere()
         for (int step = 0; step < stop; ++step) {
             bar.key(Qt::Key_Tab);
         }
-        const QString where = described(bar.window()->activeFocusItem());
+        const QString where = AccessibleItems::described(bar.window()->activeFocusItem());
         bar.key(Qt::Key_Escape);
         QVERIFY2(!bar.property("settingsPanelOpen").toBool(), qPrintable(where));
         QVERIFY2(!bar.property("compactMode").toBool(), qPrintable(where));
@@ -540,7 +311,7 @@ void tst_Accessibility::pressByAssistiveTechnology()
     const QString toggleAction = QAccessibleActionInterface::toggleAction();
     QVERIFY(press(bar.item(QStringLiteral("settingsBtn")), pressAction));
     QVERIFY(bar.property("settingsPanelOpen").toBool());
-    QTRY_VERIFY(bar.item(QStringLiteral("transparencySwitch")));
+    QVERIFY(bar.openTab(QStringLiteral("Look")));
     QVERIFY(press(bar.item(QStringLiteral("transparencySwitch")), toggleAction));
     QCOMPARE(bar.evaluate(QStringLiteral("omniBar.appearanceStore.translucentBackground")).toBool(), false);
     QVERIFY(press(bar.item(QStringLiteral("lightSegment")), pressAction));

@@ -36,7 +36,7 @@ private:
 void tst_Contrast::contrast_data()
 {
     Scenes::add();
-    QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
+    Scenes::addMenus();
 }
 
 void tst_Contrast::contrast()

@@ -46,7 +46,7 @@ private:
 void tst_LongTexts::fit_data()
 {
     Scenes::add();
-    QTest::newRow("menu of commands") << Scene(Scenes::choosingACommand);
+    Scenes::addMenus();
 }
 
 void tst_LongTexts::fit()

@@ -5,6 +5,7 @@
 #include "OmniBarFixture.h"
 #include "TestRegistry.h"
 
+#include <QAccessible>
 #include <QColor>
 #include <QGuiApplication>
 #include <QPalette>
@@ -197,15 +198,15 @@ void tst_TrayIcon::accessible_data()
 void tst_TrayIcon::accessible()
 {
     QFETCH(QSize, size);
+    QAccessible::setActive(true);
     OmniBarFixture tray;
     QVERIFY(open(tray, "idle"));
     tray.window()->resize(size);
     const char *form = size.width() < 96 ? "compactForm" : "fullForm";
     QTRY_VERIFY(tray.item(form) && tray.item(form)->size() == QSizeF(tray.window()->size()));
     QVERIFY(tray.settle());
-    QCOMPARE(AccessibleWalk::controlFaults(tray.window()), QStringList());
     tray.key(Qt::Key_Tab);
-    const QStringList wrong = AccessibleWalk::tabFaults(tray.window());
+    const QStringList wrong = AccessibleWalk::faults(tray.window());
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 
