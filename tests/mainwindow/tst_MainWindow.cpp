@@ -537,7 +537,7 @@ void tst_MainWindow::everythingIsReachedByTab()
                            QStringLiteral("newSessionButton"),   QStringLiteral("sessionRow"),
                            QStringLiteral("refreshFilesButton"), QStringLiteral("projectPathField"),
                            QStringLiteral("fileList"),           QStringLiteral("modelButton"),
-                           QStringLiteral("agentButton"),        QStringLiteral("messageRow")};
+                           QStringLiteral("agentButton"),        QStringLiteral("chatMessage")};
     QStringList visited;
     for (int i = 0; i < 30 && !missing.isEmpty(); ++i) {
         const QString name = window.window()->activeFocusItem()->objectName();

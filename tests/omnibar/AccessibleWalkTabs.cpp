@@ -39,6 +39,13 @@ bool isScrolledIntoView(QQuickItem *item)
     return visible.width() >= expected.width() && visible.height() >= expected.height();
 }
 
+//! Also of the input of a spin box, which has the focus instead of the box. Qt hides the name of a password's field.
+bool isNamed(QQuickItem *item)
+{
+    const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
+    return accessible && (!accessible->text(QAccessible::Name).trimmed().isEmpty() || accessible->state().passwordEdit);
+}
+
 //! Whether a step goes back: up in the same column, or against the reading direction in the same line.
 bool goesBack(const QRectF &from, const QRectF &to)
 {
@@ -60,7 +67,9 @@ struct Stop
     QQuickItem *item;
     bool isSeen;
     bool isScrolledIntoView;
-    //! With the focus on the item and on the next one, without what has scrolled since.
+    //! Whether assistive technology has a name for what has the focus.
+    bool isNamed;
+    //! With the focus on the item and on the next one.
     QRectF place;
     QRectF placeInNext;
     QRectF placeOfNext;
@@ -90,7 +99,7 @@ QList<Stop> walk(QQuickWindow *window, bool forwards, bool takesPictures)
     const QQuickItem *start = window->activeFocusItem();
     do {
         QQuickItem *item = window->activeFocusItem();
-        Stop stop {item, isSeen(item), isScrolledIntoView(item), placeOf(item), {}, {}, {}};
+        Stop stop {item, isSeen(item), isScrolledIntoView(item), isNamed(item), placeOf(item), {}, {}, {}};
         if (takesPictures) {
             stop.picture = window->grabWindow();
         }
@@ -140,15 +149,15 @@ bool belongsInTabOrder(QQuickItem *item)
         && item->objectName() != QLatin1String("slashMenuRow");
 }
 
-//! Whether the user reaches the item in another way than by Tab: a row and what is in it with the arrow keys of the
-//! list, and a list as its current row.
-bool isReachedThroughAList(QQuickItem *item, const QSet<QQuickItem *> &visited)
+//! Whether the user reaches the item otherwise: a row and what is in it with the arrow keys of the list, a list as its
+//! current row, and a spin box as its input.
+bool isReachedOtherwise(QQuickItem *item, const QSet<QQuickItem *> &visited)
 {
     QQuickItem *row = rowOf(item);
     const bool isContent = row && item->parentItem() == row && row->inherits("QQuickLoader");
     return (row && (!isCurrentRow(row) || (isContent && visited.contains(row))))
         || std::any_of(visited.cbegin(), visited.cend(),
-                       [item](QQuickItem *stop) { return rowOf(stop) && item->isAncestorOf(stop); });
+                       [item](QQuickItem *stop) { return (rowOf(stop) || isPart(stop)) && item->isAncestorOf(stop); });
 }
 
 QStringList listed(const QList<Stop> &stops)
@@ -204,8 +213,11 @@ QStringList tabFaults(QQuickWindow *window, const Toolkit &toolkit)
         } else if (!stop.isScrolledIntoView) {
             wrong.append(described(stop.item) + QStringLiteral(" isn't scrolled into view"));
         }
-        // If it has scrolled since, the pictures differ anyway.
-        if (stops.size() > 1 && !toolkit.looks.contains(nameOf(stop.item))
+        if (!stop.isNamed) {
+            wrong.append(described(stop.item) + QStringLiteral(" has the focus but no name"));
+        }
+        // If it has scrolled since, something else is in its place.
+        if (stops.size() > 1 && stop.place == stop.placeInNext && !toolkit.looks.contains(nameOf(stop.item))
             && !differ(stop.picture, next.picture, stop.place)) {
             wrong.append(described(stop.item) + QStringLiteral(" doesn't show its focus"));
         }
@@ -220,7 +232,7 @@ QStringList tabFaults(QQuickWindow *window, const Toolkit &toolkit)
 
     QQuickItem *scope = scopeOf(stops);
     const QList<QQuickItem *> missed = OmniBarFixture::itemsWhere(scope, [&](QQuickItem *item) {
-        return belongsInTabOrder(item) && !visited.contains(item) && !isReachedThroughAList(item, visited);
+        return belongsInTabOrder(item) && !visited.contains(item) && !isReachedOtherwise(item, visited);
     });
     for (QQuickItem *item : missed) {
         wrong.append(described(item) + QStringLiteral(" is not in the tab order"));

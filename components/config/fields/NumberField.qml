@@ -39,6 +39,13 @@ Item {
         Accessible.role: Accessible.SpinBox
         Accessible.name: holder.field.accessibleName
 
+        // The input has the focus instead of the box.
+        Binding {
+            target: box.contentItem
+            property: "Accessible.name"
+            value: holder.field.accessibleName
+        }
+
         function fromText(text, locale) {
             try {
                 return Math.round((digits > 0 ? Number.fromLocaleString(locale, text) : Number(text)) * holder.factor);
