@@ -7,6 +7,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
 import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "common/Readable.js" as Readable
 import "config"
 import "config/AgentConfig.js" as AgentConfig
 import "config/ConfigObject.js" as ConfigObject
@@ -77,6 +78,7 @@ ConfigPage {
             objectName: "documentationLink"
 
             text: Translation.tr("Loomra documentation")
+            color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.linkColor)
             onClicked: Qt.openUrlExternally(page.documentation)
             Accessible.role: Accessible.Link
         }

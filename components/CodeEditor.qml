@@ -12,6 +12,7 @@ import org.kde.loomra.components.controls 1.0
 import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
 import "common"
 import "common/FocusChain.js" as FocusChain
+import "common/Readable.js" as Readable
 import "editor"
 
 //! An editor for one text file, into which the bridge can write code.
@@ -156,7 +157,8 @@ FocusScope {
 
                     Layout.fillWidth: true
                     text: editor.filePath === "" ? Translation.tr("No file open") : editor.filePath
-                    color: editor.filePath === "" ? Kirigami.Theme.disabledTextColor : Kirigami.Theme.textColor
+                    color: editor.filePath === "" ? Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.disabledTextColor)
+                                                   : Kirigami.Theme.textColor
                     elide: Text.ElideMiddle
                     maximumLineCount: 1
 
@@ -177,7 +179,7 @@ FocusScope {
 
                     visible: editor.modified
                     text: Translation.tr("Modified")
-                    color: Kirigami.Theme.neutralTextColor
+                    color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.neutralTextColor)
                 }
             }
         }
@@ -240,7 +242,7 @@ FocusScope {
                     tabStopDistance: 4 * metrics.averageCharacterWidth
                     color: Kirigami.Theme.textColor
                     selectionColor: Kirigami.Theme.highlightColor
-                    selectedTextColor: Kirigami.Theme.highlightedTextColor
+                    selectedTextColor: Readable.on(Kirigami.Theme.highlightColor, Kirigami.Theme.highlightedTextColor)
                     selectByMouse: true
                     background: null
                     Accessible.name: Translation.tr("Code")

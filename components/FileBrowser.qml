@@ -95,6 +95,7 @@ ColumnLayout {
         Layout.fillWidth: true
         text: entries.rootPath
         placeholderText: Translation.tr("Enter project path...")
+        placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
         selectByMouse: true
         Accessible.name: Translation.tr("Project path")
         onAccepted: {

@@ -96,6 +96,7 @@ FocusScope {
             objectName: "projectPathField"
             Layout.fillWidth: true
             placeholderText: Translation.tr("Enter project path...")
+            placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
             text: sidebar.projectModel ? sidebar.projectModel.rootPath : ""
             selectByMouse: true
             Accessible.name: Translation.tr("Project path")

@@ -6,6 +6,8 @@ import QtQuick.Controls 2.15 as QQC2
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "Readable.js" as Readable
+
 //! A framed list. Tab leads to the current row and to its buttons, Up and Down to other rows. Only rows in view exist.
 //! Its delegates are ListRows.
 ListView {
@@ -61,7 +63,7 @@ ListView {
         anchors.margins: Kirigami.Units.largeSpacing
         visible: list.count === 0
         text: list.emptyText
-        color: Kirigami.Theme.disabledTextColor
+        color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.disabledTextColor)
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter

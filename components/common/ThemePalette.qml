@@ -5,6 +5,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15 as QQC2
 import org.kde.kirigami 2.20 as Kirigami
 
+import "Readable.js" as Readable
+
 //! The palette of controls in the colours of the desktop. Styles that don't follow these are light, whatever the colours
 //! of the window. Not visible; use its "palette".
 QQC2.Control {
@@ -28,7 +30,7 @@ QQC2.Control {
     palette.mid: shade(0.3)
     palette.dark: shade(0.2)
     palette.highlight: Kirigami.Theme.highlightColor
-    palette.highlightedText: Kirigami.Theme.highlightedTextColor
+    palette.highlightedText: Readable.on(Kirigami.Theme.highlightColor, Kirigami.Theme.highlightedTextColor)
 
     Item {
         id: fieldColors

@@ -5,11 +5,13 @@ import QtQuick 2.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../common/Readable.js" as Readable
+
 //! A message about the control above it. Screen readers speak it when it appears.
 ConfigText {
     id: message
 
-    color: Kirigami.Theme.negativeTextColor
+    color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.negativeTextColor)
     // Deferred, because the text may follow.
     onVisibleChanged: Qt.callLater(announcer.announceMessage)
 

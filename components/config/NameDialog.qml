@@ -56,6 +56,7 @@ SimpleDialog {
 
         Layout.fillWidth: true
         placeholderText: dialog.placeholder
+        placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
         selectByMouse: true
         onAccepted: if (dialog.enterAccepts) dialog.accept()
         Accessible.name: dialog.label === "" ? dialog.placeholder : dialog.label

@@ -9,6 +9,7 @@ import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
 import "../common"
+import "../common/Readable.js" as Readable
 
 //! A dialog that asks for one line of text.
 SimpleDialog {
@@ -47,6 +48,7 @@ SimpleDialog {
 
         Layout.fillWidth: true
         placeholderText: dialog.placeholder
+        placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
         selectByMouse: true
         Accessible.name: dialog.fieldLabel
         Accessible.description: dialog.error
@@ -60,7 +62,7 @@ SimpleDialog {
         Layout.fillWidth: true
         visible: text !== ""
         text: dialog.error
-        color: Kirigami.Theme.negativeTextColor
+        color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.negativeTextColor)
         wrapMode: Text.Wrap
         elide: Text.ElideNone
         onTextChanged: announcer.announce(text)

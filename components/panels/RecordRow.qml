@@ -6,6 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../common/Readable.js" as Readable
 import "../common"
 
 //! A record: its name, a smaller line below and buttons. A narrow row has its buttons below the text.
@@ -47,7 +48,7 @@ ListRow {
                 Layout.fillWidth: true
                 visible: text !== ""
                 text: row.detail
-                color: Kirigami.Theme.disabledTextColor
+                color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.disabledTextColor)
                 font: Kirigami.Theme.smallFont
                 maximumLineCount: 1
                 Accessible.ignored: true

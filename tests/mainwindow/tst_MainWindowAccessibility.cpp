@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AccessibleWalk.h"
+#include "Contrast.h"
 #include "MainWindowFixture.h"
 
 #include "TestRegistry.h"
@@ -166,10 +167,11 @@ void tst_MainWindowAccessibility::walk()
     MainWindowFixture window;
     QVERIFY(scene(window));
     QVERIFY(window.settle());
-    const QStringList wrong = AccessibleWalk::faults(
-        window.window(),
-        {{QStringLiteral("BackButton"), QStringLiteral("ForwardButton"), QStringLiteral("LinkButton")},
-         {QStringLiteral("Open drawer")}});
+    const QStringList wrong = Contrast::faintTexts(window.window())
+        + AccessibleWalk::faults(window.window(),
+                                 {{QStringLiteral("BackButton"), QStringLiteral("ForwardButton"),
+                                   QStringLiteral("LinkButton")},
+                                  {QStringLiteral("Open drawer")}});
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("\n    "))));
 }
 

@@ -97,6 +97,11 @@ bool hasParentOf(const QQuickItem *item, std::initializer_list<const char *> typ
 namespace AccessibleItems
 {
 
+QString typeOf(const QQuickItem *item)
+{
+    return QString::fromLatin1(item->metaObject()->className()).section(QLatin1Char('_'), 0, 0);
+}
+
 QString nameOf(QQuickItem *item)
 {
     const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);

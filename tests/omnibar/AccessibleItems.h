@@ -14,6 +14,8 @@ class QQuickItem;
 namespace AccessibleItems
 {
 
+//! The name of its QML file, or of the C++ class.
+QString typeOf(const QQuickItem *item);
 QString nameOf(QQuickItem *item);
 //! An item as failure messages name it: by its type, its name for screen readers and the objectNames from the window
 QString described(QQuickItem *item);

@@ -53,8 +53,7 @@ QStringList controlFaults(QQuickWindow *window, const Toolkit &toolkit)
         return isSeen(item) && !isPart(item) && (isControl(item) || isBareClickArea(item));
     });
     for (QQuickItem *item : controls) {
-        const QString type = QString::fromLatin1(item->metaObject()->className()).section(QLatin1Char('_'), 0, 0);
-        if (toolkit.types.contains(type)) {
+        if (toolkit.types.contains(typeOf(item))) {
             continue;
         }
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);

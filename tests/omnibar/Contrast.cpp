@@ -97,6 +97,15 @@ bool hasWords(const QString &text)
     return std::count_if(text.cbegin(), text.cend(), [](QChar character) { return character.isLetterOrNumber(); }) > 1;
 }
 
+//! The open dialog, whose shade makes all other texts faint; the window if there is none.
+QQuickItem *inFront(QQuickWindow *window)
+{
+    const QList<QQuickItem *> shades = OmniBarFixture::itemsWhere(window->contentItem(), [](QQuickItem *item) {
+        return item->objectName() == QLatin1String("dialogShade") && OmniBarFixture::isSeen(item);
+    });
+    return shades.isEmpty() ? window->contentItem() : shades.constLast()->parentItem();
+}
+
 } // namespace
 
 namespace Contrast
@@ -112,7 +121,7 @@ double ratio(const QColor &one, const QColor &other)
 QStringList faintTexts(QQuickWindow *window, const QList<QColor> &fixed)
 {
     const QImage picture = window->grabWindow().convertToFormat(QImage::Format_ARGB32);
-    const QList<QQuickItem *> texts = OmniBarFixture::itemsWhere(window->contentItem(), [&fixed](QQuickItem *item) {
+    const QList<QQuickItem *> texts = OmniBarFixture::itemsWhere(inFront(window), [&fixed](QQuickItem *item) {
         const QRgb color = item->property("color").value<QColor>().rgba();
         const bool isFixed =
             std::any_of(fixed.cbegin(), fixed.cend(), [color](const QColor &each) { return each.rgba() == color; });

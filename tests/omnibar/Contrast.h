@@ -17,7 +17,8 @@ namespace Contrast
 double ratio(const QColor &one, const QColor &other);
 
 //! The visible texts with too little contrast to what is drawn behind them: less than 4.5, or 3 for large text.
-//! Disabled controls and symbols are left out. Each as "ratio: text, colour on colour". The window must be at rest.
+//! Disabled controls, symbols and what is behind an open dialog are left out. Each as "ratio: text, colour on colour".
+//! The window must be at rest.
 //! @param fixed colours of texts that are left out
 QStringList faintTexts(QQuickWindow *window, const QList<QColor> &fixed = {});
 

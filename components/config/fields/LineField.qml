@@ -19,6 +19,7 @@ QQC2.TextField {
 
     objectName: "control-" + field.row.key
     placeholderText: Translatable.translated(field.row.placeholder || "", Translation.tr)
+    placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
     readOnly: textState.isTooLong
     selectByMouse: true
     Accessible.name: field.accessibleName

@@ -7,6 +7,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
 import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "../../common/Readable.js" as Readable
 
 //! A message: who wrote it, and its text, which is untrusted.
 Rectangle {
@@ -99,7 +100,7 @@ Rectangle {
             wrapMode: TextEdit.Wrap
             color: Kirigami.Theme.textColor
             selectionColor: Kirigami.Theme.highlightColor
-            selectedTextColor: Kirigami.Theme.highlightedTextColor
+            selectedTextColor: Readable.on(Kirigami.Theme.highlightColor, Kirigami.Theme.highlightedTextColor)
             font: Kirigami.Theme.defaultFont
             Accessible.ignored: true
         }

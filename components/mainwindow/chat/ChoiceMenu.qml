@@ -7,6 +7,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
 import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "../../common/Readable.js" as Readable
 
 //! The list of a ChoiceButton. There may be thousands of rows, so that a menu, which creates all its entries, won't do.
 QQC2.Popup {
@@ -91,7 +92,7 @@ QQC2.Popup {
                 anchors.rightMargin: Kirigami.Units.smallSpacing
                 verticalAlignment: Text.AlignVCenter
                 text: LiteralText.oneLine(row.modelData.name)
-                color: row.current ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.textColor
+                color: row.current ? Readable.on(row.color, Kirigami.Theme.highlightedTextColor) : Kirigami.Theme.textColor
                 font.bold: row.index === menu.button.currentIndex
                 Accessible.ignored: true
             }

@@ -45,6 +45,7 @@ FocusScope {
 
                 focus: true
                 placeholderText: Translation.tr("Type your message...")
+                placeholderTextColor: Qt.rgba(color.r, color.g, color.b, 0.7)
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap
                 // The cursor of an empty field is beside the placeholder. A text is aligned by its own direction.

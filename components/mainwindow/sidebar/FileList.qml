@@ -7,6 +7,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
 import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "../../common/Readable.js" as Readable
 
 //! The files and folders of the project. Return or a click chooses one.
 ListView {
@@ -49,7 +50,8 @@ ListView {
         required property int index
         required property var model
         readonly property bool visualFocus: list.visualFocus && ListView.isCurrentItem
-        readonly property color textColor: mouse.containsMouse ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.textColor
+        readonly property color textColor: mouse.containsMouse ? Readable.on(Kirigami.Theme.hoverColor, Kirigami.Theme.highlightedTextColor)
+                                                              : Kirigami.Theme.textColor
 
         width: list.width
         height: Kirigami.Units.gridUnit * 1.5

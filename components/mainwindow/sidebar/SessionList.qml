@@ -6,6 +6,8 @@ import QtQuick.Controls 2.15 as QQC2
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
+import "../../common/Readable.js" as Readable
+
 //! The list of sessions. Return switches to a session, F2 renames and Delete deletes it; the menu key opens its menu.
 ListView {
     id: list
@@ -72,7 +74,7 @@ ListView {
         width: Math.min(implicitWidth, parent.width)
         visible: list.count === 0
         text: Translation.tr("No sessions")
-        color: Kirigami.Theme.disabledTextColor
+        color: Readable.on(Kirigami.Theme.backgroundColor, Kirigami.Theme.disabledTextColor)
     }
 
     FocusRing {

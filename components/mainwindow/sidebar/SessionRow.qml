@@ -7,6 +7,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
 import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "../../common/Readable.js" as Readable
 
 //! A session: its name, or a field to change it.
 Rectangle {
@@ -45,7 +46,8 @@ Rectangle {
         horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         text: row.shownName
-        color: row.selected || mouse.containsMouse ? Kirigami.Theme.highlightedTextColor : Kirigami.Theme.textColor
+        color: row.selected || mouse.containsMouse ? Readable.on(row.color, Kirigami.Theme.highlightedTextColor)
+                                                  : Kirigami.Theme.textColor
         Accessible.ignored: true
     }
 
@@ -80,6 +82,11 @@ Rectangle {
     Loader {
         anchors.fill: parent
         active: row.editing
+        // Otherwise the list would give it the focus again, and assistive technology does not know it.
+        onActiveChanged: {
+            if (!active && focus)
+                row.focus = true;
+        }
         Accessible.ignored: true
         sourceComponent: QQC2.TextField {
             id: field
