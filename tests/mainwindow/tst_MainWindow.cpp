@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Contrast.h"
 #include "MainWindowFixture.h"
 #include "TestRegistry.h"
 
@@ -464,10 +465,12 @@ void tst_MainWindow::looks()
     }
     const QString name =
         QString::fromUtf8(QTest::currentDataTag()) + (s_isDark ? QStringLiteral("-dark") : QStringLiteral("-light"));
+    QCOMPARE(Contrast::faintTexts(window.window()), QStringList());
     window.screenshot(QStringLiteral("main-looks-") + name);
     window.evaluateInWindow(QStringLiteral("tabBar.currentIndex = 1"));
     Q_EMIT window.sdk.codeGenerated(QStringLiteral("int x;\n").repeated(4));
     QVERIFY(window.settle());
+    QCOMPARE(Contrast::faintTexts(window.window()), QStringList());
     window.screenshot(QStringLiteral("main-looks-editor-") + name);
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "AccessibleWalk.h"
+#include "Contrast.h"
 #include "OmniBarFixture.h"
 #include "TestRegistry.h"
 
@@ -282,6 +283,8 @@ void tst_TrayIcon::colorsOfTheSystem()
     };
     QCOMPARE(colorOf("background"), dark.color(QPalette::Button));
     QCOMPARE(colorOf("contentItem"), dark.color(QPalette::ButtonText));
+    QVERIFY(tray.settle());
+    QCOMPARE(Contrast::faintTexts(tray.window()), QStringList());
 }
 
 void tst_TrayIcon::tooltip()
