@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "AccessibleRowOrder.h"
 #include "CatalogueTranslator.h"
 #include "LaunchMode.h"
 
@@ -36,6 +37,7 @@ private:
     QGuiApplication m_application;
     KAboutData m_about;
     CatalogueTranslator m_translator;
+    AccessibleRowOrder m_rowOrder;
     QQmlApplicationEngine m_engine;
     QUrl m_rootFile;
     QStringList m_arguments;

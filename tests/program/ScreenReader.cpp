@@ -13,6 +13,7 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
+#include <QRect>
 #include <QTest>
 
 #include <algorithm>
@@ -30,6 +31,7 @@ const QString s_action = QStringLiteral("org.a11y.atspi.Action");
 const QString s_component = QStringLiteral("org.a11y.atspi.Component");
 const QString s_text = QStringLiteral("org.a11y.atspi.Text");
 constexpr uint s_focused = 12; // the bit of a state
+constexpr uint s_screenCoordinates = 0;
 
 //! An event that a screen reader asks for, and its name on the bus.
 struct Listener
@@ -211,6 +213,28 @@ QString find(const QString &bus, const QString &role, const QString &name)
         .path;
 }
 
+//! The rows of the list with this name, each fetched by its index.
+QStringList rowPaths(const QString &bus, const QString &list)
+{
+    const QString path = find(bus, QStringLiteral("list"), list);
+    const int count = path.isEmpty() ? 0 : propertyOf(bus, path, s_accessible, "ChildCount").toInt();
+    QStringList paths;
+    for (int i = 0; i < count; ++i) {
+        const QVariant reply = ask(bus, path, s_accessible, QStringLiteral("GetChildAtIndex"), {i});
+        if (!reply.canConvert<QDBusArgument>()) {
+            return {};
+        }
+        const QString row = qdbus_cast<Reference>(reply.value<QDBusArgument>()).path.path();
+        if (ask(bus, row, s_accessible, QStringLiteral("GetIndexInParent")).toInt() != i) {
+            return {};
+        }
+        if (roleOf(bus, row) == QLatin1String("list item")) {
+            paths.append(row);
+        }
+    }
+    return paths;
+}
+
 bool xprop(const QStringList &arguments)
 {
     const auto result = Program::run(QStringList(QStringLiteral("-root")) + arguments,
@@ -291,23 +315,23 @@ QStringList ScreenReader::shown(const QString &role) const
 
 QStringList ScreenReader::rows(const QString &list) const
 {
-    const QString path = find(m_program, QStringLiteral("list"), list);
-    const int count = path.isEmpty() ? 0 : propertyOf(m_program, path, s_accessible, "ChildCount").toInt();
+    const QStringList paths = rowPaths(m_program, list);
     QStringList names;
-    for (int i = 0; i < count; ++i) {
-        const QVariant reply = ask(m_program, path, s_accessible, QStringLiteral("GetChildAtIndex"), {i});
-        if (!reply.canConvert<QDBusArgument>()) {
-            return {};
-        }
-        const QString row = qdbus_cast<Reference>(reply.value<QDBusArgument>()).path.path();
-        if (ask(m_program, row, s_accessible, QStringLiteral("GetIndexInParent")).toInt() != i) {
-            return {};
-        }
-        if (roleOf(m_program, row) == QLatin1String("list item")) {
-            names.append(nameOf(m_program, row));
-        }
+    for (const QString &path : paths) {
+        names.append(nameOf(m_program, path));
     }
     return names;
+}
+
+QList<int> ScreenReader::rowTops(const QString &list) const
+{
+    const QStringList paths = rowPaths(m_program, list);
+    QList<int> tops;
+    for (const QString &path : paths) {
+        const QVariant reply = ask(m_program, path, s_component, QStringLiteral("GetExtents"), {s_screenCoordinates});
+        tops.append(reply.canConvert<QDBusArgument>() ? qdbus_cast<QRect>(reply.value<QDBusArgument>()).top() : -1);
+    }
+    return tops;
 }
 
 bool ScreenReader::press(const QString &role, const QString &name) const

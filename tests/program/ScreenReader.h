@@ -46,6 +46,8 @@ public:
     //! The names of the children of the list with this name, each fetched by its index. Empty if there is no such list
     //! or a child doesn't know its place in it.
     QStringList rows(const QString &list) const;
+    //! How far down on the screen each of them is, in pixels.
+    QList<int> rowTops(const QString &list) const;
     //! Performs the first action of the object with this role and name, such as to press a button.
     //! @return whether there is such an object and it has an action
     bool press(const QString &role, const QString &name) const;

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void isOnTheBus();
     void operatesTheOmniBar();
     void operatesTheMainWindow();
+    void readsAListThatScrolls();
 
 private:
     std::unique_ptr<QTemporaryDir> m_home;
@@ -134,6 +136,35 @@ void tst_AssistiveTechnology::operatesTheMainWindow()
     QVERIFY(reader.rows(s_messages).constFirst().endsWith(QLatin1String("hello")));
     QVERIFY2(run.closeWindow(), run.errors().constData());
     QCOMPARE(run.unexpectedWords(), QString());
+}
+
+void tst_AssistiveTechnology::readsAListThatScrolls()
+{
+    m_environment.insert(QStringLiteral("LOOMRA_DEMO_SESSIONS"), QStringLiteral("60"));
+    const ScreenReader reader(ScreenReader::Events::None);
+    DesktopRun run({QStringLiteral("--main")}, m_environment);
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(run.takeKeyboard());
+    const QString list = QStringLiteral("Sessions");
+    QTRY_VERIFY_WITH_TIMEOUT(reader.rows(list).size() > 1, Timeouts::Program);
+    const QString first = reader.rows(list).constFirst();
+    QVERIFY(reader.focus(QStringLiteral("list item"), first));
+    QTRY_COMPARE_WITH_TIMEOUT(reader.focused(), QStringLiteral("list item: ") + first, Timeouts::Program);
+
+    // From row to row beyond the end of the view and back. Each row is created when it comes into view.
+    for (const char *key : {"Down", "Up"}) {
+        for (int i = 0; i < 40; ++i) {
+            run.press(key);
+        }
+        const bool isBack = qstrcmp(key, "Up") == 0;
+        QTRY_VERIFY_WITH_TIMEOUT(reader.rows(list).contains(first) == isBack, Timeouts::Program);
+        QTRY_VERIFY_WITH_TIMEOUT((reader.focused() == QStringLiteral("list item: ") + first) == isBack,
+                                 Timeouts::Program);
+        const QList<int> tops = reader.rowTops(list);
+        QVERIFY(tops.size() > 1);
+        QVERIFY(std::is_sorted(tops.cbegin(), tops.cend()));
+    }
+    QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
 REGISTER_PRIVATE_NETWORK_TEST(tst_AssistiveTechnology, QCoreApplication)
