@@ -3,6 +3,8 @@
 
 #include "TokenUsageService.h"
 
+#include "LocalDays.h"
+
 #include <QDateTime>
 #include <QDebug>
 #include <QDirIterator>
@@ -31,12 +33,6 @@ QByteArray contentOf(const QString &path)
         return {};
     }
     return file.readAll();
-}
-
-//! The local calendar day of a point in time; empty if that is beyond the calendar.
-QString dayOf(qint64 msSinceEpoch)
-{
-    return QDateTime::fromMSecsSinceEpoch(msSinceEpoch).date().toString(Qt::ISODate);
 }
 
 QVariantMap asMap(const QString &date, const DayTotals &totals)
@@ -76,10 +72,11 @@ bool TokenUsageService::isFresh() const
 TokenUsageService::Days TokenUsageService::read(const std::function<QStringList()> &take)
 {
     Days days;
+    LocalDays localDays;
     for (QStringList paths = take(); !paths.isEmpty(); paths = take()) {
         for (const QString &path : std::as_const(paths)) {
             if (const auto tokens = parseMessageTokens(contentOf(path))) {
-                const QString day = dayOf(tokens->stamp);
+                const QString day = localDays.dayOf(tokens->stamp);
                 if (!day.isEmpty()) {
                     days[day] += tokens->totals;
                 }
