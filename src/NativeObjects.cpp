@@ -4,6 +4,7 @@
 #include "NativeObjects.h"
 
 #include "AgentBridge.h"
+#include "Arc.h"
 #include "ChatModel.h"
 #include "CodeDirection.h"
 #include "ConfigManager.h"
@@ -22,9 +23,10 @@
 namespace
 {
 
-//! The types of the module that are written in C++.
+//! The types of the modules that are written in C++.
 void registerTypes()
 {
+    qmlRegisterType<Arc>("org.kde.loomra.components.controls", 1, 0, "Arc");
     qmlRegisterType<ChatModel>("org.kde.loomra", 1, 0, "ChatModel");
     qmlRegisterType<CodeDirection>("org.kde.loomra", 1, 0, "CodeDirection");
     qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");

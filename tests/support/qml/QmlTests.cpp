@@ -6,6 +6,7 @@
 #include "TestFiles.h"
 
 #include "Application.h"
+#include "Arc.h"
 #include "CodeDirection.h"
 #include "ConfigManager.h"
 #include "FileCheck.h"
@@ -38,6 +39,7 @@ public Q_SLOTS:
         Application::prepareEnvironment();
         Application::describe();
         m_configManager = std::make_unique<ConfigManager>();
+        qmlRegisterType<Arc>("org.kde.loomra.components.controls", 1, 0, "Arc");
         qmlRegisterType<CodeDirection>("org.kde.loomra", 1, 0, "CodeDirection");
         qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
         qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");

@@ -36,7 +36,7 @@ Item {
         radius: (width - line) / 2
         color: ring.bar.toviMagenta
         track: Qt.rgba(1, 1, 1, 0.2)
-        // Begins at the bottom of the circle. Intentional: a canvas draws arcs clockwise, so with an end before its
+        // Begins at the bottom of the circle. Intentional: arcs are drawn clockwise, so with an end before its
         // start the arc is the rest of the budget, which shrinks with every reply.
         from: Math.PI / 2
         to: from - 2 * Math.PI * ring.progress
