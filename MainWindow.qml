@@ -9,7 +9,7 @@ import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
 import "components/common"
-import "contents/ui/omnibar/logic/Native.js" as Native
+import "components/logic/Native.js" as Native
 
 //! The main window: sessions and files at the side, chat and code editor beside them, and the configuration pages.
 Kirigami.ApplicationWindow {

@@ -9,7 +9,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra 1.0 as Loomra
 import org.kde.loomra.components.controls 1.0
 
-import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "logic/Translatable.js" as Translatable
 import "common"
 import "common/FocusChain.js" as FocusChain
 import "common/Readable.js" as Readable

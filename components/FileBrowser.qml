@@ -8,7 +8,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
-import "../contents/ui/omnibar/logic/Native.js" as Native
+import "logic/Native.js" as Native
 import "common"
 
 //! The files of a project, one folder at a time, and the projects that were opened last.

@@ -7,7 +7,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
-import "../contents/ui/omnibar/logic/Native.js" as Native
+import "logic/Native.js" as Native
 import "mainwindow/controllers"
 import "mainwindow/logic/SessionNames.js" as SessionNames
 import "mainwindow/sidebar"

@@ -8,7 +8,7 @@ import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
-import "../contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "logic/Translatable.js" as Translatable
 import "common"
 import "config"
 import "config/controllers"

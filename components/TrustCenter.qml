@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 
-import "../contents/ui/omnibar/logic/Native.js" as Native
+import "logic/Native.js" as Native
 import "common"
 import "panels"
 

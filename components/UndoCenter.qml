@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
 
-import "../contents/ui/omnibar/logic/Native.js" as Native
+import "logic/Native.js" as Native
 import "panels"
 import "panels/PanelText.js" as PanelText
 

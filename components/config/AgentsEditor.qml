@@ -6,7 +6,7 @@ import QtQuick.Layouts 1.15
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
-import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "../logic/Translatable.js" as Translatable
 import "AgentConfig.js" as AgentConfig
 
 //! The agents as JSON. Each valid text is applied while the user types.

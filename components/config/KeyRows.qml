@@ -6,7 +6,7 @@ import QtQuick.Layouts 1.15
 import QtQuick.Window 2.15
 import org.kde.kirigami 2.20 as Kirigami
 
-import "../../contents/ui/omnibar/logic/ListSync.js" as ListSync
+import "../logic/ListSync.js" as ListSync
 
 //! A row for each key of an object, in place: rows whose key stays keep their focus. Long lists grow while the user
 //! scrolls, because the rows are heavy.

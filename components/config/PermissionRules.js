@@ -3,7 +3,7 @@
 
 .pragma library
 
-.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+.import "../logic/Translatable.js" as Translatable
 .import "ConfigObject.js" as ConfigObject
 
 // The rules of the section "permission": what agents may do. "ask" is the default, which the file doesn't name.

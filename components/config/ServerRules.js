@@ -3,7 +3,7 @@
 
 .pragma library
 
-.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+.import "../logic/Translatable.js" as Translatable
 .import "ConfigObject.js" as ConfigObject
 
 // The fields of the sections "mcp" and "provider".

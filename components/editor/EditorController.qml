@@ -5,7 +5,7 @@ import QtQuick 2.15
 import org.kde.loomra 1.0
 import org.kde.loomra.components.controls 1.0
 
-import "../../contents/ui/omnibar/logic/Native.js" as Native
+import "../logic/Native.js" as Native
 import "EditorText.js" as EditorText
 
 //! The file in the code editor: loads and saves it without losing any of it.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+.import "../logic/Translatable.js" as Translatable
 
 // What the code editor reports to the user.
 

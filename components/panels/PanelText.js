@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+.import "../logic/Untrusted.js" as Untrusted
 
 // The fields of the bridge's records, which may be missing or of another type, as the panels show them.
 

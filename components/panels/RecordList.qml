@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../../contents/ui/omnibar/logic/ListSync.js" as ListSync
+import "../logic/ListSync.js" as ListSync
 import "../common"
 
 //! A list of records with the role "recordId". New records change it in place, so that scroll position and focus stay.

@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.Window 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "omnibar/logic/Translatable.js" as Translatable
+import "../../components/logic/Translatable.js" as Translatable
 import "tray"
 
 //! The tray view: shows the state of the agent like a panel applet, but in a separate window. A small window shows only

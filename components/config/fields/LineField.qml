@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15 as QQC2
 import org.kde.loomra.components.controls 1.0
 
-import "../../../contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "../../logic/Translatable.js" as Translatable
 
 //! A line of text in a form.
 QQC2.TextField {

@@ -6,7 +6,7 @@ import QtQuick.Controls 2.15 as QQC2
 import org.kde.kirigami 2.20 as Kirigami
 import org.kde.loomra.components.controls 1.0
 
-import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "../../logic/LiteralText.js" as LiteralText
 import "../../common/Readable.js" as Readable
 
 //! The list of a ChoiceButton. There may be thousands of rows, so that a menu, which creates all its entries, won't do.

@@ -3,8 +3,8 @@
 
 import QtQuick 2.15
 
-import "../../../contents/ui/omnibar/logic/Native.js" as Native
-import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+import "../../logic/Native.js" as Native
+import "../../logic/Untrusted.js" as Untrusted
 import "../logic/History.js" as History
 
 //! The conversation of the main window: sends prompts, adds each reply once and loads the history of a session.

@@ -4,9 +4,9 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
-import "../../../contents/ui/omnibar/logic/Native.js" as Native
-import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+import "../../logic/LiteralText.js" as LiteralText
+import "../../logic/Native.js" as Native
+import "../../logic/Untrusted.js" as Untrusted
 import "../logic/Choices.js" as Choices
 
 //! The model and the agent of the next prompt.

@@ -4,9 +4,9 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../../../contents/ui/omnibar/logic/ListSync.js" as ListSync
-import "../../../contents/ui/omnibar/logic/Native.js" as Native
-import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+import "../../logic/ListSync.js" as ListSync
+import "../../logic/Native.js" as Native
+import "../../logic/Untrusted.js" as Untrusted
 import "../logic/SessionNames.js" as SessionNames
 
 //! The sessions of the bridge in the sidebar.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "../../../contents/ui/omnibar/logic/LiteralText.js" as LiteralText
-.import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+.import "../../logic/LiteralText.js" as LiteralText
+.import "../../logic/Untrusted.js" as Untrusted
 .import "TextSet.js" as TextSet
 
 // The models and agents that the user can choose. The lists of the bridge and the agent tool's file are untrusted.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+.import "../../logic/Untrusted.js" as Untrusted
 .import "TextSet.js" as TextSet
 
 // Which messages the chat shows: neither a reply nor the history of a session may appear twice.

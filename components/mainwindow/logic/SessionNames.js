@@ -3,8 +3,8 @@
 
 .pragma library
 .import "../../../contents/ui/omnibar/logic/Sessions.js" as Sessions
-.import "../../../contents/ui/omnibar/logic/Translatable.js" as Translatable
-.import "../../../contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+.import "../../logic/Translatable.js" as Translatable
+.import "../../logic/Untrusted.js" as Untrusted
 .import "TextSet.js" as TextSet
 
 // The rows of the list of sessions, which is untrusted.

@@ -6,9 +6,9 @@ import org.kde.loomra.components.controls 1.0
 
 import "../../../voice/sentenceSuite.js" as SentenceSuite
 import "../../../voice/sttSentenceScoring.js" as Scoring
-import "logic/LiteralText.js" as LiteralText
-import "logic/Native.js" as Native
-import "logic/Translatable.js" as Translatable
+import "../../../components/logic/LiteralText.js" as LiteralText
+import "../../../components/logic/Native.js" as Native
+import "../../../components/logic/Translatable.js" as Translatable
 import "logic/VoiceTabText.js" as VoiceTabText
 import "logic/VoiceText.js" as VoiceText
 import "common"

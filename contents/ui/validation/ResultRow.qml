@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../omnibar/logic/LiteralText.js" as LiteralText
+import "../../../components/logic/LiteralText.js" as LiteralText
 
 //! A row of a ResultList: a coloured heading, and one or two lines that may be untrusted. The whole text is in a tooltip.
 Item {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../omnibar/logic/Translatable.js" as Translatable
+import "../../../components/logic/Translatable.js" as Translatable
 
 //! The state of the voice path in a word.
 Rectangle {

@@ -4,8 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../omnibar/logic/LiteralText.js" as LiteralText
-import "../omnibar/logic/Native.js" as Native
+import "../../../components/logic/LiteralText.js" as LiteralText
+import "../../../components/logic/Native.js" as Native
 import "../omnibar/logic/VoiceText.js" as VoiceText
 import "qrc:/org/kde/loomra/voice/sentenceSuite.js" as SentenceSuite
 import "qrc:/org/kde/loomra/voice/sttSentenceScoring.js" as Scoring

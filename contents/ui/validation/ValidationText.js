@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "../omnibar/logic/LiteralText.js" as LiteralText
-.import "../omnibar/logic/Translatable.js" as Translatable
+.import "../../../components/logic/LiteralText.js" as LiteralText
+.import "../../../components/logic/Translatable.js" as Translatable
 .import "qrc:/org/kde/loomra/voice/sttSentenceScoring.js" as Scoring
 
 // The wording and the tables of the voice validation window. "tr" is the translating function. "voice" is the native

@@ -4,8 +4,8 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The files that go with the next prompt: a chip each. They fit into the gap between the bar and the panel above it,
 //! including that panel's margin, so they cover no content.

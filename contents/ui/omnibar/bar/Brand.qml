@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The logo with the connection dot, and the name of the assistant.
 Row {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! Starts and ends voice input. Without a voice bridge it always looks idle, and its tooltip says so.
 RoundButton {

@@ -6,8 +6,8 @@ import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/KeyTable.js" as KeyTable
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The input field for prompts.
 T.TextField {

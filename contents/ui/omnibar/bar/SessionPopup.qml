@@ -6,9 +6,9 @@ import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/Geometry.js" as Geometry
-import "../logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/LiteralText.js" as LiteralText
 import "../logic/Sessions.js" as Sessions
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The sessions of the bridge, to switch between them and to delete them. Dark in both themes, like the bar.
 Rectangle {

@@ -6,7 +6,7 @@ import QtQuick.Templates 2.15 as T
 import org.kde.loomra.components.controls 1.0
 
 import "../logic/Geometry.js" as Geometry
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The local commands that match what the user types. The focus stays in the input, which handles the keys. Dark in
 //! both themes, like the bar.

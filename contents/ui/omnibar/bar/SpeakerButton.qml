@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! Turns reading aloud on and off. While a reply is being spoken, a click stops it.
 RoundButton {

@@ -5,7 +5,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The strip below the prompt bar while a transcript waits to be sent: countdown, "Rephrase", "Send" and "Cancel".
 Rectangle {

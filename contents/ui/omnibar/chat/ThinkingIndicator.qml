@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! The footer of the conversation while waiting for a reply: the current phase and a stop button.
 Item {

@@ -6,7 +6,7 @@ import QtQuick 2.15
 import "../logic/ChatContext.js" as ChatContext
 import "../logic/CollapseRule.js" as CollapseRule
 import "../logic/Feedback.js" as Feedback
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/ReplyText.js" as ReplyText
 import "../logic/StructuredReply.js" as StructuredReply
 

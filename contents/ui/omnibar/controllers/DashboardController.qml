@@ -5,8 +5,8 @@ import QtQuick 2.15
 
 import "../logic/Dashboard.js" as Dashboard
 import "../logic/DashboardText.js" as DashboardText
-import "../logic/ListSync.js" as ListSync
-import "../logic/Native.js" as Native
+import "../../../../components/logic/ListSync.js" as ListSync
+import "../../../../components/logic/Native.js" as Native
 
 //! The reports of the bridge on itself and its service, which are polled while the System tab is shown.
 Controller {

@@ -4,8 +4,8 @@
 import QtQuick 2.15
 
 import "../logic/Models.js" as Models
-import "../logic/Native.js" as Native
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Native.js" as Native
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The check which of the free models respond.
 Controller {

@@ -3,9 +3,9 @@
 
 import QtQuick 2.15
 
-import "../logic/ListSync.js" as ListSync
+import "../../../../components/logic/ListSync.js" as ListSync
 import "../logic/Models.js" as Models
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! The models of the bridge, and the choice of the default one.
 Controller {

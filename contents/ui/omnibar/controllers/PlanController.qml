@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/PlanText.js" as PlanText
 
 //! Plans: requested, waiting for approval, running, and undone. They go through the SDK client. Plans that the bridge

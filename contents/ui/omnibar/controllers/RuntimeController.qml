@@ -5,7 +5,7 @@ import QtQuick 2.15
 
 import "../logic/Dashboard.js" as Dashboard
 import "../logic/DashboardText.js" as DashboardText
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! The health and the jobs of the AI runtime, and pending reminders. Intentional: no control shows most of it.
 Controller {

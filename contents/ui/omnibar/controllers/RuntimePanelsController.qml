@@ -3,9 +3,9 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/RuntimePanels.js" as RuntimePanels
-import "../logic/Untrusted.js" as Untrusted
+import "../../../../components/logic/Untrusted.js" as Untrusted
 
 //! What the settings sheet shows of pattern learning and the AI runtime, and when that is requested.
 Controller {

@@ -3,10 +3,10 @@
 
 import QtQuick 2.15
 
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Native.js" as Native
+import "../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/Native.js" as Native
 import "../logic/Sessions.js" as Sessions
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The command /session: a popup with the sessions, to switch between them and to delete them.
 Controller {

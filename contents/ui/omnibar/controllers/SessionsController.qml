@@ -3,11 +3,11 @@
 
 import QtQuick 2.15
 
-import "../logic/ListSync.js" as ListSync
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Native.js" as Native
+import "../../../../components/logic/ListSync.js" as ListSync
+import "../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/Native.js" as Native
 import "../logic/Sessions.js" as Sessions
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/Translatable.js" as Translatable
 
 //! The sessions of the bridge.
 Controller {

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/SlashCommands.js" as SlashCommands
 
 //! Local commands, which begin with a "/", and the menu that suggests them while the user types.

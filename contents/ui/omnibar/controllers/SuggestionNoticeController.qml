@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/SuggestionNotice.js" as SuggestionNotice
 
 //! Workspace suggestions: the result of a check, in the settings sheet and for a moment below the bar, and the dialog

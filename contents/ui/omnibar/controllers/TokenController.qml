@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 
 //! Tokens of model providers. Intentional: no control of the sheet uses this, and the bridge's replies are not shown.
 Controller {

@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/VoiceText.js" as VoiceText
 
 //! The voice functions of the bar: puts transcripts into the input, asks for confirmation and speaks replies.

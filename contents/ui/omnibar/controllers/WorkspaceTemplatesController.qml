@@ -3,7 +3,7 @@
 
 import QtQuick 2.15
 
-import "../logic/Native.js" as Native
+import "../../../../components/logic/Native.js" as Native
 import "../logic/WorkspaceTemplates.js" as WorkspaceTemplates
 
 //! The workspace templates: the user's preferences, the bridge's workspaces, and preparing them. Preparing acts on the

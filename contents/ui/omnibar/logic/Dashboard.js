@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/LiteralText.js" as LiteralText
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // The bridge's reports as values of the window's properties. Reports are untrusted: any field may be missing or of
 // another type.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
-.import "Translatable.js" as Translatable
+.import "../../../../components/logic/LiteralText.js" as LiteralText
+.import "../../../../components/logic/Translatable.js" as Translatable
 
 // Wording and colours of the dashboard. Each function that makes a text takes the translating function last.
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
-.import "Translatable.js" as Translatable
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/LiteralText.js" as LiteralText
+.import "../../../../components/logic/Translatable.js" as Translatable
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // The bridge's list of models and its check of the free ones. Both are untrusted: any field may be missing or of
 // another type.

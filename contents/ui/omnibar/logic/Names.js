@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "Translatable.js" as Translatable
+.import "../../../../components/logic/Translatable.js" as Translatable
 
 // Display names of agents, capabilities and phases. The last argument of each function is the translating function;
 // without it the result is English. Maps instead of objects, because ids are untrusted and every object has a

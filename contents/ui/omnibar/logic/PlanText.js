@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "Translatable.js" as Translatable
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/Translatable.js" as Translatable
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // The wording of plans and their results. Both come from the bridge, so the type of every field is checked, and lookups
 // use maps, because every object has a "constructor". The last argument of most functions is the translating function;

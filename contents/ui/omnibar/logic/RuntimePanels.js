@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "Translatable.js" as Translatable
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/Translatable.js" as Translatable
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // What the bridge reports about pattern learning and the AI runtime. It is untrusted: any field may be missing or of
 // another type.

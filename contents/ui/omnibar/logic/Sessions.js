@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
+.import "../../../../components/logic/LiteralText.js" as LiteralText
 .import "MessageTime.js" as MessageTime
-.import "Translatable.js" as Translatable
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/Translatable.js" as Translatable
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // The bridge's list of sessions. It is untrusted: any field may be missing or of another type.
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
-.import "Translatable.js" as Translatable
+.import "../../../../components/logic/LiteralText.js" as LiteralText
+.import "../../../../components/logic/Translatable.js" as Translatable
 
 // Local commands, which the user types after a "/". A row of the table is all that a command needs.
 

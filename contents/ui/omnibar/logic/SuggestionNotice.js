@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "LiteralText.js" as LiteralText
+.import "../../../../components/logic/LiteralText.js" as LiteralText
 .import "PlanText.js" as PlanText
-.import "Translatable.js" as Translatable
-.import "Untrusted.js" as Untrusted
+.import "../../../../components/logic/Translatable.js" as Translatable
+.import "../../../../components/logic/Untrusted.js" as Untrusted
 
 // The wording of a check for workspace suggestions, and the content of the suggestion dialog. Both come from the bridge,
 // so the type of every field is checked.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "Translatable.js" as Translatable
+.import "../../../../components/logic/Translatable.js" as Translatable
 
 // The cards below a reply: {title, subtitle, prompt, iconName, iconColor, iconBg}. Follow-ups are untrusted, so the
 // type of every field is checked and an icon must be the name of a theme icon, not a path or URL.

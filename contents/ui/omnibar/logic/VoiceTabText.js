@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 .pragma library
-.import "Translatable.js" as Translatable
+.import "../../../../components/logic/Translatable.js" as Translatable
 .import "../../../../voice/sttSentenceScoring.js" as Scoring
 
 // Wording, ranges and colours of the Voice tab. Each function that makes a text takes the translating function last.

@@ -4,8 +4,8 @@
 import QtQuick 2.15
 
 import "../common"
-import "../logic/LiteralText.js" as LiteralText
-import "../logic/Translatable.js" as Translatable
+import "../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../components/logic/Translatable.js" as Translatable
 import "common"
 import "models"
 

@@ -5,9 +5,9 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "../../common"
-import "../../logic/LiteralText.js" as LiteralText
+import "../../../../../components/logic/LiteralText.js" as LiteralText
 import "../../logic/Models.js" as Models
-import "../../logic/Translatable.js" as Translatable
+import "../../../../../components/logic/Translatable.js" as Translatable
 import "../common"
 
 //! The check which of the free models respond.

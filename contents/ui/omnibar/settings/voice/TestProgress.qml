@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../../logic/Translatable.js" as Translatable
+import "../../../../../components/logic/Translatable.js" as Translatable
 
 //! How many sentences of the voice test were submitted.
 Column {

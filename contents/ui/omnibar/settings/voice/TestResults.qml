@@ -6,9 +6,9 @@ import org.kde.loomra.components.controls 1.0
 
 import "../../../../../voice/sttSentenceScoring.js" as Scoring
 import "../../common"
-import "../../logic/ListSync.js" as ListSync
-import "../../logic/LiteralText.js" as LiteralText
-import "../../logic/Translatable.js" as Translatable
+import "../../../../../components/logic/ListSync.js" as ListSync
+import "../../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../../components/logic/Translatable.js" as Translatable
 import "../../logic/VoiceTabText.js" as VoiceTabText
 import "../common"
 

@@ -4,9 +4,9 @@
 import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
-import "../../logic/LiteralText.js" as LiteralText
-import "../../logic/Native.js" as Native
-import "../../logic/Translatable.js" as Translatable
+import "../../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../../components/logic/Native.js" as Native
+import "../../../../../components/logic/Translatable.js" as Translatable
 import "../../logic/VoiceTabText.js" as VoiceTabText
 import "../../logic/VoiceText.js" as VoiceText
 import "../common"

@@ -5,9 +5,9 @@ import QtQuick 2.15
 import org.kde.loomra.components.controls 1.0
 
 import "../../common"
-import "../../logic/ListSync.js" as ListSync
-import "../../logic/LiteralText.js" as LiteralText
-import "../../logic/Native.js" as Native
+import "../../../../../components/logic/ListSync.js" as ListSync
+import "../../../../../components/logic/LiteralText.js" as LiteralText
+import "../../../../../components/logic/Native.js" as Native
 import "../../logic/VoiceTabText.js" as VoiceTabText
 import "../common"
 

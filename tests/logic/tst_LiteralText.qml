@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/LiteralText.js" as LiteralText
+import "qrc:/org/kde/loomra/components/logic/LiteralText.js" as LiteralText
 import "qrc:/org/kde/loomra/components/MarkdownRenderer.js" as MarkdownRenderer
 
 TestCase {

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/Translatable.js" as Translatable
+import "qrc:/org/kde/loomra/components/logic/Translatable.js" as Translatable
 
 TestCase {
     name: "Translatable"

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/Untrusted.js" as Untrusted
+import "qrc:/org/kde/loomra/components/logic/Untrusted.js" as Untrusted
 
 TestCase {
     name: "Untrusted"

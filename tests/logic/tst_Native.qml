@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.2
 
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/Native.js" as Native
+import "qrc:/org/kde/loomra/components/logic/Native.js" as Native
 
 TestCase {
     name: "Native"

@@ -4,7 +4,7 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-import "qrc:/org/kde/loomra/contents/ui/omnibar/logic/ListSync.js" as ListSync
+import "qrc:/org/kde/loomra/components/logic/ListSync.js" as ListSync
 
 TestCase {
     id: test
