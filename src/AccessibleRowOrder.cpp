@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -66,6 +67,7 @@ bool AccessibleRowOrder::eventFilter(QObject *watched, QEvent *event)
 
 void AccessibleRowOrder::accessibilityActiveChanged(bool active)
 {
+    m_isActive = active;
     if (!active) {
         return;
     }
@@ -82,8 +84,9 @@ void AccessibleRowOrder::watch(QQuickWindow *window)
 {
     // After the frame, because some lists create their rows just before they are drawn.
     disconnect(window, &QQuickWindow::frameSwapped, this, nullptr);
-    connect(window, &QQuickWindow::frameSwapped, this, [window] {
-        if (QAccessible::isActive()) {
+    // A renderer with its own thread emits the signal there, so the window may be gone when it arrives.
+    connect(window, &QQuickWindow::frameSwapped, this, [this, window = QPointer<QQuickWindow>(window)] {
+        if (m_isActive && window) {
             sort(window->contentItem());
         }
     });

@@ -32,4 +32,6 @@ public:
 private:
     void accessibilityActiveChanged(bool active) override;
     void watch(QQuickWindow *window);
+
+    bool m_isActive = false;
 };
