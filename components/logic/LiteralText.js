@@ -33,13 +33,14 @@ function printable(text) {
  * @param length in characters, by default that of a name
  */
 function oneLine(text, length = maxLength) {
-    const line = printable(text.substring(0, length + 1));
-    if (line.length <= length) {
-        return line;
+    if (text.length <= length) {
+        return printable(text);
     }
     // Not within a surrogate pair.
-    const end = /[\ud800-\udbff]/.test(line.charAt(length - 1)) ? length - 1 : length;
-    return line.substring(0, end) + "…";
+    const end = /[\ud800-\udbff]/.test(text.charAt(length - 1)) ? length - 1 : length;
+    const cut = text.substring(0, end) + "…";
+    // Without its end, an isolated value would include the text after it.
+    return printable(cut.lastIndexOf("\u2068") > cut.lastIndexOf("\u2069") ? cut + "\u2069" : cut);
 }
 
 /** Markdown that shows a name as oneLine() does, at most with a similar character for a backtick. */

@@ -25,11 +25,14 @@ const leftToRight = /[A-Za-z\u00c0-\u058f]/;
  * values in other letters are isolated, or what is at their ends, such as the first slash of a path, would change sides.
  */
 function filled(text, values) {
-    const isolates = rightToLeft.test(text);
+    const isRightToLeft = rightToLeft.test(text);
+    // A value that has isolated parts is itself such a text. LiteralText.printable() knows no nested ones.
+    const isIsolated = value => isRightToLeft && typeof value === "string" && leftToRight.test(value)
+        && !value.includes("\u2068");
     return text.replace(/\{(\w+)\}/g, (place, name) => {
         if (!values.hasOwnProperty(name))
             return place;
         const value = values[name];
-        return isolates && typeof value === "string" && leftToRight.test(value) ? "\u2068" + value + "\u2069" : value;
+        return isIsolated(value) ? "\u2068" + value + "\u2069" : value;
     });
 }

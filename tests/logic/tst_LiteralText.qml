@@ -30,6 +30,8 @@ TestCase {
             { tag: "longest", text: longName.substring(0, 200), shown: longName.substring(0, 200) },
             { tag: "too long", text: longName, shown: longName.substring(0, 200) + "…" },
             { tag: "pair at the end", text: "x".repeat(199) + "😀x", shown: "x".repeat(199) + "…" },
+            { tag: "cut within an isolated value", text: "ملف: \u2068" + longName, shown: "ملف: \u2068" + "x".repeat(194) + "…\u2069" },
+            { tag: "cut before the end of one", text: "\u2068" + "x".repeat(199) + "\u2069x", shown: "\u2068" + "x".repeat(199) + "…\u2069" },
             { tag: "markup", text: hostile, shown: hostile }
         ];
     }

@@ -28,6 +28,8 @@ TestCase {
             { tag: "values are not looked at", text: "{b}", values: { b: "$& {c} %1", c: "x" }, filled: "$& {c} %1" },
             { tag: "path from right to left", text: "ملف: {b}", values: { b: "/home/me" }, filled: "ملف: \u2068/home/me\u2069" },
             { tag: "same direction", text: "ملف: {b}", values: { b: "صورة" }, filled: "ملف: صورة" },
+            { tag: "filled text from right to left", text: "حذف {b}", values: { b: "ملف \u2068/home/me\u2069" },
+              filled: "حذف ملف \u2068/home/me\u2069" },
             { tag: "number from right to left", text: "{b} ملف", values: { b: 2 }, filled: "2 ملف" }
         ];
     }
