@@ -6,8 +6,8 @@
 #include <QObject>
 #include <QQuickTextDocument>
 
-//! Lays out code from left to right, known to QML as the type CodeDirection. Stateless. By default the first letter of
-//! a text decides, so that a comment in Arabic at the start of a file would turn all of its code around.
+//! Lays out code from left to right. A QML type without state. By default the first letter of a text decides its
+//! direction, so a comment in Arabic at the start of a file would align all of its code on the right.
 class CodeDirection : public QObject
 {
     Q_OBJECT

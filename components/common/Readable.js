@@ -3,10 +3,10 @@
 
 .pragma library
 
-// Colours of the desktop that are made for symbols or large areas, used for text: Breeze's orange on white has a contrast
-// of 2.9.
+// Makes colours of the desktop readable as text. Many are meant for symbols or large areas: the contrast of Breeze's
+// orange on white is 2.9.
 
-// What text needs at least, by the Web Content Accessibility Guidelines.
+// For text, by the Web Content Accessibility Guidelines.
 const minimum = 4.5;
 const steps = 20;
 

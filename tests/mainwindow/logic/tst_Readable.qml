@@ -8,7 +8,7 @@ import org.kde.kirigami 2.20 as Kirigami
 import "qrc:/org/kde/loomra/components/common"
 import "qrc:/org/kde/loomra/components/common/Readable.js" as Readable
 
-//! The contrast of the main window's and the tray view's texts in the colours of the usual desktops.
+//! The contrast of the main window's and the tray view's texts in the colours of common desktops.
 Item {
     id: root
 
