@@ -25,7 +25,7 @@ constexpr int s_manySteps = 100; // more than any tab order has
 //! How far outside its item a focus ring is drawn, in pixels.
 constexpr int s_ringMargin = 4;
 
-//! Whether all of the item can be seen, or all that its surroundings have room for.
+//! Whether all of the item can be seen, or as much of it as the views around it have room for.
 bool isScrolledIntoView(QQuickItem *item)
 {
     QSizeF room = item->window()->size();

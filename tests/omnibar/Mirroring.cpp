@@ -116,6 +116,11 @@ bool isSame(const QRectF &a, const QRectF &b)
 QStringList differences(const Kinds &mirrored, const Kinds &expected)
 {
     QStringList found;
+    for (auto kind = expected.begin(); kind != expected.end(); ++kind) {
+        if (!mirrored.contains(kind.key())) {
+            found.append(kind.key() + QStringLiteral(": missing in the mirrored layout"));
+        }
+    }
     for (auto kind = mirrored.begin(); kind != mirrored.end(); ++kind) {
         const QList<QRectF> others = expected.value(kind.key());
         if (others.size() != kind->size()) {
@@ -156,6 +161,9 @@ QString Mirroring::faults(OmniBarFixture &window, const QStringList &exceptions)
         return places;
     };
     const auto mirrored = sorted(places(), 0);
+    if (mirrored.isEmpty()) {
+        return QStringLiteral("nothing can be seen");
+    }
     QStringList found;
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     const auto isMirrored = [&] {
