@@ -39,8 +39,7 @@ QString ofBridge(const QString &stateHome, const QString &home, const QString &f
 
 QString ofBridge()
 {
-    return ofBridge(qEnvironmentVariable("XDG_STATE_HOME"), QDir::homePath(),
-                    QStringLiteral("/tmp/loomra-bridge/logs"));
+    return ofBridge(qEnvironmentVariable("XDG_STATE_HOME"), QDir::homePath());
 }
 
 } // namespace LogDirectory

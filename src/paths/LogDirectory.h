@@ -9,6 +9,9 @@
 namespace LogDirectory
 {
 
+//! Where a bridge without a home directory writes.
+inline const QLatin1String BridgeFallback("/tmp/loomra-bridge/logs");
+
 //! The base directory for state that programs use when XDG_STATE_HOME is not set.
 QString defaultStateHome(const QString &home);
 
@@ -18,10 +21,9 @@ QString create(const QString &stateHome, const QString &home);
 
 //! Where to look for the bridge's own logs: the directory that create() returns, or @p fallback if only that one has
 //! log files.
-//! @param fallback where a bridge without a home directory writes
-QString ofBridge(const QString &stateHome, const QString &home, const QString &fallback);
+QString ofBridge(const QString &stateHome, const QString &home, const QString &fallback = BridgeFallback);
 
-//! The same with the environment, home and temporary directory of this process.
+//! The same with the environment and home of this process.
 QString ofBridge();
 
 } // namespace LogDirectory

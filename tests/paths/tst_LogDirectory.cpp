@@ -33,6 +33,7 @@ class tst_LogDirectory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void fixedValues();
     void createsTheDefaultDirectory();
     void choosesWhereLogsAre_data();
     void choosesWhereLogsAre();
@@ -40,6 +41,11 @@ private Q_SLOTS:
     void pathIsClean();
     void followsTheEnvironment();
 };
+
+void tst_LogDirectory::fixedValues()
+{
+    QCOMPARE(LogDirectory::BridgeFallback, QLatin1String("/tmp/loomra-bridge/logs"));
+}
 
 void tst_LogDirectory::createsTheDefaultDirectory()
 {

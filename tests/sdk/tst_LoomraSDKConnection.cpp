@@ -3,10 +3,13 @@
 
 #include "ConnectedSdk.h"
 
+#include "SingleShots.h"
 #include "TestRegistry.h"
 #include "WaitUntil.h"
 
 #include <QFile>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWebSocket>
@@ -44,6 +47,10 @@ private Q_SLOTS:
     void reportsAnOversizedMessage();
     void comesBack();
     void waitsForReady();
+    void stopsTryingOnceReady();
+    void runningTimerKeepsItsPhase();
+    void keepsAnOpenConnection();
+    void replacesAnAttemptUnderWay();
     void triesAsLongAsItTakes();
     void asksForTheServiceOnce();
     void triesWithoutAServiceManager();
@@ -172,6 +179,64 @@ void tst_LoomraSDKConnection::waitsForReady()
     QVERIFY(fixture->sdk.isConnected());
     QVERIFY(fixture->timer("reconnectTimer")->isActive());
     QCOMPARE(fixture->emitted.take(), QStringList());
+    fixture->log.takeWarnings();
+}
+
+//! A timer that runs although the connection is ready is stopped by its next tick, which does nothing else.
+void tst_LoomraSDKConnection::stopsTryingOnceReady()
+{
+    const int before = serviceRequests();
+    QTimer *timer = fixture->timer("reconnectTimer");
+    timer->start();
+    fixture->expire("reconnectTimer");
+    QVERIFY(!timer->isActive());
+    QVERIFY(fixture->deliver(QStringLiteral("{}"))); // on the same connection
+    QCOMPARE(fixture->peer.connectionCount(), 1);
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QCOMPARE(serviceRequests(), before);
+}
+
+void tst_LoomraSDKConnection::runningTimerKeepsItsPhase()
+{
+    QVERIFY(fixture->lose());
+    const QTimer *timer = fixture->timer("reconnectTimer");
+    const int id = timer->timerId();
+    QVERIFY(QMetaObject::invokeMethod(&fixture->sdk, "scheduleReconnect"));
+    QVERIFY(timer->isActive());
+    QCOMPARE(timer->timerId(), id); // QTimer::start() would have taken another one
+}
+
+//! The delayed attempt of initialize() may find the connection open.
+void tst_LoomraSDKConnection::keepsAnOpenConnection()
+{
+    fixture->sdk.initialize();
+    SingleShots::fire();
+    QVERIFY(fixture->deliver(QStringLiteral("{}"))); // on the same connection
+    QCOMPARE(fixture->peer.connectionCount(), 1);
+    QVERIFY(fixture->sdk.isReady());
+    QCOMPARE(fixture->emitted.take(), QStringList());
+}
+
+//! Only an open connection keeps from another attempt, so that a peer that never completes the handshake doesn't
+//! block the client.
+void tst_LoomraSDKConnection::replacesAnAttemptUnderWay()
+{
+    fixture->peer.close();
+    QTRY_VERIFY(fixture->timer("reconnectTimer")->isActive());
+    QTcpServer mute;
+    QVERIFY(mute.listen(QHostAddress::LocalHost, BridgeConnection::Port));
+    const auto *socket = fixture->sdk.findChild<QWebSocket *>();
+    const auto nextAttempt = [&]() -> QTcpSocket * {
+        fixture->expire("reconnectTimer");
+        return waitUntil([&] { return mute.hasPendingConnections(); }) ? mute.nextPendingConnection() : nullptr;
+    };
+
+    const QTcpSocket *first = nextAttempt();
+    QVERIFY(first);
+    QTRY_VERIFY(socket->state() == QAbstractSocket::ConnectingState);
+    QVERIFY(nextAttempt());
+    QTRY_COMPARE(first->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(socket->state(), QAbstractSocket::ConnectingState);
     fixture->log.takeWarnings();
 }
 

@@ -25,8 +25,11 @@ private Q_SLOTS:
     void sendsTheCurrentValues();
     void equalValuesAreNoChange();
     void keepsArgumentsPerRequest();
+    void keepsArgumentsAmongTheLabels();
+    void refusedRequestStaysOpen();
     void ignoresFramesThatAreNotReplies_data();
     void ignoresFramesThatAreNotReplies();
+    void logsFramesThatAreNotJson();
     void acceptsOnlyIntegralIds_data();
     void acceptsOnlyIntegralIds();
     void modelsOfBothSources();
@@ -174,6 +177,32 @@ void tst_LoomraSDKOperations::keepsArgumentsPerRequest()
                           QStringLiteral("automationDeleted(\"b1\")")}));
 }
 
+//! Labels and kept arguments share one table, in which the argument's key is the id plus 10000.
+void tst_LoomraSDKOperations::keepsArgumentsAmongTheLabels()
+{
+    fixture->sdk.auditRevert(QStringLiteral("listAgents"));
+    QCOMPARE(fixture->peer.takeRequest().id, quint64(3));
+    QVERIFY(fixture->deliverReply(10002, QStringLiteral("{}")));
+    QVERIFY(fixture->deliverReply(10004, QStringLiteral("{}")));
+    QCOMPARE(fixture->emitted.take(), QStringList());
+    QVERIFY(fixture->deliverReply(10003, QStringLiteral(R"({"agents":[1]})")));
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("agentsListed([1])")));
+    QVERIFY(fixture->deliverReply(3, QStringLiteral("{}")));
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("auditReverted(\"\")")));
+}
+
+//! Its label stays, as if it had been sent.
+void tst_LoomraSDKOperations::refusedRequestStaysOpen()
+{
+    QVERIFY(fixture->lose());
+    fixture->sdk.listAgents();
+    QVERIFY(fixture->connect());
+    QVERIFY(fixture->becomeReady());
+    fixture->emitted.take();
+    QVERIFY(fixture->deliverReply(3, QStringLiteral(R"({"agents":[1]})")));
+    QCOMPARE(fixture->emitted.take(), QStringList(QStringLiteral("agentsListed([1])")));
+}
+
 void tst_LoomraSDKOperations::ignoresFramesThatAreNotReplies_data()
 {
     QTest::addColumn<QString>("frame");
@@ -213,6 +242,16 @@ void tst_LoomraSDKOperations::ignoresFramesThatAreNotReplies()
     // Connection and request are still open.
     fixture->peer.reply(request, QJsonObject {{QStringLiteral("agents"), QJsonArray {1}}});
     QCOMPARE(fixture->waitForSignals(1), QStringList(QStringLiteral("agentsListed([1])")));
+}
+
+void tst_LoomraSDKOperations::logsFramesThatAreNotJson()
+{
+    QVERIFY(fixture->deliver(QStringLiteral("not JSON")));
+    QVERIFY(fixture->log.has(QtDebugMsg, QStringLiteral("Failed to parse JSON message: \"illegal value\"")));
+    QVERIFY(fixture->deliver(QStringLiteral("{7}")));
+    QVERIFY(fixture->log.has(QtDebugMsg, QStringLiteral("Failed to parse JSON message: \"unterminated object\"")));
+    QCOMPARE(fixture->log.count(QStringLiteral("Failed to parse JSON message:")), 2);
+    QCOMPARE(fixture->emitted.take(), QStringList());
 }
 
 void tst_LoomraSDKOperations::acceptsOnlyIntegralIds_data()
