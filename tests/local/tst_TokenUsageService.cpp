@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include <limits>
 #include <unistd.h>
 
 namespace
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void members();
     void days_data();
     void days();
+    void limitsTheDays();
     void sums();
     void whichFiles();
     void unreadableFiles();
@@ -129,6 +131,17 @@ void tst_TokenUsageService::days()
     }
     // The next window comes from the same scan.
     QCOMPARE(service.dailyUsage(count + 1).at(count).toMap().value(QStringLiteral("input")).toLongLong(), 7);
+}
+
+//! Any number comes from QML, such as the conversion of 1e10.
+void tst_TokenUsageService::limitsTheDays()
+{
+    QCOMPARE(TokenUsageService::MaximumDays, 36525);
+    TokenUsageService service(clock());
+    const QVariantList usage = service.dailyUsage(std::numeric_limits<int>::max());
+    QCOMPARE(usage.size(), TokenUsageService::MaximumDays);
+    QCOMPARE(usage.constLast().toMap().value(QStringLiteral("date")).toString(),
+             s_now.date().addDays(1 - TokenUsageService::MaximumDays).toString(Qt::ISODate));
 }
 
 void tst_TokenUsageService::sums()

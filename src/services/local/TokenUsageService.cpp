@@ -14,6 +14,7 @@
 #include <QStandardPaths>
 #include <QThread>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -123,6 +124,7 @@ QVariantList TokenUsageService::dailyUsage(int days)
     if (days <= 0) {
         days = DefaultDays;
     }
+    days = std::min(days, MaximumDays);
     if (!isFresh()) {
         scan();
     }

@@ -37,12 +37,14 @@ public:
     //! The use of the last days, today first, one map per day: "date" (ISO), "input", "output", "reasoning",
     //! "cacheRead", "cacheWrite", "messages" and "total", the sum of the tokens. Scans all files, unless the last scan
     //! ended within the last 5 s; blocks until that is done. Files that can't be read or parsed are skipped.
-    //! @param days default if it is not positive
+    //! @param days default if it is not positive; limited to MaximumDays
     Q_INVOKABLE QVariantList dailyUsage(int days = DefaultDays);
     //! Lets the next dailyUsage() scan again.
     Q_INVOKABLE void refresh() { m_lastScanMs = 0; }
 
     static constexpr int DefaultDays = 30;
+    //! A century. Each day takes memory, and QML may pass any number.
+    static constexpr int MaximumDays = 36525;
 
 Q_SIGNALS:
     void scanned();
