@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "FileCheck.h"
+#include "Files.h"
 #include "TestRegistry.h"
 
 #include <QDateTime>
@@ -26,6 +27,8 @@ private Q_SLOTS:
     void permission();
     void texts_data();
     void texts();
+    void maximums_data();
+    void maximums();
     void noTexts_data();
     void noTexts();
     void stamps();
@@ -169,6 +172,29 @@ void tst_FileCheck::texts()
     QCOMPARE(found.value(QStringLiteral("size")).toInt(), bytes.size());
     QCOMPARE(found.value(QStringLiteral("lineBreak")).toString(), lineBreak);
     QCOMPARE(found.value(QStringLiteral("byteOrderMark")).toBool(), byteOrderMark);
+}
+
+void tst_FileCheck::maximums_data()
+{
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<QString>("kind");
+    const QString binary = QStringLiteral("binary"); // it was read
+    const QString large = QStringLiteral("large");
+    QTest::newRow("size") << 3.0 << binary;
+    QTest::newRow("less") << 2.9 << large;
+    QTest::newRow("negative") << -1.0 << large;
+    QTest::newRow("beyond 64 bits") << 1e300 << binary;
+    QTest::newRow("infinite") << qInf() << binary;
+    QTest::newRow("negative infinite") << -qInf() << large;
+    QTest::newRow("not a number") << qQNaN() << large;
+}
+
+//! A maximum may be any number of QML.
+void tst_FileCheck::maximums()
+{
+    QFETCH(const double, maximum);
+    QVERIFY(writeFile(pathOf("zeros"), QByteArray(3, '\0')));
+    QTEST(FileCheck().examineText(pathOf("zeros"), maximum).value(QStringLiteral("kind")).toString(), "kind");
 }
 
 void tst_FileCheck::noTexts_data()

@@ -13,6 +13,8 @@
 namespace
 {
 
+constexpr qint64 s_part = 1024 * 1024; // bytes
+
 const QByteArray s_byteOrderMark = QByteArrayLiteral("\xEF\xBB\xBF");
 
 QString kindOf(const QFileInfo &file)
@@ -77,7 +79,7 @@ QVariantMap FileCheck::examineText(const QString &path, double maximumSize) cons
         return found;
     }
     const double size = found.value(QStringLiteral("size")).toDouble();
-    if (size > maximumSize) {
+    if (!(size <= maximumSize)) { // also if the maximum is NaN
         return ofKind("large");
     }
     QByteArray bytes;
@@ -87,7 +89,12 @@ QVariantMap FileCheck::examineText(const QString &path, double maximumSize) cons
         if (!file.open(QIODevice::ReadOnly)) {
             return ofKind("unreadable");
         }
-        bytes = file.read(static_cast<qint64>(maximumSize) + 1);
+        // In parts, because the maximum may be any number.
+        QByteArray part;
+        do {
+            part = file.read(s_part);
+            bytes += part;
+        } while (!part.isEmpty() && bytes.size() <= maximumSize);
     }
     if (bytes.size() > maximumSize) {
         return ofKind("large"); // it has grown
