@@ -255,6 +255,7 @@ void tst_ConversationRows::copy()
     QVERIFY(bar.settle());
     QQuickItem *button = bar.inRow(0, "copyBtn");
     QCOMPARE(button->property("iconName").toString(), QStringLiteral("edit-copy"));
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("before"));
 
     bar.click(button);
     QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("Take **this** & <that>."));

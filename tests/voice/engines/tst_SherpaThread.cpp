@@ -1,14 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "SherpaWorkerFixture.h"
 #include "TestRegistry.h"
 #include "ThreadHandover.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QTest>
 #include <QThread>
+
+#include <sys/stat.h>
 
 namespace
 {
@@ -80,6 +84,8 @@ class tst_SherpaThread : public SherpaWorkerFixture
 private Q_SLOTS:
     void doesNotBlockOtherThreads_data() { EngineUnderTest::addRows(); }
     void doesNotBlockOtherThreads();
+    void audioIsPrivate_data() { EngineUnderTest::addRows(); }
+    void audioIsPrivate();
     void reportsFailures_data() { EngineUnderTest::addRows(); }
     void reportsFailures();
     void workInTurn_data() { EngineUnderTest::addRows(); }
@@ -117,6 +123,23 @@ void tst_SherpaThread::doesNotBlockOtherThreads()
     // Only the run of the program counts.
     QVERIFY2(worker.listener.times.first() >= runTime && worker.listener.times.first() <= wholeTime,
              qPrintable(QStringLiteral("%1 %2 %3").arg(runTime).arg(worker.listener.times.first()).arg(wholeTime)));
+    QCOMPARE(tempFiles(), QStringList());
+}
+
+void tst_SherpaThread::audioIsPrivate()
+{
+    QFETCH(const EngineUnderTest *, tested);
+    RunningWorker worker(loaded(tested), m_standIn);
+    m_standIn->says(QStringLiteral("open"));
+    m_standIn->hold();
+    const mode_t umaskBefore = ::umask(0); // so that it can't make the file private
+    const auto restore = qScopeGuard([umaskBefore] { ::umask(umaskBefore); });
+    worker.transcribe(s_audio);
+    QTRY_COMPARE_WITH_TIMEOUT(m_standIn->runs(), 1, s_timeout);
+    QCOMPARE(tempFiles().size(), 1);
+    QCOMPARE(modeOf(m_temp->filePath(tempFiles().first())), 0600);
+    m_standIn->release();
+    QTRY_COMPARE_WITH_TIMEOUT(worker.listener.outcomes, ready("open"), s_timeout);
     QCOMPARE(tempFiles(), QStringList());
 }
 
