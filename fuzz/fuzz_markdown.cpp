@@ -6,10 +6,9 @@
 // Bit 0 of the first byte of an input selects the theme, bit 1 the colours of percentages; the rest is the Markdown.
 
 #include "Require.h"
+#include "Scripts.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QJSEngine>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -55,6 +54,8 @@ void checkEntity(const QString &html, int ampersand)
     require(std::any_of(s_entities.begin(), s_entities.end(), isHere), "an ampersand begins one of our entities");
 }
 
+const QRegularExpression s_percentage(QStringLiteral("[0-9]%"));
+
 //! Checks all tags and entities of a rendered text.
 void checkMarkup(const QString &html)
 {
@@ -85,36 +86,43 @@ void checkMarkup(const QString &html)
     require(open.isEmpty(), "all tags are closed");
 }
 
-//! The renderer's script in a bare JavaScript engine.
 class Renderer
 {
 public:
     Renderer()
+        : m_library(library(m_scripts))
     {
-        QFile file(QStringLiteral(":/MarkdownRenderer.js"));
-        require(file.open(QIODevice::ReadOnly), "the script is there");
-        QString script = QString::fromUtf8(file.readAll());
-        script.remove(QStringLiteral(".pragma library")); // known to QML only
-        m_engine.evaluate(QStringLiteral("var Qt = { rgba: (r, g, b, a) => [r, g, b, a].join() };"));
-        const QJSValue result = m_engine.evaluate(script, QStringLiteral("MarkdownRenderer.js"));
-        require(!result.isError(), "the script can be evaluated");
-        m_render = m_engine.globalObject().property(QStringLiteral("render"));
-        require(m_render.isCallable(), "the script has its function");
     }
 
     QString render(const QString &markdown, bool isLight, bool hasPercentages)
     {
-        QJSValue options = m_engine.newObject();
+        QJSValue options = m_scripts.engine().newObject();
         options.setProperty(QStringLiteral("lightChrome"), isLight);
         options.setProperty(QStringLiteral("enablePercentHighlight"), hasPercentages);
-        const QJSValue html = m_render.call({markdown, options});
+        const QJSValue html = Scripts::call(m_library, "render", {markdown, options});
         require(html.isString(), "every text can be rendered");
         return html.toString();
     }
 
+    //! What else QML asks of the library about a text.
+    void checkColors(const QString &markdown, bool isLight)
+    {
+        static const QRegularExpression s_color(QStringLiteral("^#[0-9a-f]{6}$"));
+        const QString color = Scripts::call(m_library, "percentColor", {markdown}).toString();
+        require(color.isEmpty() ? !s_percentage.match(markdown).hasMatch() : s_color.match(color).hasMatch(),
+                "a percentage has a colour");
+        Scripts::call(m_library, "bodyColor", {isLight});
+    }
+
 private:
-    QJSEngine m_engine;
-    QJSValue m_render;
+    static QJSValue library(Scripts &scripts)
+    {
+        scripts.engine().evaluate(QStringLiteral("var Qt = { rgba: (r, g, b, a) => [r, g, b, a].join() };"));
+        return scripts.library(QStringLiteral("components/MarkdownRenderer.js"));
+    }
+
+    Scripts m_scripts;
+    const QJSValue m_library;
 };
 
 // Not deleted at exit, because Qt's own statics are destroyed before.
@@ -138,5 +146,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString markdown = QString::fromUtf8(reinterpret_cast<const char *>(data + 1), static_cast<int>(size) - 1);
     const QString html = s_renderer->render(markdown, data[0] & 1, data[0] & 2);
     checkMarkup(html);
+    s_renderer->checkColors(markdown, data[0] & 1);
     return 0;
 }
