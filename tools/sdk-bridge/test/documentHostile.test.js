@@ -7,6 +7,7 @@ const assert = require('assert/strict');
 
 const { LIMITS, isBlock, isFollowUp } = require('../lib/model/documentSchema');
 const { readReply } = require('../lib/model/document');
+const { changeValue, changedText, forRandom, pickFrom, times } = require('./support/random');
 const { test } = require('./support/timed');
 
 const SLOWEST_MS = 2000; // generous: the replies below take some ten milliseconds, backtracking on them takes minutes
@@ -87,17 +88,6 @@ test('nothing in a widget ends or begins code in the response', () => {
 
 // ---- Random replies
 
-//! Pseudo-random numbers in [0, 1), the same ones for the same seed.
-function randomFrom(seed) {
-    let state = seed;
-    return () => {
-        state = (state + 0x6d2b79f5) | 0;
-        let bits = Math.imul(state ^ (state >>> 15), 1 | state);
-        bits = (bits + Math.imul(bits ^ (bits >>> 7), 61 | bits)) ^ bits;
-        return ((bits ^ (bits >>> 14)) >>> 0) / 4294967296;
-    };
-}
-
 const DOCUMENT = {
     blocks: [
         { type: 'text', content: 'Some **text**\n\n```js\nlet a;\n```' },
@@ -111,71 +101,19 @@ const DOCUMENT = {
     followUps: [{ title: 'More', subtitle: 'Go on', prompt: 'Tell me more' }],
 };
 
-const VALUES = [null, true, 0, -1, 1e300, '', ' ', 'a', '\u202e', '\ud800', '```', '```tovi-ui\n{}\n```',
-    'a'.repeat(30000), [], [[]], {}, { type: 'list' }, { label: 'a' }, [1, 'a', {}]];
-const KEYS = ['type', 'content', 'items', 'label', 'rows', '__proto__', 'toString', 'x'];
-const SCRAPS = ['`', '```', '\n```\n', '\n```tovi-ui\n', '```json\n', '~~~\n', '\r', '\n', '"', '\\', '{', ']', ',',
-    '\0', '1e999', '"__proto__":', '\u2028', '> '];
-
-//! Adds a member, even one that is called "__proto__".
-const own = (parent, key, value) =>
-    Object.defineProperty(parent, key, { value, configurable: true, enumerable: true, writable: true });
-
-//! Changes a random member of a JSON value.
-function changeValue(root, random, pick) {
-    const places = [];
-    const visit = (value) => {
-        for (const key of Object.keys(value)) {
-            places.push([value, key]);
-            if (typeof value[key] === 'object' && value[key] !== null)
-                visit(value[key]);
-        }
-    };
-    visit(root);
-    if (!places.length)
-        return;
-    const [parent, key] = pick(places);
-    const change = pick([
-        () => { parent[key] = structuredClone(pick(VALUES)); },
-        () => { parent[key] = structuredClone(pick(places)[0]); },
-        () => { own(parent, pick(KEYS), parent[key]); },
-        () => { delete parent[key]; },
-        () => { parent[key] = [parent[key]]; },
-    ]);
-    change();
-}
-
-//! Changes a text at a random place.
-function changeText(text, random, pick) {
-    const at = Math.floor(random() * (text.length + 1));
-    const end = at + Math.floor(random() * 20);
-    return pick([
-        () => text.slice(0, at) + pick(SCRAPS) + text.slice(at),
-        () => text.slice(0, at) + text.slice(end),
-        () => text.slice(0, at) + text.slice(at, end).repeat(3) + text.slice(end),
-        () => text.slice(0, at),
-    ])();
-}
-
 function randomReply(random) {
-    const pick = (list) => list[Math.floor(random() * list.length)];
-    const times = (most, action) => {
-        for (let n = Math.floor(random() * (most + 1)); n > 0; --n)
-            action();
-    };
+    const pick = pickFrom(random);
     const parts = [];
     const addDocument = () => {
         const document = structuredClone(DOCUMENT);
         document.blocks = document.blocks.filter(() => random() < 0.5);
-        times(2, () => changeValue(document, random, pick));
+        times(random, 2, () => changeValue(document, random));
         parts.push(pick(['', 'Prose\n', '```js\n']), fence(JSON.stringify(document)), pick(['', '\n', '\nMore']));
     };
     addDocument();
-    times(3, addDocument);
-    let text = parts.join('\n');
-    if (random() < 0.5)
-        times(4, () => { text = changeText(text, random, pick); });
-    return text;
+    times(random, 3, addDocument);
+    const text = parts.join('\n');
+    return random() < 0.5 ? changedText(text, random, 4) : text;
 }
 
 const isUnchanged = (value, isValid) => {
@@ -209,23 +147,16 @@ function checkReply(text, { response, ui, followUps }) {
 }
 
 test('random replies give valid results', () => {
-    const random = randomFrom(14);
     const counts = { changed: 0, ui: 0, followUps: 0 };
-    const replies = 4000;
-    for (let n = 0; n < replies; ++n) {
-        const text = randomReply(random);
-        try {
-            const result = readReply(text);
-            checkReply(text, result);
-            counts.changed += result.response !== text;
-            counts.ui += Boolean(result.ui);
-            counts.followUps += Boolean(result.followUps);
-        } catch (error) {
-            error.message = `reply ${n}, ${JSON.stringify(text.slice(0, 2000))}: ${error.message}`;
-            throw error;
-        }
-    }
+    const count = 4000;
+    forRandom({ seed: 14, count }, randomReply, (text) => {
+        const result = readReply(text);
+        checkReply(text, result);
+        counts.changed += result.response !== text;
+        counts.ui += Boolean(result.ui);
+        counts.followUps += Boolean(result.followUps);
+    });
     // Otherwise the loop would test only one of the ways.
-    for (const [what, count] of Object.entries(counts))
-        assert.ok(count > replies * 0.2 && count < replies * 0.9, `${what}: ${count}`);
+    for (const [what, found] of Object.entries(counts))
+        assert.ok(found > count * 0.2 && found < count * 0.9, `${what}: ${found}`);
 });

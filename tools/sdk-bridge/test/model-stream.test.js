@@ -46,7 +46,8 @@ test('broken events are skipped', () => {
     const stream = fed(words('a'), '{"choices":', '[]', '"text"', '17', 'null', '{}', { choices: 'none' }, { choices: [] },
         { choices: [null] }, { choices: [{ delta: 'text' }] }, { choices: [{ delta: { content: 5 } }] }, words('b'),
         { choices: [{ finish_reason: 7, delta: {} }] }, { usage: 'much' }, { usage: { prompt_tokens: -1, completion_tokens: 2 } },
-        { usage: { prompt_tokens: 1e300, completion_tokens: 2 } }, { prompt_progress: 'half' });
+        { usage: { prompt_tokens: 1e300, completion_tokens: 2 } }, { prompt_progress: 'half' },
+        { prompt_progress: { processed: 0, total: 0 } }, { prompt_progress: { processed: { toString: 1 }, total: 2 } });
     assert.deepEqual([stream.text, stream.usage, stream.isComplete, stream.readShare], ['ab', undefined, false, undefined]);
 });
 

@@ -130,7 +130,7 @@ class CompletionStream {
             this.error = value.error;
         this.usage = usageOf(value.usage) ?? this.usage;
         const { processed, total } = value.prompt_progress ?? {};
-        if (processed >= 0 && processed <= total)
+        if (Number.isFinite(processed) && processed >= 0 && Number.isFinite(total) && total > 0 && processed <= total)
             this.readShare = Math.max(this.readShare ?? 0, processed / total);
         const choice = Array.isArray(value.choices) ? value.choices[0] : undefined;
         const part = choice?.delta ?? choice?.message;

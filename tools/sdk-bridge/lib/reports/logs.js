@@ -24,18 +24,22 @@ function levelOf(priority) {
 }
 
 //! A message is a list of bytes if it isn't valid UTF-8.
-const messageOf = (value) => (Array.isArray(value) ? Buffer.from(value.slice(0, MAX_MESSAGE)).toString('utf8') : value);
+const messageOf = (value) =>
+    (Array.isArray(value) ? Buffer.from(value.slice(0, MAX_MESSAGE).filter(Number.isInteger)).toString('utf8') : value);
+
+//! The number in a field, or NaN. A field may be a list.
+const numberOf = (value) => (typeof value === 'object' ? NaN : Number(value));
 
 //! The entry of a line of the journal, or null.
 function parseEntry(line) {
     const fields = parseJson(line);
-    const timestamp = Math.floor(Number(fields?.__REALTIME_TIMESTAMP) / MICROSECONDS);
+    const timestamp = Math.floor(numberOf(fields?.__REALTIME_TIMESTAMP) / MICROSECONDS);
     const message = plain(messageOf(fields?.MESSAGE), MAX_MESSAGE);
     if (!Number.isSafeInteger(timestamp) || timestamp <= 0 || !message)
         return null;
     const unit = [fields._SYSTEMD_USER_UNIT, fields.SYSLOG_IDENTIFIER, fields._COMM]
         .map((name) => plain(name, MAX_UNIT)).find(Boolean) ?? '';
-    return { timestamp, unit, level: levelOf(Number(fields.PRIORITY ?? INFO)), message };
+    return { timestamp, unit, level: levelOf(numberOf(fields.PRIORITY ?? INFO)), message };
 }
 
 //! The report from the output of journalctl, newest entry first: the errors and warnings in it, then others while there is
