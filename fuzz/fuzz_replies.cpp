@@ -24,6 +24,8 @@ void checkFrame(const BridgeFrame &frame)
             "a frame that is no object is unreadable or an older reply");
     require(frame.kind == Kind::Event || (frame.eventPayload.isEmpty() && frame.eventName.isEmpty()),
             "only an event has a name and payload");
+    const QLatin1String resultKey(frame.kind == Kind::Response ? "payload" : "result");
+    require(frame.result == frame.message.value(resultKey), "each form of a reply has its result");
     require(frame.kind != Kind::Unreadable || !frame.parseError.isEmpty(), "a parser's error has a text");
 }
 

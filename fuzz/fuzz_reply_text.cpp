@@ -9,7 +9,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 namespace
 {
@@ -32,7 +34,15 @@ public:
 private:
     void checkMarkup(const QString &reply)
     {
+        static const char *const s_markers[] = {
+            "<invoke ",          "<tool_call",      "</tool_call>", "</function>",
+            "minimax:tool_call", "<function_call>", "<function=",
+        };
         const bool hasMarkup = Scripts::call(m_library, "holdsToolMarkup", {reply}).toBool();
+        require(hasMarkup
+                    == std::any_of(std::begin(s_markers), std::end(s_markers),
+                                   [&](const char *marker) { return reply.contains(QLatin1String(marker)); }),
+                "markup is found anywhere");
         const QJSValue stripped = Scripts::call(m_library, "stripToolMarkup", {reply});
         require(stripped.isString(), "a reply stays a text");
         const QString plain = stripped.toString();
@@ -43,7 +53,6 @@ private:
         require(plain.size() <= reply.size() || plain == QLatin1String("Done."), "markup is only removed");
         require(!plain.isEmpty(), "a reply has a text");
         require(!plain.contains(QLatin1String("\n\n\n")), "no gaps are left");
-        // What is left may form new tags; but a reply with one whole element has none in its place.
         const QString whole = QLatin1String("a<tool_call>") + reply + QLatin1String("</tool_call>z");
         const QString around = Scripts::call(m_library, "stripToolMarkup", {whole}).toString();
         require(around.startsWith(QLatin1Char('a')) && around.endsWith(QLatin1Char('z')), "the text around stays");
