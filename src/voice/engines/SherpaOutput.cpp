@@ -34,7 +34,8 @@ QString lastPlainLine(const QString &output, const QString &logWord)
 
 QString SherpaOutput::transcriptIn(const QString &output, const QString &logWord)
 {
-    static const QRegularExpression s_textField(QStringLiteral(R"re("text"\s*:\s*"((?:\\.|[^"\\])*)")re"));
+    // Possessive, so that a long text doesn't exceed the limits of the regular expression engine.
+    static const QRegularExpression s_textField(QStringLiteral(R"re("text"\s*:\s*"((?:\\.|[^"\\]++)*+)")re"));
     const QRegularExpressionMatch match = s_textField.match(output);
     return match.hasMatch() ? unescaped(match.captured(1)) : lastPlainLine(output, logWord);
 }

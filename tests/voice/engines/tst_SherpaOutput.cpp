@@ -59,9 +59,12 @@ void tst_SherpaOutput::findsTheTextField_data()
     row("without its end it is no such field", "plain\n{\"text\": \"x", "plain");
     row("escape without its end", "plain\n{\"text\": \"x\\", "plain");
     row("one that has its end behind one that hasn't", R"({"text": x {"text": "two"})", "two");
-    QTest::newRow("long") << QString(QLatin1String("{\"text\": \"") + QString(8000, QLatin1Char('x'))
-                                     + QLatin1String("\"}"))
-                          << QString(8000, QLatin1Char('x'));
+    const auto longText = [](const char *name, const QString &repeated) {
+        const QString text = repeated.repeated(500000);
+        QTest::newRow(name) << QString(QLatin1String("{\"text\": \"") + text + QLatin1String("\"}")) << text;
+    };
+    longText("long", QStringLiteral("x"));
+    longText("long, of escapes", QStringLiteral("x\\t"));
 }
 
 void tst_SherpaOutput::findsTheTextField()
