@@ -10,6 +10,8 @@
 #include "TestRegistry.h"
 #include "TestSetup.h"
 
+#include <KNotification>
+
 #include <QGuiApplication>
 #include <QProcess>
 #include <QSocketNotifier>
@@ -67,6 +69,7 @@ private Q_SLOTS:
     void cleanup();
 
     void showsWhatTheBridgeSends();
+    void hasNoFlags();
     void actionsBecomeButtons_data();
     void actionsBecomeButtons();
     void callsBackWithTheChosenAction_data();
@@ -135,6 +138,19 @@ void tst_SuggestionNotification::showsWhatTheBridgeSends()
     QCOMPARE(actionsOf(call), words("default|Prepare now|1|Go|2|No"));
     QCOMPARE(m_chosen, QStringList());
     QCOMPARE(m_parent->children().size(), 1);
+}
+
+//! It closes when the service decides, like any other: it doesn't stay, and no widget or sound ends with it.
+void tst_SuggestionNotification::hasNoFlags()
+{
+    SuggestionNotification::show(json(R"({"title":"T"})"), m_parent.get(), note());
+    const auto *shown = m_parent->findChild<KNotification *>();
+    QVERIFY(shown);
+    QCOMPARE(shown->flags(), KNotification::NotificationFlags());
+    const QJsonObject call = m_service.take();
+    QCOMPARE(call.value(QLatin1String("timeout")).toInt(), -1);
+    QCOMPARE(call.value(QLatin1String("hints")).toVariant().toStringList(),
+             words("desktop-entry|x-kde-appname|x-kde-eventId"));
 }
 
 void tst_SuggestionNotification::actionsBecomeButtons_data()

@@ -57,7 +57,6 @@ public Q_SLOTS:
     uint Notify(const QString &application, uint replaces, const QString &icon, const QString &title,
                 const QString &body, const QStringList &actions, const QVariantMap &hints, int timeout)
     {
-        Q_UNUSED(timeout)
         const uint number = replaces ? replaces : ++m_last;
         tell({{QStringLiteral("call"), QStringLiteral("Notify")},
               {QStringLiteral("number"), static_cast<int>(number)},
@@ -66,6 +65,8 @@ public Q_SLOTS:
               {QStringLiteral("title"), title},
               {QStringLiteral("body"), body},
               {QStringLiteral("actions"), QJsonArray::fromStringList(actions)},
+              {QStringLiteral("hints"), QJsonArray::fromStringList(hints.keys())},
+              {QStringLiteral("timeout"), timeout},
               {QStringLiteral("event"), hints.value(QStringLiteral("x-kde-eventId")).toString()},
               {QStringLiteral("component"), hints.value(QStringLiteral("x-kde-appname")).toString()}});
         return number;

@@ -21,7 +21,8 @@ public:
     bool isRunning() const { return m_isRunning; }
 
     //! The calls so far that were not taken: "call" (Notify or CloseNotification), "number", and for Notify
-    //! "application", "icon", "title", "body", "actions" (alternating keys and labels), "event", "component".
+    //! "application", "icon", "title", "body", "actions" (alternating keys and labels), "hints" (their names),
+    //! "timeout" (in ms, or -1 if the service chooses), "event", "component".
     QList<QJsonObject> calls();
     //! Waits for the next call and takes it; empty on timeout. The client has received the reply by then.
     QJsonObject take();

@@ -4,15 +4,71 @@
 #include "AccessibleWalk.h"
 #include "Contrast.h"
 #include "OmniBarFixture.h"
+#include "SignalLog.h"
 #include "TestRegistry.h"
 
 #include <QAccessible>
 #include <QColor>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QQmlContext>
 #include <QScopeGuard>
 #include <QTest>
 #include <QWheelEvent>
+
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+//! The processes that this one has started and that are still running.
+QByteArray childProcesses()
+{
+    QByteArray children;
+    const QStringList threads = QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &thread : threads) {
+        QFile file(QStringLiteral("/proc/self/task/%1/children").arg(thread));
+        if (file.open(QIODevice::ReadOnly)) {
+            children += file.readAll();
+        }
+    }
+    return children;
+}
+
+//! Receives the addresses that the window opens.
+class AddressHandler : public QObject
+{
+    Q_OBJECT
+
+public:
+    AddressHandler()
+    {
+        for (const QString &scheme : m_schemes) {
+            QDesktopServices::setUrlHandler(scheme, this, "open");
+        }
+    }
+    ~AddressHandler() override
+    {
+        for (const QString &scheme : m_schemes) {
+            QDesktopServices::unsetUrlHandler(scheme);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(AddressHandler)
+
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void open(const QUrl &address) { opened.append(address); }
+
+private:
+    const QStringList m_schemes {QStringLiteral("file"), QStringLiteral("http"), QStringLiteral("https")};
+};
+
+} // namespace
 
 //! The tray view in its window: the state of the agent, and actions that only log.
 class tst_TrayIcon : public QObject
@@ -26,6 +82,7 @@ private Q_SLOTS:
     void followsTheAgent();
     void formsBySize();
     void actionsOnlyLog();
+    void actionsStartNothing();
     void keyboard();
     void accessible_data();
     void accessible();
@@ -166,6 +223,46 @@ void tst_TrayIcon::actionsOnlyLog()
     }
     tray.click("trayButton");
     QVERIFY(tray.log.has(QtDebugMsg, QStringLiteral("[TrayIcon] clicked")));
+}
+
+//! With the real native objects: their signals, requests, processes and log lines would show that something happens.
+void tst_TrayIcon::actionsStartNothing()
+{
+    OmniBarFixture tray;
+    QVERIFY(tray.open(QStringLiteral("TrayIcon.qml")));
+    QTRY_COMPARE(tray.property("status").toString(), QStringLiteral("idle"));
+    const AddressHandler addresses;
+    std::vector<std::unique_ptr<SignalLog>> natives;
+    const QStringList names = OmniBarFixture::contextNames();
+    for (const QString &name : names) {
+        QObject *native = tray.engine()->rootContext()->contextProperty(name).value<QObject *>();
+        if (native) {
+            natives.push_back(std::make_unique<SignalLog>(native));
+        }
+    }
+    QCOMPARE(natives.size(), size_t(7));
+    const QByteArray systemctl = qgetenv("TOVICTL_SYSTEMCTL_LOG");
+    const QByteArray processes = childProcesses();
+
+    QList<QQuickItem *> buttons = tray.items("trayAction");
+    buttons.append(tray.item("trayButton"));
+    for (QQuickItem *button : qAsConst(buttons)) {
+        tray.log.clear();
+        tray.click(button);
+        QVERIFY(tray.settle());
+        QCOMPARE(tray.log.texts().size(), 1);
+        QVERIFY2(tray.log.texts().first().startsWith(QLatin1String("[TrayIcon] ")),
+                 qPrintable(tray.log.texts().first()));
+        for (const auto &native : natives) {
+            QCOMPARE(native->take(), QStringList());
+        }
+        QVERIFY(tray.bridge.isAllTaken());
+        QCOMPARE(addresses.opened, QList<QUrl>());
+        QCOMPARE(childProcesses(), processes);
+        QVERIFY(!QFile::exists(QFile::decodeName(systemctl)));
+        QVERIFY(tray.window()->isVisible());
+        QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
+    }
 }
 
 void tst_TrayIcon::keyboard()
