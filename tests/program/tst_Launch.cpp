@@ -4,6 +4,8 @@
 #include "BrokenModule.h"
 #include "DesktopRun.h"
 
+#include "FakePath.h"
+#include "Files.h"
 #include "PrivateNetwork.h"
 #include "Timeouts.h"
 
@@ -76,6 +78,7 @@ void tst_Launch::opensTheOmniBar()
     QTRY_COMPARE_WITH_TIMEOUT(run.geometry(), QRect(0, 0, 1280, 800), Timeouts::Program);
     QCOMPARE(run.property("WM_CLASS"), QByteArray("\"tovictl\", \"loomra-kde\""));
     QTRY_VERIFY_WITH_TIMEOUT(run.property("_NET_WM_STATE").contains("_NET_WM_STATE_ABOVE"), Timeouts::Program);
+    QVERIFY2(run.errors().contains("LoomraSDK::initialize() called, connectOnly: true\n"), run.errors().constData());
     QVERIFY(run.property("_NET_WM_WINDOW_TYPE").contains("_NET_WM_WINDOW_TYPE_DIALOG"));
     QCOMPARE(run.output(), QByteArray());
 }
@@ -110,9 +113,17 @@ void tst_Launch::failedLoad()
     QVERIFY2(result.errors.contains("QQmlApplicationEngine failed to load component\n"
                                     "qrc:/org/kde/loomra/MainWindow.qml:"),
              result.errors.constData());
-    // It runs a bridge of its own.
+    // It runs a bridge of its own, which is started before the window is loaded.
     QVERIFY(result.errors.contains("LoomraSDK::initialize() called, connectOnly: false\n"));
     QCOMPARE(result.errors.count("LoomraSDK::initialize()"), 1);
+    int position = 0;
+    for (const char *step :
+         {"[AgentBridge] Connecting to Loomra bridge ", "[VoiceBridge] init ", "LoomraSDK::initialize() called, ",
+          "LoomraSDK::startBridgeProcess() called, ", "QQmlApplicationEngine failed to load component"}) {
+        const int next = result.errors.indexOf(step, position);
+        QVERIFY2(next >= 0, step);
+        position = next;
+    }
     QCOMPARE(result.output, QByteArray());
 }
 
@@ -294,21 +305,28 @@ void tst_Launch::dataBesideTheExecutable_data()
     QTest::addColumn<bool>("exists");
     QTest::addColumn<QString>("directories");
     QTest::addColumn<QString>("theme");
+    QTest::addColumn<QString>("ofChildren"); // "%1" is the folder of the executable
 
     const QString usual = QStringLiteral("/usr/local/share:/usr/share");
-    QTest::newRow("absent") << false << usual << QStringLiteral("hicolor");
-    QTest::newRow("before the others") << true << usual << QStringLiteral("hicolor");
+    QTest::newRow("absent") << false << usual << QStringLiteral("hicolor") << usual;
+    QTest::newRow("before the others") << true << usual << QStringLiteral("hicolor")
+                                       << QString(QStringLiteral("%1/share:") + usual);
     // If the variable is unset, it replaces all other directories, and only its theme is found.
-    QTest::newRow("alone") << true << QString() << QStringLiteral("breeze");
+    QTest::newRow("alone") << true << QString() << QStringLiteral("breeze") << QStringLiteral("%1/share:");
 }
 
-//! Data such as the window icon is found in a directory "share" beside the executable.
+//! Data such as the window icon is found in a directory "share" beside the executable, by child processes too.
 void tst_Launch::dataBesideTheExecutable()
 {
     QFETCH(bool, exists);
     QFETCH(QString, directories);
     QFETCH(QString, theme);
+    QFETCH(QString, ofChildren);
 
+    FakePath programs;
+    const QString seen = programs.filePath(QStringLiteral("environment"));
+    programs.add(QStringLiteral("systemctl"),
+                 "printf '%s\\n%s' \"$XDG_DATA_DIRS\" \"$QML_XHR_ALLOW_FILE_READ\" > " + QFile::encodeName(seen));
     const QTemporaryDir folder;
     // A symbolic link would not do, because the program resolves its path.
     const QString program = folder.filePath(QStringLiteral("tovictl"));
@@ -334,6 +352,9 @@ void tst_Launch::dataBesideTheExecutable()
 
     QVERIFY2(run.waitForWindow(), run.errors().constData());
     QTRY_COMPARE_WITH_TIMEOUT(run.property("_NET_WM_ICON").contains("Icon (37 x 37)"), exists, Timeouts::Program);
+    // main() has also allowed QML to read the files that the user attaches.
+    const QString expected = ofChildren.replace(QLatin1String("%1"), folder.path()) + QStringLiteral("\n1");
+    QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(contentOf(seen)), expected, Timeouts::Program);
 }
 
 REGISTER_TEST(tst_Launch, QCoreApplication)
