@@ -74,7 +74,7 @@ void afterFirstFrame(const QQuickWindow *window, const std::function<void()> &fu
 
 void Application::prepareEnvironment()
 {
-    // Attached files are read through XMLHttpRequest, which by default refuses local files.
+    // Attached files are read through XMLHttpRequest, which by default warns about local files; Qt 6 refuses them.
     Environment::set("QML_XHR_ALLOW_FILE_READ", "1");
 }
 

@@ -3,6 +3,7 @@
 
 #include "BrokenModule.h"
 #include "DesktopRun.h"
+#include "ScreenReader.h"
 
 #include "FakePath.h"
 #include "Files.h"
@@ -12,6 +13,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -55,6 +57,7 @@ private Q_SLOTS:
     void twoRunSideBySide();
     void dataBesideTheExecutable_data();
     void dataBesideTheExecutable();
+    void attachesAFile();
 };
 
 void tst_Launch::opensTheOmniBar_data()
@@ -355,6 +358,36 @@ void tst_Launch::dataBesideTheExecutable()
     // main() has also allowed QML to read the files that the user attaches.
     const QString expected = ofChildren.replace(QLatin1String("%1"), folder.path()) + QStringLiteral("\n1");
     QTRY_COMPARE_WITH_TIMEOUT(QString::fromUtf8(contentOf(seen)), expected, Timeouts::Program);
+}
+
+//! QML reads it through XMLHttpRequest, which warns about local files unless main() has allowed them.
+void tst_Launch::attachesAFile()
+{
+    const QTemporaryDir home;
+    QVERIFY(writeFile(home.filePath(QStringLiteral("notes.txt")), "content"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home.path());
+    const ScreenReader reader(ScreenReader::Events::None);
+    DesktopRun run({}, environment);
+    QVERIFY2(run.waitForWindow(), run.errors().constData());
+    QVERIFY(run.takeKeyboard());
+    for (const char *key : {"slash", "a", "t", "t", "a", "c", "h", "Return"}) {
+        run.press(key);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(run.windowCount(), 2, Timeouts::Program);
+
+    // The dialog ignores keys until its content has the focus. Each row of the conversation is named by its author.
+    const QRegularExpression ofTheFile(QStringLiteral("^System, .*\\bnotes\\.txt\\b"));
+    QStringList rows;
+    const auto hasResult = [&] {
+        run.press("Down");
+        run.press("Return");
+        rows = reader.shown(QStringLiteral("list item")).filter(ofTheFile);
+        return !rows.isEmpty();
+    };
+    QVERIFY(QTest::qWaitFor(hasResult, Timeouts::Program));
+    QVERIFY2(rows.first().contains(QLatin1String("Attached **notes.txt** (7 chars)")), qPrintable(rows.first()));
+    QVERIFY2(!run.errors().contains("XMLHttpRequest"), run.errors().constData());
 }
 
 REGISTER_TEST(tst_Launch, QCoreApplication)
