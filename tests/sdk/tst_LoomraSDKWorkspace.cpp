@@ -142,8 +142,11 @@ void tst_LoomraSDKWorkspace::unavailable()
                        : QStringList({QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"AI runtime is not available.\")"),
                                       QStringLiteral("error(\"SDK not ready or AI runtime unavailable.\")")}));
-    fixture->sdk.refreshRuntimeHealth(); // needs neither
+    // These need neither.
+    fixture->sdk.refreshRuntimeHealth();
     fixture->peer.takeRequest(QStringLiteral("workspaceRuntimeGetHealth"));
+    fixture->sdk.refreshRuntimeJobs();
+    fixture->peer.takeRequest(QStringLiteral("workspaceRuntimeListJobs"));
 
     QStringList sent;
     while (!fixture->peer.isAllTaken()) {
