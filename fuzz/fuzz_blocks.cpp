@@ -91,7 +91,9 @@ private:
                 .toBool();
         require(isWidget == (field("messageType") != QLatin1String("text")), "a text is shown as a bubble");
         const QJSValue text = Scripts::call(m_rows, "textOf", {payload, field("fallbackText"), field("text")});
-        require(text.isString() && (text.toString().isEmpty() == field("text").isEmpty()), "a bubble shows the row");
+        // Only a bubble shows this text. A widget without a text of its own may have a content that it doesn't draw.
+        require(text.isString() && (isWidget || text.toString().isEmpty() == field("text").isEmpty()),
+                "a bubble shows the row");
         checkBlock(block);
     }
 
