@@ -30,8 +30,9 @@ const QRegularExpression &knownTag()
                 R"(<table width="100%" cellspacing="0" cellpadding="0"(?: style="background-color:COLOR")?>)"),
             QStringLiteral("<tr>"),
             QStringLiteral(R"(<td style="padding:LENGTHS(?:;font-size:1px;background-color:COLOR)?">)"),
-            QStringLiteral(R"(<pre(?: dir="ltr")? style="margin:0;font-family:monospace;font-size:12px;line-height:140%;)"
-                           R"(white-space:pre-wrap">)"),
+            QStringLiteral(
+                R"(<pre(?: dir="ltr")? style="margin:0;font-family:monospace;font-size:12px;line-height:140%;)"
+                R"(white-space:pre-wrap">)"),
             QStringLiteral(R"(<p style="margin:LENGTHS;font-size:1[457]px;font-weight:700;line-height:130%">)"),
             QStringLiteral(R"(<p style="margin:LENGTHS;(?:text-indent:-\d{1,2}px;)?line-height:145%">)"),
             QStringLiteral(R"(<span style="color:COLOR(?:;font-weight:700)?">)"),
