@@ -169,7 +169,7 @@ private:
         bool isNumber = false;
         const QString value = Scripts::call(m_widgets, "rounded", {number("value")}).toString();
         require(std::abs(value.toDouble(&isNumber) - number("value")) <= 0.125 && isNumber, "a value is rounded");
-        require((number("to") - number("from")) / number("step") <= 1.001e9, "the steps of a slider can be told apart");
+        require((number("to") - number("from")) / number("step") <= 1.001e9, "a slider has at most a billion steps");
     }
 
     Scripts m_scripts;

@@ -12,6 +12,20 @@
 #include <QGuiApplication>
 #include <QTest>
 
+namespace
+{
+
+//! Opens the voice validation window, complete and at rest.
+bool open(OmniBarFixture &window)
+{
+    window.omit("agentBridge");
+    return window.open(QStringLiteral("VoiceValidation.qml"))
+        && QTest::qWaitFor([&] { return window.property("contentShown").toBool(); }, Timeouts::Default)
+        && window.settle();
+}
+
+} // namespace
+
 //! The voice validation window in a language whose texts are 1.4 times as long, at its smallest size too.
 class tst_LongValidationTexts : public QObject
 {
@@ -26,11 +40,8 @@ private Q_SLOTS:
 void tst_LongValidationTexts::fit()
 {
     OmniBarFixture window;
-    window.omit("agentBridge");
     ScriptedVoice voice(window);
-    QVERIFY(window.open(QStringLiteral("VoiceValidation.qml")));
-    QTRY_VERIFY_WITH_TIMEOUT(window.property("contentShown").toBool(), Timeouts::Default);
-    QVERIFY(window.settle());
+    QVERIFY(open(window));
     window.screenshot("long-validation");
     QCOMPARE(LongTexts::faults(window.window()), QString());
 
@@ -56,11 +67,8 @@ void tst_LongValidationTexts::mirrored()
 {
     QVERIFY(Mirroring::use());
     OmniBarFixture window;
-    window.omit("agentBridge");
     ScriptedVoice voice(window);
-    QVERIFY(window.open(QStringLiteral("VoiceValidation.qml")));
-    QTRY_VERIFY_WITH_TIMEOUT(window.property("contentShown").toBool(), Timeouts::Default);
-    QVERIFY(window.settle());
+    QVERIFY(open(window));
     window.click("suiteSwitch");
     voice.set("inputLevel", 0.02);
     for (int i = 0; i < 9; ++i) {
