@@ -21,7 +21,7 @@ using Variables = std::vector<char *>;
 
 bool hasName(std::string_view variable, std::string_view name)
 {
-    return variable.size() > name.size() && variable.starts_with(name) && variable[name.size()] == '=';
+    return variable.starts_with(name) && variable.substr(name.size()).starts_with('=');
 }
 
 //! All variables but one.

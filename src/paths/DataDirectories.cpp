@@ -5,7 +5,6 @@
 
 #include "Environment.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -14,9 +13,9 @@ QByteArray dataDirectoriesWith(const QString &directory, const QByteArray &old)
     return directory.toUtf8() + ':' + old;
 }
 
-void preferDataBesideExecutable()
+void preferDataBesideExecutable(const QString &executableDirectory)
 {
-    const QString share = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("share"));
+    const QString share = QDir(executableDirectory).filePath(QStringLiteral("share"));
     if (!QFileInfo::exists(share)) {
         return;
     }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QString>
 
 //! The value of XDG_DATA_DIRS with a directory put in front.
@@ -15,4 +16,5 @@ QByteArray dataDirectoriesWith(const QString &directory, const QByteArray &old);
 
 //! Puts the directory "share" beside the executable in front of XDG_DATA_DIRS, if it exists. Call once on the main
 //! thread, after the application object is created and before anything searches for data files.
-void preferDataBesideExecutable();
+//! @param executableDirectory another directory only in tests
+void preferDataBesideExecutable(const QString &executableDirectory = QCoreApplication::applicationDirPath());

@@ -4,7 +4,6 @@
 #include "AgentBridge.h"
 #include "Application.h"
 #include "ConfigManager.h"
-#include "DataDirectories.h"
 #include "FileService.h"
 #include "I18nHelper.h"
 #include "LaunchMode.h"
@@ -41,8 +40,6 @@ private Q_SLOTS:
     void modes_data();
     void modes();
     void rootFiles();
-    void dataDirectories_data();
-    void dataDirectories();
     void advancedInterface_data();
     void advancedInterface();
     void readsLocalFiles();
@@ -135,27 +132,6 @@ void tst_Startup::rootFiles()
     QCOMPARE(rootFileOf(LaunchMode::MainWindow), QUrl(tree + QLatin1String("MainWindow.qml")));
     QCOMPARE(rootFileOf(LaunchMode::Tray), QUrl(tree + QLatin1String("contents/ui/TrayIcon.qml")));
     QCOMPARE(rootFileOf(LaunchMode::VoiceTest), QUrl(tree + QLatin1String("contents/ui/VoiceValidation.qml")));
-}
-
-void tst_Startup::dataDirectories_data()
-{
-    QTest::addColumn<QString>("directory");
-    QTest::addColumn<QByteArray>("old");
-    QTest::addColumn<QByteArray>("expected");
-
-    QTest::newRow("before the others") << QStringLiteral("/opt/share") << QByteArray("/a:/b")
-                                       << QByteArray("/opt/share:/a:/b");
-    QTest::newRow("alone, with its colon") << QStringLiteral("/opt/share") << QByteArray() << QByteArray("/opt/share:");
-    QTest::newRow("beyond ASCII") << QStringLiteral("/höme/share") << QByteArray("/a")
-                                  << QStringLiteral("/höme/share:/a").toUtf8();
-}
-
-void tst_Startup::dataDirectories()
-{
-    QFETCH(QString, directory);
-    QFETCH(QByteArray, old);
-
-    QTEST(dataDirectoriesWith(directory, old), "expected");
 }
 
 void tst_Startup::advancedInterface_data()
