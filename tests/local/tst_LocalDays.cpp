@@ -19,6 +19,7 @@ private Q_SLOTS:
     void days_data();
     void days();
     void beyondTheCalendar();
+    void beginOf1970();
 };
 
 void tst_LocalDays::days_data()
@@ -47,7 +48,7 @@ void tst_LocalDays::days()
     QFETCH(int, step);
 
     const ScopedEnvironment environment("TZ", zone);
-    const QDateTime begin(QDate(2026, 10, 23), QTime(0, 0, 30), Qt::UTC);
+    const QDateTime begin(QDate(2026, 10, 23), QTime(0, 0), Qt::UTC);
     constexpr int count = 4 * 24 * 60 + 1; // a minute each, for four days
     QCOMPARE(std::gcd(count, step), 1); // so all are visited
     LocalDays days;
@@ -66,6 +67,13 @@ void tst_LocalDays::beyondTheCalendar()
     QVERIFY(!days.dayOf(now).isEmpty());
     QCOMPARE(days.dayOf(Q_INT64_C(1) << 53), QString());
     QVERIFY(!days.dayOf(now).isEmpty());
+}
+
+void tst_LocalDays::beginOf1970()
+{
+    const ScopedEnvironment environment("TZ", "UTC0");
+    LocalDays days;
+    QCOMPARE(days.dayOf(0), QStringLiteral("1970-01-01"));
 }
 
 REGISTER_TEST(tst_LocalDays, QCoreApplication)
