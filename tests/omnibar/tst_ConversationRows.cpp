@@ -35,6 +35,14 @@ bool atEnd(QQuickItem *list)
     return list->property("atYEnd").toBool();
 }
 
+//! More replies than the panel has room for.
+void fill(Conversation &bar)
+{
+    for (int i = 0; i < 30; ++i) {
+        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
+    }
+}
+
 } // namespace
 
 //! The looks of the rows, and what a user can do with them.
@@ -331,9 +339,7 @@ void tst_ConversationRows::scrollsToTheEnd()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    for (int i = 0; i < 30; ++i) {
-        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
-    }
+    fill(bar);
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
     QTRY_VERIFY(bar.rowItem(29));
     QVERIFY(bar.settle());
@@ -349,9 +355,7 @@ void tst_ConversationRows::followsWhatGrows()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    for (int i = 0; i < 30; ++i) {
-        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
-    }
+    fill(bar);
     const auto request = bar.ask(QStringLiteral("more"));
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
     QVERIFY(bar.settle());
@@ -372,9 +376,7 @@ void tst_ConversationRows::userWhoScrolledBackIsLeftAlone()
 {
     Conversation &bar = m_window.take();
     QVERIFY(bar.begin());
-    for (int i = 0; i < 30; ++i) {
-        bar.emitReply(QStringLiteral("Reply number %1").arg(i));
-    }
+    fill(bar);
     QQuickItem *list = bar.item(QStringLiteral("messageList"));
     QTRY_VERIFY(bar.rowItem(29));
     QVERIFY(bar.settle());
