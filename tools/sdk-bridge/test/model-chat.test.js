@@ -7,6 +7,7 @@ const assert = require('assert/strict');
 const fs = require('fs');
 const path = require('path');
 
+const { MAX_SEARCH_MS } = require('../lib/model/servers');
 const { startBridge, temporaryFolder } = require('./support/child');
 const { ModelServer, OPENING, json } = require('./support/modelServer');
 const { test } = require('./support/timed');
@@ -172,7 +173,7 @@ test('the bridge ends at once while it looks for a server', async (t) => {
         await new Promise((resolve) => setImmediate(resolve));
     const began = performance.now();
     assert.deepEqual(await bridge.stop(), { code: 0, signal: null });
-    assert.ok(performance.now() - began < 1500);
+    assert.ok(performance.now() - began < MAX_SEARCH_MS);
 });
 
 test('a transcript is rephrased without history, and is no part of the conversation', async (t) => {
@@ -382,9 +383,10 @@ test('a prompt that waits for a server is cancelled at once', async (t) => {
     await client.request('chat', { message: 'Lost' });
     const id = client.post('chat', { message: 'One' });
     await client.result('cancel');
-    const began = performance.now();
+    await client.result('ping');
+    const replies = client.messages.map((message) => message.id);
+    assert.ok(replies.includes(id)); // before the search has ended
     assert.equal((await client.reply(id)).error.code, 'CANCELLED');
-    assert.ok(performance.now() - began < 100);
     assert.equal(model.exchanges.length, 1);
 });
 

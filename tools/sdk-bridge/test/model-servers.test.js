@@ -9,7 +9,7 @@ const net = require('net');
 const { once } = require('events');
 
 const { parseAddress } = require('../lib/model/address');
-const { MAX_WAIT_MS, ModelServers } = require('../lib/model/servers');
+const { MAX_SEARCH_MS, MAX_WAIT_MS, ModelServers } = require('../lib/model/servers');
 const { ModelServer, json } = require('./support/modelServer');
 const { test } = require('./support/timed');
 
@@ -44,7 +44,7 @@ async function silent(t) {
 }
 
 test('the limits', () => {
-    assert.equal(MAX_WAIT_MS, 150);
+    assert.deepEqual([MAX_WAIT_MS, MAX_SEARCH_MS], [150, 3000]);
 });
 
 test('the first address that answers is used, and stays', async (t) => {

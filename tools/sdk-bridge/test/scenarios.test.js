@@ -11,6 +11,7 @@ const { after, before } = require('node:test');
 const { GROUPS, choose, wanted } = require('../lib/scenarios');
 const { Child, startBridge, temporaryFolder } = require('./support/child');
 const { StandIns } = require('./support/standins');
+const { processorMs } = require('./support/processorTime');
 const { test } = require('./support/timed');
 
 const scenarios = GROUPS.flatMap((group) => group.scenarios);
@@ -37,9 +38,7 @@ const creating = event('plan.phase', { phase: 'creating' });
 const planned = [step(0, 3, 'theme.apply'), step(1, 3, 'panel.opacity.set'), step(2, 3, 'kde.notify')];
 
 test('a long run of spaces in a prompt is no problem', () => {
-    const began = performance.now();
-    assert.equal(wanted(`demo a${' '.repeat(1000000)}b`), null);
-    assert.ok(performance.now() - began < 1000);
+    assert.ok(processorMs(() => assert.equal(wanted(`demo a${' '.repeat(1000000)}b`), null)) < 1000);
     assert.deepEqual([' demo ', 'DEMO\nplain \n', 'demo plain', 'demonstrate', 'demo of cars'].map(wanted),
         ['help', 'plain', 'plain', null, null]);
 });

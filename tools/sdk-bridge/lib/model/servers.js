@@ -166,4 +166,4 @@ class ModelServers {
     }
 }
 
-module.exports = { MAX_WAIT_MS, ModelServers };
+module.exports = { MAX_SEARCH_MS, MAX_WAIT_MS, ModelServers };
