@@ -160,14 +160,12 @@ bool isBareClickArea(QQuickItem *item)
     }
     // Those that stop clicks have no handler.
     static const int s_clicked = item->metaObject()->indexOfSignal("clicked(QQuickMouseEvent*)");
+    // The function is protected, a pointer to it need not be.
     struct Signals : QQuickItem
     {
-        static bool isHandled(QQuickItem *area)
-        {
-            return static_cast<Signals *>(area)->isSignalConnected(area->metaObject()->method(s_clicked));
-        }
+        using QQuickItem::isSignalConnected;
     };
-    if (!Signals::isHandled(item)) {
+    if (!(item->*&Signals::isSignalConnected)(item->metaObject()->method(s_clicked))) {
         return false;
     }
     for (QQuickItem *parent = item; parent; parent = parent->parentItem()) {

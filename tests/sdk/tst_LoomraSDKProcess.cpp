@@ -207,6 +207,7 @@ void tst_LoomraSDKProcess::endsGracefully()
     write("process.exit(0);");
     make();
     m_sdk->initialize();
+    SingleShots::cancel(); // the attempt to connect
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
     QCOMPARE(takeSignals(), s_down);
     QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge exited gracefully (port may be in use). Not restarting.")));
@@ -219,6 +220,7 @@ void tst_LoomraSDKProcess::endsWithAnError()
     write("process.exit(3);");
     make();
     m_sdk->initialize();
+    SingleShots::cancel(); // the attempt to connect
     QTRY_COMPARE(child()->state(), QProcess::NotRunning);
     QCOMPARE(takeSignals(), s_down);
     QVERIFY(m_log->has(QtWarningMsg, QStringLiteral("Bridge process finished with exit code: 3")));

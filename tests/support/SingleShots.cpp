@@ -33,4 +33,9 @@ void fire()
     }
 }
 
+void cancel()
+{
+    qDeleteAll(pending());
+}
+
 } // namespace SingleShots

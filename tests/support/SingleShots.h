@@ -14,4 +14,7 @@ QObjectList pending();
 //! Ends them now, so that a test need not wait for a fixed delay.
 void fire();
 
+//! Ends them without an effect, so that a slow machine doesn't reach them before what the test is about.
+void cancel();
+
 } // namespace SingleShots
