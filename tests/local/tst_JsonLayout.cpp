@@ -110,6 +110,7 @@ void tst_JsonLayout::changes_data()
     add("a longer list", R"({"a":[1,2,3]})", R"({"a":[1.0,2.0]})", R"({"a":[1.0,2.0,3]})");
     add("a shorter list", R"({"a":[1]})", R"({"a":[1.0,2.0]})", R"({"a":[1.0]})");
     add("a number in place of a string", R"({"a":1})", R"({"a":"1"})", R"({"a":1})");
+    add("a string in place of zero", R"({"a":"x"})", R"({"a":0})", R"({"a":"x"})");
     add("a repeated key", R"({"a":2,"b":3})", R"({"a":1.0,"b":3.0,"a":2.0})", R"({"a":2.0,"b":3.0})");
     add("after a byte order mark", R"({"a":1,"b":2})", "\xEF\xBB\xBF{\"b\":2.0,\"a\":1}", R"({"b":2.0,"a":1})");
     add("an empty key", R"({"":1,"a":1})", R"({"a":1.0,"":1.0})", R"({"a":1.0,"":1.0})");

@@ -143,11 +143,13 @@ void tst_ProjectModel::refresh()
     model.setRootPath(m_tree->root());
     m_tree->addFile(QStringLiteral("c"));
     QCOMPARE(model.rowCount(), 3);
+    const QSignalSpy aboutToReset(&model, &ProjectModel::modelAboutToBeReset);
     const QSignalSpy reset(&model, &ProjectModel::modelReset);
     const QSignalSpy changed(&model, &ProjectModel::rootPathChanged);
     model.refresh();
     QCOMPARE(model.rowCount(), 4);
     model.refresh();
+    QCOMPARE(aboutToReset.count(), 2);
     QCOMPARE(reset.count(), 2);
     QCOMPARE(changed.count(), 0);
 }

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void loads();
     void unusableFiles_data();
     void unusableFiles();
+    void unreadableFile();
     void brokenFileIsOverwritten();
     void changedOnDisk();
     void cutShortByAFailedSave();
@@ -163,6 +164,18 @@ void tst_ToolConfig::unusableFiles()
     QCOMPARE(config.isLoomraConfigValid(), false);
     QCOMPARE(config.isLoomraConfigChangedOnDisk(), false);
     QCOMPARE(this->content(), content);
+}
+
+void tst_ToolConfig::unreadableFile()
+{
+    QVERIFY(QDir().mkpath(m_path)); // not even root can open it as a file
+    for (int time = 0; time < 2; ++time) {
+        QTest::ignoreMessage(QtWarningMsg, qPrintable(text("Failed to open Loomra config file: \"%1\"").arg(m_path)));
+    }
+    ConfigManager config;
+    QCOMPARE(config.getLoomraConfig(), QJsonObject());
+    QCOMPARE(config.isLoomraConfigValid(), false);
+    QVERIFY(QDir(m_path).removeRecursively());
 }
 
 void tst_ToolConfig::brokenFileIsOverwritten()
