@@ -162,7 +162,8 @@ public:
     }
 
 private:
-    void beginLine() { m_text += '\n' + QByteArray(s_indent).repeated(m_depth); }
+    // Pieces are appended one by one: "+=" of a sum reallocates the whole text each time.
+    void beginLine() { m_text.append('\n').append(QByteArray(s_indent).repeated(m_depth)); }
 
     void writeValue(const QJsonValue &value, const Spelling *spelling)
     {
@@ -207,7 +208,7 @@ private:
         for (std::size_t i = 0; i < keys.size(); ++i) {
             m_text += i > 0 ? "," : "";
             beginLine();
-            m_text += spelled(keys[i], nullptr) + ": ";
+            m_text.append(spelled(keys[i], nullptr)).append(": ");
             writeValue(members.value(keys[i]), spelling ? spelling->member(keys[i]) : nullptr);
         }
         --m_depth;
