@@ -147,6 +147,7 @@ void tst_SuggestionNotification::hasNoFlags()
     const auto *shown = m_parent->findChild<KNotification *>();
     QVERIFY(shown);
     QCOMPARE(shown->flags(), KNotification::NotificationFlags());
+    QCOMPARE(shown->componentName(), QStringLiteral("loomra-kde"));
     const QJsonObject call = m_service.take();
     QCOMPARE(call.value(QLatin1String("timeout")).toInt(), -1);
     QCOMPARE(call.value(QLatin1String("hints")).toVariant().toStringList(),

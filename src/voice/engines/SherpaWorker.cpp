@@ -62,6 +62,12 @@ SherpaWorker::SherpaWorker(const SherpaEngine &engine, std::chrono::milliseconds
 {
 }
 
+SherpaWorker::~SherpaWorker()
+{
+    // Runs on the workers' thread, but the model was set on the main thread.
+    const std::lock_guard lock(m_modelMutex);
+}
+
 SherpaWorker::Availability SherpaWorker::availability(const SearchRoots &roots) const
 {
     return {!ModelPaths::findSherpaBinary(m_engine.program, roots).isEmpty(),

@@ -32,6 +32,8 @@ public:
     //! @param engine must outlive the worker
     //! @param runTimeout for each run of the program
     SherpaWorker(const SherpaEngine &engine, std::chrono::milliseconds runTimeout);
+    ~SherpaWorker() override;
+    Q_DISABLE_COPY_MOVE(SherpaWorker)
 
     const SherpaEngine &engine() const { return m_engine; }
 
