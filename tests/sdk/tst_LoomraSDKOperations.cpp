@@ -33,6 +33,7 @@ private Q_SLOTS:
     void acceptsOnlyIntegralIds_data();
     void acceptsOnlyIntegralIds();
     void modelsOfBothSources();
+    void modelsWithoutABridge_data();
     void modelsWithoutABridge();
     void logsOfTheBridge();
     void executorPathOfTheBridge_data();
@@ -291,10 +292,20 @@ void tst_LoomraSDKOperations::modelsOfBothSources()
                                 R"("fullId":"c/d-free","id":"d-free","name":"d-free","provider":"c"}]))")));
 }
 
-//! Without a bridge the models of the agent CLI are listed. Without either an error is reported.
+//! Without a bridge that is ready the models of the agent CLI are listed. Without either an error is reported.
+void tst_LoomraSDKOperations::modelsWithoutABridge_data()
+{
+    QTest::addColumn<bool>("isConnected");
+    QTest::newRow("lost") << false;
+    QTest::newRow("not ready yet") << true;
+}
+
 void tst_LoomraSDKOperations::modelsWithoutABridge()
 {
+    QFETCH(bool, isConnected);
     QVERIFY(fixture->lose());
+    QVERIFY(!isConnected || fixture->connect());
+    QCOMPARE(fixture->sdk.isConnected(), isConnected);
     fixture->emitted.take();
     {
         FakePath path;
