@@ -76,6 +76,7 @@ Window {
     property alias userExpanded: surface.userExpanded
     property alias settingsPanelOpen: surface.settingsPanelOpen
     property alias windowFade: surface.windowFade
+    property alias windowEffects: surface.windowEffects
     property alias chatPanelShown: surface.chatPanelShown
     property alias barIdle: surface.barIdle
     //! Parts that the first frame doesn't need are created once this is true.

@@ -62,6 +62,7 @@ const Property s_window[] = {
     {"userExpanded", "bool", "false", Writable},
     {"settingsPanelOpen", "bool", "false", Writable},
     {"windowFade", "double", "1", Writable},
+    {"windowEffects", "QVariant", "undefined", Writable},
     // the conversation
     {"contextWindowSize", "int", "8", ReadOnly},
     {"lastInputMode", "QString", "'text'", Writable},

@@ -246,7 +246,61 @@ TestCase {
         compare(bar.takeCalls(), ["inputField.forceActiveFocus()", "requestActivate()"]);
     }
 
-    function test_failedBlurIsIgnored() {
+    Component {
+        id: effects
+
+        QtObject {
+            //! The arguments of each call.
+            property var calls: []
+
+            function blurBehind(window, enabled) { calls = calls.concat([Array.from(arguments)]); }
+        }
+    }
+
+    function test_blur_data() {
+        return [
+            { tag: "translucent", translucent: true, calls: 1 },
+            // Intentional: nothing turns it off again.
+            { tag: "opaque", translucent: false, calls: 0 }
+        ];
+    }
+
+    //! Of the whole window: no region is passed.
+    function test_blur(data) {
+        surface.windowEffects = createTemporaryObject(effects, test);
+        bar.appearanceStore.translucentBackground = data.translucent;
+        surface.applyWindowBlurBehind();
+        compare(surface.windowEffects.calls.length, data.calls);
+        for (const call of surface.windowEffects.calls) {
+            compare(call.length, 2);
+            verify(call[0] === bar);
+            compare(call[1], true);
+        }
+    }
+
+    //! The blurred region depends on the size.
+    function test_blurFollowsThePlace() {
+        surface.windowEffects = createTemporaryObject(effects, test);
+        bar.appearanceStore.translucentBackground = true;
+        surface.place();
+        compare(surface.windowEffects.calls.length, 1);
+        surface.compactMode = true;
+        surface.place();
+        compare(surface.windowEffects.calls.length, 2);
+    }
+
+    function test_failedBlurIsIgnored_data() {
+        return [
+            { tag: "as in this release of Plasma", effects: surface => surface.windowEffects },
+            { tag: "missing", effects: () => undefined },
+            { tag: "null", effects: () => null },
+            { tag: "without the function", effects: () => ({}) },
+            { tag: "throws", effects: () => ({ "blurBehind": () => { throw new Error("no compositor"); } }) }
+        ];
+    }
+
+    function test_failedBlurIsIgnored(data) {
+        surface.windowEffects = data.effects(surface);
         bar.appearanceStore.translucentBackground = true;
         surface.applyWindowBlurBehind();
         surface.place();
