@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "DrawnValues.h"
 #include "LoopbackListener.h"
 #include "QmlWarnings.h"
 #include "TestFiles.h"
@@ -28,6 +29,7 @@
 //!   qmlWarnings       see QmlWarnings; expect(start) for a warning that must occur
 //!   loopbackListener  see LoopbackListener; address, connections
 //!   testFiles         see TestFiles; a temporary directory
+//!   drawn             see DrawnValues; compares what a component draws with a table
 //!   realFileService, realConfigManager  to be passed to a component
 class QmlTests : public QObject
 {
@@ -55,6 +57,7 @@ public Q_SLOTS:
         QQmlContext *context = engine->rootContext();
         context->setContextProperty(QStringLiteral("loopbackListener"), &m_listener);
         context->setContextProperty(QStringLiteral("testFiles"), &m_files);
+        context->setContextProperty(QStringLiteral("drawn"), &m_drawn);
         context->setContextProperty(QStringLiteral("realFileService"), &m_fileService);
         context->setContextProperty(QStringLiteral("realConfigManager"), m_configManager.get());
     }
@@ -65,6 +68,7 @@ private:
     QmlWarnings m_warnings;
     LoopbackListener m_listener;
     TestFiles m_files;
+    DrawnValues m_drawn;
     FileService m_fileService;
     std::unique_ptr<ConfigManager> m_configManager; // after the about data
 };
