@@ -437,6 +437,8 @@ Window {
 
     ParallelAnimation {
         id: entrance
+        objectName: "windowEntrance"
+
         NumberAnimation { target: omniBar; property: "windowFade"; from: 0; to: 1; duration: 160; easing.type: Easing.OutCubic }
         NumberAnimation { target: rootContainer; property: "scale"; from: 0.96; to: 1.0; duration: 220; easing.type: Easing.OutBack }
     }

@@ -23,6 +23,8 @@ Row {
         height: 30
 
         Rectangle {
+            objectName: "disc"
+
             anchors.fill: parent
             radius: width / 2
             gradient: Gradient {

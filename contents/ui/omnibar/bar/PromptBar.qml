@@ -38,6 +38,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "fill"
+
         anchors.fill: parent
         radius: promptBar.bar.barRadius
         gradient: Gradient {
@@ -50,6 +52,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "glow"
+
         anchors.fill: parent
         radius: promptBar.bar.barRadius
         gradient: Gradient {
@@ -67,6 +71,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "highlight"
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.leftMargin: promptBar.bar.barRadius
@@ -76,6 +82,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "outline"
+
         anchors.fill: parent
         radius: promptBar.bar.barRadius
         color: "transparent"
@@ -100,6 +108,8 @@ Item {
         }
 
         Rectangle {
+            objectName: "separator"
+
             anchors.verticalCenter: parent.verticalCenter
             visible: brand.item
             width: 1

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+import "qrc:/org/kde/loomra/contents/ui"
+import "../controllers"
+
+//! The base of tests that compare what the OmniBar draws with tables. All tests of a file share one window, in which
+//! nothing moves by the end of begin(). The native objects are fakes.
+TestCase {
+    id: testCase
+
+    readonly property FakeBridge bridge: agentBridge
+    readonly property FakeSdk sdk: loomraSDK
+    readonly property FakeVoiceBridge voice: voiceBridge
+    property var bar: null
+    //! The colour tokens, for tables.
+    property var theme: null
+    //! What the property "loops" of an endless animation returns. Only its setter takes Animation.Infinite.
+    readonly property int infinite: -1
+
+    // The window finds them by these names, as it finds the native objects in the program.
+    property list<QtObject> natives: [
+        FakeBridge { id: agentBridge },
+        FakeSdk { id: loomraSDK },
+        FakeVoiceBridge { id: voiceBridge; ttsAvailable: true }
+    ]
+
+    property Component windows: Component {
+        OmniBar {}
+    }
+
+    when: windowShown
+
+    function initTestCase() {
+        bar = windows.createObject(null);
+        theme = drawn.part(bar, "omniTheme");
+        tryCompare(bar, "firstFrameShown", true);
+    }
+
+    function cleanupTestCase() {
+        bar.destroy();
+    }
+
+    function init() {
+        theme.uiLight = false;
+        bar.compactMode = false;
+        bar.settingsPanelOpen = false;
+        bar.clearConversation();
+        bar.inputField.text = "";
+    }
+
+    //! The part with this name, which may be created late.
+    function part(name) {
+        tryVerify(() => drawn.part(bar, name) !== null, 5000, name);
+        return drawn.part(bar, name);
+    }
+
+    //! Compares the part with this name, and what is in it, with a table. See DrawnValues.
+    function look(name, table) {
+        compare(drawn.differences(part(name), table).join("\n"), "");
+    }
+
+    //! The same with the light and with the dark colours. @param makeTable returns the table for the current colours
+    function lookInBoth(name, makeTable) {
+        for (const light of [true, false]) {
+            theme.uiLight = light;
+            look(name, makeTable(light));
+        }
+    }
+
+    function hover(item) {
+        mouseMove(item, item.width / 2, item.height / 2);
+        tryCompare(item, "hovered", true);
+    }
+}
