@@ -50,6 +50,8 @@ TestCase {
         bar.settingsPanelOpen = false;
         bar.clearConversation();
         bar.inputField.text = "";
+        // Nothing is hovered.
+        mouseMove(bar.contentItem, 1, 1);
     }
 
     //! The part with this name, which may be created late.
@@ -58,16 +60,21 @@ TestCase {
         return drawn.part(bar, name);
     }
 
-    //! Compares the part with this name, and what is in it, with a table. See DrawnValues.
-    function look(name, table) {
-        compare(drawn.differences(part(name), table).join("\n"), "");
+    //! Compares an item, or the part of the window with this name, with a table. See DrawnValues. Waits for the end of
+    //! animations.
+    function look(item, table) {
+        const root = typeof item === "string" ? part(item) : item;
+        const differences = () => drawn.differences(root, table).join("\n");
+        for (let i = 0; i < 100 && differences() !== ""; ++i)
+            wait(20);
+        compare(differences(), "");
     }
 
     //! The same with the light and with the dark colours. @param makeTable returns the table for the current colours
-    function lookInBoth(name, makeTable) {
+    function lookInBoth(item, makeTable) {
         for (const light of [true, false]) {
             theme.uiLight = light;
-            look(name, makeTable(light));
+            look(item, makeTable(light));
         }
     }
 

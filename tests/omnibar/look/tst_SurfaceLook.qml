@@ -16,7 +16,7 @@ OmniBarCase {
             "": { "Behavior on scale": "350 OutCubic", "Behavior on opacity": "350 OutCubic" },
             "barCard": { "z": 11, "Behavior on y": "350 OutCubic", "Behavior on panelBottom": "350 OutCubic" }
         });
-        compare(drawn.differences(bar, {
+        look(bar, {
             "": {
                 "color": "transparent", "flags": Qt.WindowStaysOnTopHint | Qt.FramelessWindowHint | Qt.Dialog,
                 "toviMagenta": "#FB21FD", "toviBlue": "#2756FB", "toviAccent": Qt.rgba(0.60, 0.20, 0.98, 1.0),
@@ -31,7 +31,7 @@ OmniBarCase {
             },
             "closing/NumberAnimation[0]": { "property": "windowFade", "to": 0, "duration": 120 },
             "closing/NumberAnimation[1]": { "property": "scale", "to": 0.96, "duration": 120 }
-        }).join("\n"), "");
+        });
     }
 
     function test_scrim() {
@@ -98,7 +98,7 @@ OmniBarCase {
         compare(part("idleCards").parent.anchors.topMargin, 20);
         const card = part("card[1]");
         hover(card);
-        compare(drawn.differences(card, { ".background": { "color": Qt.rgba(0.25, 0.12, 0.40, 0.75) } }).join("\n"), "");
+        look(card, { ".background": { "color": Qt.rgba(0.25, 0.12, 0.40, 0.75) } });
         tryVerify(() => {
             hover(card);
             return card.scale === 1.03;

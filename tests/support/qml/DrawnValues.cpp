@@ -126,10 +126,17 @@ QString animationText(const QObject *animation)
 
 QString behaviorText(const QObject *object, const QString &property)
 {
+    // That of "border.color" is a child of the border.
+    const int dot = property.indexOf(QLatin1Char('.'));
+    if (dot >= 0) {
+        const auto *group = object->property(property.left(dot).toLatin1().constData()).value<QObject *>();
+        return group ? behaviorText(group, property.mid(dot + 1)) : QStringLiteral("none");
+    }
     const auto children = object->children();
     for (QObject *child : children) {
         if (child->inherits("QQuickBehavior")
-            && child->property("targetProperty").value<QQmlProperty>().name() == property) {
+            && child->property("targetProperty").value<QQmlProperty>().name().section(QLatin1Char('.'), -1)
+                == property) {
             qmlExecuteDeferred(child); // otherwise the animation is created by the first change
             return animationText(child->children().value(0)); // the animation that was written into it
         }

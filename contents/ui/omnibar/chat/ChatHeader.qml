@@ -21,6 +21,8 @@ Item {
         Accessible.name: Translatable.filled(header.bar.tr("Tovi for {system}"), { "system": header.bar.systemName })
 
         Rectangle {
+            objectName: "tile"
+
             anchors.verticalCenter: parent.verticalCenter
             width: 24
             height: 24
@@ -92,6 +94,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "separator"
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom

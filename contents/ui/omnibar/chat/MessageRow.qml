@@ -121,6 +121,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "avatar"
+
         anchors.left: parent.left
         anchors.top: bubble.top
         width: 26

@@ -54,6 +54,8 @@ Item {
                 height: 16
 
                 Rectangle {
+                    objectName: "halo"
+
                     anchors.centerIn: parent
                     width: 16
                     height: 16
@@ -120,6 +122,8 @@ Item {
                 }
 
                 Row {
+                    objectName: "waitDots"
+
                     anchors.verticalCenter: parent.verticalCenter
                     spacing: 4
 

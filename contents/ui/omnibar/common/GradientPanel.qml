@@ -20,6 +20,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "frame"
+
         anchors.fill: parent
         radius: panel.radius
         gradient: Gradient {
@@ -44,6 +46,8 @@ Item {
     }
 
     Rectangle {
+        objectName: "fill"
+
         anchors.fill: parent
         anchors.margins: 1
         radius: panel.radius - 1
