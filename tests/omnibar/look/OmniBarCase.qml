@@ -62,12 +62,21 @@ TestCase {
 
     //! Compares an item, or the part of the window with this name, with a table. See DrawnValues. Waits for the end of
     //! animations.
-    function look(item, table) {
+    function look(item, table, hovered) {
         const root = typeof item === "string" ? part(item) : item;
         const differences = () => drawn.differences(root, table).join("\n");
-        for (let i = 0; i < 100 && differences() !== ""; ++i)
+        for (let i = 0; i < 100 && differences() !== ""; ++i) {
             wait(20);
+            if (hovered)
+                hover(hovered);
+        }
         compare(differences(), "");
+    }
+
+    //! The same with the pointer on an item. The window may lose it, for example when something moves.
+    function lookHovered(hovered, item, table) {
+        hover(hovered);
+        look(item, table, hovered);
     }
 
     //! The same with the light and with the dark colours. @param makeTable returns the table for the current colours
@@ -79,7 +88,8 @@ TestCase {
     }
 
     function hover(item) {
+        // From beside the place, because a pointer that is there already sends no event.
+        mouseMove(item, item.width / 2, item.height / 2 - 1);
         mouseMove(item, item.width / 2, item.height / 2);
-        tryCompare(item, "hovered", true);
     }
 }

@@ -100,8 +100,7 @@ OmniBarCase {
             }
         });
         look("sendBtn", { ".background": { "stops": [[0, "#e8782a"], [1, "#c44e20"]], "gradient.orientation": Gradient.Vertical } });
-        hover(part("sendBtn"));
-        look("sendBtn", { ".background": { "stops": [[0, "#f09030"], [1, "#d05a28"]] } });
+        lookHovered(part("sendBtn"), "sendBtn", { ".background": { "stops": [[0, "#f09030"], [1, "#d05a28"]] } });
     }
 
     function test_microphone_data() {

@@ -239,8 +239,7 @@ OmniBarCase {
             },
             "stopBtn/FocusRing": { "radius": 10, "border.color": theme.focusRing }
         }));
-        hover(drawn.part(indicator, "stopBtn"));
-        look(indicator, { "stopBtn.background": { "color": Qt.rgba(0.9, 0.22, 0.21, 0.30) } });
+        lookHovered(drawn.part(indicator, "stopBtn"), indicator, { "stopBtn.background": { "color": Qt.rgba(0.9, 0.22, 0.21, 0.30) } });
         bar.stickyPhaseLabel = "word ".repeat(100);
         look(indicator, { "phaseLabel": { "width": 676 - 220 } });
         bar.stickyPhaseLabel = "";
@@ -280,8 +279,7 @@ OmniBarCase {
             "SuggestionCard/FocusRing": { "radius": 12, "border.color": theme.focusRing }
         }));
         const card = part("SuggestionCard");
-        hover(card);
-        look(card, { ".background": { "color": theme.uiWellFillHi } });
+        lookHovered(card, card, { ".background": { "color": theme.uiWellFillHi } });
     }
 
     readonly property var plan: ({
@@ -324,8 +322,7 @@ OmniBarCase {
             "planCancelBtn": { "width": 70, "fill": theme.uiWellFill, "hoverFill": theme.uiWellFillHi, "outline": "transparent" },
             "planCancelBtn.contentItem": { "color": theme.uiTextStrong }
         }));
-        hover(part("planRunBtn"));
-        look("planRunBtn", { ".background": { "color": Qt.rgba(0.60, 0.20, 0.98, 0.5) } });
+        lookHovered(part("planRunBtn"), "planRunBtn", { ".background": { "color": Qt.rgba(0.60, 0.20, 0.98, 0.5) } });
         bar.pendingPlan = null;
     }
 

@@ -85,14 +85,11 @@ OmniBarCase {
         compare(popup.parent.z, 11);
         compare(popup.height, Math.min(data.rows * 52 + 36 + 6 + 16, 400, barY() - 16));
 
-        hover(part("deleteAllSessionsBtn"));
-        look("deleteAllSessionsBtn", { ".background": { "color": Qt.rgba(0.90, 0.22, 0.21, 0.35) } });
-        hover(part("deleteSessionBtn"));
-        look("deleteSessionBtn", { "": { "iconColor": "#ff8a80" } });
+        lookHovered(part("deleteAllSessionsBtn"), "deleteAllSessionsBtn", { ".background": { "color": Qt.rgba(0.90, 0.22, 0.21, 0.35) } });
+        lookHovered(part("deleteSessionBtn"), "deleteSessionBtn", { "": { "iconColor": "#ff8a80" } });
         const row = part("sessionRow");
-        hover(row);
         row.forceActiveFocus(Qt.TabFocusReason);
-        look("sessionRow", { ".background": { "color": Qt.rgba(1, 1, 1, 0.08), "border.width": row.current ? 2 : 0 } });
+        lookHovered(row, row, { ".background": { "color": Qt.rgba(1, 1, 1, 0.08), "border.width": row.current ? 2 : 0 } });
         bar.slashSessionPopupVisible = false;
         bar.sessionPopupModel.clear();
     }

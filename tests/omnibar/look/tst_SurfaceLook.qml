@@ -97,13 +97,7 @@ OmniBarCase {
         });
         compare(part("idleCards").parent.anchors.topMargin, 20);
         const card = part("card[1]");
-        hover(card);
-        look(card, { ".background": { "color": Qt.rgba(0.25, 0.12, 0.40, 0.75) } });
-        tryVerify(() => {
-            hover(card);
-            return card.scale === 1.03;
-        });
-        mouseMove(card, -20, -300);
+        lookHovered(card, card, { "": { "scale": 1.03 }, ".background": { "color": Qt.rgba(0.25, 0.12, 0.40, 0.75) } });
         bar.inputField.text = "a";
         tryCompare(part("idleCards"), "opacity", 0);
     }
@@ -165,8 +159,7 @@ OmniBarCase {
             "voiceCancelBtn": { "width": 54, "fill": Qt.rgba(1, 1, 1, 0.08), "hoverFill": Qt.rgba(1, 1, 1, 0.16), "bold": false }
         });
         compare(part("voiceConfirmBar").parent.anchors.topMargin, 4);
-        hover(part("voiceSendBtn"));
-        look("voiceSendBtn", { ".background": { "color": "#d916dd" } });
+        lookHovered(part("voiceSendBtn"), "voiceSendBtn", { ".background": { "color": "#d916dd" } });
         bar.voiceRephrasing = true;
         look("voiceRephraseBtn", { "": { "opacity": 0.55, "label": "..." } });
         bar.voiceRephrasing = false;
