@@ -45,7 +45,7 @@ TestCase {
     }
 
     function init() {
-        theme.uiLight = false;
+        bar.appearanceStore.lightChrome = false;
         bar.compactMode = false;
         bar.settingsPanelOpen = false;
         bar.clearConversation();
@@ -82,7 +82,7 @@ TestCase {
     //! The same with the light and with the dark colours. @param makeTable returns the table for the current colours
     function lookInBoth(item, makeTable) {
         for (const light of [true, false]) {
-            theme.uiLight = light;
+            bar.appearanceStore.lightChrome = light;
             look(item, makeTable(light));
         }
     }

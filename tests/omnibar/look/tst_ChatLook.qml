@@ -94,15 +94,17 @@ OmniBarCase {
         bar.chatExpanded = false;
     }
 
-    function test_rows_data() {
-        return [{ tag: "user" }, { tag: "system" }, { tag: "assistant" }];
-    }
-    function test_rows(data) {
+    function test_rows() {
         bar.appendUserMessage("hello");
         bar.appendSystemMessage("news");
         bar.appendAgentMessage("hello");
-        const isUser = data.tag === "user";
-        const item = row(data.tag);
+        for (const role of ["user", "system", "assistant"])
+            lookAtRow(role);
+    }
+
+    function lookAtRow(role) {
+        const isUser = role === "user";
+        const item = row(role);
         lookInBoth(item, () => ({
             "": { "height": item.children[0].height + 4 + part("messageBubble").height },
             "label": {
@@ -117,12 +119,12 @@ OmniBarCase {
                 "border.width": 1, "border.color": theme.uiAsstBubbleBorder
             },
             "avatar/FallbackIcon": {
-                "name": data.tag === "assistant" ? "starred-symbolic" : "dialog-information",
-                "fallback": data.tag === "assistant" ? "draw-star" : "", "size": 14, "color": theme.uiIconMuted
+                "name": role === "assistant" ? "starred-symbolic" : "dialog-information",
+                "fallback": role === "assistant" ? "draw-star" : "", "size": 14, "color": theme.uiIconMuted
             },
             "messageBubble": {
                 "width": Math.round(666 * 0.78), "radius": 14, "opacity": 1, "scale": 1,
-                "color": theme.bubbles[data.tag].fill, "border.width": 1, "border.color": theme.bubbles[data.tag].border
+                "color": theme.bubbles[role].fill, "border.width": 1, "border.color": theme.bubbles[role].border
             },
             "entrance/NumberAnimation": { "duration": 280, "easing.type": Easing.OutCubic, "to": 1 },
             "entrance/NumberAnimation[0]": { "property": "opacity", "from": 0 },

@@ -40,7 +40,7 @@ OmniBarCase {
         look("scrim", { "": { "color": Qt.rgba(0, 0, 0, 0.85) } });
         bar.appearanceStore.translucentBackground = true;
         // The same in both themes.
-        theme.uiLight = true;
+        bar.appearanceStore.lightChrome = true;
         look("scrim", { "": { "color": Qt.rgba(0.03, 0.01, 0.06, 0.72) } });
     }
 

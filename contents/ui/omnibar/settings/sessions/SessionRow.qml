@@ -49,6 +49,8 @@ Item {
     Accessible.description: [active ? activeBadge.text : "", idText.text].filter(text => text !== "").join(", ")
 
     Rectangle {
+        objectName: "ground"
+
         anchors.fill: parent
         radius: 6
         color: row.active ? row.theme.uiAccentDim : "transparent"

@@ -91,6 +91,8 @@ Rectangle {
 
         // The highlights are too pale for light grounds.
         Rectangle {
+            objectName: "ground"
+
             anchors.fill: valueText
             anchors.leftMargin: -6
             anchors.rightMargin: -6

@@ -32,6 +32,8 @@ Column {
     spacing: 8
 
     Rectangle {
+        objectName: "sentenceCard"
+
         width: parent.width
         height: texts.height + 20
         radius: 8
