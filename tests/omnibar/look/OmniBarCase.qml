@@ -60,6 +60,15 @@ TestCase {
         return drawn.part(bar, name);
     }
 
+    //! Opens the sheet with the tab at this index, and waits for its page.
+    function openTab(index, page) {
+        bar.settingsPanelOpen = true;
+        part("settingsTabs").currentIndex = index;
+        part(page);
+        tryCompare(part("settingsPanel"), "settled", true);
+        return part(page);
+    }
+
     //! Compares an item, or the part of the window with this name, with a table. See DrawnValues. Waits for the end of
     //! animations.
     function look(item, table, hovered) {

@@ -93,4 +93,39 @@ OmniBarCase {
         bar.slashSessionPopupVisible = false;
         bar.sessionPopupModel.clear();
     }
+
+    function test_suggestionDialog() {
+        bar.workspaceSuggestionDialogData = ({
+            "title": "Title", "body": "Body", "actions": [{ "id": "open", "label": "Open" }, { "id": "dismiss" }]
+        });
+        bar.workspaceSuggestionDialogOpen = true;
+        const dialog = part("suggestionDialog");
+        tryCompare(dialog, "opened", true);
+        lookInBoth(dialog, () => ({
+            "": { "width": 440, "padding": 16, "spacing": 12, "screenMargin": 48, "maximumButtonsHeight": 160, "modal": true },
+            ".background": { "radius": 14, "color": theme.uiPanelBase, "border.width": 1, "border.color": theme.uiPanelBorder },
+            ".contentItem": { "spacing": 12, "width": 408 },
+            "suggestionTitle": {
+                "text": "Title", "width": 408, "color": theme.uiTextStrong, "font.pointSize": 12, "font.bold": true,
+                "wrapMode": Text.Wrap, "maximumLineCount": 3
+            },
+            "suggestionBodyPane": { "width": 408, "thumbColor": theme.uiScrollThumb },
+            "suggestionBody": {
+                "text": "Body", "width": 396, "color": theme.uiTextMed, "font.pointSize": 10, "wrapMode": Text.Wrap,
+                "elide": Text.ElideNone
+            },
+            "FocusRing[0]": { "radius": 6, "border.color": theme.focusRing },
+            "buttonsPane": { "width": 408, "ringGap": 3, "thumbColor": theme.uiScrollThumb },
+            "buttons": { "x": 0, "y": 3, "width": 408, "spacing": 8 },
+            "suggestionAction[0]": { "label": "Open" },
+            "suggestionAction[1]": { "label": "dismiss" }
+        }));
+        compare(dialog.height, dialog.contentItem.implicitHeight + 32);
+        compare(dialog.x + dialog.width / 2, bar.width / 2);
+        // What dims the rest of the window.
+        const dimmer = Array.from(dialog.background.parent.parent.children).find(child => Qt.colorEqual(child.color || "red", Qt.rgba(0, 0, 0, 0.6)));
+        verify(dimmer);
+        bar.workspaceSuggestionDialogOpen = false;
+        tryCompare(dialog, "visible", false);
+    }
 }

@@ -10,15 +10,6 @@ OmniBarCase {
     // Of the sheet without its margins.
     readonly property int pageWidth: 680
 
-    //! Opens the sheet with the tab at this index, and waits for its page.
-    function openTab(index, page) {
-        bar.settingsPanelOpen = true;
-        part("settingsTabs").currentIndex = index;
-        part(page);
-        tryCompare(part("settingsPanel"), "settled", true);
-        return part(page);
-    }
-
     function test_sheet() {
         openTab(0, "lookTab");
         lookInBoth("settingsPanel", () => ({
