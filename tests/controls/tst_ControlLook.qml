@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import QtTest 1.15
 import org.kde.loomra.components.controls 1.0
+
+import "../support/qml"
 
 //! What the controls draw that all windows share.
 Item {
@@ -74,36 +75,16 @@ Item {
         PlainText {}
     }
 
-    TestCase {
-        id: test
+    LookCase {
         name: "ControlLook"
-        when: windowShown
 
         function make(component, properties) {
             const item = createTemporaryObject(component, root, properties || {});
             verify(item);
             return item;
         }
-        function look(item, table, hovered) {
-            const differences = () => drawn.differences(item, table).join("\n");
-            for (let i = 0; i < 100 && differences() !== ""; ++i) {
-                wait(20);
-                if (hovered)
-                    hover(hovered);
-            }
-            compare(differences(), "");
-        }
-        //! The same with the pointer on an item. The window may lose it, for example when something moves.
-        function lookHovered(hovered, item, table) {
-            hover(hovered);
-            look(item, table, hovered);
-        }
-        function hover(item) {
-            mouseMove(item, 3, 3);
-            mouseMove(item, item.width / 2, item.height / 2);
-        }
         function init() {
-            mouseMove(root, root.width - 1, root.height - 1);
+            movePointerAway();
         }
 
         function test_roundButton() {

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
-import QtTest 1.15
 
 import org.kde.loomra 1.0
 
 // The two widgets that the module doesn't list yet.
 import "qrc:/org/kde/loomra/components" as Unlisted
+import "../support/qml"
 
 //! What the widgets for structured replies draw, in both themes.
 Item {
@@ -24,9 +24,8 @@ Item {
     Component { id: callouts; Unlisted.BotCalloutWidget {} }
     Component { id: bubbles; BotTextBubble { hasTool: true; toolStatus: "success"; content: "text" } }
 
-    TestCase {
+    LookCase {
         name: "WidgetLook"
-        when: windowShown
 
         readonly property int inner: 520 - 24
 
@@ -50,11 +49,7 @@ Item {
         function lookInBoth(widget, makeTable) {
             for (const light of [true, false]) {
                 widget.lightChrome = light;
-                const differences = () => drawn.differences(widget, makeTable(light, shared(light))).join("\n");
-                // Colours of chips are animated.
-                for (let i = 0; i < 100 && differences() !== ""; ++i)
-                    wait(20);
-                compare(differences(), "");
+                look(widget, makeTable(light, shared(light)));
             }
         }
 
@@ -114,7 +109,7 @@ Item {
             }));
             compare(drawn.part(widget, "columnFill").y, drawn.part(widget, "header").height);
             const narrow = make(tables, { "columns": Array(20).fill("a"), "rows": [] });
-            compare(drawn.differences(narrow, { "TableCell": { "leftPadding": inner / 20 / 6, "rightPadding": inner / 20 / 6 } }), []);
+            look(narrow, { "TableCell": { "leftPadding": inner / 20 / 6, "rightPadding": inner / 20 / 6 } });
         }
 
         function test_emptyTable() {
@@ -146,11 +141,7 @@ Item {
             const chip = drawn.part(widget, "ChipButton[1]");
             const caption = drawn.part(chip, "caption");
             compare([chip.implicitWidth, chip.implicitHeight], [caption.implicitWidth + 24, caption.implicitHeight + 14]);
-            tryVerify(() => {
-                mouseMove(chip, 2, 2);
-                mouseMove(chip, 4, 4);
-                return Qt.colorEqual(drawn.part(chip, "chipFill").color, shared(false).hover);
-            });
+            lookHovered(chip, chip, { "chipFill": { "color": shared(false).hover } });
         }
 
         function test_noChoices() {
@@ -249,7 +240,7 @@ Item {
                 "toolDot/Rectangle[1]": { "width": 17, "height": 17, "radius": 8.5, "color": data.color, "opacity": 0.22, "z": -1 }
             }));
             bubble.hasTool = false;
-            compare(drawn.differences(bubble, { "words": { "x": 12, "anchors.leftMargin": 12 } }), []);
+            look(bubble, { "words": { "x": 12, "anchors.leftMargin": 12 } });
         }
     }
 }

@@ -42,6 +42,17 @@ OmniBarCase {
         });
     }
 
+    function test_shadow() {
+        const effect = part("panelShadow").layer.effect.createObject(part("panelShadow"));
+        look(effect, {
+            "": {
+                "horizontalOffset": 0, "verticalOffset": 4, "radius": 24, "samples": 49, "color": Qt.rgba(0, 0, 0, 0.40),
+                "transparentBorder": true
+            }
+        });
+        effect.destroy();
+    }
+
     function test_brand() {
         look("Brand", {
             "": { "height": 36, "spacing": 7 },

@@ -10,6 +10,12 @@ OmniBarCase {
     // Of the sheet without its margins.
     readonly property int pageWidth: 680
 
+    //! The sheet stays open.
+    function init() {
+        bar.appearanceStore.lightChrome = false;
+        movePointerAway();
+    }
+
     function test_voiceTab() {
         voice.voiceLogEnabled = true;
         voice.voiceLog = ["00:00:01 ERROR gone", "00:00:02 CORRECTED word", "00:00:03 TRANSCRIPT word", "00:00:04 other"];

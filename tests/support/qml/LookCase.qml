@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The tovictl developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+
+import QtQuick 2.15
+import QtTest 1.15
+
+//! The base of tests that compare what a component draws with tables, see DrawnValues.
+TestCase {
+    // Where the pointer rests: outside of what is compared.
+    property Item pointerRest: parent
+
+    when: windowShown
+
+    //! Compares an item with a table, once its animations have ended. @param hovered the item below the pointer, if any
+    function look(item, table, hovered) {
+        lookAt(item, table, hovered);
+    }
+
+    function lookAt(item, table, hovered) {
+        const differences = () => drawn.differences(item, table).join("\n");
+        for (let i = 0; i < 100 && differences() !== ""; ++i) {
+            wait(20);
+            // The window may lose the pointer, for example when something moves.
+            if (hovered)
+                hover(hovered);
+        }
+        compare(differences(), "");
+    }
+
+    //! The same with the pointer on an item.
+    function lookHovered(hovered, item, table) {
+        hover(hovered);
+        look(item, table, hovered);
+    }
+
+    function hover(item) {
+        // From beside the place, because a pointer that is there already sends no event.
+        mouseMove(item, item.width / 2, item.height / 2 - 1);
+        mouseMove(item, item.width / 2, item.height / 2);
+    }
+
+    //! So that nothing is hovered.
+    function movePointerAway() {
+        mouseMove(pointerRest, pointerRest.width - 1, pointerRest.height - 1);
+    }
+}
