@@ -29,6 +29,7 @@ LookCase {
 
     function initTestCase() {
         tray = windows.createObject(null);
+        subject = tray;
         pointerRest = tray.contentItem;
         tryVerify(() => drawn.part(tray, "fullForm") !== null);
     }

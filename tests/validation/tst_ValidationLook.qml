@@ -30,6 +30,7 @@ LookCase {
 
     function initTestCase() {
         window = windows.createObject(null);
+        subject = window;
         pointerRest = window.contentItem;
         theme = drawn.part(window, "darkTheme");
         validation = drawn.part(window, "validationController");
@@ -43,11 +44,6 @@ LookCase {
     function init() {
         validation.chooseMode(false);
         movePointerAway();
-    }
-
-    function part(name) {
-        tryVerify(() => drawn.part(window, name) !== null, 5000, name);
-        return drawn.part(window, name);
     }
 
     function test_window() {

@@ -33,6 +33,7 @@ LookCase {
 
     function initTestCase() {
         bar = windows.createObject(null);
+        subject = bar;
         pointerRest = bar.contentItem;
         theme = drawn.part(bar, "omniTheme");
         tryCompare(bar, "firstFrameShown", true);
@@ -54,12 +55,6 @@ LookCase {
             drawn.part(bar, "panelShadow[" + i + "]").layer.enabled = false;
     }
 
-    //! The part with this name, which may be created late.
-    function part(name) {
-        tryVerify(() => drawn.part(bar, name) !== null, 5000, name);
-        return drawn.part(bar, name);
-    }
-
     //! Opens the sheet with the tab at this index, and waits for its page.
     function openTab(index, page) {
         bar.settingsPanelOpen = true;
@@ -69,12 +64,7 @@ LookCase {
         return part(page);
     }
 
-    //! As in LookCase. @param item an item, or the name of a part of the window
-    function look(item, table, hovered) {
-        lookAt(typeof item === "string" ? part(item) : item, table, hovered);
-    }
-
-    //! The same with the light and with the dark colours. @param makeTable returns the table for the current colours
+    //! As look(), with the light and with the dark colours. @param makeTable returns the table for the current colours
     function lookInBoth(item, makeTable) {
         for (const light of [true, false]) {
             bar.appearanceStore.lightChrome = light;

@@ -6,18 +6,24 @@ import QtTest 1.15
 
 //! The base of tests that compare what a component draws with tables, see DrawnValues.
 TestCase {
+    //! In which part() finds the parts, such as a window.
+    property var subject: parent
     // Where the pointer rests: outside of what is compared.
     property Item pointerRest: parent
 
     when: windowShown
 
-    //! Compares an item with a table, once its animations have ended. @param hovered the item below the pointer, if any
-    function look(item, table, hovered) {
-        lookAt(item, table, hovered);
+    //! The part with this name, which may be created late. See DrawnValues.
+    function part(name) {
+        tryVerify(() => drawn.part(subject, name) !== null, 5000, name);
+        return drawn.part(subject, name);
     }
 
-    function lookAt(item, table, hovered) {
-        const differences = () => drawn.differences(item, table).join("\n");
+    //! Compares an item, or the part with a name, with a table, once its animations have ended. @param hovered the item
+    //! below the pointer, if any
+    function look(item, table, hovered) {
+        const root = typeof item === "string" ? part(item) : item;
+        const differences = () => drawn.differences(root, table).join("\n");
         for (let i = 0; i < 100 && differences() !== ""; ++i) {
             wait(20);
             // The window may lose the pointer, for example when something moves.

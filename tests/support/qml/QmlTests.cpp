@@ -8,6 +8,7 @@
 
 #include "Application.h"
 #include "Arc.h"
+#include "ChatModel.h"
 #include "CodeDirection.h"
 #include "ConfigManager.h"
 #include "FileCheck.h"
@@ -42,6 +43,7 @@ public Q_SLOTS:
         Application::describe();
         m_configManager = std::make_unique<ConfigManager>();
         qmlRegisterType<Arc>("org.kde.loomra.components.controls", 1, 0, "Arc");
+        qmlRegisterType<ChatModel>("org.kde.loomra", 1, 0, "ChatModel");
         qmlRegisterType<CodeDirection>("org.kde.loomra", 1, 0, "CodeDirection");
         qmlRegisterType<FileCheck>("org.kde.loomra", 1, 0, "FileCheck");
         qmlRegisterType<ProjectModel>("org.kde.loomra", 1, 0, "ProjectModel");
