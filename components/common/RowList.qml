@@ -48,6 +48,8 @@ ListView {
 
     // Not in the content, which scrolls.
     Rectangle {
+        objectName: "ground"
+
         parent: list
         anchors.fill: parent
         z: -1
