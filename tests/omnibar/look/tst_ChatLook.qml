@@ -192,6 +192,34 @@ OmniBarCase {
         look(item, { "copyBtn": { "iconName": "checkmark", "iconFallback": "dialog-ok", "iconColor": "#4ade80" } });
     }
 
+    //! The thumbs are outlines, which are filled when the user has voted.
+    function test_thumbs() {
+        bar.appendAgentMessage("hello");
+        row("assistant");
+        const canvas = part("thumbUpBtn/canvas");
+        // How much lighter than the corner some places are, and all together, where 1 is the lightest one.
+        const ink = () => {
+            const picture = grabImage(bar.contentItem);
+            const place = canvas.mapToItem(null, 0, 0);
+            const red = (x, y) => picture.red(Math.round(place.x) + x, Math.round(place.y) + y);
+            const amounts = [];
+            for (let i = 0; i < 14 * 14; ++i)
+                amounts.push(red(i % 14, Math.floor(i / 14)) - red(0, 0));
+            const most = Math.max(1, ...amounts);
+            const at = (x, y) => amounts[y * 14 + x] / most;
+            return { "hand": at(9, 9), "finger": at(7, 4), "cuff": at(2, 9), "sum": amounts.reduce((a, b) => a + b) / most };
+        };
+        // The sum depends on the width of the line and on the shape.
+        const isDrawn = (filled, sum) => {
+            const found = ink();
+            return found.hand === filled && (found.finger === 1) === (filled === 1) && (found.cuff === 1) === (filled === 1)
+                && Math.abs(found.sum - sum) < 1.5;
+        };
+        tryVerify(() => isDrawn(0, 61.7));
+        bar.voteMessage(0, "up");
+        tryVerify(() => isDrawn(1, 110.7));
+    }
+
     function test_thinking_data() {
         return [
             { tag: "executing", phase: "executing", color: "#4ade80", badge: true },
