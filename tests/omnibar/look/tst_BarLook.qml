@@ -76,19 +76,20 @@ OmniBarCase {
 
     function test_connectionDot_data() {
         return [
-            { tag: "connected", color: "#4ade80" },
-            { tag: "idle", color: "#4ade80" },
-            { tag: "thinking", color: "#FFD700" },
-            { tag: "connecting", color: "#FFD700" },
-            { tag: "error", color: "#ef4444" },
-            { tag: "disconnected", color: "#ef4444", blinks: true },
-            { tag: "toString", color: "#ef4444" }
+            { tag: "connected", color: "#4ade80", tip: "Connected" },
+            { tag: "idle", color: "#4ade80", tip: "Connected" },
+            { tag: "thinking", color: "#FFD700", tip: "Thinking…" },
+            { tag: "connecting", color: "#FFD700", tip: "Connecting..." },
+            { tag: "error", color: "#ef4444", tip: "Connection error" },
+            { tag: "disconnected", color: "#ef4444", tip: "Disconnected", blinks: true },
+            { tag: "toString", color: "#ef4444", tip: "Disconnected" }
         ];
     }
     function test_connectionDot(data) {
         bridge.status = data.tag;
         look("connectionDot", {
             "": { "color": data.color },
+            "HoverTip": { "text": data.tip },
             "Pulse": { "running": data.blinks === true, "low": 0.3, "duration": 800 }
         });
         bridge.status = "idle";
@@ -106,7 +107,7 @@ OmniBarCase {
                 "iconColor": "white", "scale": 1, "Behavior on scale": "120 Linear"
             },
             "barCloseBtn": {
-                "width": 32, "height": 32, "radius": 16, "fill": Qt.rgba(1, 1, 1, 0.06),
+                "label": "Close Tovi", "width": 32, "height": 32, "radius": 16, "fill": Qt.rgba(1, 1, 1, 0.06),
                 "hoverFill": Qt.rgba(0.95, 0.2, 0.2, 0.35), "iconColor": Qt.rgba(1, 1, 1, 0.8), "glyph": "\u2715", "glyphSize": 13
             }
         });

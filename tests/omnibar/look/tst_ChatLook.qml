@@ -84,13 +84,13 @@ OmniBarCase {
                 "width": 28, "height": 28, "radius": 6, "fill": "transparent", "ring": theme.focusRing, "iconSize": 16,
                 "iconColor": theme.uiTextMed, "glyphSize": 14, "hoverFill": light ? Qt.rgba(0, 0, 0, 0.08) : Qt.rgba(1, 1, 1, 0.10)
             },
-            "expandBtn": { "iconName": "view-fullscreen", "iconFallback": "window-maximize" },
-            "minimiseBtn": { "glyph": "\u2013" },
-            "closeBtn": { "glyph": "\u2715" },
+            "expandBtn": { "iconName": "view-fullscreen", "iconFallback": "window-maximize", "label": "Taller conversation" },
+            "minimiseBtn": { "glyph": "\u2013", "label": "Minimize" },
+            "closeBtn": { "glyph": "\u2715", "label": "Close Tovi" },
             "separator": { "height": 1, "y": 63, "width": 696, "color": theme.uiSettingsDivider }
         }));
         bar.chatExpanded = true;
-        look("expandBtn", { "": { "iconName": "view-restore", "iconFallback": "window-restore" } });
+        look("expandBtn", { "": { "iconName": "view-restore", "iconFallback": "window-restore", "label": "Smaller conversation" } });
         bar.chatExpanded = false;
     }
 

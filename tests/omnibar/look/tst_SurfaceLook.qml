@@ -127,6 +127,13 @@ OmniBarCase {
         look("fileChip", { "label": { "width": 180 } });
     }
 
+    function test_filePicker() {
+        bar.fileDialogOpen = true;
+        look("fileDialog", { "": { "width": 760, "height": 480, "title": "Select a file to attach" } });
+        part("fileDialog").close();
+        tryCompare(bar, "fileDialogOpen", false);
+    }
+
     function test_voiceConfirmation() {
         bar.voiceConfirmPending = true;
         bar.voiceConfirmCountdown = 3;
