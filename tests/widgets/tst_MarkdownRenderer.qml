@@ -328,6 +328,42 @@ TestCase {
         verify(MarkdownRenderer.render("```\na", light).indexOf("background-color:rgba(0,0,0,0.06)") > 0);
     }
 
+    //! All styles of each form, in both themes.
+    function test_styles_data() {
+        const texts = { "paragraph": "a", "rule": "---", "heading 1": "# a", "heading 2": "## a", "heading 3": "### a",
+                        "bullet": "- a", "number": "12. a", "callout": "> a", "code": "```\na\n```", "inline code": "`a`",
+                        "bold percentage": "**5%**" };
+        const line = "line-height:145%";
+        const rows = light => {
+            const colors = light ? { fill: "rgba(0,0,0,0.06)", rule: "rgba(0,0,0,0.15)", accent: "#7c3aed", muted: "rgba(0,0,0,0.55)",
+                                     callout: "#e9e3f2" }
+                                 : { fill: "rgba(255,255,255,0.10)", rule: "rgba(255,255,255,0.18)", accent: "#c084fc",
+                                     muted: "rgba(255,255,255,0.65)", callout: "#2a2035" };
+            const heading = size => ["margin:4px 0 6px 0;font-size:" + size + "px;font-weight:700;line-height:130%"];
+            const styles = {
+                "paragraph": ["margin:0 0 8px 0;" + line],
+                "rule": ["padding:8px 0;font-size:1px;background-color:" + colors.rule],
+                "heading 1": heading(17), "heading 2": heading(15), "heading 3": heading(14),
+                "bullet": ["margin:0 0 8px 14px;text-indent:-14px;" + line, "color:" + colors.accent],
+                "number": ["margin:0 0 8px 30px;text-indent:-30px;" + line, "color:" + colors.muted],
+                "callout": ["padding:4px 0 8px 0", "background-color:" + colors.accent, "padding:0 0 0 3px",
+                            "background-color:" + colors.callout, "padding:6px 10px", "margin:0;" + line],
+                "code": ["padding:8px", "background-color:" + colors.fill, "padding:10px 12px",
+                         "margin:0;font-family:monospace;font-size:12px;line-height:140%;white-space:pre-wrap"],
+                "inline code": ["margin:0 0 8px 0;" + line, "font-family:monospace;font-size:12px;background-color:" + colors.fill],
+                "bold percentage": ["margin:0 0 8px 0;" + line, "color:#f87171;font-weight:700"]
+            };
+            return Object.keys(texts).map(form => ({ tag: form + (light ? ", light" : ""), text: texts[form], light: light,
+                                                     styles: styles[form] }));
+        };
+        return rows(false).concat(rows(true));
+    }
+    function test_styles(row) {
+        const html = MarkdownRenderer.render(row.text, { lightChrome: row.light, enablePercentHighlight: true });
+        const styles = Array.from(html.match(/style="[^"]*"/g)).map(style => style.slice(7, -1));
+        compare(styles, row.styles);
+    }
+
     // ---- Size
 
     // With quadratic complexity these would take minutes: a megabyte of plain markers, and less text that makes markup.
