@@ -183,6 +183,14 @@ QString valueText(const QVariant &value)
     if (value.userType() == QMetaType::QColor) {
         return textOf(value.value<QColor>());
     }
+    if (value.userType() == QMetaType::Nullptr) {
+        return QStringLiteral("null");
+    }
+    if (QMetaType::typeFlags(value.userType()) & QMetaType::PointerToQObject) {
+        const auto *object = value.value<QObject *>();
+        return object ? QStringLiteral("object 0x%1").arg(reinterpret_cast<quintptr>(object), 0, 16)
+                      : QStringLiteral("null");
+    }
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     return isNumber ? QString::number(number, 'g', 6) : value.toString();
