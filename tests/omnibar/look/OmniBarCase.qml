@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 import QtQuick 2.15
+
 import "qrc:/org/kde/loomra/contents/ui"
 import "../../support/qml"
 import "../controllers"
 
-//! The base of tests that compare what the OmniBar draws with tables. All tests of a file share one window, in which
-//! nothing moves by the end of begin(). The native objects are fakes.
+//! The base of tests that compare what the OmniBar draws with tables. All tests of a file share one window. The native
+//! objects are fakes.
 LookCase {
     id: testCase
 
