@@ -96,7 +96,11 @@ struct Pair
 const Pair s_pairs[] = {
     {"panelFrameStart", "#6e35b1", "#b17fe6"}, {"panelFrameMiddle", "#d14b75", "#e07da0"},
     {"panelFrameEnd", "#e8782a", "#f0a060"},   {"panelFillTop", "#1a1124", "#f8f5fc"},
-    {"panelFillBottom", "#0d0812", "#f0edf6"},
+    {"panelFillBottom", "#0d0812", "#f0edf6"}, {"progressFill", "#4ade80", "#16a34a"},
+    {"accentText", "#d8b4fe", "#4c1d95"},      {"positiveFill", "#15803d", "#15803d"},
+    {"positiveHover", "#166534", "#166534"},   {"positiveText", "#4ade80", "#15803d"},
+    {"dangerText", "#ff8a80", "#8c1d18"},      {"warningText", "#ffd54f", "#7a4f00"},
+    {"focusRing", "#c084fc", "#7c3aed"},
 };
 
 QColor colour(const Rgba &value)
@@ -134,6 +138,7 @@ private Q_SLOTS:
     void tokensAreReadOnly();
     void fixedPairs();
     void shadow();
+    void emphasis();
     void bubbles();
     void notifiesOfChanges();
 
@@ -243,6 +248,18 @@ void tst_ThemeTokens::shadow()
     QCOMPARE(colour(m_theme.get(), "panelShadow"), colour({0, 0, 0, 0.18}));
     QCOMPARE(m_theme->property("panelShadowRadius").toInt(), 16);
     QCOMPARE(colour(m_theme.get(), "headerHover"), colour({0, 0, 0, 0.08}));
+}
+
+void tst_ThemeTokens::emphasis()
+{
+    for (const bool isLight : {false, true}) {
+        m_theme->setProperty("uiLight", isLight);
+        const auto pick = [isLight](const Rgba &dark, const Rgba &light) { return colour(isLight ? light : dark); };
+        QCOMPARE(colour(m_theme.get(), "chosenRow"), pick({0.60, 0.20, 0.98, 0.38}, {0.60, 0.20, 0.98, 0.22}));
+        QCOMPARE(colour(m_theme.get(), "runOutline"), pick({0, 0, 0, 0}, {0.35, 0.05, 0.65, 0.75}));
+        QCOMPARE(colour(m_theme.get(), "dangerFill"), colour({0.90, 0.22, 0.21, 0.18}));
+        QCOMPARE(colour(m_theme.get(), "dangerHover"), colour({0.90, 0.22, 0.21, 0.35}));
+    }
 }
 
 void tst_ThemeTokens::bubbles()
