@@ -80,6 +80,17 @@ Item {
             }));
         }
 
+        //! The dot of a text from right to left is beside the free corner.
+        function test_listFromRightToLeft() {
+            const widget = make(lists, { "items": ["חלב", "חלב"] });
+            widget.freeCorner = Qt.size(92, 32);
+            look(widget, {
+                "entry": { "leftPadding": 0, "rightPadding": 16 },
+                "dot[0]": { "indent": 2 + 80, "x": inner - 82 - 6 },
+                "dot[1]": { "indent": 2, "x": inner - 2 - 6 }
+            });
+        }
+
         function test_emptyList() {
             lookInBoth(make(lists, {}), (light, colors) => ({
                 "nothing": { "width": inner, "visible": true, "text": "(empty)", "color": colors.muted, "font.pointSize": 11.5 }

@@ -140,7 +140,15 @@ OmniBarCase {
         openTab(5, "systemTab");
         bar.dashErrorTotal = 0;
         bar.dashWarnTotal = 0;
-        lookInBoth("systemTab", light => ({
+        bar.dashCpuPercent = 7;
+        bar.dashUptimeMs = 62 * 60 * 1000;
+        bar.dashSessionHeapMb = 3;
+        bar.dashSessionHeapTotalMb = 4;
+        bar.dashReqCount = 5;
+        bar.dashActionCount = 6;
+        bar.dashBridgeRssMb = 8;
+        bar.dashBridgeExternalMb = 9;
+        lookInBoth("systemTab", () => ({
             "": { "spacing": 10 },
             "SettingsHeading": { "font.pointSize": 10 },
             "HealthBanner": { "width": pageWidth, "height": 38, "radius": 8, "color": Qt.rgba(0.26, 0.63, 0.28, 0.1) },
@@ -162,6 +170,14 @@ OmniBarCase {
             "cpuFigures/PlainText[0]": { "text": "CPU", "color": theme.uiTextSoft, "font.pointSize": 9, "width": 220 },
             "value": { "x": 220, "font.pointSize": 10, "color": theme.uiTextStrong },
             "detail": { "x": 440, "width": 220, "color": theme.uiTextSoft, "font.pointSize": 9 },
+            "cpuFigures/value": { "text": "7%" },
+            "cpuFigures/detail": { "text": "Uptime 1h 2m" },
+            "heapFigures/value": { "text": "3 / 4 MB" },
+            "heapFigures/detail": { "text": "Requests 5" },
+            "rssFigures/value": { "text": "8 MB" },
+            "rssFigures/detail": { "text": "Actions 6" },
+            "appFigures/value": { "text": "8 MB" },
+            "appFigures/detail": { "text": "External 9 MB" },
             "FeedbackRow": { "spacing": 18 },
             "LogCounts": { "width": pageWidth },
             "LogCounts/row": { "spacing": 18 },
