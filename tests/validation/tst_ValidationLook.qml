@@ -75,6 +75,7 @@ LookCase {
         compare(lists.y, part("head").y + part("head").height + 12);
         compare(part("scoresLine").y, lists.y + lists.height + 12);
         compare(part("historyList").height, lists.height);
+        compare(lists.height, part("ValidationView").height - lists.y - 12 - part("scoresLine").height - 16);
     }
 
     function test_state_data() {
