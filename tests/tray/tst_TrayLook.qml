@@ -29,6 +29,7 @@ LookCase {
 
     function initTestCase() {
         tray = windows.createObject(null);
+        compare([tray.width, tray.height], [200, 200]);
         subject = tray;
         pointerRest = tray.contentItem;
         tryVerify(() => drawn.part(tray, "fullForm") !== null);

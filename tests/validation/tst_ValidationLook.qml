@@ -54,7 +54,7 @@ LookCase {
             "ValidationView": { "margin": 16, "minimumListHeight": 140, "thumbColor": theme.uiScrollThumb, "width": 578 },
             "head": { "x": 16, "y": 16, "width": contentWidth, "spacing": 12 },
             "titles": { "anchors.rightMargin": 12 },
-            "titles/SettingsHeading": { "color": theme.uiTextStrong, "font.pointSize": 13, "font.bold": true },
+            "titles/SettingsHeading": { "text": "Voice STT Validation", "color": theme.uiTextStrong, "font.pointSize": 13, "font.bold": true },
             "statePill": { "height": 26, "radius": 13, "width": part("stateWord").implicitWidth + 24 },
             "stateWord": { "color": "black", "font.pointSize": 9, "font.bold": true },
             "EngineBox": { "width": contentWidth, "spacing": 6 },

@@ -24,8 +24,10 @@ TestCase {
     function look(item, table, hovered) {
         const root = typeof item === "string" ? part(item) : item;
         const differences = () => drawn.differences(root, table).join("\n");
-        for (let i = 0; i < 100 && differences() !== ""; ++i) {
-            wait(20);
+        // A value that is reached only in passing doesn't count: it must still hold a moment later.
+        for (let i = 0, held = true; i < 100 && (differences() !== "" || !held); ++i) {
+            held = i > 0 && differences() === "";
+            wait(30);
             // The window may lose the pointer, for example when something moves.
             if (hovered)
                 hover(hovered);
