@@ -243,8 +243,11 @@ Item {
                     "visible": true
                 }
             });
-            field.text = "long ".repeat(100);
-            look(field, { "": { "clip": true }, "PlainText": { "visible": false } });
+            field.text = "text";
+            field.width = field.contentWidth + 21;
+            look(field, { "": { "clip": false }, "PlainText": { "visible": false } });
+            field.width = field.contentWidth + 19;
+            look(field, { "": { "clip": true } });
         }
 
         function test_comboBox() {
@@ -279,6 +282,17 @@ Item {
             look(box.popup, { ".contentItem": { "implicitHeight": 240 } });
             box.popup.close();
             tryCompare(box.popup, "visible", false);
+        }
+
+        function test_mirrored() {
+            const mirror = item => {
+                item.LayoutMirroring.enabled = true;
+                return item;
+            };
+            const box = mirror(make(spinBoxes));
+            compare([box.down.indicator.x, box.up.indicator.x], [91, 1]);
+            look(mirror(make(switches)), { ".contentItem": { "leftPadding": 48, "rightPadding": 0 } });
+            look(mirror(make(comboBoxes)), { ".contentItem": { "leftPadding": 28, "rightPadding": 10 }, ".indicator": { "x": 10 } });
         }
 
         function test_scrollBar() {
