@@ -289,6 +289,10 @@ Item {
                 item.LayoutMirroring.enabled = true;
                 return item;
             };
+            const field = mirror(make(fields));
+            look(field, { "": { "effectiveHorizontalAlignment": TextInput.AlignRight } });
+            field.text = "a";
+            look(field, { "": { "effectiveHorizontalAlignment": TextInput.AlignLeft } });
             const box = mirror(make(spinBoxes));
             compare([box.down.indicator.x, box.up.indicator.x], [91, 1]);
             look(mirror(make(switches)), { ".contentItem": { "leftPadding": 48, "rightPadding": 0 } });

@@ -130,6 +130,24 @@ Item {
             }));
         }
 
+        //! Only what has no text beside the free corner begins below it.
+        function test_beginsBelowTheFreeCorner_data() {
+            return [
+                { tag: "table", component: tables, payload: { "columns": ["a"], "rows": [] }, part: "grid", y: 20 },
+                { tag: "empty table", component: tables, payload: {}, part: "noColumns", y: 0 },
+                { tag: "choices", component: optionWidgets, payload: { "choices": ["a"] }, part: "Flow", y: 20 },
+                { tag: "prompt", component: optionWidgets, payload: { "prompt": "b", "choices": ["a"] }, part: "prompt", y: 0 },
+                { tag: "no choices", component: optionWidgets, payload: {}, part: "nothing", y: 0 }
+            ];
+        }
+        function test_beginsBelowTheFreeCorner(data) {
+            const widget = make(data.component, data.payload);
+            widget.freeCorner = Qt.size(92, 32);
+            const table = {};
+            table[data.part] = { "y": data.y };
+            look(widget, table);
+        }
+
         function test_options() {
             const widget = make(optionWidgets, { "prompt": "Which?", "choices": Array(300).fill("a") });
             widget.select(0);

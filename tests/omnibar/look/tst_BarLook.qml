@@ -42,6 +42,16 @@ OmniBarCase {
         });
     }
 
+    //! The cursor of an empty input is beside the placeholder.
+    function test_mirroredInput() {
+        const input = part("inputField");
+        input.LayoutMirroring.enabled = true;
+        look(input, { "": { "effectiveHorizontalAlignment": TextInput.AlignRight } });
+        input.text = "a";
+        look(input, { "": { "effectiveHorizontalAlignment": TextInput.AlignLeft } });
+        input.LayoutMirroring.enabled = false;
+    }
+
     function test_shadow() {
         const effect = part("panelShadow").layer.effect.createObject(part("panelShadow"));
         look(effect, {
