@@ -143,6 +143,7 @@ Item {
         function test_beginsBelowTheFreeCorner(data) {
             const widget = make(data.component, data.payload);
             widget.freeCorner = Qt.size(92, 32);
+            waitForRendering(widget); // which places what is in a column
             const table = {};
             table[data.part] = { "y": data.y };
             look(widget, table);
@@ -270,6 +271,14 @@ Item {
             }));
             bubble.hasTool = false;
             look(bubble, { "words": { "x": 12, "anchors.leftMargin": 12 } });
+        }
+
+        function test_longTextBubble() {
+            const bubble = make(bubbles);
+            bubble.content = "word ".repeat(10001);
+            look(bubble, { "words": { "textFormat": Text.PlainText, "wrapMode": Text.Wrap } });
+            bubble.content = "w".repeat(50001);
+            look(bubble, { "words": { "textFormat": Text.PlainText, "wrapMode": Text.WrapAnywhere } });
         }
     }
 }
