@@ -83,7 +83,7 @@ LookCase {
         look("chatView", {
             "ColumnLayout[0]": { "anchors.margins": small, "spacing": small },
             "modelButton": {
-                "Layout.minimumWidth": 150, "Layout.preferredWidth": 200, "Layout.maximumWidth": 200, "width": 200, "menuWidth": 350,
+                "Layout.fillWidth": true, "Layout.minimumWidth": 150, "Layout.preferredWidth": 200, "Layout.maximumWidth": 200, "width": 200, "menuWidth": 350,
                 "opacity": 1
             },
             "agentButton": { "Layout.minimumWidth": 150, "Layout.preferredWidth": 200, "Layout.maximumWidth": 300 },
@@ -194,6 +194,8 @@ LookCase {
             "fileName": { "anchors.leftMargin": small, "horizontalAlignment": Text.AlignLeft },
             "fileRow/FocusRing": { "anchors.margins": 0, "radius": 2 }
         });
+        for (const row of [part("fileRow[0]"), part("fileRow[1]")])
+            look(row, { "icon": { "fallback": row.model.isDirectory ? "folder" : "text-x-generic" } });
         const row = part("fileRow");
         lookHovered(row, row, { "": { "color": row.Kirigami.Theme.hoverColor } });
     }

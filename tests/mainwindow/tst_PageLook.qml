@@ -180,6 +180,8 @@ Item {
             look(browser, {
                 "": { "spacing": small },
                 "pathField": { "placeholderText": "Enter project path...", "placeholderTextColor": isFaint(part("pathField").color) },
+                "Heading[0]": { "text": "Files" },
+                "Heading[1]": { "text": "Recent Projects", "level": 3 },
                 "recentList": { "Layout.preferredHeight": 150, "height": 150 },
                 "RowList": { "clip": true, "topMargin": 1, "bottomMargin": 1, "leftMargin": 1, "implicitHeight": 8 * grid },
                 "emptyText": {

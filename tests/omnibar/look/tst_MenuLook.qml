@@ -61,7 +61,7 @@ OmniBarCase {
             "heading": {
                 "anchors.rightMargin": 12, "color": Qt.rgba(1, 1, 1, 0.95), "font.pixelSize": 14, "font.weight": Font.DemiBold
             },
-            "deleteAllSessionsBtn": { "anchors.rightMargin": 8, "height": 28, "width": part("deleteAllText").implicitWidth + 24 },
+            "deleteAllSessionsBtn": { "label": "Delete All", "anchors.rightMargin": 8, "height": 28, "width": part("deleteAllText").implicitWidth + 24 },
             "deleteAllSessionsBtn.background": { "radius": 8, "color": Qt.rgba(0.90, 0.22, 0.21, 0.18) },
             "deleteAllText": { "color": "#ff8a80", "font.pixelSize": 12 },
             "deleteAllSessionsBtn/FocusRing": { "radius": 10, "border.color": "#e9d5ff" },

@@ -170,7 +170,10 @@ OmniBarCase {
         bar.voiceRephrasing = true;
         look("voiceRephraseBtn", { "": { "opacity": 0.55, "label": "..." } });
         bar.voiceRephrasing = false;
+        bar.voiceConfirmCountdown = 0;
+        look("voiceConfirmBar", { "countdownRing": { "visible": false }, "voiceConfirmLabel": { "text": "Edited" } });
         bar.voiceConfirmPending = false;
+        look("voiceConfirmBar", { "": { "height": 0, "visible": false } });
     }
 
     function test_bubble() {
@@ -179,7 +182,7 @@ OmniBarCase {
         tryCompare(bar, "width", 56);
         tryCompare(part("compactBubble"), "scale", 1);
         lookInBoth("compactBubble", () => ({
-            "": { "width": 56, "height": 56, "Behavior on opacity": "350 OutCubic", "Behavior on scale": "350 OutBack" },
+            "": { "label": "Open Tovi", "width": 56, "height": 56, "Behavior on opacity": "350 OutCubic", "Behavior on scale": "350 OutBack" },
             ".background": { "radius": 28, "color": theme.uiPanelBase },
             ".background/Rectangle": {
                 "radius": 28, "stops": [[0, theme.uiCompactGrad0], [1, theme.uiCompactGrad1]],
