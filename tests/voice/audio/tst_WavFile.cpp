@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Pcm.h"
 #include "TestRegistry.h"
 #include "WavFile.h"
 
@@ -11,9 +12,20 @@ class tst_WavFile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void fixedValues();
     void prependsAHeader_data();
     void prependsAHeader();
 };
+
+void tst_WavFile::fixedValues()
+{
+    using namespace std::chrono_literals;
+    QCOMPARE(Pcm::SampleRate, 16000);
+    QCOMPARE(Pcm::SampleBytes, 2);
+    QVERIFY(Pcm::ChunkDuration == 50ms);
+    QCOMPARE(Pcm::ChunkSamples, 800);
+    QCOMPARE(Pcm::ChunkBytes, 1600);
+}
 
 void tst_WavFile::prependsAHeader_data()
 {
