@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QWebSocket>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -35,6 +36,8 @@ private Q_SLOTS:
     void openingEndsAnEarlierConnection();
     void detectsTooLargeMessages_data();
     void detectsTooLargeMessages();
+    void cutMessageLeavesNothingBehind_data();
+    void cutMessageLeavesNothingBehind();
     void runningTimerKeepsItsPhase();
     void scheduledRetryWaitsForTheEventLoop();
     void repeatedRetryGoesOn();
@@ -202,6 +205,47 @@ void tst_BridgeConnection::detectsTooLargeMessages()
     peer.drop();
     QTRY_VERIFY(isDisconnected);
     QVERIFY(!wasTooLarge);
+}
+
+void tst_BridgeConnection::cutMessageLeavesNothingBehind_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("header of a frame") << QByteArrayLiteral("\x81\x05");
+    QTest::newRow("part of a frame") << QByteArrayLiteral("\x81\x05yz");
+    QTest::newRow("first of two frames") << QByteArrayLiteral("\x01\x02yz");
+    QTest::newRow("part of the second frame") << QByteArrayLiteral("\x01\x02yz\x80\x02y");
+}
+
+//! The bridge dies while it sends a message. The next connection must not be affected.
+void tst_BridgeConnection::cutMessageLeavesNothingBehind()
+{
+    QFETCH(QByteArray, bytes);
+    ScriptedBridge peer;
+    QObject owner;
+    BridgeConnection connection(s_host, Retry::Once, &owner);
+    QSignalSpy disconnected(connection.socket(), &QWebSocket::disconnected);
+    QSignalSpy received(connection.socket(), &QWebSocket::textMessageReceived);
+    // Qt gives the rest of a frame 5 s and then closes the connection.
+    const auto waits = [&connection] {
+        const QList<QTimer *> timers = connection.socket()->findChildren<QTimer *>();
+        return std::any_of(timers.cbegin(), timers.cend(), [](const QTimer *timer) { return timer->isActive(); });
+    };
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    QVERIFY(peer.waitForConnection());
+    peer.sendBytes(bytes);
+    QTRY_VERIFY(waits());
+    peer.drop();
+    QTRY_COMPARE(disconnected.count(), 1);
+
+    connection.open();
+    QTRY_VERIFY(connection.isOpen());
+    QVERIFY(peer.waitForConnection(2));
+    QVERIFY(!waits());
+    peer.sendRaw(QStringLiteral("next"));
+    QTRY_COMPARE(received.count(), 1);
+    QCOMPARE(received.at(0).at(0).toString(), QStringLiteral("next"));
+    QCOMPARE(disconnected.count(), 1);
 }
 
 void tst_BridgeConnection::runningTimerKeepsItsPhase()

@@ -166,14 +166,20 @@ void ScriptedBridge::sendRaw(const QString &text)
     }
 }
 
+void ScriptedBridge::sendBytes(const QByteArray &bytes)
+{
+    // QWebSocket sends only whole messages.
+    const QList<QTcpSocket *> sockets = m_listener.findChildren<QTcpSocket *>();
+    for (QTcpSocket *socket : sockets) {
+        socket->write(bytes);
+    }
+}
+
 void ScriptedBridge::announce(quint64 frameSize)
 {
     QByteArray header("\x81\x7f"); // the last frame of a text; a length of 64 bits
     QDataStream(&header, QIODevice::Append) << frameSize;
-    // QWebSocket sends only whole messages.
-    for (QTcpSocket *socket : m_listener.findChildren<QTcpSocket *>()) {
-        socket->write(header);
-    }
+    sendBytes(header);
 }
 
 void ScriptedBridge::reply(const Request &request, const QJsonValue &payload)

@@ -63,6 +63,8 @@ public:
     void ready();
     void event(const QString &name, const QJsonObject &more = {});
     void sendRaw(const QString &text);
+    //! Sends bytes as they are, such as a part of a frame.
+    void sendBytes(const QByteArray &bytes);
     //! Sends only the header of a frame of this size, in bytes.
     void announce(quint64 frameSize);
 

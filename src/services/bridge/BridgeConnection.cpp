@@ -19,6 +19,14 @@ BridgeConnection::BridgeConnection(const QString &host, Retry retry, QObject *ow
     m_retryTimer->setObjectName(QStringLiteral("reconnectTimer"));
     m_retryTimer->setInterval(RetryInterval);
     m_retryTimer->setSingleShot(retry == Retry::Once);
+    // While the socket waits for the rest of a frame, a timer runs that closes the connection after 5 s. The socket
+    // doesn't stop it when the connection is lost, so that it would close the next one.
+    QObject::connect(m_socket, &QWebSocket::disconnected, m_socket, [this] {
+        const QList<QTimer *> timers = m_socket->findChildren<QTimer *>();
+        for (QTimer *timer : timers) {
+            timer->stop();
+        }
+    });
     // The socket keeps the code when a later connection ends without one.
     QObject::connect(m_socket, &QWebSocket::aboutToClose, m_socket, [this] {
         m_wasMessageTooLarge = m_socket->closeCode() == QWebSocketProtocol::CloseCodeTooMuchData;
