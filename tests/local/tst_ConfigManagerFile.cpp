@@ -4,6 +4,7 @@
 #include "ConfigFile.h"
 #include "ConfigManager.h"
 #include "Files.h"
+#include "MessageLog.h"
 #include "SignalLog.h"
 #include "TestRegistry.h"
 #include "TestSetup.h"
@@ -17,13 +18,14 @@ namespace
 
 constexpr char s_childArgument[] = "--run-with-key";
 
-//! A program that changes one setting and exits normally.
+//! A program that changes one setting, saves it twice and exits normally.
 int runWithKey(int &argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     TestSetup::setAboutData();
     auto *config = new ConfigManager(&application);
     config->setApiKey(QString::fromLocal8Bit(argv[2]));
+    config->save();
     return 0;
 }
 
@@ -64,6 +66,7 @@ private Q_SLOTS:
     void fileIsPrivate();
     void savesOnDestruction();
     void ignoresSaveErrors();
+    void savesLaterWhatItCantSaveNow();
 
     void keepsChangesOfAnotherProcess_data();
     void keepsChangesOfAnotherProcess();
@@ -218,6 +221,32 @@ void tst_ConfigManagerFile::ignoresSaveErrors()
     QVERIFY(run.waitForFinished());
     QCOMPARE(run.exitStatus(), QProcess::NormalExit);
     QCOMPARE(run.exitCode(), 0);
+    QCOMPARE(run.readAllStandardError(),
+             QByteArray("ConfigManager: the settings can't be saved, because the directory is read-only or the disk is "
+                        "full: /dev/null/loomra-kderc\n")
+                 .repeated(2));
+}
+
+void tst_ConfigManagerFile::savesLaterWhatItCantSaveNow()
+{
+    const QString folder = QFileInfo(ConfigFile::path()).path();
+    const QString away = folder + QStringLiteral("-away");
+    ConfigManager config;
+    config.setApiKey(QStringLiteral("kept"));
+    QVERIFY(QDir().mkpath(folder) && QDir().rename(folder, away) && writeFile(folder));
+    {
+        MessageLog log;
+        config.save();
+        config.save();
+        const QString warning = QStringLiteral("ConfigManager: the settings can't be saved, because the directory is "
+                                               "read-only or the disk is full: ")
+            + ConfigFile::path();
+        QCOMPARE(log.warnings(), QStringList({warning, warning}));
+    }
+    QVERIFY(QFile::remove(folder) && QDir().rename(away, folder));
+
+    config.save();
+    QCOMPARE(stored("ApiKey"), QByteArray("kept"));
 }
 
 void tst_ConfigManagerFile::keepsChangesOfAnotherProcess_data()

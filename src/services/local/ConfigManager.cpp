@@ -3,7 +3,11 @@
 
 #include "ConfigManager.h"
 
+#include <QDebug>
 #include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QStandardPaths>
 
 namespace
 {
@@ -28,6 +32,16 @@ const QString s_tools = QStringLiteral("tools");
 const QString s_permissions = QStringLiteral("permission");
 const QString s_mcp = QStringLiteral("mcp");
 const QString s_providers = QStringLiteral("provider");
+
+//! Whether KConfig can lock a file that it writes. If it can't, because the directory is read-only or the disk is full,
+//! KConfig::sync() leaves a mutex locked, and the next call never returns.
+bool canBeLocked(const QString &file)
+{
+    QDir().mkpath(QFileInfo(file).path());
+    QLockFile lock(file + QLatin1String(".lock"));
+    // KConfig waits for a lock that another process holds.
+    return lock.tryLock(0) || lock.error() == QLockFile::LockFailedError;
+}
 
 } // namespace
 
@@ -96,6 +110,14 @@ void ConfigManager::load()
 
 void ConfigManager::save()
 {
+    const QString path =
+        QStandardPaths::writableLocation(m_config->locationType()) + QLatin1Char('/') + m_config->name();
+    if (!canBeLocked(path)) {
+        qWarning(
+            "ConfigManager: the settings can't be saved, because the directory is read-only or the disk is full: %s",
+            qUtf8Printable(path));
+        return;
+    }
     // m_config has the file as it was read last, and knows nothing of the keys that the file didn't have then.
     const KConfig file(m_config->name(), m_config->openFlags(), m_config->locationType());
     const Values onDisk = read(KConfigGroup(&file, s_general));
