@@ -37,7 +37,11 @@ T.AbstractButton {
     }
     // Qt recognises a repeat under X11 only if it reads its release and its press at once. Otherwise they look like the
     // end of the hold and a new press, whose release would be a click.
-    onPressed: heldBySpace = Date.now() - holdEnded < shortestPause
+    onPressed: {
+        const pause = Date.now() - holdEnded;
+        // A clock that was set back must not disable the button for hours.
+        heldBySpace = pause >= 0 && pause < shortestPause;
+    }
     onReleased: {
         if (heldBySpace)
             holdEnded = Date.now();

@@ -247,17 +247,21 @@ void tst_TokenUsageService::freshness()
     QCOMPARE(input(), 3);
     QCOMPARE(scanned.count(), 2);
     QCOMPARE(service.lastScanMs(), m_now);
+    // The clock was set back.
+    m_now -= 1;
+    QCOMPARE(input(), 3);
+    QCOMPARE(scanned.count(), 3);
 
     writeMessage(QStringLiteral("msg_3.json"), 4);
     service.refresh();
     QCOMPARE(service.lastScanMs(), 0);
-    QCOMPARE(scanned.count(), 2);
+    QCOMPARE(scanned.count(), 3);
     QCOMPARE(input(), 7);
     // Each scan starts from nothing.
     QVERIFY(QFile::remove(path(QStringLiteral("msg_1.json"))));
     service.refresh();
     QCOMPARE(input(), 6);
-    QCOMPARE(scanned.count(), 4);
+    QCOMPARE(scanned.count(), 5);
 }
 
 void tst_TokenUsageService::withoutAStorage()

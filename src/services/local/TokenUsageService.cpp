@@ -67,7 +67,9 @@ TokenUsageService::TokenUsageService(Clock clock, QObject *parent)
 
 bool TokenUsageService::isFresh() const
 {
-    return m_lastScanMs != 0 && m_clock() - m_lastScanMs <= s_freshMs;
+    const qint64 age = m_clock() - m_lastScanMs;
+    // A clock that was set back must not keep an old scan for hours.
+    return m_lastScanMs != 0 && age >= 0 && age <= s_freshMs;
 }
 
 TokenUsageService::Days TokenUsageService::read(const std::function<QStringList()> &take)
