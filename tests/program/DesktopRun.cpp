@@ -35,6 +35,8 @@ constexpr const char *s_expectedLines[] = {
     R"(^No stale processes found on port$)",
     // The chat client is already connected to the bridge.
     R"(^Skipping own PID \d+$)",
+    // A scripted bridge.
+    R"(^Skipping non-node process PID \d+ comm: "tests_program"$)",
     R"(^Waiting for port to be released\.\.\.$)",
     R"(^Bridge process started successfully, PID: \d+$)",
     R"(^Scheduling WebSocket connection in 1 second$)",
