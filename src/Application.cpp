@@ -4,6 +4,7 @@
 #include "Application.h"
 
 #include "AccessibilityBus.h"
+#include "ConfigManager.h"
 #include "DataDirectories.h"
 #include "Environment.h"
 #include "LoomraSDK.h"
@@ -14,9 +15,12 @@
 
 #include <QIcon>
 #include <QLibrary>
+#include <QPointer>
 #include <QQuickWindow>
+#include <QThread>
 
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -38,6 +42,25 @@ void quitOnSignals()
         signals->watchSignal(number);
     }
     QObject::connect(signals, &KSignalHandler::signalReceived, qApp, &QCoreApplication::quit);
+}
+
+//! Saves the settings and stops the bridge when the process ends without returning to main(): Qt, or Xlib, calls exit()
+//! if the display is lost. To be called on the main thread, late, because what is created first is destroyed last.
+void keepOrderOnExit(LoomraSDK *sdk, ConfigManager *config)
+{
+    // Null after a regular end, which has destroyed both.
+    static QPointer<LoomraSDK> s_sdk;
+    static QPointer<ConfigManager> s_config;
+    s_sdk = sdk;
+    s_config = config;
+    std::atexit([] {
+        // A render thread may lose the display first. It must not use the objects of the main thread, which still runs.
+        if (!s_sdk || QThread::currentThread() != s_sdk->thread()) {
+            return;
+        }
+        s_config->save();
+        s_sdk->stopBridgeProcess(true);
+    });
 }
 
 //! Qt Quick gathers small images in one texture, by default as large as a full-screen window: 8 MiB for a dozen icons.
@@ -112,6 +135,7 @@ Application::Application(int &argc, char **argv)
     accessibilityBus.announce();
     load();
     QObject::connect(&m_application, &QCoreApplication::aboutToQuit, sdk, [sdk] { sdk->stopBridgeProcess(true); });
+    keepOrderOnExit(sdk, m_application.findChild<ConfigManager *>());
 }
 
 void Application::load()
