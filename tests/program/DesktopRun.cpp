@@ -193,6 +193,11 @@ bool DesktopRun::closeWindow()
     return !isRunning() && !crashed() && exitCode() == 0;
 }
 
+void DesktopRun::loseDisplay() const
+{
+    tool(QStringLiteral("xkill"), {QStringLiteral("-id"), QString::fromLatin1(window())});
+}
+
 bool DesktopRun::isRunning()
 {
     // waitForFinished() lets QProcess notice the end.

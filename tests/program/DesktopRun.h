@@ -44,6 +44,9 @@ public:
     //! @return whether it exited normally with 0 before the timeout
     bool closeWindow();
 
+    //! Ends the program's connection to the display, as when the display server ends.
+    void loseDisplay() const;
+
     bool isRunning();
     qint64 processId() const { return m_process.processId(); }
     void send(int signal) const;

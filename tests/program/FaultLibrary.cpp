@@ -57,6 +57,9 @@ std::int32_t disk()
 bool isAffected(const char *path)
 {
     const char *folder = std::getenv(FaultState::FoldersVariable);
+    while (path && path[0] == '/' && path[1] == '/') { // Qt with the root directory as home
+        ++path;
+    }
     while (path && folder && *folder) {
         const std::size_t length = std::strcspn(folder, ":");
         if (std::strncmp(path, folder, length) == 0 && (path[length] == '/' || path[length] == '\0')) {

@@ -60,7 +60,8 @@ bool FaultRun::converse(const QByteArray &prompt, const QString &reply)
     }
     const QString answer = reply + QLatin1Char(' ') + QString::fromLatin1(prompt);
     bridge.reply(request, QJsonObject {{QStringLiteral("response"), answer}});
-    return QTest::qWaitFor([&] { return lastMessage().endsWith(QLatin1String(": ") + answer); }, Timeouts::Program);
+    return !isReadable
+        || QTest::qWaitFor([&] { return lastMessage().endsWith(QLatin1String(": ") + answer); }, Timeouts::Program);
 }
 
 bool FaultRun::waitForReconnection(int connections)
@@ -90,6 +91,20 @@ QString FaultRun::end()
         return QStringLiteral("The program did not end in the regular way: ") + QString::fromUtf8(m_program->errors());
     }
     return lostSettings();
+}
+
+QString FaultRun::unexpectedWords(const char *pattern)
+{
+    const QRegularExpression lost(
+        QStringLiteral("^(qml: \\[MainWindow\\] )?WebSocket error: (\\d+|.*RemoteHostClosed.*)$"));
+    const QRegularExpression expected(QLatin1String {pattern});
+    QStringList lines;
+    for (const QString &line : m_program->unexpectedWords().split(QLatin1Char('\n'))) {
+        if (!lost.match(line).hasMatch() && !expected.match(line).hasMatch()) {
+            lines.append(line);
+        }
+    }
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString FaultRun::lostSettings() const

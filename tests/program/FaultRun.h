@@ -48,12 +48,17 @@ public:
 
     //! Closes the window. @return an error if the program doesn't end in the regular way, or has lost a setting
     QString end();
+    //! The lines of the log that neither each run has nor a lost bridge brings, without those that match the pattern.
+    QString unexpectedWords(const char *pattern = "^$");
     //! The settings that were stored at the start and aren't any more.
     QString lostSettings() const;
     QString inHome(const char *path) const { return m_home.filePath(QString::fromLatin1(path)); }
 
     //! With the private home, and with #faults for everything in it.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    //! False if the program finds no bus for the screen reader: nothing is known of its messages then, and converse()
+    //! doesn't wait for them.
+    bool isReadable = true;
     FaultInjection faults;
     ScriptedBridge bridge;
     ScreenReader reader {ScreenReader::Events::None};
