@@ -17,6 +17,7 @@
 #include <QLibrary>
 #include <QPointer>
 #include <QQuickWindow>
+#include <QSettings>
 #include <QThread>
 
 #include <csignal>
@@ -59,6 +60,7 @@ void keepOrderOnExit(LoomraSDK *sdk, ConfigManager *config)
             return;
         }
         s_config->save();
+        QSettings().sync();
         s_sdk->stopBridgeProcess(true);
     });
 }
@@ -158,5 +160,8 @@ void Application::load()
 
 int Application::exec()
 {
-    return m_application.exec();
+    const int exitCode = m_application.exec();
+    // Values that QSettings couldn't write, because the disk was full for a while, are written only on request.
+    QSettings().sync();
+    return exitCode;
 }

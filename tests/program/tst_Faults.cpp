@@ -88,6 +88,8 @@ class tst_Faults : public QObject
 private Q_SLOTS:
     void machine_data();
     void machine();
+    void diskFailsForAWhile_data();
+    void diskFailsForAWhile();
     void clockIsSet_data() { addWindows(); }
     void clockIsSet();
     void isSuspended_data() { addWindows(); }
@@ -123,6 +125,32 @@ void tst_Faults::machine()
     const QStringList log = run.program().unexpectedWords().split(QLatin1Char('\n'));
     QVERIFY(!isLogged || !log.filter(QRegularExpression(QLatin1String {line})).isEmpty());
     QCOMPARE(run.unexpectedWords(line), QString());
+}
+
+void tst_Faults::diskFailsForAWhile_data()
+{
+    QTest::addColumn<FaultState::Disk>("disk");
+    QTest::newRow("read-only") << FaultState::ReadOnly;
+    QTest::newRow("full") << FaultState::Full;
+}
+
+//! Settings that can't be stored are stored as soon as they can.
+void tst_Faults::diskFailsForAWhile()
+{
+    QFETCH(FaultState::Disk, disk);
+    FaultRun run(Window::OmniBar);
+    QVERIFY2(run.start(), run.program().errors().constData());
+
+    run.faults.setDisk(disk);
+    // The window follows the theme, and stores that.
+    QVERIFY2(run.converse("abc", QStringLiteral("The light theme was applied:")), qPrintable(run.lastMessage()));
+    QVERIFY2(run.converse("def"), qPrintable(run.lastMessage()));
+    QCOMPARE(run.lostSettings(), QString());
+    run.faults.setDisk(FaultState::Works);
+
+    QCOMPARE(run.end(), QString());
+    const QByteArray stored = contentOf(run.inHome(".config/kde.org/loomra-kde.conf"));
+    QVERIFY2(stored.contains("\nlightChrome=true\n"), stored.constData());
 }
 
 void tst_Faults::clockIsSet()
@@ -197,6 +225,7 @@ void tst_Faults::displayGoesAway()
 }
 
 Q_DECLARE_METATYPE(Window)
+Q_DECLARE_METATYPE(FaultState::Disk)
 REGISTER_PRIVATE_NETWORK_TEST(tst_Faults, QCoreApplication)
 
 #include "tst_Faults.moc"
