@@ -163,6 +163,7 @@ TestCase {
             { tag: "error", fail: () => sdk.error("no disk"), row: "no disk" },
             { tag: "markup in the error", fail: () => sdk.error("a`b"), row: "a\u02cbb" },
             { tag: "error without a text", fail: () => sdk.error(""), row: "<Request failed>" },
+            { tag: "error of the connection", fail: () => sdk.error("WebSocket error: 1"), row: "<Sessions unavailable — SDK is not connected.>" },
             { tag: "connection lost", fail: () => { sdk.ready = false; }, row: "<Sessions unavailable — SDK is not connected.>" }
         ];
     }

@@ -117,7 +117,8 @@ TestCase {
     }
 
     function test_errorOfAChange_data() {
-        return [{ tag: "text", error: "no such session", status: "no such session" }, { tag: "no text", error: "", status: "<Request failed>" }];
+        return [{ tag: "text", error: "no such session", status: "no such session" }, { tag: "no text", error: "", status: "<Request failed>" },
+            { tag: "of the connection", error: "WebSocket error: 1", status: "<SDK is connecting...>" }];
     }
     function test_errorOfAChange(data) {
         sessions.sessionSwitchTo("gone");

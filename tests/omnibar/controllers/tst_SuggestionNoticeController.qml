@@ -61,6 +61,7 @@ TestCase {
         return [
             { tag: "error", fail: () => sdk.error("no server"), status: "no server" },
             { tag: "error without a text", fail: () => sdk.error(""), status: "<Request failed>" },
+            { tag: "error of the connection", fail: () => sdk.error("WebSocket error: 1"), status: "<SDK is connecting...>" },
             { tag: "lost connection", fail: () => { sdk.ready = false; }, status: "<SDK is connecting...>" }
         ];
     }

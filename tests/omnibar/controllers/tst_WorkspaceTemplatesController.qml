@@ -211,6 +211,7 @@ TestCase {
         return [
             { tag: "error", fail: () => sdk.error("no server"), message: "no server" },
             { tag: "error without a text", fail: () => sdk.error(""), message: "<Request failed>" },
+            { tag: "error of the connection", fail: () => sdk.error("WebSocket error: 1"), message: "<SDK is connecting...>" },
             { tag: "lost connection", fail: () => { sdk.ready = false; }, message: "<SDK is connecting...>" }
         ];
     }

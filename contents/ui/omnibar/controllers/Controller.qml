@@ -15,4 +15,11 @@ QtObject {
     function isReady() {
         return Boolean(bar.sdk && bar.sdk.ready);
     }
+
+    //! What the user reads about an error of the SDK client. Of a lost connection it has only a number, so @p lost is the
+    //! text for that.
+    function errorText(error, lost) {
+        const text = String(error || "");
+        return text.startsWith("WebSocket error:") ? lost : text || bar.tr("Request failed");
+    }
 }

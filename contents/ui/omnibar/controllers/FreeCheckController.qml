@@ -68,7 +68,7 @@ Controller {
         }
         // Without this the button would stay disabled. If the error belongs to another request, the result still comes.
         function onError(error) {
-            check.giveUp(error || check.bar.tr("Request failed"));
+            check.giveUp(check.errorText(error, check.bar.tr("SDK is connecting...")));
         }
         function onReadyChanged() {
             // A lost connection takes the open request with it.

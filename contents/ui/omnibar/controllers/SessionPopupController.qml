@@ -15,6 +15,7 @@ Controller {
     //! The list was requested for the popup.
     property bool slashSessionListPending: false
     property bool slashSessionPopupVisible: false
+    readonly property string unavailable: bar.tr("Sessions unavailable — SDK is not connected.")
     //! The rows of the popup, with the roles sid, sname, screatedAt (ms since 1970, 0 if unknown).
     readonly property ListModel sessionPopupModel: ListModel {
         objectName: "sessionPopupModel"
@@ -29,7 +30,7 @@ Controller {
         if (nameOrId !== "") {
             switchToNamed(nameOrId);
         } else if (!Native.offers(bar.sdk, "listSessions")) {
-            bar.appendSystemMessage(bar.tr("Sessions unavailable — SDK is not connected."));
+            bar.appendSystemMessage(unavailable);
         } else {
             slashSessionListPending = true;
             bar.sessionsLoading = true;
@@ -118,10 +119,10 @@ Controller {
             popup.show(Sessions.rows(list));
         }
         function onError(error) {
-            popup.giveUp(LiteralText.asMarkdown(error) || popup.bar.tr("Request failed"));
+            popup.giveUp(LiteralText.asMarkdown(popup.errorText(error, popup.unavailable)));
         }
         function onReadyChanged() {
-            popup.giveUp(popup.bar.tr("Sessions unavailable — SDK is not connected."));
+            popup.giveUp(popup.unavailable);
         }
     }
 }

@@ -185,7 +185,7 @@ Controller {
             if (sessions.deletingAllSessions)
                 sessions.stopDeleting(error || sessions.bar.tr("Failed to delete sessions."));
             if (sessions.changeRequested)
-                sessions.sessionsStatusMessage = error || sessions.bar.tr("Request failed");
+                sessions.sessionsStatusMessage = sessions.errorText(error, sessions.bar.tr("SDK is connecting..."));
             sessions.changeRequested = false;
         }
         function onReadyChanged() {

@@ -96,7 +96,7 @@ Controller {
         target: notice.bar.sdk
 
         function onError(error) {
-            notice.giveUp(error || notice.bar.tr("Request failed"));
+            notice.giveUp(notice.errorText(error, notice.bar.tr("SDK is connecting...")));
         }
         function onReadyChanged() {
             // A lost connection takes the open request with it.

@@ -111,7 +111,7 @@ Controller {
         target: templates.bar.sdk
 
         function onError(error) {
-            templates.giveUp(error || templates.bar.tr("Request failed"));
+            templates.giveUp(templates.errorText(error, templates.bar.tr("SDK is connecting...")));
         }
         function onReadyChanged() {
             templates.syncAttempts = {};
