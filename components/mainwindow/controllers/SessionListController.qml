@@ -23,6 +23,8 @@ QtObject {
     property bool loadingMessages: false
     //! The session whose messages were requested last.
     property string lastLoadedSessionId: ""
+    //! They haven't arrived yet.
+    property bool messagesAwaited: false
     //! The bridge hasn't confirmed yet that this is the current session; empty if none was requested.
     property string requestedSessionId: ""
     //! The session that was created last.
@@ -38,7 +40,13 @@ QtObject {
         target: sessions.sidebar.sdk
 
         function onReadyChanged() {
+            // A lost connection takes the open requests with it.
+            sessions.requestedSessionId = "";
             sessions.refresh();
+            sessions.loadAgain();
+        }
+        function onMessagesLoaded() {
+            sessions.messagesAwaited = false;
         }
         function onSessionsListed(list) {
             sessions.show(list);
@@ -136,9 +144,15 @@ QtObject {
         if (loadingMessages || id === lastLoadedSessionId)
             return;
         loadingMessages = true;
+        messagesAwaited = true;
         lastLoadedSessionId = id;
         Native.call(sidebar.sdk, "loadMessages", id);
         Qt.callLater(stopLoading);
+    }
+
+    function loadAgain() {
+        if (messagesAwaited && sidebar.isReady())
+            Native.call(sidebar.sdk, "loadMessages", lastLoadedSessionId);
     }
 
     function stopLoading() {

@@ -155,6 +155,26 @@ TestCase {
         compare([sessions.selectedSessionId, sdk.takeCalls()], ["b", []]);
     }
 
+    function test_lostConnection() {
+        // The switch was not confirmed: it can be tried again.
+        sessions.choose("b");
+        sdk.ready = false;
+        sdk.takeCalls();
+        sdk.ready = true;
+        sessions.choose("b");
+        compare(sdk.takeCalls(), ["listSessions()", "switchSession(b)"]);
+        // Its messages did not arrive: they are requested again, once.
+        sdk.sessionSwitched("b");
+        sdk.ready = false;
+        compare(sdk.takeCalls(), ["loadMessages(b)"]);
+        sdk.ready = true;
+        compare(sdk.takeCalls(), ["listSessions()", "loadMessages(b)"]);
+        sdk.messagesLoaded([]);
+        sdk.ready = false;
+        sdk.ready = true;
+        compare(sdk.takeCalls(), ["listSessions()"]);
+    }
+
     function test_editing_data() {
         return [
             { tag: "a name", name: " New & <b>bold</b> ", calls: ["renameSession(a, New & <b>bold</b>)"] }, { tag: "empty", name: "", calls: [] },
