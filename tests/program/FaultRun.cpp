@@ -13,8 +13,6 @@
 namespace
 {
 
-constexpr int s_clients = 2;
-
 // In the form in which KConfig and QSettings write them.
 constexpr const char *s_settings[][2] = {
     {".config/loomra-kderc",
@@ -60,24 +58,28 @@ bool FaultRun::converse(const QByteArray &prompt, const QString &reply)
     }
     const QString answer = reply + QLatin1Char(' ') + QString::fromLatin1(prompt);
     bridge.reply(request, QJsonObject {{QStringLiteral("response"), answer}});
-    return !isReadable
-        || QTest::qWaitFor([&] { return lastMessage().endsWith(QLatin1String(": ") + answer); }, Timeouts::Program);
+    return !isReadable || waitForMessage(QLatin1String(": ") + answer);
 }
 
-bool FaultRun::waitForReconnection(int connections)
+bool FaultRun::waitForReconnection(int connections, int clients)
 {
+    const auto readyLines = [this] { return m_program->errors().count("Bridge is ready, sdkInitialized: "); };
     const bool came =
-        QTest::qWaitFor([&] { return bridge.connectionCount() >= connections + s_clients; }, Timeouts::Program);
+        QTest::qWaitFor([&] { return bridge.connectionCount() >= connections + clients; }, Timeouts::Program);
+    const int before = readyLines();
     bridge.ready();
-    const int readyLines = 1 + connections / s_clients;
-    return came && QTest::qWaitFor([&] { return m_program->errors().count("Bridge is ready, sdk") >= readyLines; });
+    return came && QTest::qWaitFor([&] { return readyLines() > before; }, Timeouts::Program);
 }
 
 QString FaultRun::lastMessage() const
 {
     const QStringList messages = reader.shown(QStringLiteral("list item"));
-    // Each is named by its author, its time and its text.
     return messages.isEmpty() ? QString() : messages.last();
+}
+
+bool FaultRun::waitForMessage(const QString &words) const
+{
+    return QTest::qWaitFor([&] { return lastMessage().endsWith(words); }, Timeouts::Program);
 }
 
 bool FaultRun::shows(const QString &words) const

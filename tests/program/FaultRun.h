@@ -37,12 +37,15 @@ public:
     void ask(const QByteArray &prompt);
     //! Types a prompt, answers it and waits for the reply in the window. @return false on timeout
     bool converse(const QByteArray &prompt, const QString &reply = QStringLiteral("It works"));
-    //! Waits until both clients are connected to the bridge again, and tells them that it is ready.
+    //! Waits until the clients are connected to the bridge again, and tells them that it is ready.
     //! @param connections bridge.connectionCount() before the connection was lost
-    bool waitForReconnection(int connections);
+    //! @param clients how many have lost it. The main window has both, but uses only one.
+    bool waitForReconnection(int connections, int clients = 2);
 
-    //! The last message in the window, without its time, as "author: text".
+    //! The last message in the window, with its author and its time.
     QString lastMessage() const;
+    //! Waits until the last message ends with these words. @return false on timeout
+    bool waitForMessage(const QString &words) const;
     //! Whether the window has a message with these words.
     bool shows(const QString &words) const;
 

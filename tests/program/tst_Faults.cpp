@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
-#include "BridgeSessions.h"
 #include "FaultRun.h"
 #include "Files.h"
 
@@ -185,7 +184,7 @@ void tst_Faults::isSuspended()
     run.program().send(SIGSTOP);
     run.bridge.reply(request, QJsonObject {{QStringLiteral("response"), QStringLiteral("While suspended")}});
     run.program().send(SIGCONT);
-    QTRY_VERIFY_WITH_TIMEOUT(run.lastMessage().endsWith(QLatin1String("While suspended")), Timeouts::Program);
+    QVERIFY(run.waitForMessage(QStringLiteral(": While suspended")));
 
     // The bridge is lost meanwhile, and with it the open request.
     run.ask("def");

@@ -89,6 +89,16 @@ void ScriptedBridge::close()
     drop();
 }
 
+void ScriptedBridge::vanish()
+{
+    for (const QTcpSocket *socket : m_listener.findChildren<QTcpSocket *>()) {
+        // Closing it sends a packet that the kernel, unlike others, doesn't send again.
+        const linger noLinger {1, 0};
+        ::setsockopt(static_cast<int>(socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &noLinger, sizeof noLinger);
+    }
+    close();
+}
+
 void ScriptedBridge::drop()
 {
     for (const Connection &connection : qAsConst(m_connections)) {

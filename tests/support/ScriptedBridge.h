@@ -40,6 +40,8 @@ public:
     bool isListening() const;
     //! Stops listening and drops all connections, like a killed process.
     void close();
+    //! Like close() on a machine that loses power: no client is told. The test must have taken the network down.
+    void vanish();
     //! Drops all connections without a closing handshake and goes on listening.
     void drop();
 
@@ -56,6 +58,8 @@ public:
     QList<Request> received() const { return m_received; }
     //! Waits for the first request that wasn't taken yet, optionally of this method.
     Request takeRequest(const QString &method = QString());
+    //! Takes all requests so far, which nobody answers.
+    void takeAll() { m_untaken.clear(); }
     //! Whether all requests so far were taken.
     bool isAllTaken() const { return m_untaken.isEmpty(); }
 
