@@ -16,8 +16,8 @@
 //! configuration file of the agent tool.
 //!
 //! The settings are stored in the application's KConfig file, loomra-kderc, which other processes of the application
-//! write too. Changes stay in memory until the caller, or the destructor, calls save(). What can't be written is logged,
-//! and written by a later save() if there is one. Main thread only.
+//! write too. Changes stay in memory until the caller, or the destructor, calls save(). What can't be written is
+//! logged, and written by a later save() if there is one. Main thread only.
 class ConfigManager : public QObject
 {
     Q_OBJECT
