@@ -99,7 +99,7 @@ private Q_SLOTS:
     void trayEndsItsBridgeOnSignals();
     void trayBringsAKilledBridgeBack();
     void trayClearsThePort();
-    void trayClearsWhatAKilledRunLeft();
+    void trayLeavesNoBridgeWhenKilled();
     void trayLeavesOtherProgramsAlone();
     void failedLoadEndsTheBridge();
     void omniBarFindsAService();
@@ -235,24 +235,18 @@ void tst_BridgeLife::trayClearsThePort()
     QVERIFY2(run.closeWindow(), run.errors().constData());
 }
 
-void tst_BridgeLife::trayClearsWhatAKilledRunLeft()
+void tst_BridgeLife::trayLeavesNoBridgeWhenKilled()
 {
-    qint64 orphan = 0;
-    {
-        DesktopRun killed({QStringLiteral("-t")}, m_environment);
-        QVERIFY2(killed.waitForWindow(), killed.errors().constData());
-        QTRY_VERIFY_WITH_TIMEOUT((orphan = connectedBridgeOf(killed)) != 0, Timeouts::Program);
-        killed.send(SIGKILL);
-        QVERIFY(killed.waitForEnd());
-    }
-    QVERIFY(isAlive(orphan));
-
     DesktopRun run({QStringLiteral("-t")}, m_environment);
     QVERIFY2(run.waitForWindow(), run.errors().constData());
+    qint64 bridge = 0;
+    QTRY_VERIFY_WITH_TIMEOUT((bridge = connectedBridgeOf(run)) != 0, Timeouts::Program);
 
-    QTRY_VERIFY_WITH_TIMEOUT(connectedBridgeOf(run) != 0, Timeouts::Program);
-    QVERIFY(connectedBridgeOf(run) != orphan);
-    QVERIFY2(run.closeWindow(), run.errors().constData());
+    run.send(SIGKILL);
+
+    QVERIFY(run.waitForEnd());
+    QTRY_VERIFY_WITH_TIMEOUT(!isListening(), Timeouts::Program);
+    QTRY_VERIFY_WITH_TIMEOUT(!isAlive(bridge), Timeouts::Program);
 }
 
 void tst_BridgeLife::trayLeavesOtherProgramsAlone()

@@ -5,17 +5,20 @@
 
 #include "BridgeEnvironment.h"
 #include "BridgePath.h"
+#include "ChildProcess.h"
 #include "ConfigManager.h"
 #include "LogDirectory.h"
 
 #include <QTimer>
 #include <QWebSocket>
 
+#include <csignal>
+
 LoomraSDK::LoomraSDK(ConfigManager *configManager, QObject *parent)
     : QObject(parent)
     , m_configManager(configManager)
     , m_connection(QStringLiteral("localhost"), BridgeConnection::Retry::UntilStopped, this)
-    , m_bridgeProcess(new QProcess(this))
+    , m_bridgeProcess(new ChildProcess(SIGTERM, this))
     , m_bridgePath(BridgePath::resolve())
     , m_executorPathEnabled(
           BridgeEnvironment::truthyEnvValue(qEnvironmentVariable(BridgeEnvironment::ExecutorPathVariable)))

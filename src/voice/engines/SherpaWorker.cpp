@@ -3,6 +3,7 @@
 
 #include "SherpaWorker.h"
 
+#include "ChildProcess.h"
 #include "ModelPaths.h"
 #include "SherpaOutput.h"
 #include "Transcription.h"
@@ -11,8 +12,9 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryFile>
+
+#include <csignal>
 
 namespace
 {
@@ -139,7 +141,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
     }
     wavFile.close();
 
-    QProcess sherpa;
+    ChildProcess sherpa(SIGKILL);
     sherpa.setProgram(model.sherpaBinary);
     sherpa.setArguments(model.arguments + QStringList {wavFile.fileName()});
     sherpa.setProcessEnvironment(model.environment);

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 
 #include "SpeechOutput.h"
+
+#include "ChildProcess.h"
 #include "PiperPaths.h"
 #include "SpeechText.h"
 
 #include <QDebug>
-#include <QProcess>
 
+#include <csignal>
 #include <utility>
 
 namespace
@@ -73,8 +75,8 @@ void SpeechOutput::speak(const QString &text)
 void SpeechOutput::startProcesses(const QString &text)
 {
     const int number = m_speakNumber;
-    auto *piper = new QProcess(this);
-    auto *paplay = new QProcess(this);
+    auto *piper = new ChildProcess(SIGKILL, this);
+    auto *paplay = new ChildProcess(SIGKILL, this);
     m_piper = piper;
     m_paplay = paplay;
     piper->setStandardOutputProcess(paplay);
