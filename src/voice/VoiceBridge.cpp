@@ -61,6 +61,8 @@ VoiceBridge::~VoiceBridge()
     stopSpeaking();
     // A capture thread that is blocked by a frozen audio server may outlive this object.
     m_captureLink->cut();
+    m_moonshineWorker->abort();
+    m_nemotronWorker->abort();
     m_workerThread.quit();
     m_workerThread.wait();
     ThreadHandover::acquire(&m_workerThread);

@@ -11,6 +11,9 @@
 #include <QDir>
 #include <QTest>
 
+#include <algorithm>
+#include <csignal>
+
 namespace VoiceUser
 {
 
@@ -39,6 +42,12 @@ int readers()
     return lines.size();
 }
 
+bool isAnyAlive(const QList<qint64> &processIds)
+{
+    return std::any_of(processIds.cbegin(), processIds.cend(),
+                       [](qint64 id) { return ::kill(static_cast<pid_t>(id), 0) == 0; });
+}
+
 } // namespace VoiceUser
 
 namespace
@@ -62,9 +71,9 @@ VoiceRun::VoiceRun(std::chrono::seconds confirmDelay, const QString &words)
                             + QByteArray::number(qlonglong(confirmDelay.count())) + '\n');
 }
 
-bool VoiceRun::start()
+bool VoiceRun::start(const QStringList &arguments, const QProcessEnvironment &environment)
 {
-    m_program = std::make_unique<DesktopRun>();
+    m_program = std::make_unique<DesktopRun>(arguments, environment);
     return m_program->waitForWindow();
 }
 

@@ -30,6 +30,9 @@ bool wake();
 //! The number of programs that are recording from the microphone.
 int readers();
 
+//! Whether any of these processes is still running.
+bool isAnyAlive(const QList<qint64> &processIds);
+
 } // namespace VoiceUser
 
 //! The started program with a microphone, a stand-in for the engine and one for piper, and a scripted bridge. Replies
@@ -45,7 +48,8 @@ public:
     Q_DISABLE_COPY_MOVE(VoiceRun)
 
     //! Starts the program and waits for its window. @return false on timeout, or if it ends before
-    bool start();
+    bool start(const QStringList &arguments = {},
+               const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment());
     DesktopRun &program() { return *m_program; }
 
     //! How often the chat client has connected to the bridge.

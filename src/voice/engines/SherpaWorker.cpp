@@ -9,6 +9,7 @@
 #include "Transcription.h"
 #include "WavFile.h"
 
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -22,6 +23,9 @@ namespace
 const QLatin1String s_noTempFile("Cannot create temp WAV file");
 const QLatin1String s_writeFailed("Failed to write temp WAV");
 const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
+
+//! How often a wait looks whether it is to be aborted.
+constexpr std::chrono::milliseconds s_abortInterval {50};
 
 constexpr int s_maxShownOutput = 300; // characters of a failed program's output
 
@@ -121,6 +125,17 @@ void SherpaWorker::transcribe(const QByteArray &pcm16Data)
     }
 }
 
+bool SherpaWorker::waitForEnd(QProcess &process) const
+{
+    const QDeadlineTimer timeout(m_runTimeout);
+    while (!m_aborted && !timeout.hasExpired()) {
+        if (process.waitForFinished(milliseconds(s_abortInterval))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm16Data) const
 {
     if (!model.isLoaded()) {
@@ -151,7 +166,7 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
         killAndWait(sherpa);
         return {m_engine.startFailed};
     }
-    if (!sherpa.waitForFinished(milliseconds(m_runTimeout))) {
+    if (!waitForEnd(sherpa)) {
         killAndWait(sherpa);
         return {m_engine.timedOut};
     }

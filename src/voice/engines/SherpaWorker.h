@@ -12,8 +12,11 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <chrono>
 #include <mutex>
+
+class QProcess;
 
 //! Transcribes speech by running a sherpa-onnx program once for each utterance. SherpaEngine has the differences
 //! between the engines.
@@ -57,6 +60,10 @@ public:
     //! The name of the model's directory, empty if no model is loaded.
     QString modelName() const { return model().name; }
 
+    //! Ends the running program and those of all later calls of transcribe(), which then fail. For the end of this
+    //! process: it would have to wait for a program that hangs.
+    void abort() { m_aborted = true; }
+
 public Q_SLOTS:
     //! Emits exactly one of the two signals. Blocks until the program has ended, for no longer than the run timeout and
     //! 15 seconds.
@@ -85,10 +92,13 @@ private:
     void setModel(const Model &model);
 
     struct Result;
+    //! Waits for the end of the program until the run timeout or abort(). @return whether it has ended
+    bool waitForEnd(QProcess &process) const;
     Result run(const Model &model, const QByteArray &pcm16Data) const;
 
     const SherpaEngine &m_engine;
     const std::chrono::milliseconds m_runTimeout;
+    std::atomic<bool> m_aborted = false;
 
     // After a cancel a transcription may still be queued while the next model is loaded. Not a QMutex, whose locking
     // ThreadSanitizer doesn't see.

@@ -60,6 +60,8 @@ private Q_SLOTS:
     void failsIfTheProgramCannotStart();
     void killsTheProgramAfterTheTimeout_data() { EngineUnderTest::addRows(); }
     void killsTheProgramAfterTheTimeout();
+    void endsWhenAborted_data() { EngineUnderTest::addRows(); }
+    void endsWhenAborted();
     void showsTheOutputOfAFailure_data();
     void showsTheOutputOfAFailure();
 };
@@ -150,6 +152,15 @@ void tst_SherpaFailures::killsTheProgramAfterTheTimeout()
         QCOMPARE(::kill(static_cast<pid_t>(pid), 0), -1);
         QCOMPARE(errno, ESRCH);
     }
+}
+
+void tst_SherpaFailures::endsWhenAborted()
+{
+    QFETCH(const EngineUnderTest *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    m_standIn->hangs();
+    worker->abort();
+    QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" timed out")));
 }
 
 void tst_SherpaFailures::showsTheOutputOfAFailure_data()
