@@ -16,6 +16,10 @@
 #include <QTemporaryFile>
 
 #include <csignal>
+#include <cstdlib>
+#include <set>
+
+#include <unistd.h>
 
 namespace
 {
@@ -51,6 +55,57 @@ void killAndWait(QProcess &process)
     process.kill();
     process.waitForFinished(milliseconds(SherpaWorker::KillTimeout));
 }
+
+//! The user's voice for a program. The file is also removed if the process ends by exit(), which runs no destructors of
+//! other threads: Qt calls it when the connection to the display is lost.
+class AudioFile : public QTemporaryFile
+{
+public:
+    explicit AudioFile(const QString &pattern)
+        : QTemporaryFile(pattern)
+    {
+    }
+    ~AudioFile() override
+    {
+        const std::lock_guard lock(existing().mutex);
+        existing().paths.erase(m_path);
+    }
+    Q_DISABLE_COPY_MOVE(AudioFile)
+
+    bool create()
+    {
+        const std::lock_guard lock(existing().mutex);
+        if (!open()) {
+            return false;
+        }
+        m_path = QFile::encodeName(fileName());
+        existing().paths.insert(m_path);
+        return true;
+    }
+
+private:
+    struct Existing
+    {
+        std::mutex mutex;
+        std::set<QByteArray> paths;
+    };
+    static Existing &existing()
+    {
+        // Never deleted, because a thread may use it while exit() runs.
+        static Existing *const s_existing = [] {
+            std::atexit([] {
+                const std::lock_guard lock(existing().mutex);
+                for (const QByteArray &path : existing().paths) {
+                    ::unlink(path.constData());
+                }
+            });
+            return new Existing;
+        }();
+        return *s_existing;
+    }
+
+    QByteArray m_path;
+};
 
 } // namespace
 
@@ -145,8 +200,8 @@ SherpaWorker::Result SherpaWorker::run(const Model &model, const QByteArray &pcm
         return {Transcription::AudioTooShort};
     }
 
-    QTemporaryFile wavFile(QDir::tempPath() + m_engine.wavPattern);
-    if (!wavFile.open()) {
+    AudioFile wavFile(QDir::tempPath() + m_engine.wavPattern);
+    if (!wavFile.create()) {
         return {s_noTempFile};
     }
     const QByteArray wav = WavFile::fromPcm(pcm16Data);
