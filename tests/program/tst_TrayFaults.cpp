@@ -86,17 +86,6 @@ bool waitUntilReady(ScriptedBridge &bridge, DesktopRun &run)
     return QTest::qWaitFor([&] { return timesReady() > before; }, Timeouts::Program);
 }
 
-//! Breaks the program's connection to the display, as the end of the X server does.
-void loseDisplay(const DesktopRun &run)
-{
-    const QByteArray windows = Program::run({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                             QStringLiteral("--pid"), QString::number(run.processId())},
-                                            QProcessEnvironment::systemEnvironment(), QStringLiteral("xdotool"))
-                                   .output;
-    Program::run({QStringLiteral("-id"), QString::fromLatin1(windows.split('\n').constFirst())},
-                 QProcessEnvironment::systemEnvironment(), QStringLiteral("xkill"));
-}
-
 } // namespace
 
 //! What the tray view shows and keeps when something around it fails.
@@ -353,7 +342,7 @@ void tst_TrayFaults::displayGoesAway()
     QTRY_COMPARE_WITH_TIMEOUT(status(), shows("idle"), Timeouts::Program);
     const qint64 bridge = bridgeOf(run);
     QVERIFY(bridge != 0);
-    loseDisplay(run);
+    MachineFaults::loseDisplay(run);
     QVERIFY(run.waitForEnd());
     QVERIFY(!run.crashed());
     QCOMPARE(run.exitCode(), 1);
