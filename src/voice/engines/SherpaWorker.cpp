@@ -31,6 +31,8 @@ const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 //! How often a wait looks whether it is to be aborted.
 constexpr std::chrono::milliseconds s_abortInterval {50};
 
+//! In bytes. A program that prints more is out of control, and would fill the memory until the timeout.
+constexpr qint64 s_maxOutput = 16 << 20;
 constexpr int s_maxShownOutput = 300; // characters of a failed program's output
 
 //! The environment of this process with @p libDir at the front of the library path. Called on the main thread, which
@@ -41,6 +43,17 @@ QProcessEnvironment programEnvironment(const QString &libDir)
     const QString inherited = environment.value(s_libraryPath);
     environment.insert(s_libraryPath, inherited.isEmpty() ? libDir : QString(libDir + QLatin1Char(':') + inherited));
     return environment;
+}
+
+//! The output of both channels that wasn't read yet, in bytes.
+qint64 bufferedOutput(QProcess &process)
+{
+    qint64 bytes = 0;
+    for (const QProcess::ProcessChannel channel : {QProcess::StandardError, QProcess::StandardOutput}) {
+        process.setReadChannel(channel);
+        bytes += process.bytesAvailable();
+    }
+    return bytes;
 }
 
 //! QProcess waits in milliseconds, as int.
@@ -186,6 +199,10 @@ bool SherpaWorker::waitForEnd(QProcess &process) const
     while (!m_aborted && !timeout.hasExpired()) {
         if (process.waitForFinished(milliseconds(s_abortInterval))) {
             return true;
+        }
+        if (bufferedOutput(process) > s_maxOutput) {
+            process.kill();
+            return process.waitForFinished(milliseconds(KillTimeout)); // as if it had crashed
         }
     }
     return false;

@@ -92,7 +92,8 @@ private:
     void setModel(const Model &model);
 
     struct Result;
-    //! Waits for the end of the program until the run timeout or abort(). @return whether it has ended
+    //! Waits for the end of the program until the run timeout or abort(), and kills one that prints without end.
+    //! @return whether it has ended
     bool waitForEnd(QProcess &process) const;
     Result run(const Model &model, const QByteArray &pcm16Data) const;
 

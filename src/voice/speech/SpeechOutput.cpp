@@ -80,6 +80,10 @@ void SpeechOutput::startProcesses(const QString &text)
     m_piper = piper;
     m_paplay = paplay;
     piper->setStandardOutputProcess(paplay);
+    // What they report isn't used. QProcess would keep it in memory until they end.
+    piper->setStandardErrorFile(QProcess::nullDevice());
+    paplay->setStandardOutputFile(QProcess::nullDevice());
+    paplay->setStandardErrorFile(QProcess::nullDevice());
     // Errors of paplay aren't handled: if it is missing, piper is killed by the closed pipe.
     connect(paplay, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, &SpeechOutput::onPaplayFinished);
     connect(piper, &QProcess::errorOccurred, this, [this, piper] { onPiperError(*piper); });

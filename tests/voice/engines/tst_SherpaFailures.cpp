@@ -62,6 +62,8 @@ private Q_SLOTS:
     void killsTheProgramAfterTheTimeout();
     void endsWhenAborted_data() { EngineUnderTest::addRows(); }
     void endsWhenAborted();
+    void killsAProgramThatPrintsWithoutEnd_data() { EngineUnderTest::addRows(); }
+    void killsAProgramThatPrintsWithoutEnd();
     void showsTheOutputOfAFailure_data();
     void showsTheOutputOfAFailure();
 };
@@ -161,6 +163,19 @@ void tst_SherpaFailures::endsWhenAborted()
     m_standIn->hangs();
     worker->abort();
     QCOMPARE(outcomesOf(*worker, s_audio), failed(tested->program + QStringLiteral(" timed out")));
+}
+
+void tst_SherpaFailures::killsAProgramThatPrintsWithoutEnd()
+{
+    QFETCH(const EngineUnderTest *, tested);
+    const std::unique_ptr<SherpaWorker> worker = loaded(tested);
+    const QStringList expected =
+        failed(tested->program + QStringLiteral(" failed: ") + QStringLiteral("y\n").repeated(150));
+    for (const char *script : {"exec yes", "exec yes >&2"}) {
+        m_standIn->behaves(script);
+        QCOMPARE(outcomesOf(*worker, s_audio), expected);
+        QCOMPARE(::kill(static_cast<pid_t>(m_standIn->processIds().constLast()), 0), -1);
+    }
 }
 
 void tst_SherpaFailures::showsTheOutputOfAFailure_data()
