@@ -40,6 +40,7 @@ private Q_SLOTS:
 
     void machine_data() { MachineFaults::addRows(); }
     void machine();
+    void voiceTestLogOnAFullDisk();
     void engine();
     void voice();
     void suspended();
@@ -159,6 +160,41 @@ void tst_VoiceFaults::machine()
     QVERIFY2(end(), m_voice->program().errors().constData());
     QVERIFY2(m_voice->program().errors().contains(MachineFaults::words(fault)),
              m_voice->program().errors().constData());
+}
+
+//! The result of a sentence that was read aloud in the settings counts, although it can't be logged.
+void tst_VoiceFaults::voiceTestLogOnAFullDisk()
+{
+    const ScreenReader reader(ScreenReader::Events::None);
+    QVERIFY2(start(), m_voice->program().errors().constData());
+    const auto press = [&reader](const QString &button) {
+        return QTest::qWaitFor([&] { return reader.press(s_button, button); }, Timeouts::Program);
+    };
+    QVERIFY(press(QStringLiteral("Settings")));
+    QVERIFY(QTest::qWaitFor([&] { return reader.focus(QStringLiteral("page tab"), QStringLiteral("Voice")); },
+                            Timeouts::Program));
+    QTRY_COMPARE_WITH_TIMEOUT(reader.focused(), QStringLiteral("page tab: Voice"), Timeouts::Program);
+    m_voice->program().press("space");
+
+    const struct
+    {
+        FaultState::Disk disk;
+        QByteArray words;
+    } rounds[] = {{FaultState::Full, "VoiceBridge: cannot append voice test log: "},
+                  {FaultState::Works, "VoiceBridge: voice test feedback logged "}};
+    int submitted = 0;
+    for (const auto &[disk, words] : rounds) {
+        m_voice->faults.setDisk(FaultState::Works);
+        QVERIFY(press(QStringLiteral("Start listening")));
+        QTRY_COMPARE_WITH_TIMEOUT(readers(), 1, Timeouts::Program);
+        QVERIFY(m_voice->speak(QStringLiteral("go back")));
+        m_voice->faults.setDisk(disk);
+        QVERIFY(press(QStringLiteral("Submit")));
+        QVERIFY(waitForWords(words));
+        const QString progress = QStringLiteral("%1 of 10 submitted").arg(++submitted);
+        QTRY_VERIFY_WITH_TIMEOUT(reader.shown(QStringLiteral("label")).contains(progress), Timeouts::Program);
+    }
+    QVERIFY2(end(), m_voice->program().errors().constData());
 }
 
 void tst_VoiceFaults::engine()

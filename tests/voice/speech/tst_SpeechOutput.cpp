@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The tovictl developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 
+#include "Files.h"
 #include "PiperStandIn.h"
 #include "SignalLog.h"
 #include "SpeechFixture.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void detectsAgain();
     void isSilentBeforeDetection();
     void speaks();
+    void keepsNoReports();
     void removesMarkdown();
     void limitsTheLength();
     void ignoresBlankText_data();
@@ -134,6 +136,18 @@ void tst_SpeechOutput::speaks()
     speech->stop();
     speech.destroy();
     QCOMPARE(speech.events(), (QStringList {begins, ends, finished}));
+}
+
+//! What the programs write for nobody must not fill the memory.
+void tst_SpeechOutput::keepsNoReports()
+{
+    PiperStandIn piper;
+    const PaplayStandIn paplay;
+    piper.behaves("readlink \"/proc/$$/fd/2\" > \"$notes/errors\"; exec cat");
+    SpeechFixture speech;
+    speech->speak(s_text);
+    QTRY_COMPARE(paplay.sound(), s_text.toUtf8());
+    QCOMPARE(contentOf(piper.note(QStringLiteral("errors"))), QByteArray("/dev/null\n"));
 }
 
 void tst_SpeechOutput::removesMarkdown()
