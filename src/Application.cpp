@@ -25,6 +25,8 @@
 #include <functional>
 #include <memory>
 
+#include <unistd.h>
+
 namespace
 {
 
@@ -45,24 +47,34 @@ void quitOnSignals()
     QObject::connect(signals, &KSignalHandler::signalReceived, qApp, &QCoreApplication::quit);
 }
 
+// Null after a regular end, which has destroyed both.
+QPointer<LoomraSDK> s_sdkToStop;
+QPointer<ConfigManager> s_configToSave;
+
 //! Saves the settings and stops the bridge when the process ends without returning to main(): Qt, or Xlib, calls exit()
-//! if the display is lost. To be called on the main thread, late, because what is created first is destroyed last.
+//! if the display is lost.
+void endInOrder(int status, void * /*unused*/)
+{
+    if (!s_sdkToStop) {
+        return;
+    }
+    // A render thread may lose the display first. It must not use the objects of the main thread, which still runs.
+    if (QThread::currentThread() == s_sdkToStop->thread()) {
+        s_configToSave->save();
+        QSettings().sync();
+        s_sdkToStop->stopBridgeProcess(true);
+    }
+    // Other threads still run, those of the speech engines and of graphics drivers: they would crash while exit()
+    // destroys what they use.
+    ::_exit(status);
+}
+
+//! To be called on the main thread, late, because what is created first is destroyed last.
 void keepOrderOnExit(LoomraSDK *sdk, ConfigManager *config)
 {
-    // Null after a regular end, which has destroyed both.
-    static QPointer<LoomraSDK> s_sdk;
-    static QPointer<ConfigManager> s_config;
-    s_sdk = sdk;
-    s_config = config;
-    std::atexit([] {
-        // A render thread may lose the display first. It must not use the objects of the main thread, which still runs.
-        if (!s_sdk || QThread::currentThread() != s_sdk->thread()) {
-            return;
-        }
-        s_config->save();
-        QSettings().sync();
-        s_sdk->stopBridgeProcess(true);
-    });
+    s_sdkToStop = sdk;
+    s_configToSave = config;
+    ::on_exit(endInOrder, nullptr);
 }
 
 //! Qt Quick gathers small images in one texture, by default as large as a full-screen window: 8 MiB for a dozen icons.
@@ -154,7 +166,11 @@ void Application::load()
     const auto atlas = std::make_shared<SmallTextureAtlas>();
     m_engine.load(m_rootFile);
     if (const auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0))) {
-        afterFirstFrame(window, [atlas] { setWindowIcon(); });
+        afterFirstFrame(window, [atlas] {
+            setWindowIcon();
+            // Once more, because graphics drivers, which are loaded by now, would be destroyed first.
+            ::on_exit(endInOrder, nullptr);
+        });
     }
 }
 

@@ -3,8 +3,6 @@
 
 #include "MachineFaults.h"
 
-#include "DesktopRun.h"
-
 #include <QTest>
 
 namespace MachineFaults
@@ -83,16 +81,6 @@ QByteArray words(Fault fault)
         break;
     }
     return QByteArray();
-}
-
-void loseDisplay(const DesktopRun &run)
-{
-    const QByteArray windows = Program::run({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                             QStringLiteral("--pid"), QString::number(run.processId())},
-                                            QProcessEnvironment::systemEnvironment(), QStringLiteral("xdotool"))
-                                   .output;
-    Program::run({QStringLiteral("-id"), QString::fromLatin1(windows.split('\n').constFirst())},
-                 QProcessEnvironment::systemEnvironment(), QStringLiteral("xkill"));
 }
 
 } // namespace MachineFaults

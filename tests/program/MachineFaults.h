@@ -8,8 +8,6 @@
 #include <QByteArray>
 #include <QProcessEnvironment>
 
-class DesktopRun;
-
 //! Faults of the machine that last from the start of a program to its end, as rows of a test.
 namespace MachineFaults
 {
@@ -33,9 +31,6 @@ void arrange(Fault fault, QProcessEnvironment &environment, FaultInjection &faul
 
 //! What every program logs because of it; empty if there is nothing to say.
 QByteArray words(Fault fault);
-
-//! Breaks the program's connection to the display, as the end of the X server does.
-void loseDisplay(const DesktopRun &run);
 
 } // namespace MachineFaults
 

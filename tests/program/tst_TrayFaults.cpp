@@ -342,7 +342,7 @@ void tst_TrayFaults::displayGoesAway()
     QTRY_COMPARE_WITH_TIMEOUT(status(), shows("idle"), Timeouts::Program);
     const qint64 bridge = bridgeOf(run);
     QVERIFY(bridge != 0);
-    MachineFaults::loseDisplay(run);
+    run.loseDisplay();
     QVERIFY(run.waitForEnd());
     QVERIFY(!run.crashed());
     QCOMPARE(run.exitCode(), 1);

@@ -426,7 +426,7 @@ void tst_VoiceFaults::displayGoesAway()
         m_voice->sentence.speak();
         QTRY_COMPARE_WITH_TIMEOUT(m_voice->moonshine.runs(), 1, Timeouts::Program);
     }
-    MachineFaults::loseDisplay(m_voice->program());
+    m_voice->program().loseDisplay();
     QVERIFY(m_voice->program().waitForEnd());
     QVERIFY(!m_voice->program().crashed());
     QCOMPARE(m_voice->program().exitCode(), 1);
