@@ -25,7 +25,8 @@ TestCase {
         const root = typeof item === "string" ? part(item) : item;
         const differences = () => drawn.differences(root, table).join("\n");
         // A value that is reached only in passing doesn't count: it must still hold a moment later.
-        for (let i = 0, held = true; i < 100 && (differences() !== "" || !held); ++i) {
+        // Up to 9 s, because a busy machine may need seconds for the first frame of a page.
+        for (let i = 0, held = true; i < 300 && (differences() !== "" || !held); ++i) {
             held = i > 0 && differences() === "";
             wait(30);
             // The window may lose the pointer, for example when something moves.
