@@ -37,7 +37,7 @@ public:
     void ask(const QByteArray &prompt);
     //! Types a prompt, answers it and waits for the reply in the window. @return false on timeout
     bool converse(const QByteArray &prompt, const QString &reply = QStringLiteral("It works"));
-    //! Waits until the clients are connected to the bridge again, and tells them that it is ready.
+    //! Waits until the clients are connected to the bridge again, and sends "ready".
     //! @param connections bridge.connectionCount() before the connection was lost
     //! @param clients how many have lost it. The main window has both, but uses only one.
     bool waitForReconnection(int connections, int clients = 2);

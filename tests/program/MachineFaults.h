@@ -29,7 +29,7 @@ void addRows();
 //! @param faults must know the environment
 void arrange(Fault fault, QProcessEnvironment &environment, FaultInjection &faults);
 
-//! What every program logs because of it; empty if there is nothing to say.
+//! What the program logs because of it; empty if it logs nothing.
 QByteArray words(Fault fault);
 
 } // namespace MachineFaults

@@ -40,7 +40,7 @@ public:
     bool isListening() const;
     //! Stops listening and drops all connections, like a killed process.
     void close();
-    //! Like close() on a machine that loses power: no client is told. The test must have taken the network down.
+    //! Like close(), but the clients receive nothing, as when a machine loses power. Take the network down before.
     void vanish();
     //! Drops all connections without a closing handshake and goes on listening.
     void drop();

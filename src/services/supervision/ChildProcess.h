@@ -14,7 +14,7 @@
 class ChildProcess : public QProcess
 {
 public:
-    //! @param signal what the process gets when this one is gone, such as SIGTERM
+    //! @param signal sent to the process when this one has ended, such as SIGTERM
     explicit ChildProcess(int signal, QObject *parent = nullptr);
 
 protected:

@@ -28,7 +28,7 @@ const QLatin1String s_noTempFile("Cannot create temp WAV file");
 const QLatin1String s_writeFailed("Failed to write temp WAV");
 const QString s_libraryPath = QStringLiteral("LD_LIBRARY_PATH");
 
-//! How often a wait looks whether it is to be aborted.
+//! The interval at which a wait checks for abort().
 constexpr std::chrono::milliseconds s_abortInterval {50};
 
 //! In bytes. A program that prints more is out of control, and would fill the memory until the timeout.

@@ -60,8 +60,8 @@ public:
     //! The name of the model's directory, empty if no model is loaded.
     QString modelName() const { return model().name; }
 
-    //! Ends the running program and those of all later calls of transcribe(), which then fail. For the end of this
-    //! process: it would have to wait for a program that hangs.
+    //! Ends the running program and those of all later calls of transcribe(), which then fail. Call it before
+    //! this process ends, which would otherwise wait for a program that hangs.
     void abort() { m_aborted = true; }
 
 public Q_SLOTS:
